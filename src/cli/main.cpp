@@ -1,0 +1,6 @@
+#include "XPFactorySettings.h"
+
+int main()
+{
+    return 0;
+}

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QString>
+#include <optional>
+
+// Which volume a path lies on, from the mount table (/proc/self/mountinfo).
+//
+// Each mount is looked at once and remembered until the mount table changes, so that asking for
+// a million paths costs no file call on the volumes themselves: a hanging network mount holds
+// up nobody here. Any thread.
+namespace XPVolumes {
+
+struct Volume
+{
+    QString mountPoint;
+    QString fileSystem; // "ext4", "nfs4", "fuse.sshfs"
+    QString source;     // the device or the remote share
+    bool slow = false;  // network or FUSE: do not read file contents unasked
+    bool network = false;
+};
+
+// The volume of the longest mount point that holds the path; the path need not exist.
+Volume volumeOf(const QString &path);
+
+bool isOnSlowVolume(const QString &path);
+
+} // namespace XPVolumes

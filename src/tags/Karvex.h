@@ -1,0 +1,107 @@
+#pragma once
+
+#include "PropertyValue.h"
+#include "XPError.h"
+
+#include <QStringList>
+#include <atomic>
+
+// Whether a refused write may ask the user for administrator rights. On by default; whoever must
+// not show dialogs (a background synchronisation) clears it and puts the old value back.
+extern std::atomic<bool> gAllowKarvexAuthenticationDialogs;
+
+// Tags, ratings and other facts of a file, on the file itself: the storage layer.
+//
+// Values are property lists in extended attributes under the open convention's names
+// ("com.apple.metadata:" + key), binary, at most 4096 bytes. Readers accept binary and XML, from
+// any writer. Links are never followed. Nothing above this class touches attributes.
+//
+// Errors: domain "karvex", code -1 (parameter), -2 (cannot be serialised or parsed), -4 (no
+// administrator rights), -5 (too big); else the POSIX error. A missing attribute is no error and
+// reads as null, an empty list or 0. Bytes that cannot be read are always an error, so that
+// nobody takes them for "none" and writes over them.
+// Threads: any. Operations that read and then write hold a lock per file that other processes of
+// ours respect, so that concurrent additions all survive. Blocking file calls.
+class Karvex
+{
+public:
+    // Keys of the convention.
+    static const QString userTagsKey;     // "kMDItemKXUserTags": array of strings
+    static const QString systemTagsKey;   // "kMDItemUserTags": where the system has its own list
+    static const QString userTagTimeKey;  // "kMDItemKXUserTagTime": date
+    static const QString starRatingKey;   // "kMDItemStarRating": number, above 0, at most 5
+    static const QString ratingTimeKey;   // "kMDItemKXRatingTime": date
+    static const QString managedKey;      // "kMDItemKXManaged": true
+    static const QString documentDateKey; // "kMDItemKXDocumentDate": date
+    static const QString bookmarksKey;    // "kMDItemKXBookmarks": array of strings
+
+    static constexpr qsizetype maximumValueSize = 4096;
+
+    // Full attribute names for a key.
+    static QString spotlightKey(const QString &key); // "com.apple.metadata:" + key
+    static QString karvexKey(const QString &key);    // "org.karvexinfo:" + key; read, never written
+
+    // Low level: `key` is the full attribute name; a null value removes the attribute.
+    static std::optional<XPError> setXAttr(const PropertyValue &value, const QString &key,
+                                           const QString &path);
+    static XPResult<PropertyValue> getXAttr(const QString &key, const QString &path);
+
+    // The same with a bare key.
+    static std::optional<XPError> setXAttrMetaData(const PropertyValue &value, const QString &key,
+                                                   const QString &path);
+    static XPResult<PropertyValue> getXAttrMetaData(const QString &key, const QString &path);
+
+    static std::optional<XPError> setNSArrayMetaData(const PropertyValue &value, const QString &key,
+                                                     const QString &path);
+    // Null when the value is no array.
+    static XPResult<PropertyValue> getNSArrayMetaData(const QString &key, const QString &path);
+    // Appends the elements not present yet; writes only if there were any.
+    static std::optional<XPError> addToNSArrayMetaData(const PropertyValue &values,
+                                                       const QString &key, const QString &path);
+    static std::optional<XPError> setString(const PropertyValue &value, const QString &keyName,
+                                            const QString &path);
+    static XPResult<PropertyValue> getString(const QString &keyName, const QString &path);
+
+    // User tags, decomposed, in stored order. A value that is no array of strings is an error.
+    static XPResult<QStringList> getUserTags(const QString &path);
+    static std::optional<XPError> setUserTags(const PropertyValue &tags, const QString &path);
+    static std::optional<XPError> setUserTags(const PropertyValue &tags, const QString &path,
+                                              PropertyValue::Date date);
+    static std::optional<XPError> addUserTags(const QStringList &tags, const QString &path);
+    static std::optional<XPError> clearUserTags(const QStringList &tags, const QString &path);
+    static XPResult<QStringList> getAppleTags(const QString &path);
+    static std::optional<XPError> setAppleTags(const QStringList &tags, const QString &path);
+
+    // The tag editor over several files: what all share, and its commit.
+    static XPResult<QStringList> getCommonUserTags(const QStringList &paths);
+    static std::optional<XPError> setCommonUserTags(const QStringList &paths,
+                                                    const QStringList &originalCommonTags,
+                                                    const QStringList &replaceWith);
+
+    // 0 when unrated. Setting clips to 5; 0 or less removes.
+    static std::optional<XPError> setRating(double rating, const QString &path);
+    static XPResult<double> getRating(const QString &path);
+
+    static bool validateAsArrayOfStrings(const PropertyValue &value);
+
+    // Tag lists as they are stored: decomposed, the first spelling of each tag (by lower case)
+    // kept in its place. Case is never changed.
+    static QStringList removeDuplicateTags(const PropertyValue &tags);
+    static QStringList decomposeArrayOfStrings(const PropertyValue &tags);
+    // The tags of `tags` (lower-case form to tag) in the order and spelling of `hint`, the
+    // rest after.
+    static QStringList orderedArrayWithDict(const QHash<QString, QString> &tags,
+                                            const QStringList &hint);
+
+    // Whether the platform keeps a tag list of its own; the key that a query uses for tags.
+    static bool MavericksOrLater();
+    static QString tagsToSearchFor();
+
+    // Announces the keys we write to other programs of the convention, for two seconds.
+    static void registerUsualKXAttributes();
+    static void registerKXAttributes(const PropertyValue::Dictionary &samples,
+                                     const QString &appName);
+    static void removeSchemaFile(const QString &path);
+
+    static QString errnoString(int number);
+};

@@ -1,0 +1,44 @@
+#include "TestHome.h"
+
+#include "XPPath.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <cstdio>
+#include <cstdlib>
+
+TestFolder::TestFolder() : m_folder(QDir::currentPath() + QStringLiteral("/murn-test-XXXXXX"))
+{
+    Q_ASSERT(m_folder.isValid());
+}
+
+QString TestFolder::file(const QString &name, const QByteArray &bytes) const
+{
+    const QString full = path(name);
+    QDir().mkpath(XPPath::folder(full));
+    std::FILE *file = std::fopen(XPPath::encode(full).constData(), "wb");
+    Q_ASSERT(file);
+    std::fwrite(bytes.constData(), 1, static_cast<size_t>(bytes.size()), file);
+    std::fclose(file);
+    return full;
+}
+
+void usePrivateHome()
+{
+    static const QTemporaryDir home(QDir::currentPath() + QStringLiteral("/murn-home-XXXXXX"));
+    const QString base = home.path();
+    const struct
+    {
+        const char *variable;
+        const char *folder;
+    } places[] = {{"HOME", "/"},
+                  {"XDG_CONFIG_HOME", "/.config"},
+                  {"XDG_DATA_HOME", "/.local/share"},
+                  {"XDG_CACHE_HOME", "/.cache"},
+                  {"XDG_RUNTIME_DIR", "/.run"}};
+    for (const auto &place : places) {
+        const QString folder = base + QLatin1String(place.folder);
+        QDir().mkpath(folder);
+        qputenv(place.variable, QFile::encodeName(folder));
+    }
+}
