@@ -6,10 +6,17 @@
 #include <QDir>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 
 TestFolder::TestFolder() : m_folder(QDir::currentPath() + QStringLiteral("/murn-test-XXXXXX"))
 {
     Q_ASSERT(m_folder.isValid());
+}
+
+TestFolder::~TestFolder()
+{
+    std::error_code ignored;
+    std::filesystem::remove_all(XPPath::encode(path()).toStdString(), ignored);
 }
 
 QString TestFolder::file(const QString &name, const QByteArray &bytes) const

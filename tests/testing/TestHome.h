@@ -8,6 +8,9 @@ class TestFolder
 {
 public:
     TestFolder();
+    ~TestFolder(); // removes everything in it, names that Qt cannot spell too
+    TestFolder(const TestFolder &) = delete;
+    TestFolder &operator=(const TestFolder &) = delete;
     QString path() const { return m_folder.path(); }
     QString path(const QString &name) const { return m_folder.path() + u'/' + name; }
     // Makes a file (and the folders above it) with these bytes and returns its path.
