@@ -1,0 +1,12 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<!-- What the program says, by id: qtTrId("id") in the code. Kept in order of the ids.
+     tools/check compares the ids with those used under src/. -->
+<TS version="2.1" language="en">
+<context>
+    <name></name>
+    <message id="KPApplicationName">
+        <translation>Murn</translation>
+    </message>
+</context>
+</TS>

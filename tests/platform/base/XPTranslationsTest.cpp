@@ -1,0 +1,10 @@
+#include "XPTranslations.h"
+
+#include <gtest/gtest.h>
+
+// Qt answers an unknown id with the id itself: that the window would show it is the fault.
+TEST(Translations, FallBackToEnglishInALanguageThatWeDoNotHave)
+{
+    XPTranslations::install(QLocale(QLocale::Icelandic));
+    EXPECT_EQ(qtTrId("KPApplicationName"), QStringLiteral("Murn"));
+}
