@@ -54,12 +54,14 @@ template <typename T>
 class [[nodiscard]] XPResult
 {
 public:
+    // NOLINTBEGIN(google-explicit-constructor): returning either side is the point
     XPResult(T value)
         : m_state(std::in_place_index<0>, std::move(value))
-    {} // NOLINT(google-explicit-constructor): returning either side is the point
+    {}
     XPResult(XPError error)
         : m_state(std::in_place_index<1>, std::move(error))
-    {} // NOLINT(google-explicit-constructor): as above
+    {}
+    // NOLINTEND(google-explicit-constructor)
 
     explicit operator bool() const { return m_state.index() == 0; }
     bool hasValue() const { return m_state.index() == 0; }

@@ -2,7 +2,7 @@
 
 #include <QLocale>
 
-// The texts that people read. Code names them by id, qtTrId("KPDeleteFileTitle"); the wording is
+// The texts that people read. Code names them by id, with qtTrId(id); the wording is
 // in data/translations/murn_LANGUAGE.ts, compiled into every program.
 namespace XPTranslations {
 
