@@ -70,3 +70,6 @@ private:
     std::variant<std::monostate, bool, qint64, double, Date, QByteArray, QString, Array, Dictionary>
         m_value;
 };
+
+// Lets a list of values grow by copying bytes; no alternative points into itself.
+Q_DECLARE_TYPEINFO(PropertyValue, Q_RELOCATABLE_TYPE);
