@@ -55,12 +55,8 @@ class [[nodiscard]] XPResult
 {
 public:
     // NOLINTBEGIN(google-explicit-constructor): returning either side is the point
-    XPResult(T value)
-        : m_state(std::in_place_index<0>, std::move(value))
-    {}
-    XPResult(XPError error)
-        : m_state(std::in_place_index<1>, std::move(error))
-    {}
+    XPResult(T value) : m_state(std::in_place_index<0>, std::move(value)) {}
+    XPResult(XPError error) : m_state(std::in_place_index<1>, std::move(error)) {}
     // NOLINTEND(google-explicit-constructor)
 
     explicit operator bool() const { return m_state.index() == 0; }
