@@ -8,5 +8,8 @@
     <message id="KPApplicationName">
         <translation>Murn</translation>
     </message>
+    <message id="KarvexAuthenticationPrompt">
+        <translation>You need to authorize to set metadata like tags on some files.</translation>
+    </message>
 </context>
 </TS>

@@ -1,0 +1,224 @@
+#include "XPAuthorisation.h"
+
+#include "XPExtendedAttributes.h"
+#include "XPLog.h"
+#include "XPPath.h"
+#include "writer/AttributeWriterProtocol.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <spawn.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using Kind = XPError::Kind;
+
+// How pkexec says that the user dismissed its dialog (its manual page).
+static constexpr int dismissed = 126;
+static constexpr std::chrono::seconds quietTime(20);
+
+static bool receiveAll(int socket, void *buffer, size_t size)
+{
+    ssize_t count = 0;
+    do
+        count = ::recv(socket, buffer, size, MSG_WAITALL);
+    while (count < 0 && errno == EINTR);
+    return count == static_cast<ssize_t>(size);
+}
+
+static bool sendAll(int socket, const QByteArray &bytes)
+{
+    qsizetype sent = 0;
+    while (sent < bytes.size()) {
+        const ssize_t count = ::send(socket, bytes.constData() + sent,
+                                     static_cast<size_t>(bytes.size() - sent), MSG_NOSIGNAL);
+        if (count < 0 && errno != EINTR)
+            return false;
+        sent += std::max<ssize_t>(count, 0);
+    }
+    return true;
+}
+
+static QByteArray frame(const QByteArray &name, const QByteArray &path,
+                        const std::optional<QByteArray> &value)
+{
+    using namespace AttributeWriter;
+    const Request request = {value ? Operation::Write : Operation::Remove,
+                             static_cast<std::uint32_t>(name.size()),
+                             static_cast<std::uint32_t>(path.size()),
+                             static_cast<std::uint32_t>(value ? value->size() : 0)};
+    QByteArray bytes(reinterpret_cast<const char *>(&request), sizeof request);
+    return bytes + name + path + value.value_or(QByteArray());
+}
+
+static XPError refused(const QString &path)
+{
+    return XPError::make(Kind::InvalidArgument, QStringLiteral("the attribute writer refuses this"),
+                         path);
+}
+
+static QByteArray canonical(const QByteArray &path)
+{
+    const std::unique_ptr<char, decltype(&std::free)> resolved(
+        ::realpath(path.constData(), nullptr), &std::free);
+    return resolved ? QByteArray(resolved.get()) : QByteArray();
+}
+
+XPAuthorisation::Programs XPAuthorisation::systemPrograms()
+{
+    const QByteArray program = canonical("/proc/self/exe");
+    const QByteArray folder = program.left(program.lastIndexOf('/') + 1);
+    QByteArray writer = canonical(folder + MURN_LIBEXEC_FROM_BIN "/murn-attribute-writer");
+    if (writer.isEmpty())
+        writer = canonical(folder + "murn-attribute-writer");
+    return {"/usr/bin/pkexec", writer};
+}
+
+XPAuthorisation::XPAuthorisation(Programs programs, Clock clock)
+    : m_programs(std::move(programs)), m_clock(std::move(clock))
+{
+}
+
+XPAuthorisation::~XPAuthorisation()
+{
+    const XPLocker locker(m_mutex);
+    stop();
+}
+
+static std::unique_ptr<XPAuthorisation> &sharedAuthorisation()
+{
+    static auto authorisation = std::make_unique<XPAuthorisation>();
+    return authorisation;
+}
+
+XPAuthorisation &XPAuthorisation::shared()
+{
+    return *sharedAuthorisation();
+}
+
+void XPAuthorisation::installShared(std::unique_ptr<XPAuthorisation> authorisation)
+{
+    sharedAuthorisation() = std::move(authorisation);
+}
+
+std::optional<XPError> XPAuthorisation::obtain(const QString &reason)
+{
+    const XPLocker locker(m_mutex);
+    return start(reason);
+}
+
+std::optional<XPError> XPAuthorisation::writeAttribute(const QString &path, const QString &name,
+                                                       const std::optional<QByteArray> &value,
+                                                       const QString &reason)
+{
+    const QByteArray nameBytes = XPExtendedAttributes::nameOnDisk(name);
+    const QByteArray pathBytes = XPPath::encode(path);
+    if (nameBytes.size() > AttributeWriter::maximumNameSize ||
+        pathBytes.size() > AttributeWriter::maximumPathSize ||
+        (value && value->size() > AttributeWriter::maximumValueSize))
+        return refused(path);
+    const QByteArray bytes = frame(nameBytes, pathBytes, value);
+    const XPLocker locker(m_mutex);
+    std::optional<qint32> status;
+    // Twice, as a writer that idled too long ends just when it is wanted. Writing the same value
+    // again does no harm.
+    for (int attempt = 0; attempt < 2 && !status; ++attempt) {
+        if (auto error = start(reason))
+            return error;
+        status = request(bytes);
+        if (!status)
+            stop();
+    }
+    if (!status)
+        return XPError::make(Kind::Io, QStringLiteral("the attribute writer gave no answer"), path);
+    if (*status < 0)
+        return refused(path);
+    if (*status == 0 || (*status == ENODATA && !value))
+        return {};
+    return XPError::fromErrno(*status, path);
+}
+
+std::optional<XPError> XPAuthorisation::start(const QString &reason)
+{
+    if (m_writer >= 0)
+        return {};
+    if (m_quietUntil && m_clock() < *m_quietUntil)
+        return XPError::make(Kind::Cancelled,
+                             QStringLiteral("administrator's rights were refused a moment ago"));
+    if (m_programs.writer.isEmpty() || ::access(m_programs.writer.constData(), X_OK) != 0 ||
+        ::access(m_programs.launcher.constData(), X_OK) != 0)
+        return XPError::make(Kind::Unsupported,
+                             QStringLiteral("no way to ask for administrator's rights"));
+    qCInfo(xpLog).noquote() << "asking for administrator's rights:" << reason;
+    char greeting[sizeof AttributeWriter::greeting] = {};
+    if (launch() && receiveAll(m_writer, greeting, sizeof greeting) &&
+        std::memcmp(greeting, AttributeWriter::greeting, sizeof greeting) == 0)
+        return {};
+    const int status = stop();
+    // A wrong password too: the next file of the batch must not ask at once again.
+    m_quietUntil = m_clock() + quietTime;
+    if (WIFEXITED(status) && WEXITSTATUS(status) == dismissed)
+        return XPError::make(Kind::Cancelled,
+                             QStringLiteral("the user gave no administrator's rights"));
+    return XPError::make(Kind::NotPermitted, QStringLiteral("no administrator's rights"));
+}
+
+// Starts the launcher with one socket as standard input and output: unlike a pipe, a socket can
+// be written without the risk of SIGPIPE to the whole process.
+bool XPAuthorisation::launch()
+{
+    int ends[2];
+    if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0)
+        return false;
+    posix_spawn_file_actions_t actions;
+    ::posix_spawn_file_actions_init(&actions);
+    ::posix_spawn_file_actions_adddup2(&actions, ends[1], STDIN_FILENO);
+    ::posix_spawn_file_actions_adddup2(&actions, ends[1], STDOUT_FILENO);
+    posix_spawnattr_t attributes; // a background thread's blocked signals are not the child's
+    ::posix_spawnattr_init(&attributes);
+    sigset_t none;
+    ::sigemptyset(&none);
+    ::posix_spawnattr_setsigmask(&attributes, &none);
+    ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK);
+    QByteArray launcher = m_programs.launcher;
+    QByteArray writer = m_programs.writer;
+    char *const arguments[] = {launcher.data(), writer.data(), nullptr};
+    const int failure =
+        ::posix_spawn(&m_process, launcher.constData(), &actions, &attributes, arguments, environ);
+    ::posix_spawnattr_destroy(&attributes);
+    ::posix_spawn_file_actions_destroy(&actions);
+    ::close(ends[1]);
+    if (failure != 0) {
+        m_process = -1;
+        ::close(ends[0]);
+        return false;
+    }
+    m_writer = ends[0];
+    return true;
+}
+
+// Closes the writer's input, which ends it, and waits for that. The answer is its wait status.
+int XPAuthorisation::stop()
+{
+    if (m_writer >= 0)
+        ::close(m_writer);
+    m_writer = -1;
+    int status = 0;
+    if (m_process > 0) {
+        while (::waitpid(m_process, &status, 0) < 0 && errno == EINTR) {
+        }
+    }
+    m_process = -1;
+    return status;
+}
+
+std::optional<qint32> XPAuthorisation::request(const QByteArray &frame) const
+{
+    qint32 status = 0;
+    if (!sendAll(m_writer, frame) || !receiveAll(m_writer, &status, sizeof status))
+        return {};
+    return status;
+}

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "XPError.h"
+#include "XPMutex.h"
+
+#include <QByteArray>
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <sys/types.h>
+
+// Administrator's rights for writing the metadata convention's attributes, and for nothing else.
+//
+// The first need runs murn-attribute-writer through pkexec, which asks the user; the writer then
+// stays for the rest of the process (or until it has been idle for minutes), so that one
+// confirmation serves a whole batch. After a refusal nobody is asked again for 20 seconds.
+// The question's text is that of the polkit action (packaging/), not the caller's.
+// Threads: any; one lock makes requests one after the other, held while the user is asked and
+// while the writer works. Blocks as long as the user takes; needs no event loop.
+class XPAuthorisation
+{
+public:
+    struct Programs
+    {
+        QByteArray launcher; // pkexec, or what stands for it: runs its argument with rights
+        QByteArray writer;   // absolute: pkexec knows no other way
+    };
+    using Clock = std::function<std::chrono::steady_clock::time_point()>;
+
+    // pkexec of the system; the writer as installed, else beside the program (build tree).
+    static Programs systemPrograms();
+
+    explicit XPAuthorisation(Programs programs = systemPrograms(),
+                             Clock clock = &std::chrono::steady_clock::now);
+    ~XPAuthorisation();
+    XPAuthorisation(const XPAuthorisation &) = delete;
+    XPAuthorisation &operator=(const XPAuthorisation &) = delete;
+
+    // The one of the process. Replacing it is for start-up and tests: no other thread may use it.
+    static XPAuthorisation &shared();
+    static void installShared(std::unique_ptr<XPAuthorisation> authorisation);
+
+    // Rights are there, or the user gave them now. Fails with Kind::Cancelled (also in the quiet
+    // time after a refusal), NotPermitted, or Unsupported where there is nothing to ask with.
+    // `reason` goes to the log, for whoever wonders what asked.
+    std::optional<XPError> obtain(const QString &reason) XP_EXCLUDES(m_mutex);
+
+    // Sets the attribute (full name without the `user.` namespace), or removes it when there is
+    // no value. Asks as obtain() does when there are no rights (any more). Fails with the POSIX
+    // error of the call, or Kind::InvalidArgument for what the writer refuses: names that are
+    // not com.apple.metadata:kMDItem…, values over 4096 bytes, paths that are not absolute.
+    std::optional<XPError> writeAttribute(const QString &path, const QString &name,
+                                          const std::optional<QByteArray> &value,
+                                          const QString &reason) XP_EXCLUDES(m_mutex);
+
+private:
+    std::optional<XPError> start(const QString &reason) XP_REQUIRES(m_mutex);
+    bool launch() XP_REQUIRES(m_mutex);
+    int stop() XP_REQUIRES(m_mutex);
+    std::optional<qint32> request(const QByteArray &frame) const XP_REQUIRES(m_mutex);
+
+    const Programs m_programs;
+    const Clock m_clock;
+    XPMutex m_mutex;
+    int m_writer XP_GUARDED_BY(m_mutex) = -1; // our end of the socket; -1: it does not run
+    pid_t m_process XP_GUARDED_BY(m_mutex) = -1;
+    std::optional<std::chrono::steady_clock::time_point> m_quietUntil XP_GUARDED_BY(m_mutex);
+};
