@@ -16,12 +16,13 @@ extern std::atomic<bool> gAllowKarvexAuthenticationDialogs;
 // ("com.apple.metadata:" + key), binary, at most 4096 bytes. Readers accept binary and XML, from
 // any writer. Links are never followed. Nothing above this class touches attributes.
 //
-// Errors: domain "karvex", code -1 (parameter), -2 (cannot be serialised or parsed), -4 (no
-// administrator rights), -5 (too big); else the POSIX error. A missing attribute is no error and
-// reads as null, an empty list or 0. Bytes that cannot be read are always an error, so that
-// nobody takes them for "none" and writes over them.
-// Threads: any. Operations that read and then write hold a lock per file that other processes of
-// ours respect, so that concurrent additions all survive. Blocking file calls.
+// Errors: domain "karvex", code -1 (parameter), -2 (cannot be serialised or parsed, or parsed to
+// another kind than the key holds), -5 (too big); else the POSIX error, EACCES too when asking for
+// administrator's rights did not help (KarvexAuthenticated). A missing attribute and one of no
+// bytes are no error: they read as null, an empty list or 0. Bytes that cannot be read always are
+// one, so that nobody takes them for "none" and writes over them.
+// Threads: any. Operations that read and then write hold a lock per file (KarvexFileLock) that
+// other processes of ours respect, so that concurrent additions all survive. Blocking file calls.
 class Karvex
 {
 public:
@@ -62,7 +63,9 @@ public:
                                             const QString &path);
     static XPResult<PropertyValue> getString(const QString &keyName, const QString &path);
 
-    // User tags, decomposed, in stored order. A value that is no array of strings is an error.
+    // User tags as they are stored; our own writers store them decomposed. A value that is no
+    // array of strings is an error. Every writer sets the tag time too, and puts the old time
+    // back when the tags cannot be written.
     static XPResult<QStringList> getUserTags(const QString &path);
     static std::optional<XPError> setUserTags(const PropertyValue &tags, const QString &path);
     static std::optional<XPError> setUserTags(const PropertyValue &tags, const QString &path,
@@ -72,13 +75,15 @@ public:
     static XPResult<QStringList> getAppleTags(const QString &path);
     static std::optional<XPError> setAppleTags(const QStringList &tags, const QString &path);
 
-    // The tag editor over several files: what all share, and its commit.
+    // The tag editor over several files: what all share, and its commit. A file that fails does
+    // not stop the commit of the others; the first error is returned.
     static XPResult<QStringList> getCommonUserTags(const QStringList &paths);
     static std::optional<XPError> setCommonUserTags(const QStringList &paths,
                                                     const QStringList &originalCommonTags,
                                                     const QStringList &replaceWith);
 
-    // 0 when unrated. Setting clips to 5; 0 or less removes.
+    // 0 when unrated. Setting clips to 5; 0 or less removes; not a number is refused. Reading
+    // gives a number as another writer stored it, even outside 0 to 5, but always a finite one.
     static std::optional<XPError> setRating(double rating, const QString &path);
     static XPResult<double> getRating(const QString &path);
 
@@ -97,10 +102,13 @@ public:
     static bool MavericksOrLater();
     static QString tagsToSearchFor();
 
-    // Announces the keys we write to other programs of the convention, for two seconds.
+    // Announces the keys we write to other programs of the convention, for two seconds: a file
+    // that the event loop removes again, at the latest with the application object. For programs
+    // that stay; main thread only.
     static void registerUsualKXAttributes();
     static void registerKXAttributes(const PropertyValue::Dictionary &samples,
                                      const QString &appName);
+    // Removes nothing outside the folder of the schema register.
     static void removeSchemaFile(const QString &path);
 
     static QString errnoString(int number);

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "PropertyValue.h"
+#include "XPError.h"
+
+class XPAuthorisation;
+
+// The category of Karvex that repeats a refused write with administrator's rights.
+//
+// Such a write stores the value as XML text. Every failure is the error -4, save for a value that
+// is too big (-5) or cannot be an XML property list (-2).
+// Threads: any; runs are one after the other. Blocks while the user is asked.
+class KarvexAuthenticated
+{
+public:
+    // The process's authorisation, or null when the user (or the machine) gives none. Asks at
+    // most once, and not at all for 20 seconds after a refusal.
+    static XPAuthorisation *getAuthenticationPossiblyUsingUI(const QString &prompt);
+
+    // `key` is the full attribute name; a null value removes the attribute.
+    static std::optional<XPError> authenticatedSetXAttr(const PropertyValue &value,
+                                                        const QString &key, const QString &path);
+
+    // The same for bytes as they are; no value removes.
+    static std::optional<XPError> writeBytes(const std::optional<QByteArray> &bytes,
+                                             const QString &key, const QString &path);
+
+    // The failure of a plain write that may be tried again here: EACCES, while the process-wide
+    // switch allows dialogs.
+    static bool mayRetry(const XPError &error);
+};
