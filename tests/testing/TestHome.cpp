@@ -4,9 +4,11 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QScopeGuard>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <unistd.h>
 
 TestFolder::TestFolder() : m_folder(QDir::currentPath() + QStringLiteral("/murn-test-XXXXXX"))
 {
@@ -32,7 +34,10 @@ QString TestFolder::file(const QString &name, const QByteArray &bytes) const
 
 void usePrivateHome()
 {
-    static const QTemporaryDir home(QDir::currentPath() + QStringLiteral("/murn-home-XXXXXX"));
+    // Removed by this process alone, not by one that a test forks and lets come to its end.
+    static const auto owner = ::getpid();
+    static QTemporaryDir home(QDir::currentPath() + QStringLiteral("/murn-home-XXXXXX"));
+    static const auto keep = qScopeGuard([] { home.setAutoRemove(::getpid() == owner); });
     const QString base = home.path();
     const struct
     {

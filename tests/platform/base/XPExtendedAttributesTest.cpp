@@ -1,6 +1,7 @@
 #include "XPExtendedAttributes.h"
 
-#include "TestHome.h"
+#include "TestSystem.h"
+#include "XPAtomicFile.h"
 #include "XPPath.h"
 
 #include <gtest/gtest.h>
@@ -122,4 +123,38 @@ TEST(XPExtendedAttributes, ANameOrPathThatCannotExistIsRefused)
     }
     for (const QString &path : {QString(), lone})
         EXPECT_EQ(Attributes::read(path, rating).error().kind, XPError::Kind::InvalidArgument);
+}
+
+TEST(XPExtendedAttributes, AFullFileSystemLeavesTheOldValue)
+{
+    const auto volume = TestVolume::ext4SmallBlocks();
+    if (!volume)
+        GTEST_SKIP() << "no file system can be mounted here";
+    const QString file = volume->path(QStringLiteral("a"));
+    ASSERT_EQ(XPAtomicFile::write(file, "x"), std::nullopt);
+    ASSERT_EQ(Attributes::write(file, rating, "old"), std::nullopt);
+    EXPECT_EQ(Attributes::write(file, rating, QByteArray(1000, 'x')),
+              XPError::fromErrno(ENOSPC, file));
+    EXPECT_EQ(stored(file), QByteArray("old"));
+}
+
+TEST(XPExtendedAttributes, AFileSystemWithoutThemIsToldApart)
+{
+    const QString file = QStringLiteral("/proc/self/status");
+    EXPECT_EQ(Attributes::read(file, rating).error().kind, XPError::Kind::Unsupported);
+    EXPECT_EQ(Attributes::write(file, rating, "1")->kind, XPError::Kind::Unsupported);
+}
+
+TEST(XPExtendedAttributes, WithoutTheRightToWrite)
+{
+    const TestFolder folder;
+    const QString file = folder.file(QStringLiteral("a"));
+    ASSERT_EQ(Attributes::write(file, rating, "old"), std::nullopt);
+    ASSERT_EQ(::chmod(XPPath::encode(file).constData(), 0444), 0);
+    const int outcome = asPlainUser(folder.path(), [&file] {
+        const auto error = Attributes::write(file, rating, "new");
+        return error == XPError::fromErrno(EACCES, file) ? 0 : 1;
+    });
+    EXPECT_EQ(outcome, 0);
+    EXPECT_EQ(stored(file), QByteArray("old"));
 }
