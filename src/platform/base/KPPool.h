@@ -5,18 +5,20 @@
 
 // One string of the pool: a pointer. Equality and hash are by identity, which the pool makes
 // the same as equality of code units. Default-constructed: the pool's empty string.
-// Never freed; copies cost nothing; any thread.
+// Never freed; copies cost nothing; any thread, also in static initialisation and at exit.
 class KPPooledString
 {
 public:
-    KPPooledString();
+    constexpr KPPooledString() : m_entry(&emptyEntry) {}
 
     // The text without a copy: it refers to the pool's memory, which stays for the process.
     QString toString() const { return QString::fromRawData(data(), size()); }
-    QStringView view() const { return {data(), size()}; }
-    const QChar *data() const { return reinterpret_cast<const QChar *>(m_entry->text); }
+    QStringView view() const { return m_entry->view(); }
+    const QChar *data() const { return view().data(); } // ends in a 0
     qsizetype size() const { return m_entry->size; }
     bool isEmpty() const { return m_entry->size == 0; }
+    // Of the text (XPTextTable::hash), not of the address.
+    quint32 textHash() const { return m_entry->hash; }
 
     friend bool operator==(KPPooledString a, KPPooledString b) { return a.m_entry == b.m_entry; }
     friend bool operator!=(KPPooledString a, KPPooledString b) { return a.m_entry != b.m_entry; }
@@ -34,7 +36,12 @@ private:
         quint32 hash;
         qint32 size;
         char16_t text[1]; // `size` units and a terminating 0
+
+        quint32 textHash() const { return hash; }
+        QStringView view() const { return {static_cast<const char16_t *>(text), size}; }
     };
+    static const Entry emptyEntry;
+
     explicit KPPooledString(const Entry *entry) : m_entry(entry) {}
 
     const Entry *m_entry;
@@ -43,8 +50,8 @@ private:
 // The process-wide pool of strings: equal strings are one object.
 //
 // For paths, tag keys and whatever else is compared millions of times. What enters stays, so
-// never pool text without bound (a user's typing, file contents). Any thread; readers of known
-// strings do not wait for each other (the table is split by hash).
+// never pool text without bound (a user's typing, file contents). Any thread; known strings are
+// found without a lock, new ones wait only for others of the same part of the table.
 class KPPool
 {
 public:
@@ -57,4 +64,8 @@ public:
     // Number of distinct strings and the bytes the pool holds for them, table included.
     static qsizetype count();
     static qsizetype memoryUsed();
+
+private:
+    struct Shard;
+    static Shard shards[];
 };
