@@ -24,7 +24,6 @@ public:
     {
         std::memcpy(m_name, userNamespace, namespaceSize);
         const size_t size = name.size() > XATTR_NAME_MAX ? 0 : putName(name);
-        m_name[namespaceSize + size] = '\0';
         m_usable = !m_path.isEmpty() && size > 0;
     }
 
@@ -60,7 +59,7 @@ private:
     }
 
     QByteArray m_path;
-    char m_name[XATTR_NAME_MAX + 1];
+    char m_name[XATTR_NAME_MAX + 1] = {}; // the rest stays zero: the end of the name
     bool m_usable = false;
 };
 

@@ -3,6 +3,7 @@
 #include "XPAtomicFile.h"
 #include "XPPath.h"
 
+#include <QList>
 #include <array>
 #include <cerrno>
 #include <pwd.h>

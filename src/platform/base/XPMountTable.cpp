@@ -2,6 +2,7 @@
 
 #include "XPPath.h"
 
+#include <QStringList>
 #include <algorithm>
 
 using Volume = XPVolumes::Volume;

@@ -3,6 +3,7 @@
 #include "XPVolumes.h"
 
 #include <QByteArray>
+#include <QList>
 #include <vector>
 
 // The volumes that a mount table names, found by path: a plain value, no file calls. The text is
