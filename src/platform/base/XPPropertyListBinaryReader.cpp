@@ -3,9 +3,10 @@
 
 #include <QVarLengthArray>
 #include <QtEndian>
+#include <algorithm>
 #include <bit>
 #include <cmath>
-#include <limits>
+#include <optional>
 
 using namespace XPPropertyListBinary;
 

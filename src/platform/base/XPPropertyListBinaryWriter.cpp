@@ -164,12 +164,14 @@ bool BinaryWriter::numberContainer(const PropertyValue &value, int depth, qsizet
     if (depth >= m_limits.depth)
         return fail(XPError::Kind::InvalidArgument, "Containers are nested too deeply");
     const PropertyValue::Dictionary &dictionary = value.dictionary();
+    const qsizetype count = value.array().size() + 2 * dictionary.size();
     qsizetype next = m_references.size();
     m_references[reference] = m_objects.size();
     m_objects.append({&value, {}, next});
-    m_references.resize(next + value.array().size() + 2 * dictionary.size());
-    if (!account(m_references.size() - next))
+    if (!account(count))
         return false;
+    for (qsizetype i = 0; i < count; ++i) // resize() would grow by just as much, each time
+        m_references.append(0);
     for (const PropertyValue &element : value.array()) {
         if (!number(element, depth + 1, next++))
             return false;
