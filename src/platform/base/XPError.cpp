@@ -37,11 +37,19 @@ static XPError::Kind kindOfErrno(int number)
     }
 }
 
+static QString systemText(int number)
+{
+    return QString::fromStdString(std::generic_category().message(number));
+}
+
 QString xpErrnoString(int number)
 {
-    return QStringLiteral("errno error: %1, %2")
-        .arg(number)
-        .arg(QString::fromStdString(std::generic_category().message(number)));
+    return QStringLiteral("errno error: %1, %2").arg(number).arg(systemText(number));
+}
+
+QString XPError::reason() const
+{
+    return domain == posixDomain ? systemText(static_cast<int>(code)) : message;
 }
 
 XPError XPError::fromErrno(int number, const QString &path)

@@ -43,6 +43,9 @@ struct [[nodiscard]] XPError
     static XPError malformed(const QString &message, std::optional<qint64> offset = {});
     static XPError make(Kind kind, const QString &message, const QString &path = {});
 
+    // The message as a line that names the file already shows it: without the number.
+    QString reason() const;
+
     bool operator==(const XPError &) const = default;
 };
 
