@@ -24,7 +24,7 @@ void KPFolderWalk::look(const Place &place, const QByteArray &name)
     forgetDocument(place.node, place.path, name);
     // One line for a folder that may be listed but not entered.
     if (!info && info.error().kind != XPError::Kind::NotFound)
-        setProblem(place.path, info.error().message);
+        setProblem(place.path, info.error().reason());
 }
 
 // A file system that cannot keep attributes has no tags to show: that is no fault of the file.
@@ -38,11 +38,11 @@ static void readAttributes(KPFoundDocument &document, const QString &path)
     if (const auto tags = Karvex::getUserTags(path))
         document.tags = *tags;
     else if (isFault(tags.error()))
-        document.error = tags.error().message;
+        document.error = tags.error().reason();
     if (const auto rating = Karvex::getRating(path))
         document.rating = *rating;
     else if (document.error.isEmpty() && isFault(rating.error()))
-        document.error = rating.error().message;
+        document.error = rating.error().reason();
 }
 
 static size_t factsOf(const KPFoundDocument &document)

@@ -24,7 +24,7 @@ void KPFolderWalk::visit(const Visit &visit)
     if (m_isStopped())
         return;
     if (listing.error())
-        setProblem(here.path, XPError::fromErrno(listing.error()).message);
+        setProblem(here.path, XPError::fromErrno(listing.error()).reason());
     else
         sweep(here);
 }
@@ -76,7 +76,7 @@ void KPFolderWalk::cannotOpen(KPFolderNode &node, int number)
         dropFolder(*node.parent, QByteArray(node.name));
         return;
     }
-    setProblem(path.isEmpty() ? QStringLiteral("/") : path, XPError::fromErrno(number).message);
+    setProblem(path.isEmpty() ? QStringLiteral("/") : path, XPError::fromErrno(number).reason());
     // A forbidden folder tells when its rights change; a missing root or a lack of descriptors
     // tells nobody.
     if (m_watch && (number != EACCES || !node.parent))
