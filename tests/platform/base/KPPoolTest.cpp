@@ -71,6 +71,7 @@ TEST(KPPool, ThreadsThatInternTheSameStringsGetTheSameObjects)
     std::latch start(threadCount);
     {
         std::vector<std::jthread> threads;
+        threads.reserve(threadCount);
         for (int t = 0; t < threadCount; ++t) {
             threads.emplace_back([&, t] {
                 std::vector<KPPooledString> mine(count);
