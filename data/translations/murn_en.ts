@@ -8,6 +8,12 @@
     <message id="KPApplicationName">
         <translation>Murn</translation>
     </message>
+    <message id="KPExtensionTypeTemplate">
+        <translation>%1 file</translation>
+    </message>
+    <message id="KPUnknownUTITagTemplate">
+        <translation>Unknown type %1</translation>
+    </message>
     <message id="KarvexAuthenticationPrompt">
         <translation>You need to authorize to set metadata like tags on some files.</translation>
     </message>

@@ -157,6 +157,12 @@ bool KPContentTypes::conforms(Number type, Number other)
     return (word >> (other % 64)) & 1;
 }
 
+bool KPContentTypes::isOfFolders(Number type)
+{
+    static const Number directory = numberOf(u"public.directory");
+    return conforms(type, directory);
+}
+
 std::span<const KPContentTypes::Number> KPContentTypes::parents(Number type)
 {
     return span(Table::types[type].parents);

@@ -30,6 +30,8 @@ QString description(Number type); // English, as in the table
 
 // True when `type` is `other` or conforms to it. False when either is `none`.
 bool conforms(Number type, Number other);
+// True for types of folders: packages, bundles, "public.folder" itself.
+bool isOfFolders(Number type);
 
 std::span<const Number> parents(Number type);
 // All types that `type` conforms to, nearest first, without itself.

@@ -1,14 +1,13 @@
 #include "KPFileType.h"
 
 #include "KPContentTypes.h"
-#include "KPDynamicType.h"
 #include "KPPathTypeCache.h"
 #include "KPTypeResource.h"
 #include "XPFileInfo.h"
+#include "XPFolders.h"
 #include "XPPath.h"
-#include "XPText.h"
+#include "XPVolumes.h"
 
-#include <algorithm>
 #include <array>
 #include <atomic>
 #include <utility>
@@ -38,7 +37,7 @@ struct Installed
 {
     XPMutex mutex;
     KPFileType::IndexLookup indexLookup XP_GUARDED_BY(mutex);
-    KPFileType::SlowTest slowTest XP_GUARDED_BY(mutex);
+    KPFileType::SlowTest slowTest XP_GUARDED_BY(mutex) = XPVolumes::isOnSlowVolume;
 };
 
 } // namespace
@@ -78,63 +77,7 @@ static bool isOnSlowVolume(const QString &path)
         const XPLocker lock(installed().mutex);
         test = installed().slowTest;
     }
-    return test && test(path);
-}
-
-static Number directoryType()
-{
-    static const Number number = KPContentTypes::numberOf(u"public.directory");
-    return number;
-}
-
-QStringList KPFileType::allUTIsForExtension(const QString &extension, bool isDirectory)
-{
-    QStringList result;
-    for (const Number type : KPContentTypes::typesForExtension(extension)) {
-        if (!isDirectory || KPContentTypes::conforms(type, directoryType()))
-            result.append(KPContentTypes::identifier(type));
-    }
-    // A dynamic type is one of files: the form for folders differs and nobody's files have it.
-    if (result.isEmpty() && !isDirectory) {
-        const QString dynamic = KPDynamicType::forExtension(lowerCase(extension));
-        if (!dynamic.isEmpty())
-            result.append(dynamic);
-    }
-    return result;
-}
-
-QString KPFileType::preferredUTIForExtension(const QString &extension)
-{
-    const auto types = KPContentTypes::typesForExtension(extension);
-    return types.empty() ? KPDynamicType::forExtension(lowerCase(extension))
-                         : KPContentTypes::identifier(types.front());
-}
-
-QString KPFileType::utiForFileExtension(const QString &extension)
-{
-    return preferredUTIForExtension(extension.startsWith(u'.') ? extension.mid(1) : extension);
-}
-
-QString KPFileType::fileExtensionForUTI(const QString &uti)
-{
-    const Number type = KPContentTypes::numberOf(uti);
-    return type == KPContentTypes::none ? KPDynamicType::extensionOf(uti)
-                                        : KPContentTypes::preferredExtension(type);
-}
-
-QString KPFileType::preferredUTIForOSType(const QString &code)
-{
-    return KPContentTypes::identifier(KPContentTypes::typeForOSType(code));
-}
-
-QString KPFileType::bestUTIForStoringExtension(const QString &extension,
-                                               const QString &extensionUTI, const QString &pathUTI)
-{
-    const auto types = KPContentTypes::typesForExtension(extension);
-    const bool reliable =
-        types.size() == 1 && !KPContentTypes::conforms(types.front(), directoryType()) &&
-        KPContentTypes::identifier(types.front()) == extensionUTI && pathUTI == extensionUTI;
-    return reliable ? extension : QString();
+    return test(path);
 }
 
 // The type found from the file and where it comes from.
@@ -185,7 +128,8 @@ QString KPFileType::utiForPathSlow(const QString &path, const QString &extension
 static bool isCacheFile(const QString &path, const QString &extension)
 {
     constexpr qsizetype hashLikeSize = 16;
-    return extension.size() >= hashLikeSize && path.contains(u"Library/Caches/");
+    return extension.size() >= hashLikeSize &&
+           (path.contains(u"Library/Caches/") || path.startsWith(XPFolders::caches() + u'/'));
 }
 
 static bool isFolder(const QString &path)
@@ -257,22 +201,4 @@ QString KPFileType::utiForFile(const QString &path)
 QString KPFileType::itemKindForFile(const QString &path)
 {
     return displayNameForUTI(utiForFile(path));
-}
-
-static bool hasExtension(const QString &path, std::initializer_list<QStringView> extensions)
-{
-    const QString extension = XPPath::extension(path);
-    return std::ranges::any_of(extensions, [&](QStringView known) {
-        return extension.compare(known, Qt::CaseInsensitive) == 0;
-    });
-}
-
-bool KPFileType::isMovie(const QString &path)
-{
-    return hasExtension(path, {u"mov", u"avi", u"mpg", u"mp4"});
-}
-
-bool KPFileType::isImage(const QString &path)
-{
-    return hasExtension(path, {u"jpg", u"gif", u"psd", u"png", u"tif"});
 }

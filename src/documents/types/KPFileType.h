@@ -68,7 +68,8 @@ public:
     // index holds as its kMDItemContentType (empty: unknown). Install at start-up.
     using IndexLookup = std::function<QString(const QString &path)>;
     static void setIndexLookup(IndexLookup lookup);
-    // Which paths are never read for their type: XPVolumes::isOnSlowVolume unless replaced.
+    // Which paths are never read for their type: XPVolumes::isOnSlowVolume unless replaced. Never
+    // an empty function.
     using SlowTest = std::function<bool(const QString &path)>;
     static void setSlowVolumeTest(SlowTest test);
 

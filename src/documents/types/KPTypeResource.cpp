@@ -3,12 +3,12 @@
 #include "KPContentTypes.h"
 #include "KPFileType.h"
 #include "KPMimeTypes.h"
+#include "XPFileDescriptor.h"
 #include "XPFileInfo.h"
 #include "XPPath.h"
 
 #include <cerrno>
 #include <fcntl.h>
-#include <unistd.h>
 #include <vector>
 
 using KPContentTypes::Number;
@@ -16,16 +16,10 @@ using KPContentTypes::Number;
 // Enough for every magic number but those of disk images, which have extensions.
 static constexpr size_t firstBytesSize = 8192;
 
-static Number directoryType()
-{
-    static const Number number = KPContentTypes::numberOf(u"public.directory");
-    return number;
-}
-
 static QString folderType(const QString &extension)
 {
     for (const Number type : KPContentTypes::typesForExtension(extension)) {
-        if (KPContentTypes::conforms(type, directoryType()))
+        if (KPContentTypes::isOfFolders(type))
             return KPContentTypes::identifier(type);
     }
     return KPFileType::folderUTI;
@@ -36,21 +30,17 @@ static QString folderType(const QString &extension)
 static QByteArray firstBytes(const QString &path)
 {
     const QByteArray name = XPPath::encode(path);
-    const int file =
-        ::open(name.constData(), O_RDONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC | O_NOCTTY);
-    if (file < 0)
-        return {};
-    QByteArray bytes;
+    constexpr int flags = O_RDONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC | O_NOCTTY;
+    const XPFileDescriptor file(::open(name.constData(), flags));
     struct stat info = {};
-    if (::fstat(file, &info) == 0 && S_ISREG(info.st_mode)) {
-        bytes.resize(firstBytesSize);
-        ssize_t got = 0;
-        do {
-            got = ::read(file, bytes.data(), firstBytesSize);
-        } while (got < 0 && errno == EINTR);
-        bytes.truncate(got > 0 ? got : 0);
-    }
-    ::close(file);
+    if (!file.isOpen() || ::fstat(file.get(), &info) != 0 || !S_ISREG(info.st_mode))
+        return {};
+    QByteArray bytes(firstBytesSize, Qt::Uninitialized);
+    ssize_t got = 0;
+    do {
+        got = ::read(file.get(), bytes.data(), firstBytesSize);
+    } while (got < 0 && errno == EINTR);
+    bytes.truncate(got > 0 ? got : 0);
     return bytes;
 }
 
@@ -77,7 +67,7 @@ static QString regularFileType(const QString &path, const QString &extension)
     if (number == 0 && !extension.isEmpty())
         return KPFileType::preferredUTIForExtension(extension);
     for (const Number type : KPContentTypes::typesForExtensionNumber(number)) {
-        if (!KPContentTypes::conforms(type, directoryType()))
+        if (!KPContentTypes::isOfFolders(type))
             candidates.push_back(type);
     }
     if (candidates.size() == 1)

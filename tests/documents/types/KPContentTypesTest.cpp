@@ -4,7 +4,10 @@
 #include <QProcess>
 #include <QSet>
 #include <TestHome.h>
+#include <atomic>
 #include <gtest/gtest.h>
+#include <thread>
+#include <vector>
 
 using namespace KPContentTypes;
 
@@ -36,6 +39,25 @@ TEST(KPContentTypes, EveryTypeIsFoundByItsNamesAndEndsInARoot)
     EXPECT_EQ(typeForOSType(u"PDF "), numberOf(u"com.adobe.pdf"));
     EXPECT_EQ(typeForOSType(u"----"), none);
     EXPECT_EQ(typeForOSType(u"PDF"), none);
+}
+
+TEST(KPContentTypes, PooledIdentifiersAreFoundFromManyThreads)
+{
+    std::atomic<int> wrong = 0;
+    std::vector<std::jthread> threads;
+    for (int t = 0; t < 4; ++t) {
+        threads.emplace_back([&wrong] {
+            for (Number type = 1; type <= count(); ++type) {
+                for (const QString &name : {identifier(type), identifier(type).toUpper()})
+                    wrong += numberOf(KPPool::pooledString(name)) != type;
+                const QString other = QStringLiteral("com.example.t%1").arg(type);
+                wrong += numberOf(KPPool::pooledString(other)) != none;
+            }
+        });
+    }
+    threads.clear();
+    EXPECT_EQ(wrong, 0);
+    EXPECT_EQ(numberOf(KPPooledString()), none);
 }
 
 // The matrix must agree with walking the parents, for every pair.
