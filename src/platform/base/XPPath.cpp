@@ -1,6 +1,7 @@
 #include "XPPath.h"
 
 #include <QDir>
+#include <algorithm>
 #include <unicode/utf8.h>
 
 static constexpr char16_t undecodableBase = 0xDC00;
@@ -10,13 +11,24 @@ static bool standsForByte(char16_t unit)
     return unit >= undecodableBase + 0x80 && unit <= undecodableBase + 0xFF;
 }
 
+// How many bytes from the start are ASCII: nearly all of nearly every name.
+static qsizetype asciiPrefix(QByteArrayView bytes)
+{
+    const auto *end = std::find_if(bytes.begin(), bytes.end(),
+                                   [](char byte) { return static_cast<quint8>(byte) >= 0x80; });
+    return end - bytes.begin();
+}
+
 QString XPPath::decode(QByteArrayView bytes)
 {
     const auto *data = reinterpret_cast<const uint8_t *>(bytes.data());
     const qsizetype size = bytes.size();
-    QString out;
+    const qsizetype ascii = asciiPrefix(bytes);
+    QString out = QString::fromLatin1(bytes.first(ascii));
+    if (ascii == size)
+        return out;
     out.reserve(size);
-    for (qsizetype i = 0; i < size;) {
+    for (qsizetype i = ascii; i < size;) {
         const qsizetype start = i;
         UChar32 c = 0;
         U8_NEXT(data, i, size, c);
