@@ -1,5 +1,5 @@
 # Sourced after common.sh: the demonstration's private home, and a display where there is none.
-# shellcheck shell=bash
+# shellcheck shell=bash disable=SC2154
 demo=$root/build/demo
 
 # make_demo: the sample library, tagged and rated, as the home of a user of its own. It lies
