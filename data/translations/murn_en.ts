@@ -5,8 +5,11 @@
 <TS version="2.1" language="en">
 <context>
     <name></name>
-    <message id="KPApplicationName">
-        <translation>Murn</translation>
+    <message id="KPExtensionTypeTemplate">
+        <translation>%1 file</translation>
+    </message>
+    <message id="KPUnknownUTITagTemplate">
+        <translation>Unknown type %1</translation>
     </message>
     <message id="KPExtensionTypeTemplate">
         <translation>%1 file</translation>

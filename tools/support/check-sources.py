@@ -13,22 +13,26 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
 USED_ID = re.compile(r'\b(?:qtTrId|QT_TRID_NOOP)\s*\(\s*"([^"]+)"')
+# An id made of a fixed beginning and a value: translated(QByteArray("KPTypeName: ") + type).
+FAMILY = re.compile(r'"(\w+: )"\s*\+')
 PLACEHOLDER = re.compile(r"%(?:L?\d+|n)")
 faults = []
 
 
 def used_ids():
-    """Each id that the sources name, with one place where."""
-    used = {}
+    """Each id that the sources name, with one place where; and the beginnings of families."""
+    used, families = {}, set()
     for path in sorted(ROOT.glob("src/**/*")):
         if path.suffix in (".cpp", ".h"):
-            for id_ in USED_ID.findall(path.read_text(encoding="utf-8")):
+            source = path.read_text(encoding="utf-8")
+            families.update(FAMILY.findall(source))
+            for id_ in USED_ID.findall(source):
                 used.setdefault(id_, path.relative_to(ROOT))
-    return used
+    return used, tuple(families)
 
 
-def texts(path):
-    """id -> the set of placeholders of its text, of one .ts file."""
+def texts(path, families):
+    """id -> the set of placeholders of its text, of one .ts file; members of families left out."""
     found = {}
     for message in ElementTree.parse(path).iter("message"):
         id_, translation = message.get("id"), message.find("translation")
@@ -45,18 +49,18 @@ def texts(path):
     if list(found) != sorted(found):
         first = next(a for a, b in zip(found, sorted(found)) if a != b)
         faults.append(f"{path.name}: not in order of the ids, from {first} on")
-    return found
+    return {id_: found[id_] for id_ in found if not id_.startswith(families)}
 
 
 def check_texts():
-    used = used_ids()
-    english = texts(ROOT / "data/translations/murn_en.ts")
+    used, families = used_ids()
+    english = texts(ROOT / "data/translations/murn_en.ts", families)
     for id_ in sorted(used.keys() - english.keys()):
         faults.append(f"{used[id_]}: {id_} is not in murn_en.ts")
     for id_ in sorted(english.keys() - used.keys()):
         faults.append(f"murn_en.ts: {id_} is used nowhere under src/")
     for path in sorted(ROOT.glob("data/translations/*.ts")):
-        translated = texts(path) if path.name != "murn_en.ts" else english
+        translated = texts(path, families) if path.name != "murn_en.ts" else english
         for id_ in sorted(translated.keys() ^ english.keys()):
             faults.append(f"{path.name}: {id_} is missing here or in murn_en.ts")
         for id_ in sorted(translated.keys() & english.keys()):

@@ -6,5 +6,5 @@
 TEST(Translations, FallBackToEnglishInALanguageThatWeDoNotHave)
 {
     XPTranslations::install(QLocale(QLocale::Icelandic));
-    EXPECT_EQ(qtTrId("KPApplicationName"), QStringLiteral("Murn"));
+    EXPECT_EQ(qtTrId("KPExtensionTypeTemplate"), QStringLiteral("%1 file"));
 }
