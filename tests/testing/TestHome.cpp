@@ -23,7 +23,7 @@ TestFolder::~TestFolder()
 
 QString TestFolder::file(const QString &name, const QByteArray &bytes) const
 {
-    const QString full = path(name);
+    QString full = path(name);
     QDir().mkpath(XPPath::folder(full));
     std::FILE *file = std::fopen(XPPath::encode(full).constData(), "wb");
     Q_ASSERT(file);

@@ -31,6 +31,7 @@ TEST(XPNotificationCenter, OtherThreadsAreHeardOnTheMainThreadInTheirOrder)
     });
     {
         std::vector<std::jthread> posters;
+        posters.reserve(threads);
         for (int thread = 0; thread < threads; ++thread) {
             posters.emplace_back([thread] {
                 for (int number = 0; number < each; ++number)
@@ -55,6 +56,7 @@ TEST(XPNotificationCenter, AnObserverOfOneObjectHearsOnlyOfThat)
                                               std::make_shared<XPNotificationObject>()};
     QList<int> heard;
     std::vector<XPObservation> observations;
+    observations.reserve(std::size(objects));
     for (int i = 0; i < 5; ++i)
         observations.push_back(center().addObserver(
             name, [&heard, i](const XPNotification &) { heard.append(i); }, objects[i]));
