@@ -45,10 +45,15 @@ QString XPPath::decode(QByteArrayView bytes)
 
 QByteArray XPPath::encode(const QString &path)
 {
-    QByteArray out;
-    out.reserve(path.size() + path.size() / 4);
     const qsizetype size = path.size();
-    for (qsizetype i = 0; i < size; ++i) {
+    const auto *plainEnd = std::find_if(
+        path.begin(), path.end(), [](QChar c) { return c.unicode() == 0 || c.unicode() >= 0x80; });
+    const qsizetype plain = plainEnd - path.begin();
+    QByteArray out = QStringView(path).first(plain).toLatin1();
+    if (plain == size)
+        return out;
+    out.reserve(size + size / 4);
+    for (qsizetype i = plain; i < size; ++i) {
         const char16_t unit = path[i].unicode();
         if (unit == 0)
             return {};
