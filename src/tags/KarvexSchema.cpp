@@ -42,6 +42,7 @@ void Karvex::registerKXAttributes(const PropertyValue::Dictionary &samples, cons
     }
     // The file goes when the timer does: after its time, or with an application that ends sooner.
     auto *timer = new QTimer(QCoreApplication::instance());
+    timer->setTimerType(Qt::PreciseTimer);
     QObject::connect(timer, &QTimer::timeout, timer, &QObject::deleteLater);
     QObject::connect(timer, &QObject::destroyed, [path] { removeSchemaFile(path); });
     timer->start(std::chrono::seconds(2));
