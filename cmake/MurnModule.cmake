@@ -76,5 +76,6 @@ function(murn_tests)
     set_target_properties(murn_${arg_NAME}_tests PROPERTIES
         LINK_LIBRARY_OVERRIDE_murn_${arg_NAME} WHOLE_ARCHIVE)
     murn_pch(murn_${arg_NAME}_tests)
-    gtest_discover_tests(murn_${arg_NAME}_tests DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)
+    gtest_discover_tests(murn_${arg_NAME}_tests NO_PRETTY_VALUES DISCOVERY_TIMEOUT 60
+        PROPERTIES TIMEOUT 300)
 endfunction()

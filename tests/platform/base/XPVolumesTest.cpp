@@ -64,7 +64,7 @@ TEST(XPMountTable, TheLongestMountPointHoldsThePath)
 
 TEST(XPVolumes, ANewMountIsNoticed)
 {
-    EXPECT_FALSE(XPVolumes::volumeOf(QStringLiteral("/")).fileSystem.isEmpty());
+    XPVolumes::volumeOf(QStringLiteral("/")); // the table is read before the mount
     const auto volume = TestVolume::tmpfs("64k");
     if (!volume)
         GTEST_SKIP() << "no file system can be mounted here";
