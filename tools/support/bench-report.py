@@ -10,7 +10,7 @@ import sys
 # What Google Benchmark appends to a name for the way it was run.
 WAY = re.compile(r"/(real_time|process_time|manual_time|(iterations|repeats|threads|min_time|"
                  r"min_warmup_time):[^/]*)")
-BASELINE = "/baseline"
+BASELINE = "baseline"
 TO_SECONDS = {"ns": 1e-9, "us": 1e-6, "ms": 1e-3, "s": 1.0}
 
 
@@ -29,8 +29,12 @@ class Run:
 def medians(report):
     """The median of each benchmark; the only run where it was not repeated."""
     runs = {}
+    # A benchmark that also runs on more threads has one figure for each number of them.
+    alone = {WAY.sub("", r["run_name"]) for r in report["benchmarks"] if r["threads"] == 1}
     for record in report["benchmarks"]:
         name = WAY.sub("", record["run_name"])
+        if record["threads"] > 1 and name in alone:
+            name += f" ({record['threads']} threads)"
         if record.get("error_occurred"):
             sys.exit(f"{name}: {record['error_message']}")
         if record["run_type"] != "aggregate":
@@ -38,6 +42,21 @@ def medians(report):
         elif record["aggregate_name"] == "median":
             runs[name] = Run(record)
     return runs
+
+
+def split_baselines(runs):
+    """(the figures, the baseline of each); "x/baseline/4" is the baseline of "x/4"."""
+    figures, baselines = {}, {}
+    for name, run in sorted(runs.items()):
+        parts = name.split("/")
+        if BASELINE in parts:
+            parts.remove(BASELINE)
+            baselines["/".join(parts)] = run
+        else:
+            figures[name] = run
+    for name in baselines.keys() - figures.keys():
+        sys.exit(f"{name}: a baseline of nothing")
+    return figures, baselines
 
 
 def figure(run, baseline):
@@ -63,15 +82,11 @@ def figure(run, baseline):
 
 def main():
     with open(sys.argv[1], encoding="utf-8") as file:
-        runs = medians(json.load(file))
+        figures, baselines = split_baselines(medians(json.load(file)))
     failed = False
     print(f"{'figure':<44}{'measured':>10} {'':<12}{'bound':<16}")
-    for name, run in sorted(runs.items()):
-        if name.endswith(BASELINE):
-            if name.removesuffix(BASELINE) not in runs:
-                sys.exit(f"{name}: a baseline of nothing")
-            continue
-        value, unit, bound, holds = figure(run, runs.get(name + BASELINE))
+    for name, run in figures.items():
+        value, unit, bound, holds = figure(run, baselines.get(name))
         verdict = {True: "ok", False: "TOO SLOW", None: ""}[holds]
         if holds is False and "value" in run.record:
             verdict = "TOO MUCH"
