@@ -191,8 +191,10 @@ class Emitter:
         return f"{{{self.lists[values]}, {len(values)}}}"
 
 
-def literal(text):
-    return 'u"' + text.replace("\\", "\\\\").replace('"', '\\"') + '\\0"'
+def units(text):
+    """The UTF-16 code units and the closing 0: longer than a literal may portably be."""
+    data = (text + "\0").encode("utf-16-le")
+    return [data[i] | data[i + 1] << 8 for i in range(0, len(data), 2)]
 
 
 def array(declaration, entries, per_line=16):
@@ -246,7 +248,7 @@ def write(declarations, numbers, ancestors, tags, out_path, sizes_path):
     with open(out_path, "w", encoding="utf-8") as out:
         out.write('// Made from data/content-types.txt; do not edit.\n'
                   '#include "ContentTypeTable.h"\n\nnamespace ContentTypeTable {\n')
-        out.write("const char16_t text[] =\n" + "\n".join(map(literal, emit.pieces)) + ";\n")
+        out.write(array("char16_t text[]", [u for piece in emit.pieces for u in units(piece)], 32))
         out.write(array("quint16 lists[]", emit.numbers))
         out.write(array("Type types[typeCount + 1]", types, 1))
         out.write(array("Tag extensions[extensionCount + 1]", extension_rows, 4))
