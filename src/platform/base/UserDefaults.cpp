@@ -55,8 +55,7 @@ static XPResult<Stored> loadOrSetAside(const QString &path)
     if (!aside)
         return aside.error();
     qCWarning(xpLog).noquote() << "The settings file is damaged and was set aside as"
-                               << XPPath::printable(*aside) + u':'
-                               << stored.error().message;
+                               << XPPath::printable(*aside) + u':' << stored.error().message;
     return Stored();
 }
 
