@@ -8,7 +8,8 @@ static_assert(sizeof(QChar) == sizeof(UChar));
 
 static const UChar *units(const QString &text)
 {
-    return reinterpret_cast<const UChar *>(text.utf16());
+    // Not utf16(), which copies a text that refers to raw memory.
+    return reinterpret_cast<const UChar *>(text.constData());
 }
 
 static bool isAscii(const QString &text)
