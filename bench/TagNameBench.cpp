@@ -17,7 +17,7 @@ static QString tagText(int number)
     static const QStringList words{QStringLiteral("Invoice"),      QStringLiteral("holiday 2019"),
                                    QStringLiteral("Tax return"),   QStringLiteral("to do"),
                                    QStringLiteral("Project Blue"), QStringLiteral("receipts")};
-    const QString text = words[number % words.size()] + QLatin1Char(' ') + QString::number(number);
+    QString text = words[number % words.size()] + QLatin1Char(' ') + QString::number(number);
     if (number % 10 != 0)
         return text;
     return number % 20 == 0 ? QStringLiteral("Büro ") + text
