@@ -1,13 +1,16 @@
 #include "XPPropertyListDate.h"
 
-#include <array>
 #include <chrono>
 #include <cmath>
 
 using namespace std::chrono;
 
 static constexpr sys_days epoch = year{2001} / January / 1;
-static constexpr double secondsADay = 86400;
+
+static constexpr double secondsFrom2001To(sys_seconds time)
+{
+    return static_cast<double>((time - epoch).count());
+}
 
 // `pattern`: a 0 stands for any digit, every other character for itself.
 static bool matches(QStringView text, QStringView pattern)
@@ -61,31 +64,31 @@ std::optional<PropertyValue::Date> XPPropertyListDate::fromText(QStringView text
         return {};
     const year_month_day day{year{number(whole, 0, 4)}, month{unsigned(number(whole, 5, 2))},
                              std::chrono::day{unsigned(number(whole, 8, 2))}};
-    const int hours = number(whole, 11, 2);
-    const int minutes = number(whole, 14, 2);
-    const int seconds = number(whole, 17, 2);
-    if (!day.ok() || hours > 23 || minutes > 59 || seconds > 59)
+    const hours hour{number(whole, 11, 2)};
+    const minutes minute{number(whole, 14, 2)};
+    const seconds second{number(whole, 17, 2)};
+    if (!day.ok() || hour >= 24h || minute >= 60min || second >= 60s)
         return {};
-    const double days = int((sys_days{day} - epoch).count());
-    return PropertyValue::Date{days * secondsADay + hours * 3600 + minutes * 60 + seconds + part};
+    return PropertyValue::Date{secondsFrom2001To(sys_days{day} + hour + minute + second) + part};
 }
 
 std::optional<QByteArray> XPPropertyListDate::toText(PropertyValue::Date date)
 {
-    constexpr int firstDay = (sys_days{year{0} / January / 1} - epoch).count();
-    constexpr int lastDay = (sys_days{year{9999} / December / 31} - epoch).count();
-    const double days = std::floor(date.secondsSince2001 / secondsADay);
+    constexpr sys_seconds first = sys_days{year{0} / January / 1};
+    constexpr sys_seconds end = sys_days{year{10000} / January / 1};
+    const double whole = std::floor(date.secondsSince2001);
     // Written so that NaN fails too.
-    if (!(days >= firstDay && days <= lastDay))
+    if (!(whole >= secondsFrom2001To(first) && whole < secondsFrom2001To(end)))
         return {};
-    const year_month_day day{epoch + std::chrono::days{int(days)}};
-    const int seconds = int(std::floor(date.secondsSince2001 - days * secondsADay));
+    const sys_seconds time = epoch + seconds{static_cast<qint64>(whole)};
+    const year_month_day day{floor<days>(time)};
+    const hh_mm_ss clock{time - floor<days>(time)};
     return QStringLiteral("%1-%2-%3T%4:%5:%6Z")
         .arg(int(day.year()), 4, 10, QLatin1Char('0'))
         .arg(unsigned(day.month()), 2, 10, QLatin1Char('0'))
         .arg(unsigned(day.day()), 2, 10, QLatin1Char('0'))
-        .arg(seconds / 3600, 2, 10, QLatin1Char('0'))
-        .arg(seconds / 60 % 60, 2, 10, QLatin1Char('0'))
-        .arg(seconds % 60, 2, 10, QLatin1Char('0'))
+        .arg(clock.hours().count(), 2, 10, QLatin1Char('0'))
+        .arg(clock.minutes().count(), 2, 10, QLatin1Char('0'))
+        .arg(clock.seconds().count(), 2, 10, QLatin1Char('0'))
         .toLatin1();
 }

@@ -161,6 +161,7 @@ TEST(XmlPropertyList, WritesTheFormThatPeopleKnow)
                               "\t<key>b</key>\n\t<array>\n\t\t<string>&#13;&lt;&amp;&gt;</string>\n"
                               "\t\t<real>0.1</real>\n\t</array>\n</dict>\n</plist>\n"))
         << xml->constData();
+    EXPECT_TRUE(XPPropertyList::writeXml(PropertyValue::Date{-1e-20})->contains("T23:59:59Z"));
     EXPECT_EQ(XPPropertyList::writeXml(text("a\x01")).error().kind, XPError::Kind::InvalidArgument);
     EXPECT_EQ(XPPropertyList::writeXml(PropertyValue::Date{1e15}).error().kind,
               XPError::Kind::InvalidArgument);
