@@ -23,26 +23,6 @@ double PropertyValue::Date::secondsSince1970() const
     return secondsSince2001 + secondsFrom1970To2001;
 }
 
-PropertyValue::PropertyValue(Date value) : m_value(value)
-{
-}
-
-PropertyValue::PropertyValue(const QByteArray &value) : m_value(value)
-{
-}
-
-PropertyValue::PropertyValue(const QString &value) : m_value(value)
-{
-}
-
-PropertyValue::PropertyValue(const Array &value) : m_value(value)
-{
-}
-
-PropertyValue::PropertyValue(const Dictionary &value) : m_value(value)
-{
-}
-
 PropertyValue::PropertyValue(const QStringList &value) : m_value(Array(value.begin(), value.end()))
 {
 }

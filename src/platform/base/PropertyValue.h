@@ -4,6 +4,7 @@
 #include <QList>
 #include <QMap>
 #include <QString>
+#include <utility>
 #include <variant>
 
 // A property-list value: what an extended attribute or a setting holds.
@@ -32,11 +33,11 @@ public:
     using Dictionary = QMap<QString, PropertyValue>;
 
     PropertyValue() = default;
-    PropertyValue(Date value);
-    PropertyValue(const QByteArray &value);
-    PropertyValue(const QString &value);
-    PropertyValue(const Array &value);
-    PropertyValue(const Dictionary &value);
+    PropertyValue(Date value) : m_value(value) {}
+    PropertyValue(QByteArray value) : m_value(std::move(value)) {}
+    PropertyValue(QString value) : m_value(std::move(value)) {}
+    PropertyValue(Array value) : m_value(std::move(value)) {}
+    PropertyValue(Dictionary value) : m_value(std::move(value)) {}
     PropertyValue(const QStringList &value); // an array of strings
     // Named, as numbers and booleans convert into each other behind one's back.
     static PropertyValue boolean(bool value);

@@ -6,15 +6,17 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <list>
+#include <memory>
 #include <optional>
 
 using namespace XPPropertyListBinary;
 
 namespace {
 
-// Decodes each object once, however often it is referenced; shared ones share their storage.
-// So time and memory follow the input's length, while depth and number of values are counted as
-// if every reference had its own copy.
+// Decodes each object once, straight to where it is first referenced; later references copy it
+// from there and share its storage. So time and memory follow the input's length, while depth
+// and number of values are counted as if every reference had its own copy.
 class BinaryReader
 {
 public:
@@ -28,11 +30,10 @@ public:
 private:
     struct Object
     {
-        enum class State { Unread, BeingRead, Read };
-        PropertyValue value;
-        qsizetype values = 1; // in the tree below, itself included
-        int height = 0;       // containers on the longest way down, itself included
-        State state = State::Unread;
+        // Where the value was decoded to; it stays there until the reader is done.
+        const PropertyValue *value = nullptr;
+        qsizetype values = 0; // in the tree below, itself included; 0: not begun
+        qsizetype height = 0; // containers on the longest way down, itself included
     };
 
     // The marker of an object, taken apart.
@@ -48,16 +49,18 @@ private:
     bool readTrailer();
     bool readCount(Header &header);
     bool claimPayload(const Header &header, qsizetype unit);
-    const Object *object(quint64 number, qsizetype referencedAt, int depth);
-    const Object *child(qsizetype referenceAt, int depth);
-    bool readObject(Object &object, qsizetype offset, int depth);
-    bool readInteger(Object &object, Header &header);
-    bool readReal(Object &object, Header &header);
-    bool readDate(Object &object, Header &header);
-    bool readString(Object &object, Header &header);
-    bool readArray(Object &object, Header &header, int depth);
-    bool readDictionary(Object &object, Header &header, int depth);
-    bool adopt(Object &parent, const Object &child);
+    const Object *reference(qsizetype referenceAt, int depth, PropertyValue &value);
+    const Object *object(quint64 number, qsizetype referencedAt, int depth, PropertyValue &value);
+    bool readObject(Object &object, qsizetype offset, int depth, PropertyValue &value);
+    bool readInteger(Header &header, PropertyValue &value);
+    bool readReal(Header &header, PropertyValue &value);
+    bool readDate(Header &header, PropertyValue &value);
+    bool readData(Header &header, PropertyValue &value);
+    bool readString(Header &header, PropertyValue &value);
+    bool readArray(Object &object, Header &header, int depth, PropertyValue &value);
+    bool readDictionary(Object &object, Header &header, int depth, PropertyValue &value);
+    bool enterContainer(Object &object, Header &header, int depth, qsizetype unit);
+    bool adopt(Object &parent, const Object *child, const Header &header);
 
     quint64 bigEndian(qsizetype offset, qsizetype size) const;
     bool malformed(const char *message, qsizetype offset);
@@ -71,15 +74,23 @@ private:
     qsizetype m_unclaimed = 0; // bytes of objects that no object read so far has used
     quint64 m_top = 0;
     QVarLengthArray<Object, 16> m_objects;
+    std::list<PropertyValue> m_keys; // objects first referenced as a key, which a map copies
     std::optional<XPError> m_error;
 };
 
+// Sets a value that is null, so that there is nothing to destroy.
+template <typename T>
+static void fill(PropertyValue &value, T &&content)
+{
+    std::construct_at(&value, std::forward<T>(content));
+}
+
 XPResult<PropertyValue> BinaryReader::read()
 {
-    const Object *top = readTrailer() ? object(m_top, m_bytes.size() - 16, 0) : nullptr;
-    if (!top)
+    PropertyValue value;
+    if (!readTrailer() || !object(m_top, m_bytes.size() - 16, 0, value))
         return *std::move(m_error);
-    return top->value;
+    return value;
 }
 
 bool BinaryReader::readTrailer()
@@ -101,7 +112,7 @@ bool BinaryReader::readTrailer()
     if (table < quint64(magicSize) || table > quint64(trailer))
         return malformed("The offset table lies outside", trailer + trailerTableOffset);
     m_table = qsizetype(table);
-    if (count > quint64((trailer - m_table) / m_offsetSize))
+    if (count > table || count * quint64(m_offsetSize) > quint64(trailer) - table)
         return malformed("The offset table is cut off", trailer + trailerObjectCount);
     // A tree within the limit has no more than one key to each value.
     if (qsizetype(count) / 2 > m_limits.objects)
@@ -113,75 +124,80 @@ bool BinaryReader::readTrailer()
 
 quint64 BinaryReader::bigEndian(qsizetype offset, qsizetype size) const
 {
+    if (size == 8)
+        return qFromBigEndian<quint64>(m_bytes.data() + offset);
     quint64 result = 0;
     for (qsizetype i = 0; i < size; ++i)
         result = result << 8 | quint8(m_bytes[offset + i]);
     return result;
 }
 
-const BinaryReader::Object *BinaryReader::object(quint64 number, qsizetype referencedAt, int depth)
+// Decodes the object to `value`, or copies it there when it has been read before.
+const BinaryReader::Object *BinaryReader::object(quint64 number, qsizetype referencedAt, int depth,
+                                                 PropertyValue &value)
 {
     if (number >= quint64(m_objects.size())) {
         malformed("Reference to an object that does not exist", referencedAt);
         return nullptr;
     }
     Object &object = m_objects[qsizetype(number)];
-    if (object.state == Object::State::BeingRead) {
+    if (object.value) {
+        if (object.height > m_limits.depth - depth) {
+            tooLarge("Containers are nested too deeply", referencedAt);
+            return nullptr;
+        }
+        value = *object.value;
+        return &object;
+    }
+    if (object.values != 0) {
         malformed("A container contains itself", referencedAt);
         return nullptr;
     }
-    if (object.state == Object::State::Unread) {
-        const qsizetype entry = m_table + qsizetype(number) * m_offsetSize;
-        const quint64 offset = bigEndian(entry, m_offsetSize);
-        if (offset < quint64(magicSize) || offset >= quint64(m_table)) {
-            malformed("An object lies outside", entry);
-            return nullptr;
-        }
-        object.state = Object::State::BeingRead;
-        if (!readObject(object, qsizetype(offset), depth))
-            return nullptr;
-        object.state = Object::State::Read;
-    } else if (object.height > m_limits.depth - depth) {
-        tooLarge("Containers are nested too deeply", referencedAt);
+    object.values = 1;
+    const qsizetype entry = m_table + qsizetype(number) * m_offsetSize;
+    const quint64 offset = bigEndian(entry, m_offsetSize);
+    if (offset < quint64(magicSize) || offset >= quint64(m_table)) {
+        malformed("An object lies outside", entry);
         return nullptr;
     }
+    if (!readObject(object, qsizetype(offset), depth, value))
+        return nullptr;
+    object.value = &value;
     return &object;
 }
 
-const BinaryReader::Object *BinaryReader::child(qsizetype referenceAt, int depth)
+const BinaryReader::Object *BinaryReader::reference(qsizetype referenceAt, int depth,
+                                                    PropertyValue &value)
 {
-    return object(bigEndian(referenceAt, m_referenceSize), referenceAt, depth);
+    return object(bigEndian(referenceAt, m_referenceSize), referenceAt, depth, value);
 }
 
-bool BinaryReader::readObject(Object &object, qsizetype offset, int depth)
+bool BinaryReader::readObject(Object &object, qsizetype offset, int depth, PropertyValue &value)
 {
     const quint8 marker = quint8(m_bytes[offset]);
     Header header{offset, quint8(marker & 0xF0), quint8(marker & 0x0F), 0, offset + 1};
     switch (header.kind) {
     case Integer:
-        return readInteger(object, header);
+        return readInteger(header, value);
     case Real:
-        return readReal(object, header);
+        return readReal(header, value);
     case Date:
-        return readDate(object, header);
+        return readDate(header, value);
     case Data:
-        if (!readCount(header) || !claimPayload(header, 1))
-            return false;
-        object.value = m_bytes.sliced(header.payload, header.count).toByteArray();
-        return true;
+        return readData(header, value);
     case Ascii:
     case Utf16:
-        return readString(object, header);
+        return readString(header, value);
     case Array:
-        return readArray(object, header, depth);
+        return readArray(object, header, depth, value);
     case Dictionary:
-        return readDictionary(object, header, depth);
+        return readDictionary(object, header, depth, value);
     default:
         break;
     }
     if (marker != True && marker != False)
         return malformed("An object of an unknown kind", offset);
-    object.value = PropertyValue::boolean(marker == True);
+    value = PropertyValue::boolean(marker == True);
     return claimPayload(header, 0);
 }
 
@@ -208,14 +224,15 @@ bool BinaryReader::readCount(Header &header)
 // writer makes; without this rule a few bytes could stand for very many long strings.
 bool BinaryReader::claimPayload(const Header &header, qsizetype unit)
 {
-    if (unit != 0 && header.count > (m_table - header.payload) / unit)
+    const qsizetype size = header.count * unit; // a count is no larger than the input
+    if (size > m_table - header.payload)
         return malformed("An object is cut off", header.offset);
-    m_unclaimed -= header.payload - header.offset + header.count * unit;
+    m_unclaimed -= header.payload - header.offset + size;
     return m_unclaimed >= 0 || malformed("Objects overlap", header.offset);
 }
 
 // One, two and four bytes hold unsigned numbers, eight and sixteen signed ones.
-bool BinaryReader::readInteger(Object &object, Header &header)
+bool BinaryReader::readInteger(Header &header, PropertyValue &value)
 {
     header.count = qsizetype(1) << header.low;
     if (header.count > 16)
@@ -229,12 +246,11 @@ bool BinaryReader::readInteger(Object &object, Header &header)
         if (high != (qint64(bigEndian(low, 8)) < 0 ? -1 : 0))
             return malformed("An integer of more than 64 bits", header.offset);
     }
-    object.value =
-        PropertyValue::integer(qint64(bigEndian(low, std::min<qsizetype>(header.count, 8))));
+    value = PropertyValue::integer(qint64(bigEndian(low, std::min<qsizetype>(header.count, 8))));
     return true;
 }
 
-bool BinaryReader::readReal(Object &object, Header &header)
+bool BinaryReader::readReal(Header &header, PropertyValue &value)
 {
     header.count = qsizetype(1) << header.low;
     if (header.count != 4 && header.count != 8)
@@ -242,13 +258,12 @@ bool BinaryReader::readReal(Object &object, Header &header)
     if (!claimPayload(header, 1))
         return false;
     const quint64 bits = bigEndian(header.payload, header.count);
-    object.value =
-        PropertyValue::real(header.count == 4 ? double(std::bit_cast<float>(quint32(bits)))
-                                              : std::bit_cast<double>(bits));
+    value = PropertyValue::real(header.count == 4 ? double(std::bit_cast<float>(quint32(bits)))
+                                                  : std::bit_cast<double>(bits));
     return true;
 }
 
-bool BinaryReader::readDate(Object &object, Header &header)
+bool BinaryReader::readDate(Header &header, PropertyValue &value)
 {
     header.count = 8;
     if (header.low != 3)
@@ -258,92 +273,97 @@ bool BinaryReader::readDate(Object &object, Header &header)
     const double seconds = std::bit_cast<double>(bigEndian(header.payload, 8));
     if (!std::isfinite(seconds))
         return malformed("A date that is no time", header.offset);
-    object.value = PropertyValue::Date{seconds};
+    value = PropertyValue::Date{seconds};
     return true;
 }
 
-static bool isAscii(const char *bytes, qsizetype count)
+bool BinaryReader::readData(Header &header, PropertyValue &value)
 {
-    char all = 0;
-    for (qsizetype i = 0; i < count; ++i)
-        all = char(all | bytes[i]);
-    return (all & 0x80) == 0;
+    if (!readCount(header) || !claimPayload(header, 1))
+        return false;
+    value = m_bytes.sliced(header.payload, header.count).toByteArray();
+    return true;
 }
 
-bool BinaryReader::readString(Object &object, Header &header)
+bool BinaryReader::readString(Header &header, PropertyValue &value)
 {
     const bool wide = header.kind == Utf16;
     if (!readCount(header) || !claimPayload(header, wide ? 2 : 1))
         return false;
-    const char *bytes = m_bytes.data() + header.payload;
+    const char *from = m_bytes.data() + header.payload;
+    QString text(header.count, Qt::Uninitialized);
+    QChar *to = text.data();
     if (wide) {
-        QString text(header.count, Qt::Uninitialized);
-        qFromBigEndian<char16_t>(bytes, header.count, text.data());
-        object.value = text;
-        return true;
+        qFromBigEndian<char16_t>(from, header.count, to);
+    } else {
+        char all = 0;
+        for (qsizetype i = 0; i < header.count; ++i) {
+            all = char(all | from[i]);
+            to[i] = QLatin1Char(from[i]);
+        }
+        if (all & 0x80)
+            return malformed("An ASCII string with other bytes", header.offset);
     }
-    if (!isAscii(bytes, header.count))
-        return malformed("An ASCII string with other bytes", header.offset);
-    object.value = QString::fromLatin1(bytes, header.count);
+    fill(value, std::move(text));
     return true;
 }
 
-// Counts a child in; false when the tree has become too large.
-bool BinaryReader::adopt(Object &parent, const Object &child)
-{
-    parent.values += child.values;
-    parent.height = std::max(parent.height, 1 + child.height);
-    return parent.values <= m_limits.objects;
-}
-
-bool BinaryReader::readArray(Object &object, Header &header, int depth)
+bool BinaryReader::enterContainer(Object &object, Header &header, int depth, qsizetype unit)
 {
     if (depth >= m_limits.depth)
         return tooLarge("Containers are nested too deeply", header.offset);
-    if (!readCount(header) || !claimPayload(header, m_referenceSize))
+    if (!readCount(header) || !claimPayload(header, unit))
         return false;
-    if (header.count >= m_limits.objects)
-        return tooLarge("Too many values", header.offset);
-    PropertyValue::Array array;
-    array.reserve(header.count);
     object.height = 1;
-    for (qsizetype i = 0; i < header.count; ++i) {
-        const Object *element = child(header.payload + i * m_referenceSize, depth + 1);
-        if (!element)
+    return header.count < m_limits.objects || tooLarge("Too many values", header.offset);
+}
+
+// Counts a child in, when there is one.
+bool BinaryReader::adopt(Object &parent, const Object *child, const Header &header)
+{
+    if (!child)
+        return false;
+    parent.values += child->values;
+    parent.height = std::max(parent.height, 1 + child->height);
+    return parent.values <= m_limits.objects || tooLarge("Too many values", header.offset);
+}
+
+bool BinaryReader::readArray(Object &object, Header &header, int depth, PropertyValue &value)
+{
+    if (!enterContainer(object, header, depth, m_referenceSize))
+        return false;
+    PropertyValue::Array array(header.count);
+    qsizetype at = header.payload;
+    for (PropertyValue &element : array) {
+        if (!adopt(object, reference(at, depth + 1, element), header))
             return false;
-        if (!adopt(object, *element))
-            return tooLarge("Too many values", header.offset);
-        array.append(element->value);
+        at += m_referenceSize;
     }
-    object.value = array;
+    fill(value, std::move(array)); // the elements stay where they are
     return true;
 }
 
-bool BinaryReader::readDictionary(Object &object, Header &header, int depth)
+bool BinaryReader::readDictionary(Object &object, Header &header, int depth, PropertyValue &value)
 {
-    if (depth >= m_limits.depth)
-        return tooLarge("Containers are nested too deeply", header.offset);
-    if (!readCount(header) || !claimPayload(header, 2 * m_referenceSize))
+    if (!enterContainer(object, header, depth, 2 * m_referenceSize))
         return false;
     PropertyValue::Dictionary dictionary;
-    object.height = 1;
+    qsizetype keyAt = header.payload;
     for (qsizetype i = 0; i < header.count; ++i) {
-        const qsizetype keyAt = header.payload + i * m_referenceSize;
-        const Object *key = child(keyAt, depth + 1);
-        if (!key)
+        PropertyValue &key = m_keys.emplace_back();
+        if (!reference(keyAt, depth + 1, key))
             return false;
-        if (!key->value.isString())
+        if (!key.isString())
             return malformed("A dictionary key that is no string", keyAt);
-        const Object *value = child(keyAt + header.count * m_referenceSize, depth + 1);
-        if (!value)
-            return false;
-        if (!adopt(object, *value))
-            return tooLarge("Too many values", header.offset);
-        dictionary.insert(dictionary.cend(), key->value.string(), value->value);
+        PropertyValue &element = *dictionary.insert(dictionary.cend(), key.string(), {});
         if (dictionary.size() != i + 1)
             return malformed("A dictionary key appears twice", keyAt);
+        const qsizetype valueAt = keyAt + header.count * m_referenceSize;
+        if (!adopt(object, reference(valueAt, depth + 1, element), header))
+            return false;
+        keyAt += m_referenceSize;
     }
-    object.value = dictionary;
+    fill(value, std::move(dictionary));
     return true;
 }
 
