@@ -146,7 +146,7 @@ static QString findAndRemember(const QString &path, const QString &extension,
         return KPFileType::dataUTI;
     if (extension.isEmpty() && !mode && isFolder(path))
         return KPFileType::folderUTI;
-    const QString known = pathCache().type(path);
+    QString known = pathCache().type(path);
     if (!known.isEmpty())
         return known;
     const auto stamp = pathCache().stamp(path);

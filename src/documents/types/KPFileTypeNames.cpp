@@ -22,24 +22,32 @@ static QString filledIn(QString format, const QString &argument)
     return format.replace(QStringLiteral("%1"), argument);
 }
 
-// A bare extension: our own name for it, or the extension itself in a phrase.
-static QString extensionName(const QString &extension)
+static QString ownExtensionName(const QString &extension)
 {
-    const QString own = translated("KPTranslationForExtension: " + extension.toUtf8());
-    if (!own.isEmpty())
-        return own;
+    return translated("KPTranslationForExtension: " + extension.toUtf8());
+}
+
+static QString extensionPhrase(const QString &extension)
+{
     //% "%1 file"
     const QString format = translated(QT_TRID_NOOP("KPExtensionTypeTemplate"));
     return filledIn(format.isEmpty() ? QStringLiteral("%1 file") : format, extension);
 }
 
+// A bare extension: our own name for it, or the extension itself in a phrase.
+static QString extensionName(const QString &extension)
+{
+    QString own = ownExtensionName(extension);
+    return own.isEmpty() ? extensionPhrase(extension) : own;
+}
+
 // A dynamic type has no description of its own, but the MIME database may know its extension.
 static QString dynamicName(const QString &extension)
 {
-    const QByteArray id = "KPTranslationForExtension: " + extension.toUtf8();
-    const QString known =
-        translated(id).isEmpty() ? KPMimeTypes::descriptionForExtension(extension) : QString();
-    return known.isEmpty() ? extensionName(extension) : known;
+    QString own = ownExtensionName(extension);
+    if (own.isEmpty())
+        own = KPMimeTypes::descriptionForExtension(extension);
+    return own.isEmpty() ? extensionPhrase(extension) : own;
 }
 
 static QString unknownName(const QString &uti)
@@ -53,13 +61,13 @@ static QString unknownName(const QString &uti)
 // English of the table last.
 static QString declaredName(KPContentTypes::Number type)
 {
-    const QString own = translated("KPTypeName: " + KPContentTypes::identifier(type).toUtf8());
+    QString own = translated("KPTypeName: " + KPContentTypes::identifier(type).toUtf8());
     if (!own.isEmpty())
         return own;
     const QString mimeType = KPContentTypes::preferredMimeType(type);
     const auto language = QLocale().language();
     if (!mimeType.isEmpty() && language != QLocale::English && language != QLocale::C) {
-        const QString comment = KPMimeTypes::descriptionForMimeType(mimeType);
+        QString comment = KPMimeTypes::descriptionForMimeType(mimeType);
         if (!comment.isEmpty())
             return comment;
     }

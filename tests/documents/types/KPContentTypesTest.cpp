@@ -45,6 +45,7 @@ TEST(KPContentTypes, PooledIdentifiersAreFoundFromManyThreads)
 {
     std::atomic<int> wrong = 0;
     std::vector<std::jthread> threads;
+    threads.reserve(4);
     for (int t = 0; t < 4; ++t) {
         threads.emplace_back([&wrong] {
             for (Number type = 1; type <= count(); ++type) {

@@ -19,8 +19,8 @@ namespace {
 class KPFileTypeTest : public testing::Test
 {
 protected:
-    KPFileTypeTest() { reset(); }
-    ~KPFileTypeTest() override { reset(); }
+    void SetUp() override { reset(); }
+    void TearDown() override { reset(); }
     static void reset()
     {
         KPFileType::setIndexLookup({});
@@ -242,6 +242,7 @@ TEST_F(KPFileTypeTest, ManyThreadsGetTheSameAnswers)
         expected.append(type(path));
     std::atomic<int> wrong = 0;
     std::vector<std::jthread> threads;
+    threads.reserve(4);
     for (int t = 0; t < 4; ++t) {
         threads.emplace_back([&, t] {
             for (int round = 0; round < 300; ++round) {
