@@ -61,7 +61,7 @@ std::optional<XPError> Karvex::setXAttr(const PropertyValue &value, const QStrin
 {
     if (path.isEmpty() || key.isEmpty())
         return KarvexErrors::parameter(path);
-    const auto error = writeAttribute(value, key, path);
+    auto error = writeAttribute(value, key, path);
     if (!error || error->domain == XPError::karvexDomain)
         return error;
     if (KarvexAuthenticated::mayRetry(*error) &&
