@@ -111,6 +111,16 @@ QString XPFolders::caches()
     return baseFolder("XDG_CACHE_HOME", QStringLiteral(".cache"));
 }
 
+QString XPFolders::ourApplicationSupport()
+{
+    return below(applicationSupport(), QStringLiteral("Zel"));
+}
+
+QString XPFolders::ourCaches()
+{
+    return below(caches(), QStringLiteral("Zel"));
+}
+
 QString XPFolders::runtime()
 {
     const QString folder = fromEnvironment("XDG_RUNTIME_DIR");

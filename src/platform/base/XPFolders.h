@@ -18,8 +18,11 @@ QString downloads();
 QString configuration();      // $XDG_CONFIG_HOME
 QString applicationSupport(); // $XDG_DATA_HOME: the base that programs make folders in
 QString caches();             // $XDG_CACHE_HOME
-QString runtime();            // $XDG_RUNTIME_DIR, or a private folder in the caches
-QString trash();              // the home trash: $XDG_DATA_HOME/Trash
+// The program's own folders in these two.
+QString ourApplicationSupport();
+QString ourCaches();
+QString runtime(); // $XDG_RUNTIME_DIR, or a private folder in the caches
+QString trash();   // the home trash: $XDG_DATA_HOME/Trash
 
 // "~" and "~/…" replaced by the home folder; anything else unchanged.
 QString expandTilde(const QString &path);
