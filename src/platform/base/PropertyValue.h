@@ -33,12 +33,14 @@ public:
     using Dictionary = QMap<QString, PropertyValue>;
 
     PropertyValue() = default;
+    // NOLINTBEGIN(google-explicit-constructor): a value stands for what it holds
     PropertyValue(Date value) : m_value(value) {}
     PropertyValue(QByteArray value) : m_value(std::move(value)) {}
     PropertyValue(QString value) : m_value(std::move(value)) {}
     PropertyValue(Array value) : m_value(std::move(value)) {}
     PropertyValue(Dictionary value) : m_value(std::move(value)) {}
     PropertyValue(const QStringList &value); // an array of strings
+    // NOLINTEND(google-explicit-constructor)
     // Named, as numbers and booleans convert into each other behind one's back.
     static PropertyValue boolean(bool value);
     static PropertyValue integer(qint64 value);
