@@ -39,35 +39,7 @@ start_display() {
     fi
 }
 
-# window_of NAME: the id of the largest window of the class NAME; nothing when there is none.
-window_of() {
-    xwininfo -root -tree | awk -v class="(\"$1\"" '
-        index($0, class) && match($0, /[0-9]+x[0-9]+[+-]/) {
-            split(substr($0, RSTART, RLENGTH - 1), size, "x")
-            if (size[1] * size[2] > most) { most = size[1] * size[2]; id = $1 }
-        }
-        END { if (most > 10000) print id }'
-}
-
-# take_screenshot FILE COMMAND…: runs a program on the display until its window stands still for
-# a second, saves its picture, and ends the program.
+# take_screenshot FILE [ARGUMENT of murn…]: the window, once everything is found and drawn.
 take_screenshot() {
-    local file=$1 before='' now='' tries pid id new=$1.new.png
-    shift
-    "$@" &
-    pid=$!
-    for tries in $(seq 60); do
-        sleep 1
-        kill -0 "$pid" 2>/dev/null || die "${1##*/} ended by itself after $tries seconds"
-        id=$(window_of "${1##*/}")
-        [ -n "$id" ] || continue
-        import -silent -window "$id" "$new" 2>/dev/null || continue
-        now=$(identify -format '%#' "$new")
-        [ "$now" != "$before" ] || break
-        before=$now
-    done
-    kill "$pid" 2>/dev/null || true
-    wait "$pid" 2>/dev/null || true
-    [ -n "$now" ] || die "${1##*/} showed no window in $tries seconds"
-    mv "$new" "$file"
+    timeout 120 "$root/build/release/bin/murn" --screenshot "$@" || die 'no screenshot was taken'
 }
