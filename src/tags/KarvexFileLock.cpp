@@ -24,9 +24,10 @@ static int openPrivateFile()
 
 static int openLockFile()
 {
-    const QByteArray folder = XPPath::encode(XPFolders::runtime());
-    ::mkdir(folder.constData(), 0700);
-    const QByteArray path = folder + "/com.brindle.murn.attribute-locks";
+    const QString folder = XPFolders::runtime();
+    if (XPFolders::create(folder))
+        return openPrivateFile();
+    const QByteArray path = XPPath::encode(folder) + "/com.brindle.murn.attribute-locks";
     const int file =
         ::open(path.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR);
     return file >= 0 ? file : openPrivateFile();
