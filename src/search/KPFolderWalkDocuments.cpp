@@ -33,16 +33,21 @@ static bool isFault(const XPError &error)
     return error.kind != XPError::Kind::Unsupported && error.kind != XPError::Kind::NotFound;
 }
 
+static QString unreadable(const char *what, const XPError &error)
+{
+    return QStringLiteral("%1 cannot be read: %2").arg(QLatin1String(what), error.reason());
+}
+
 static void readAttributes(KPFoundDocument &document, const QString &path)
 {
     if (const auto tags = Karvex::getUserTags(path))
         document.tags = *tags;
     else if (isFault(tags.error()))
-        document.error = tags.error().reason();
+        document.error = unreadable("tags", tags.error());
     if (const auto rating = Karvex::getRating(path))
         document.rating = *rating;
     else if (document.error.isEmpty() && isFault(rating.error()))
-        document.error = rating.error().reason();
+        document.error = unreadable("the rating", rating.error());
 }
 
 static size_t factsOf(const KPFoundDocument &document)
