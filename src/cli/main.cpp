@@ -1,6 +1,121 @@
+// murnctl: tags, ratings and searches from the shell.
+#include "KPCommandOutput.h"
+#include "Karvex.h"
+#include "KarvexPrefs.h"
 #include "XPFactorySettings.h"
+#include "XPPath.h"
 
-int main()
+#include <QCoreApplication>
+#include <algorithm>
+#include <array>
+#include <clocale>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <langinfo.h>
+
+static constexpr std::array commands = {&kpTagsCommand, &kpTagCommand, &kpRateCommand,
+                                        &kpFindCommand};
+
+// A closed standard stream must not let the next file that is opened take its number.
+static void keepStandardStreamsTaken()
 {
-    return 0;
+    while (true) {
+        const int descriptor = ::open("/dev/null", O_RDONLY);
+        if (descriptor < 0 || descriptor > 2) {
+            if (descriptor > 2)
+                ::close(descriptor);
+            return;
+        }
+    }
+}
+
+// Qt wants UTF-8 and complains on standard error about everything else.
+static void chooseUtf8()
+{
+    std::setlocale(LC_ALL, "");
+    if (std::strcmp(::nl_langinfo(CODESET), "UTF-8") != 0)
+        qputenv("LC_ALL", "C.UTF-8");
+}
+
+static void printOptions(const KPCommand &command)
+{
+    const auto print = [](const QByteArray &option, const char *help) {
+        std::printf("  %-17s %s\n", option.constData(), help);
+    };
+    std::puts("\nOptions:");
+    for (const KPCommandOption &option : command.options)
+        print(option.value ? QByteArray(option.name) + ' ' + option.value : QByteArray(option.name),
+              option.help);
+    print("--help", "print this");
+    print("--", "what follows is no option");
+}
+
+static int printHelp(const KPCommand &command)
+{
+    std::printf("Usage: murnctl %s %s\n\n%s\n%s", command.name, command.synopsis, command.summary,
+                command.details);
+    printOptions(command);
+    return std::fflush(stdout) == 0 ? KPExitDone : KPExitFailed;
+}
+
+static int printHelp()
+{
+    std::puts("Usage: murnctl COMMAND [OPTION]… [FILE]…\n"
+              "\n"
+              "Tags, ratings and searches from the shell.\n"
+              "\n"
+              "Commands:");
+    for (const KPCommand *command : commands)
+        std::printf("  %-6s %s\n", command->name, command->summary);
+    std::puts(
+        "\n"
+        "'murnctl COMMAND --help' explains a command; 'murnctl --version' prints the version.\n"
+        "Exit status: 0 all done, 1 something failed, 2 wrong usage.");
+    return std::fflush(stdout) == 0 ? KPExitDone : KPExitFailed;
+}
+
+static int run(const KPCommand &command, const QStringList &words)
+{
+    const auto line = KPCommandLine::parse(words, command);
+    if (!line)
+        return kpReportUsage(&command, line.error().message);
+    if (line->has("--help"))
+        return printHelp(command);
+    XPFactorySettings::registerAll();
+    KarvexPrefs::chooseDomain();
+    // No dialogs from a shell: who may write a file as administrator says so with sudo.
+    gAllowKarvexAuthenticationDialogs = false;
+    KPCommandOutput output(*line);
+    return command.run(*line, output);
+}
+
+int main(int argc, char **argv)
+{
+    keepStandardStreamsTaken();
+    std::signal(SIGPIPE, SIG_DFL); // whoever started us may ignore it; `| head` ends us quietly
+    chooseUtf8();
+    int one = 1; // the words are ours alone: Qt does not keep their bytes
+    const QCoreApplication application(one, argv);
+
+    QStringList words;
+    for (int i = 1; i < argc; ++i)
+        words.append(XPPath::decode(argv[i]));
+    if (words.isEmpty())
+        return kpReportUsage(nullptr, QStringLiteral("no command given"));
+    const QString name = words.takeFirst();
+    if (name == u"--help")
+        return printHelp();
+    if (name == u"--version") {
+        std::puts("murnctl " MURN_VERSION);
+        return std::fflush(stdout) == 0 ? KPExitDone : KPExitFailed;
+    }
+    const auto command = std::find_if(commands.begin(), commands.end(), [&](const KPCommand *each) {
+        return name == QLatin1String(each->name);
+    });
+    if (command == commands.end())
+        return kpReportUsage(nullptr,
+                             QStringLiteral("unknown command %1").arg(XPPath::printable(name)));
+    return run(**command, words);
 }

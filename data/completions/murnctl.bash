@@ -1,0 +1,55 @@
+# Completion of murnctl for bash: commands, options, files, and the tags entered last.
+
+# Offers the lines of the input that begin with the present word, quoted where they need it.
+_murnctl_offer() {
+    local line
+    while IFS= read -r line; do
+        [[ $line == "$cur"* ]] && COMPREPLY+=("$(printf '%q' "$line")")
+    done
+}
+
+_murnctl_options() {
+    case $1 in
+        tags) printf '%s\n' --json --print0 --recent --help ;;
+        tag) printf '%s\n' --add --remove --set --clear --help ;;
+        rate) printf '%s\n' --help ;;
+        find) printf '%s\n' --tag --not-tag --rating --in --count --limit --live --json \
+            --print0 --help ;;
+        *) printf '%s\n' --help --version ;;
+    esac
+}
+
+_murnctl() {
+    local cur=${COMP_WORDS[COMP_CWORD]} prev=${COMP_WORDS[COMP_CWORD - 1]} command=${COMP_WORDS[1]}
+    COMPREPLY=()
+    if [[ $COMP_CWORD == 1 ]]; then
+        if [[ $cur == -* ]]; then
+            _murnctl_offer < <(_murnctl_options)
+        else
+            _murnctl_offer <<<$'tags\ntag\nrate\nfind'
+        fi
+        return
+    fi
+    case $prev in
+        --add | --remove | --set | --tag | --not-tag)
+            _murnctl_offer < <("${COMP_WORDS[0]}" tags --recent 2>/dev/null)
+            return
+            ;;
+        --in)
+            compopt -o filenames
+            mapfile -t COMPREPLY < <(compgen -d -- "$cur")
+            return
+            ;;
+        --rating | --limit) return ;;
+    esac
+    if [[ $cur == -* ]]; then
+        _murnctl_offer < <(_murnctl_options "$command")
+    elif [[ $command == rate && $COMP_CWORD == 2 ]]; then
+        _murnctl_offer <<<$'0\n1\n2\n3\n4\n5'
+    elif [[ $command != find ]]; then
+        compopt -o filenames
+        mapfile -t COMPREPLY < <(compgen -f -- "$cur")
+    fi
+}
+
+complete -F _murnctl murnctl

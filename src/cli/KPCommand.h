@@ -1,0 +1,34 @@
+#pragma once
+
+#include <vector>
+
+class KPCommandLine;
+class KPCommandOutput;
+
+struct KPCommandOption
+{
+    const char *name;  // with its dashes
+    const char *value; // what the help calls its value; nullptr: a flag
+    const char *help;
+};
+
+// A command of the shell: what main() dispatches on and --help prints, so that the two agree.
+struct KPCommand
+{
+    const char *name;
+    const char *synopsis; // what follows the name
+    const char *summary;  // one line
+    const char *details;  // whole lines, after the summary; may be empty
+    std::vector<KPCommandOption> options;
+    // Answers the exit status.
+    int (*run)(const KPCommandLine &line, KPCommandOutput &output);
+};
+
+// Exit statuses of every command.
+enum KPExitStatus { KPExitDone = 0, KPExitFailed = 1, KPExitUsage = 2 };
+
+// Each in a file of its own.
+extern const KPCommand kpTagsCommand;
+extern const KPCommand kpTagCommand;
+extern const KPCommand kpRateCommand;
+extern const KPCommand kpFindCommand;

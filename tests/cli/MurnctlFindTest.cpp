@@ -1,0 +1,112 @@
+#include "Murnctl.h"
+
+#include "Karvex.h"
+#include "TestHome.h"
+#include "XPPath.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <algorithm>
+#include <csignal>
+#include <gtest/gtest.h>
+
+class MurnctlFind : public testing::Test
+{
+protected:
+    MurnctlFind()
+    {
+        EXPECT_FALSE(Karvex::addUserTags({QStringLiteral("Work"), QStringLiteral("Tax")}, plain));
+        EXPECT_FALSE(Karvex::addUserTags({QStringLiteral("work")}, odd));
+        EXPECT_FALSE(Karvex::setRating(4, plain));
+    }
+    QByteArray bytes(const QString &path) const { return XPPath::encode(path); }
+    MurnctlResult find(const QByteArrayList &words)
+    {
+        return murnctl(QByteArrayList{"find", "--in", "."} + words, folder.path());
+    }
+    QByteArrayList sorted(QByteArrayList list) const
+    {
+        std::sort(list.begin(), list.end());
+        return list;
+    }
+
+    const TestFolder folder;
+    const QString plain = folder.file(QStringLiteral("Invoice 2024.pdf"));
+    const QString odd = folder.file(XPPath::decode("sub/odd\xff"));
+    const QString other = folder.file(QStringLiteral("sub/other.txt"));
+};
+
+TEST_F(MurnctlFind, PrintsWhatFulfilsAllCriteria)
+{
+    const QByteArrayList all = sorted({bytes(plain), bytes(odd), bytes(other)});
+    EXPECT_EQ(find({}).lines(), all);
+    EXPECT_EQ(find({"--tag", "WORK"}).lines(), sorted({bytes(plain), bytes(odd)}));
+    EXPECT_EQ(find({"--tag", "WORK", "--not-tag=tax"}).lines(), QByteArrayList{bytes(odd)});
+    EXPECT_EQ(find({"--rating", ">=4"}).lines(), QByteArrayList{bytes(plain)});
+    EXPECT_EQ(find({"--rating", "4", "inv", "tax"}).lines(), QByteArrayList{bytes(plain)});
+    EXPECT_EQ(find({"--rating", "< 1"}).lines(), sorted({bytes(odd), bytes(other)}));
+    EXPECT_EQ(find({"--", "-nothing"}).out, "");
+    EXPECT_EQ(find({"--count"}).out, "3\n");
+    EXPECT_EQ(find({"--limit", "2"}).lines().size(), 2);
+    EXPECT_EQ(find({"--tag", "tax", "--print0"}).out, bytes(plain) + '\0');
+}
+
+TEST_F(MurnctlFind, PrintsJsonThatIsValid)
+{
+    const QJsonArray one = find({"--json", "--tag", "tax"}).json().array();
+    ASSERT_EQ(one.size(), 1);
+    EXPECT_EQ(one[0][QLatin1String("path")].toString(), plain);
+    EXPECT_EQ(one[0][QLatin1String("rating")].toDouble(), 4);
+    EXPECT_EQ(one[0][QLatin1String("tags")].toArray().size(), 2);
+    EXPECT_EQ(find({"--json"}).json().array().size(), 3);
+    EXPECT_EQ(find({"--json", "--limit", "2"}).json().array().size(), 2);
+    EXPECT_EQ(find({"--json", "nothing"}).out, "[]\n");
+}
+
+TEST_F(MurnctlFind, LooksInTheHomeFolderWithoutAnother)
+{
+    QFile file(qEnvironmentVariable("HOME") + QStringLiteral("/at home"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    const MurnctlResult result = murnctl({"find", "at", "home"}, folder.path());
+    EXPECT_EQ(result.out, bytes(XPPath::absolute(file.fileName())) + '\n');
+    file.remove();
+}
+
+TEST_F(MurnctlFind, NamesMissingFoldersAndSearchesTheOthers)
+{
+    const MurnctlResult result = find({"--in", "missing", "--tag", "tax"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.lines(), QByteArrayList{bytes(plain)});
+    EXPECT_EQ(result.err, "murnctl: " + bytes(folder.path(QStringLiteral("missing"))) +
+                              ": No such file or directory\n");
+    EXPECT_EQ(murnctl({"find", "--in", "Invoice 2024.pdf"}, folder.path()).status, 1);
+}
+
+TEST_F(MurnctlFind, FollowsChangesUntilInterrupted)
+{
+    Murnctl live({"find", "--live", "--in", ".", "--tag", "tax"}, folder.path());
+    ASSERT_TRUE(live.waitForLine("+ " + bytes(plain)));
+    ASSERT_FALSE(Karvex::addUserTags({QStringLiteral("Tax")}, other));
+    EXPECT_TRUE(live.waitForLine("+ " + bytes(other)));
+    ASSERT_FALSE(Karvex::setRating(1, other));
+    EXPECT_TRUE(live.waitForLine("~ " + bytes(other)));
+    const QString renamed = folder.path(QStringLiteral("renamed"));
+    ASSERT_TRUE(QFile::rename(other, renamed));
+    EXPECT_TRUE(live.waitForLine("- " + bytes(other)));
+    EXPECT_TRUE(live.waitForLine("+ " + bytes(renamed)));
+    ASSERT_FALSE(Karvex::clearUserTags({QStringLiteral("TAX")}, plain));
+    EXPECT_TRUE(live.waitForLine("- " + bytes(plain)));
+    live.interrupt();
+    EXPECT_EQ(live.wait(), 0) << live.err.constData();
+}
+
+TEST_F(MurnctlFind, EndsQuietlyWhenNobodyReads)
+{
+    for (int i = 0; i < 3000; ++i)
+        folder.file(QStringLiteral("many/") + QString(100, u'x') + QString::number(i));
+    Murnctl run({"find", "--in", "."}, folder.path());
+    run.stopReading();
+    EXPECT_EQ(run.wait(), -SIGPIPE);
+    EXPECT_EQ(run.err, "");
+}

@@ -1,0 +1,196 @@
+#include "Murnctl.h"
+
+#include "Karvex.h"
+#include "TestHome.h"
+#include "XPExtendedAttributes.h"
+#include "XPPath.h"
+
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QProcess>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+class MurnctlFiles : public testing::Test
+{
+protected:
+    MurnctlResult run(const QByteArrayList &words) { return murnctl(words, folder.path()); }
+    QStringList tagsOf(const QString &name)
+    {
+        return Karvex::getUserTags(folder.path(name)).valueOr({QStringLiteral("unreadable")});
+    }
+    QString damagedFile()
+    {
+        const QString path = folder.file(QStringLiteral("damaged"));
+        const QString name = Karvex::spotlightKey(Karvex::userTagsKey);
+        EXPECT_FALSE(XPExtendedAttributes::write(path, name, "bplist00garbage"));
+        return path;
+    }
+
+    const TestFolder folder;
+    const QString a = folder.file(QStringLiteral("a"));
+    const QString b = folder.file(QStringLiteral("b"));
+};
+
+TEST_F(MurnctlFiles, AnswersWrongUsageWithTwoAndChangesNothing)
+{
+    const QByteArrayList wrong[] = {{},
+                                    {"nosuch"},
+                                    {"tags"},
+                                    {"tags", "--json", "--print0", "a"},
+                                    {"tags", "--recent", "a"},
+                                    {"tag", "a"},
+                                    {"tag", "--add", "x"},
+                                    {"tag", "--add"},
+                                    {"tag", "--add", "  ", "a"},
+                                    {"tag", "--add", "\xff", "a"},
+                                    {"tag", "--clear=x", "a"},
+                                    {"tag", "--set", "x", "--add", "y", "a"},
+                                    {"tag", "--set", "x", "--clear", "a"},
+                                    {"tag", "--bogus", "a"},
+                                    {"rate", "a"},
+                                    {"rate", "5.1", "a"},
+                                    {"rate", "-1", "a"},
+                                    {"rate", "nan", "a"},
+                                    {"rate", "1e0", "a"},
+                                    {"rate", "", "a"},
+                                    {"find", "--rating", ">"},
+                                    {"find", "--rating", "=>3"},
+                                    {"find", "--limit", "0"},
+                                    {"find", "--limit", "x"},
+                                    {"find", "--in", ""},
+                                    {"find", "--live", "--json"},
+                                    {"find", "--live", "--count"},
+                                    {"find", "--print0", "--json"}};
+    for (const QByteArrayList &words : wrong) {
+        const MurnctlResult result = run(words);
+        EXPECT_EQ(result.status, 2) << words.join(' ').constData();
+        EXPECT_TRUE(result.err.startsWith("murnctl: ")) << result.err.constData();
+        EXPECT_TRUE(result.out.isEmpty());
+    }
+    EXPECT_TRUE(tagsOf(QStringLiteral("a")).isEmpty());
+}
+
+TEST_F(MurnctlFiles, ExplainsEveryOptionItTakes)
+{
+    EXPECT_TRUE(run({"--version"}).out.startsWith("murnctl "));
+    EXPECT_TRUE(run({"--help"}).out.contains("find"));
+    const QByteArray help = run({"find", "--rating", "--help", "--help"}).out;
+    for (const char *option : {"--tag", "--not-tag", "--rating", "--in", "--count", "--limit",
+                               "--live", "--json", "--print0"})
+        EXPECT_TRUE(help.contains(option)) << option;
+}
+
+TEST_F(MurnctlFiles, ChangesTagsOfManyFilesAndGoesOnAfterAFailure)
+{
+    const MurnctlResult added =
+        run({"tag", "--add", " Work ", "a", "--add=Café", "missing", "--", "b"});
+    EXPECT_EQ(added.status, 1);
+    EXPECT_EQ(added.err, "murnctl: missing: No such file or directory\n");
+    const QStringList both = {QStringLiteral("Work"), QStringLiteral("Cafe\u0301")};
+    EXPECT_EQ(tagsOf(QStringLiteral("a")), both);
+    EXPECT_EQ(tagsOf(QStringLiteral("b")), both);
+    EXPECT_EQ(run({"tag", "--remove", "WORK", "--add", "New", "a"}).status, 0);
+    EXPECT_EQ(run({"tags", "a"}).out, "Cafe\u0301\nNew\n");
+    EXPECT_EQ(run({"tag", "--set", "one", "--set", "ONE", "--set", "two", "a"}).status, 0);
+    EXPECT_EQ(run({"tags", "a", "b"}).out, "a\tone\ttwo\nb\tWork\tCafe\u0301\n");
+    EXPECT_EQ(run({"tag", "--clear", "b"}).status, 0);
+    EXPECT_EQ(run({"tags", "--print0", "a", "b"}).out, QByteArray("a\0one\0a\0two\0", 12));
+    EXPECT_EQ(run({"tags", "--recent"}).out.split('\n').mid(0, 3),
+              QByteArrayList({"one", "two", "New"}));
+}
+
+TEST_F(MurnctlFiles, LeavesUnreadableTagsAndRatingsAsTheyAre)
+{
+    const QString path = damagedFile();
+    const QString name = Karvex::spotlightKey(Karvex::userTagsKey);
+    for (const QByteArrayList &change :
+         {QByteArrayList{"tag", "--add", "x"}, {"tag", "--set", "x"}, {"tag", "--clear"}}) {
+        const MurnctlResult result = run(change + QByteArrayList{"damaged", "a"});
+        EXPECT_EQ(result.status, 1);
+        EXPECT_TRUE(result.err.startsWith("murnctl: damaged: tags cannot be read: "));
+        EXPECT_EQ(result.err.count('\n'), 1);
+        EXPECT_EQ(**XPExtendedAttributes::read(path, name), "bplist00garbage");
+    }
+    EXPECT_EQ(run({"tags", "damaged"}).status, 1);
+    const QString rating = Karvex::spotlightKey(Karvex::starRatingKey);
+    EXPECT_FALSE(XPExtendedAttributes::write(path, rating, "bplist00garbage"));
+    EXPECT_EQ(run({"rate", "3", "damaged"}).status, 1);
+    EXPECT_EQ(**XPExtendedAttributes::read(path, rating), "bplist00garbage");
+}
+
+TEST_F(MurnctlFiles, TakesNamesAsBytes)
+{
+    const QByteArray raw = "raw\xff\xc3(\n\"\\";
+    folder.file(XPPath::decode(raw));
+    folder.file(QStringLiteral("-dash"));
+    EXPECT_EQ(run({"tag", "--add", "Odd", "--", raw, "-dash"}).status, 0);
+    EXPECT_EQ(run({"tags", raw, "a"}).out, raw + "\tOdd\na\n");
+    const MurnctlResult json = run({"tags", "--json", raw, raw, "a"});
+    ASSERT_TRUE(json.json().isObject()) << json.out.constData();
+    EXPECT_EQ(json.json().object().size(), 2);
+    EXPECT_TRUE(json.out.contains("\"raw\\udcff\\udcc3(\\u000a\\\"\\\\\": [\"Odd\"]"));
+    const MurnctlResult missing = run({"tags", "no\nsuch\xff"});
+    EXPECT_EQ(missing.err, "murnctl: $'no\\nsuch\\xff': No such file or directory\n");
+}
+
+TEST_F(MurnctlFiles, RatesInSteps)
+{
+    EXPECT_EQ(run({"rate", "3.5", "a", "b"}).status, 0);
+    EXPECT_EQ(*Karvex::getRating(a), 3.5);
+    EXPECT_EQ(run({"rate", "0", "a"}).status, 0);
+    EXPECT_EQ(*Karvex::getRating(a), 0);
+    EXPECT_EQ(*Karvex::getRating(b), 3.5);
+}
+
+TEST_F(MurnctlFiles, KeepsTheTagsOfRunsAtTheSameTime)
+{
+    for (int round = 0; round < 10; ++round) {
+        std::vector<std::unique_ptr<Murnctl>> runs;
+        for (int i = 0; i < 4; ++i) {
+            const QByteArray tag = QByteArray::number(round * 4 + i);
+            runs.push_back(
+                std::make_unique<Murnctl>(QByteArrayList{"tag", "--add", tag, "a"}, folder.path()));
+        }
+        for (const auto &each : runs)
+            EXPECT_EQ(each->wait(), 0) << each->err.constData();
+    }
+    EXPECT_EQ(tagsOf(QStringLiteral("a")).size(), 40);
+    EXPECT_GE(run({"tags", "--recent"}).lines().size(), 40);
+}
+
+TEST_F(MurnctlFiles, FailsWhenItsOutputCannotBeWritten)
+{
+    ASSERT_EQ(run({"tag", "--add", "x", "a"}).status, 0);
+    const QString command = QStringLiteral(MURNCTL " tags a > /dev/full");
+    QProcess shell;
+    shell.setWorkingDirectory(folder.path());
+    shell.start(QStringLiteral("sh"), {QStringLiteral("-c"), command});
+    ASSERT_TRUE(shell.waitForFinished());
+    EXPECT_EQ(shell.exitCode(), 1);
+    EXPECT_EQ(shell.readAllStandardError(), "murnctl: standard output: No space left on device\n");
+}
+
+TEST_F(MurnctlFiles, CompletesCommandsOptionsAndRecentTags)
+{
+    ASSERT_EQ(run({"tag", "--add", "Tax return", "a"}).status, 0);
+    const auto complete = [this](const QByteArray &words) {
+        QProcess shell;
+        shell.setWorkingDirectory(folder.path());
+        shell.start(QStringLiteral("bash"),
+                    {QStringLiteral("-c"),
+                     QStringLiteral(". '" MURNCTL_COMPLETION "'; compopt() { :; }; "
+                                    "COMP_WORDS=(") +
+                         QString::fromUtf8(words) +
+                         QStringLiteral("); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _murnctl; "
+                                        "printf '%s\\n' \"${COMPREPLY[@]}\"")});
+        EXPECT_TRUE(shell.waitForFinished());
+        EXPECT_EQ(shell.readAllStandardError(), "");
+        return shell.readAllStandardOutput();
+    };
+    EXPECT_EQ(complete("murnctl ta"), "tags\ntag\n");
+    EXPECT_EQ(complete("murnctl find --not"), "--not-tag\n");
+    EXPECT_EQ(complete("'" MURNCTL "' tag --add Tax"), "Tax\\ return\n");
+    EXPECT_EQ(complete("murnctl tags a"), "a\n");
+}
