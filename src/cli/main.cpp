@@ -34,9 +34,11 @@ static void keepStandardStreamsTaken()
 // Qt wants UTF-8 and complains on standard error about everything else.
 static void chooseUtf8()
 {
+    // NOLINTBEGIN(concurrency-mt-unsafe): there is no other thread yet
     std::setlocale(LC_ALL, "");
     if (std::strcmp(::nl_langinfo(CODESET), "UTF-8") != 0)
         qputenv("LC_ALL", "C.UTF-8");
+    // NOLINTEND(concurrency-mt-unsafe)
 }
 
 static void printOptions(const KPCommand &command)

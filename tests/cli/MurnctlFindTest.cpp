@@ -103,7 +103,7 @@ TEST_F(MurnctlFind, FollowsChangesUntilInterrupted)
 
 TEST_F(MurnctlFind, EndsQuietlyWhenNobodyReads)
 {
-    for (int i = 0; i < 3000; ++i)
+    for (int i = 0; i < 1500; ++i)
         folder.file(QStringLiteral("many/") + QString(100, u'x') + QString::number(i));
     Murnctl run({"find", "--in", "."}, folder.path());
     run.stopReading();

@@ -22,7 +22,7 @@ protected:
     }
     QString damagedFile()
     {
-        const QString path = folder.file(QStringLiteral("damaged"));
+        QString path = folder.file(QStringLiteral("damaged"));
         const QString name = Karvex::spotlightKey(Karvex::userTagsKey);
         EXPECT_FALSE(XPExtendedAttributes::write(path, name, "bplist00garbage"));
         return path;
