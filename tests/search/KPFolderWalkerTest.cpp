@@ -3,9 +3,9 @@
 #include "FollowedResults.h"
 #include "Karvex.h"
 #include "TestHome.h"
+#include "XPExtendedAttributes.h"
 #include "XPPath.h"
 
-#include <QProcess>
 #include <atomic>
 #include <fcntl.h>
 #include <filesystem>
@@ -191,7 +191,7 @@ TEST(Walker, ReadsPathsLongerThanTheSystemTakes)
     ASSERT_EQ(::unlinkat(at, "deep", 0), 0);
     EXPECT_TRUE(FollowedResults::waitFor([&] { return results.documents.isEmpty(); }));
     ::close(at);
-    QProcess::execute(QStringLiteral("rm"), {QStringLiteral("-rf"), folder.path()});
+    fs::remove_all(XPPath::encode(folder.path()).toStdString()); // QTemporaryDir cannot
 }
 
 TEST(Walker, ReportsNothingOfAnOlderRequestAndNothingAfterStop)
@@ -267,10 +267,8 @@ TEST(Walker, TellsWhichTagsCannotBeRead)
 {
     const TestFolder folder;
     const QString damaged = folder.file(QStringLiteral("damaged"));
-    QProcess::execute(QStringLiteral("setfattr"),
-                      {QStringLiteral("-n"),
-                       QStringLiteral("user.com.apple.metadata:kMDItemKXUserTags"),
-                       QStringLiteral("-v"), QStringLiteral("bplist"), damaged});
+    ASSERT_FALSE(
+        XPExtendedAttributes::write(damaged, Karvex::spotlightKey(Karvex::userTagsKey), "bplist"));
     KPFolderWalker walker({false, {}});
     FollowedResults results(walker);
     walker.setRequest(requestIn({folder.path()}));
