@@ -5,11 +5,136 @@
 <TS version="2.1" language="en">
 <context>
     <name></name>
+    <message id="KPAbout">
+        <translation>&amp;About Murn</translation>
+    </message>
+    <message id="KPAboutText">
+        <translation>Tags, rates and finds your documents where they lie. Nothing is copied or moved: tags and ratings are kept on the files themselves.
+
+Free software under the GNU General Public License, version 3 or later.</translation>
+    </message>
+    <message id="KPAboutTitle">
+        <translation>Murn %1</translation>
+    </message>
+    <message id="KPAccessibleTags">
+        <translation>tags %1</translation>
+    </message>
+    <message id="KPAndMore" numerus="yes">
+        <translation>
+            <numerusform>and %n more</numerusform>
+            <numerusform>and %n more</numerusform>
+        </translation>
+    </message>
+    <message id="KPAnyRating">
+        <translation>Any rating</translation>
+    </message>
+    <message id="KPApplicationName">
+        <translation>Murn</translation>
+    </message>
+    <message id="KPApplicationSummary">
+        <translation>Tags, rates and finds documents where they lie.</translation>
+    </message>
+    <message id="KPAtLeastStars" numerus="yes">
+        <translation>
+            <numerusform>At least %n star</numerusform>
+            <numerusform>At least %n stars</numerusform>
+        </translation>
+    </message>
+    <message id="KPBadColourScheme">
+        <translation>“%1” is no colour scheme: dark or light</translation>
+    </message>
     <message id="KPBuiltInString">
         <translation>built-in</translation>
     </message>
+    <message id="KPCancel">
+        <translation>Cancel</translation>
+    </message>
+    <message id="KPCannotOpen">
+        <translation>“%1” could not be opened</translation>
+    </message>
+    <message id="KPChangedMeanwhile">
+        <translation>it was changed by another program since</translation>
+    </message>
+    <message id="KPChipExcluded">
+        <translation>without tag %1</translation>
+    </message>
+    <message id="KPChipFilterHint">
+        <translation>Click to leave out documents with this tag, and again to ask for them</translation>
+    </message>
+    <message id="KPChipHint">
+        <translation>Press Delete to remove this tag</translation>
+    </message>
+    <message id="KPChipTag">
+        <translation>tag %1</translation>
+    </message>
+    <message id="KPCommonTagsOnly">
+        <translation>Tags that all selected documents share. Their other tags stay.</translation>
+    </message>
+    <message id="KPCopyFiles">
+        <translation>&amp;Copy</translation>
+    </message>
+    <message id="KPCountsSelected">
+        <translation>%1, %2 selected</translation>
+    </message>
+    <message id="KPDetails">
+        <translation>Details</translation>
+    </message>
+    <message id="KPDocumentCount" numerus="yes">
+        <translation>
+            <numerusform>%1 document</numerusform>
+            <numerusform>%1 documents</numerusform>
+        </translation>
+    </message>
+    <message id="KPDocuments">
+        <translation>Documents</translation>
+    </message>
+    <message id="KPEditFailedLine">
+        <translation>%1: %2</translation>
+    </message>
+    <message id="KPEditFailedMany" numerus="yes">
+        <translation>
+            <numerusform>%n of %1 documents could not be changed</numerusform>
+            <numerusform>%n of %1 documents could not be changed</numerusform>
+        </translation>
+    </message>
+    <message id="KPEditFailedOne">
+        <translation>“%1” could not be changed</translation>
+    </message>
+    <message id="KPEditStopped" numerus="yes">
+        <translation>
+            <numerusform>Stopped after %n document</numerusform>
+            <numerusform>Stopped after %n documents</numerusform>
+        </translation>
+    </message>
+    <message id="KPEditTags">
+        <translation>Edit &amp;Tags</translation>
+    </message>
+    <message id="KPEditing">
+        <translation>Changing %1 of %2</translation>
+    </message>
+    <message id="KPEditingName">
+        <translation>Changing documents</translation>
+    </message>
     <message id="KPExtensionTypeTemplate">
         <translation>%1 file</translation>
+    </message>
+    <message id="KPFactCreated">
+        <translation>Created</translation>
+    </message>
+    <message id="KPFactFolder">
+        <translation>Folder</translation>
+    </message>
+    <message id="KPFactModified">
+        <translation>Modified</translation>
+    </message>
+    <message id="KPFactSize">
+        <translation>Size</translation>
+    </message>
+    <message id="KPFactTotalSize">
+        <translation>Total size</translation>
+    </message>
+    <message id="KPFactType">
+        <translation>Type</translation>
     </message>
     <message id="KPFileTypeGroupArchives">
         <translation>Archives</translation>
@@ -59,14 +184,263 @@
     <message id="KPFileTypeGroupWebPages">
         <translation>Web pages</translation>
     </message>
+    <message id="KPFilterRating">
+        <translation>Show by rating</translation>
+    </message>
+    <message id="KPFilterTags">
+        <translation>Show by tags</translation>
+    </message>
+    <message id="KPFilterTagsHint">
+        <translation>Show only documents with tags…</translation>
+    </message>
+    <message id="KPFind">
+        <translation>&amp;Find</translation>
+    </message>
+    <message id="KPFindTags">
+        <translation>Find by Ta&amp;gs</translation>
+    </message>
+    <message id="KPFolderCount" numerus="yes">
+        <translation>
+            <numerusform>%n folder</numerusform>
+            <numerusform>%n folders</numerusform>
+        </translation>
+    </message>
+    <message id="KPFolderShown">
+        <translation>Folder: %1</translation>
+    </message>
+    <message id="KPHome">
+        <translation>Home</translation>
+    </message>
+    <message id="KPInspector">
+        <translation>Inspector</translation>
+    </message>
+    <message id="KPInspectorShown">
+        <translation>&amp;Inspector</translation>
+    </message>
+    <message id="KPLooking">
+        <translation>Looking…</translation>
+    </message>
+    <message id="KPMenuDocuments">
+        <translation>&amp;Documents</translation>
+    </message>
+    <message id="KPMenuEdit">
+        <translation>&amp;Edit</translation>
+    </message>
+    <message id="KPMenuFile">
+        <translation>&amp;File</translation>
+    </message>
+    <message id="KPMenuHelp">
+        <translation>&amp;Help</translation>
+    </message>
+    <message id="KPMenuView">
+        <translation>&amp;View</translation>
+    </message>
+    <message id="KPNoDocuments">
+        <translation>No documents here</translation>
+    </message>
+    <message id="KPNoDocumentsHint">
+        <translation>This folder holds no documents. Open another one with Ctrl+O.</translation>
+    </message>
+    <message id="KPNoMatch">
+        <translation>No documents match</translation>
+    </message>
+    <message id="KPNoMatchHint">
+        <translation>Try fewer words, remove a tag, or allow any rating.</translation>
+    </message>
+    <message id="KPNoStars">
+        <translation>No Rating</translation>
+    </message>
+    <message id="KPNoSuchFolder">
+        <translation>there is no folder “%1”</translation>
+    </message>
+    <message id="KPNothingSelected">
+        <translation>Select documents to see and change their tags and rating.</translation>
+    </message>
+    <message id="KPOpen">
+        <translation>&amp;Open</translation>
+    </message>
+    <message id="KPOpenFolder">
+        <translation>&amp;Open Folder…</translation>
+    </message>
+    <message id="KPOpenFolderTip">
+        <translation>Show the documents of another folder (Ctrl+O)</translation>
+    </message>
+    <message id="KPOpenFolderTitle">
+        <translation>Open Folder</translation>
+    </message>
+    <message id="KPOpenManyText">
+        <translation>Each opens in its own program.</translation>
+    </message>
+    <message id="KPOpenManyTitle" numerus="yes">
+        <translation>
+            <numerusform>Open %1 document?</numerusform>
+            <numerusform>Open %1 documents?</numerusform>
+        </translation>
+    </message>
+    <message id="KPOptionFolder">
+        <translation>Shows the documents of this folder instead of the home folder; may be given several times.</translation>
+    </message>
+    <message id="KPOptionHelp">
+        <translation>Shows this help.</translation>
+    </message>
+    <message id="KPOptionVersion">
+        <translation>Shows the version.</translation>
+    </message>
+    <message id="KPProblemCount" numerus="yes">
+        <translation>
+            <numerusform>%n folder not read</numerusform>
+            <numerusform>%n folders not read</numerusform>
+        </translation>
+    </message>
+    <message id="KPProblemsTitle">
+        <translation>Not everything could be read</translation>
+    </message>
+    <message id="KPQuit">
+        <translation>&amp;Quit</translation>
+    </message>
+    <message id="KPRate">
+        <translation>&amp;Rate</translation>
+    </message>
+    <message id="KPRating">
+        <translation>Rating</translation>
+    </message>
+    <message id="KPRatingHint">
+        <translation>0 to 5 stars; the digits set them</translation>
+    </message>
+    <message id="KPRatingsDiffer">
+        <translation>The ratings differ.</translation>
+    </message>
+    <message id="KPReasonCancelled">
+        <translation>you did not allow it</translation>
+    </message>
+    <message id="KPReasonGone">
+        <translation>it is not there any more</translation>
+    </message>
+    <message id="KPReasonNoSpace">
+        <translation>there is no room left for tags on this file or its disk</translation>
+    </message>
+    <message id="KPReasonNotPermitted">
+        <translation>you may not change this file</translation>
+    </message>
+    <message id="KPReasonReadOnly">
+        <translation>it lies on a disk that cannot be written to</translation>
+    </message>
+    <message id="KPReasonTooLarge">
+        <translation>these are more tags than a file can hold</translation>
+    </message>
+    <message id="KPReasonUnreadable">
+        <translation>its tags cannot be read, so they were left alone</translation>
+    </message>
+    <message id="KPReasonUnsupported">
+        <translation>its disk cannot hold tags</translation>
+    </message>
+    <message id="KPRedo">
+        <translation>&amp;Redo</translation>
+    </message>
+    <message id="KPRedoNamed">
+        <translation>&amp;Redo: %1</translation>
+    </message>
+    <message id="KPReveal">
+        <translation>Show in File &amp;Manager</translation>
+    </message>
+    <message id="KPScreenshotFailed">
+        <translation>cannot write the picture “%1”</translation>
+    </message>
+    <message id="KPSearch">
+        <translation>Search</translation>
+    </message>
+    <message id="KPSearchPlaceholder">
+        <translation>Search names and tags</translation>
+    </message>
+    <message id="KPSearchStopped">
+        <translation>Stopped. The documents found so far are shown.</translation>
+    </message>
+    <message id="KPSelectAll">
+        <translation>Select &amp;All</translation>
+    </message>
+    <message id="KPSomeTagsUnreadable" numerus="yes">
+        <translation>
+            <numerusform>The tags of %n document cannot be read. They will be left alone.</numerusform>
+            <numerusform>The tags of %n documents cannot be read. They will be left alone.</numerusform>
+        </translation>
+    </message>
+    <message id="KPSortAscending">
+        <translation>Ascending</translation>
+    </message>
+    <message id="KPSortBy">
+        <translation>Sort By</translation>
+    </message>
+    <message id="KPSortDescending">
+        <translation>Descending</translation>
+    </message>
+    <message id="KPSortModified">
+        <translation>Date Modified</translation>
+    </message>
+    <message id="KPSortName">
+        <translation>Name</translation>
+    </message>
+    <message id="KPSortRating">
+        <translation>Rating</translation>
+    </message>
+    <message id="KPSortSize">
+        <translation>Size</translation>
+    </message>
+    <message id="KPStars" numerus="yes">
+        <translation>
+            <numerusform>%n star</numerusform>
+            <numerusform>%n stars</numerusform>
+        </translation>
+    </message>
+    <message id="KPStop">
+        <translation>Stop</translation>
+    </message>
+    <message id="KPTags">
+        <translation>Tags</translation>
+    </message>
+    <message id="KPTagsHint">
+        <translation>Add a tag…</translation>
+    </message>
+    <message id="KPTagsUnreadable">
+        <translation>tags cannot be read</translation>
+    </message>
+    <message id="KPTagsUnreadableBecause">
+        <translation>The tags cannot be read: %1. They are left alone.</translation>
+    </message>
+    <message id="KPToolBar">
+        <translation>Toolbar</translation>
+    </message>
+    <message id="KPUndo">
+        <translation>&amp;Undo</translation>
+    </message>
+    <message id="KPUndoNamed">
+        <translation>&amp;Undo: %1</translation>
+    </message>
+    <message id="KPUndoRating" numerus="yes">
+        <translation>
+            <numerusform>Rating of %n document</numerusform>
+            <numerusform>Rating of %n documents</numerusform>
+        </translation>
+    </message>
+    <message id="KPUndoTags" numerus="yes">
+        <translation>
+            <numerusform>Tags of %n document</numerusform>
+            <numerusform>Tags of %n documents</numerusform>
+        </translation>
+    </message>
+    <message id="KPUnexpectedArgument">
+        <translation>unexpected argument “%1”; folders are given with --folder</translation>
+    </message>
     <message id="KPUnknownUTITagTemplate">
         <translation>Unknown type %1</translation>
     </message>
-    <message id="KPExtensionTypeTemplate">
-        <translation>%1 file</translation>
+    <message id="KPZoom">
+        <translation>Size of the pictures</translation>
     </message>
-    <message id="KPUnknownUTITagTemplate">
-        <translation>Unknown type %1</translation>
+    <message id="KPZoomIn">
+        <translation>&amp;Larger Pictures</translation>
+    </message>
+    <message id="KPZoomOut">
+        <translation>&amp;Smaller Pictures</translation>
     </message>
     <message id="KarvexAuthenticationPrompt">
         <translation>You need to authorize to set metadata like tags on some files.</translation>

@@ -1,0 +1,110 @@
+#include "KPCommandLine.h"
+
+#include "XPPath.h"
+
+#include <QCommandLineParser>
+#include <cerrno>
+#include <sys/stat.h>
+
+using Option = QCommandLineOption;
+
+namespace {
+
+struct Options
+{
+    Option folder{QStringLiteral("folder"), qtTrId("KPOptionFolder"), QStringLiteral("DIR")};
+    Option screenshot{QStringLiteral("screenshot"), QString(), QStringLiteral("FILE")};
+    Option select{QStringLiteral("select"), QString(), QStringLiteral("NAME")};
+    Option colours{QStringLiteral("color-scheme"), QString(), QStringLiteral("SCHEME")};
+    Option help{{QStringLiteral("h"), QStringLiteral("help")}, qtTrId("KPOptionHelp")};
+    Option version{{QStringLiteral("v"), QStringLiteral("version")}, qtTrId("KPOptionVersion")};
+};
+
+} // namespace
+
+// The last three are for making the pictures of the documentation (see docs and tools/shots):
+// they show the window once everything is found and drawn, save it and quit.
+static void addTo(QCommandLineParser *parser, Options *options)
+{
+    parser->setApplicationDescription(qtTrId("KPApplicationSummary"));
+    parser->setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsOptions);
+    for (Option *hidden : {&options->screenshot, &options->select, &options->colours})
+        hidden->setFlags(Option::HiddenFromHelp);
+    parser->addOptions({options->folder, options->help, options->version, options->screenshot,
+                        options->select, options->colours});
+}
+
+// By bytes and following links: what the user may call a folder.
+static std::optional<XPError> whyNoFolder(const QString &path)
+{
+    struct stat status = {};
+    const QByteArray name = XPPath::encode(path);
+    if (name.isEmpty() || ::stat(name.constData(), &status) != 0)
+        return XPError::fromErrno(name.isEmpty() ? EINVAL : errno, path);
+    if (!S_ISDIR(status.st_mode))
+        return XPError::fromErrno(ENOTDIR, path);
+    return {};
+}
+
+static XPError usageError(const QString &message)
+{
+    return XPError::make(XPError::Kind::InvalidArgument, message);
+}
+
+static std::optional<XPError> takeFolders(const QStringList &folders, KPCommandLine *result)
+{
+    for (const QString &folder : folders) {
+        const QString path = folder.isEmpty() ? folder : XPPath::absolute(folder);
+        if (const auto error = whyNoFolder(path))
+            return XPError::make(error->kind,
+                                 qtTrId("KPNoSuchFolder").arg(XPPath::printable(folder)), path);
+        result->folders.append(path);
+    }
+    return {};
+}
+
+static std::optional<XPError> takeColours(const QString &scheme, KPCommandLine *result)
+{
+    if (scheme == u"dark")
+        result->colours = KPCommandLine::ColourScheme::Dark;
+    else if (scheme == u"light")
+        result->colours = KPCommandLine::ColourScheme::Light;
+    else if (!scheme.isEmpty())
+        return usageError(qtTrId("KPBadColourScheme").arg(XPPath::printable(scheme)));
+    return {};
+}
+
+XPResult<KPCommandLine> KPCommandLine::parse(const QByteArrayList &arguments)
+{
+    QStringList texts;
+    for (const QByteArray &argument : arguments)
+        texts.append(XPPath::decode(argument));
+    QCommandLineParser parser;
+    Options options;
+    addTo(&parser, &options);
+    if (!parser.parse(texts))
+        return usageError(XPPath::printable(parser.errorText()));
+    if (!parser.positionalArguments().isEmpty())
+        return usageError(qtTrId("KPUnexpectedArgument")
+                              .arg(XPPath::printable(parser.positionalArguments().first())));
+    KPCommandLine result;
+    if (parser.isSet(options.help))
+        result.action = Action::ShowHelp;
+    else if (parser.isSet(options.version))
+        result.action = Action::ShowVersion;
+    if (auto error = takeFolders(parser.values(options.folder), &result))
+        return *error;
+    if (auto error = takeColours(parser.value(options.colours), &result))
+        return *error;
+    result.screenshot = parser.value(options.screenshot);
+    result.selection = parser.value(options.select);
+    return result;
+}
+
+QString KPCommandLine::helpText()
+{
+    QCommandLineParser parser;
+    Options options;
+    addTo(&parser, &options);
+    return parser.helpText();
+}

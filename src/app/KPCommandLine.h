@@ -1,0 +1,24 @@
+#pragma once
+
+#include "XPError.h"
+
+#include <QByteArrayList>
+#include <QStringList>
+
+// What the program was asked for on its command line.
+// Threads: a value; parse() before other threads, it looks whether the folders exist.
+struct KPCommandLine
+{
+    enum class Action { ShowWindow, ShowHelp, ShowVersion };
+    enum class ColourScheme { Desktop, Light, Dark };
+
+    Action action = Action::ShowWindow;
+    QStringList folders; // absolute; empty: the user's home
+    QString screenshot;  // where to put a picture of the window; empty: none
+    QString selection;   // for that picture: select the documents whose names begin so
+    ColourScheme colours = ColourScheme::Desktop;
+
+    // The arguments as bytes, program name first: a folder's name need not be valid UTF-8.
+    static XPResult<KPCommandLine> parse(const QByteArrayList &arguments);
+    static QString helpText();
+};

@@ -1,0 +1,320 @@
+#include "KPController.h"
+
+#include "KPDocIcons.h"
+#include "KPDocsView.h"
+#include "KPEditHistory.h"
+#include "KPEditSummary.h"
+#include "KPFileType.h"
+#include "KPFilterBar.h"
+#include "KPInspector.h"
+#include "KPLibraryModel.h"
+#include "KPResultSource.h"
+#include "KPStatusLine.h"
+#include "KPThumbnailLoader.h"
+#include "KPWindowActions.h"
+#include "KarvexPrefs.h"
+#include "UserDefaults.h"
+#include "XPFolders.h"
+#include "XPLog.h"
+#include "XPPath.h"
+#include "XPPrompts.h"
+
+#include <QCloseEvent>
+#include <QDockWidget>
+#include <QLineEdit>
+#include <QSlider>
+#include <QToolBar>
+#include <QToolButton>
+#include <QVBoxLayout>
+#include <cmath>
+
+static const QString geometryKey = QStringLiteral("KPMainWindowGeometry");
+static const QString layoutKey = QStringLiteral("KPMainWindowLayout");
+static const QString orderKey = QStringLiteral("KPSortOrder");
+static const QString zoomKey = QStringLiteral("KPThumbnailSize");
+
+KPController::KPController(std::unique_ptr<KPResultSource> source, const QStringList &folders)
+    : m_source(std::move(source)), m_folders(folders), m_recentTags(KarvexPrefs::recentTags()),
+      m_model(std::make_unique<KPLibraryModel>(m_source.get())),
+      m_loader(std::make_unique<KPThumbnailLoader>()), m_worker(std::make_unique<KPEditWorker>()),
+      m_history(std::make_unique<KPEditHistory>(m_worker.get())), m_filter(new KPFilterBar),
+      m_view(new KPDocsView(m_model.get(), m_loader.get())), m_inspector(new KPInspector),
+      m_status(new KPStatusLine)
+{
+    m_actions = std::make_unique<KPWindowActions>(this, m_history.get());
+    auto *centre = new QWidget;
+    auto *column = new QVBoxLayout(centre);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(m_filter);
+    column->addWidget(m_view, 1);
+    setCentralWidget(centre);
+    setStatusBar(m_status);
+    buildToolBar();
+    buildInspector();
+    connectSearch();
+    connectEditing();
+    restoreSettings();
+    m_view->setFocus();
+    startSearch();
+}
+
+// The views go first: they refer to what the unique pointers hold.
+KPController::~KPController()
+{
+    m_source->stop();
+    delete takeCentralWidget();
+    delete m_dock;
+}
+
+// Building.
+
+void KPController::buildToolBar()
+{
+    auto *bar = new QToolBar(qtTrId("KPToolBar"));
+    bar->setObjectName(QStringLiteral("toolbar"));
+    bar->setMovable(false);
+    bar->setIconSize({16, 16});
+    bar->setContextMenuPolicy(Qt::PreventContextMenu);
+    bar->setStyleSheet(QStringLiteral("QToolBar { border: 0; padding: 8px 10px; spacing: 8px; }"));
+
+    m_folderButton = new QToolButton;
+    m_folderButton->setIcon(KPDocIcons::symbol(QStringLiteral("folder")));
+    m_folderButton->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    connect(m_folderButton, &QToolButton::clicked, this, &KPController::openFolder);
+
+    auto *sort = new QToolButton;
+    sort->setIcon(KPDocIcons::symbol(QStringLiteral("sort")));
+    sort->setText(qtTrId("KPSortBy"));
+    sort->setToolTip(qtTrId("KPSortBy"));
+    sort->setMenu(m_actions->sortMenu());
+    sort->setPopupMode(QToolButton::InstantPopup);
+
+    m_zoom = new QSlider(Qt::Horizontal);
+    m_zoom->setRange(0, 100);
+    m_zoom->setPageStep(10);
+    m_zoom->setFixedWidth(110);
+    m_zoom->setAccessibleName(qtTrId("KPZoom"));
+    m_zoom->setToolTip(qtTrId("KPZoom"));
+    connect(m_zoom, &QSlider::valueChanged, this,
+            [this](int value) { m_view->setZoom(value / 100.0); });
+
+    bar->addWidget(m_folderButton);
+    m_filter->searchField()->setMinimumWidth(160);
+    bar->addWidget(m_filter->searchField());
+    bar->addWidget(sort);
+    bar->addWidget(m_zoom);
+    auto *inspector = new QToolButton;
+    inspector->setDefaultAction(m_actions->inspectorAction());
+    bar->addWidget(inspector);
+    addToolBar(bar);
+    showFolders();
+}
+
+void KPController::buildInspector()
+{
+    m_dock = new QDockWidget(qtTrId("KPInspector"), this);
+    m_dock->setObjectName(QStringLiteral("inspector"));
+    m_dock->setAllowedAreas(Qt::LeftDockWidgetArea | Qt::RightDockWidgetArea);
+    m_dock->setFeatures(QDockWidget::DockWidgetClosable);
+    m_dock->setTitleBarWidget(new QWidget); // the toolbar's button and the menu hide it
+    m_dock->setWidget(m_inspector);
+    addDockWidget(Qt::RightDockWidgetArea, m_dock);
+    resizeDocks({m_dock}, {260}, Qt::Horizontal);
+    connect(m_dock, &QDockWidget::visibilityChanged, this,
+            [this] { m_actions->inspectorAction()->setChecked(!m_dock->isHidden()); });
+}
+
+void KPController::connectSearch()
+{
+    connect(m_filter, &KPFilterBar::requestChanged, this, &KPController::startSearch);
+    connect(m_filter, &KPFilterBar::left, m_view, qOverload<>(&QWidget::setFocus));
+    m_filter->setSuggestions([this] { return suggestedTags(); });
+    connect(m_source.get(), &KPResultSource::finished, this, &KPController::searchFinished);
+    connect(m_status, &KPStatusLine::stopSearchRequested, this, &KPController::stopSearch);
+    for (const auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved})
+        connect(m_model.get(), signal, this, &KPController::showCounts);
+    connect(m_model.get(), &QAbstractItemModel::modelReset, this, &KPController::showCounts);
+
+    m_selectionTimer.setSingleShot(true);
+    m_selectionTimer.setInterval(0);
+    const auto later = [this] { m_selectionTimer.start(); };
+    connect(&m_selectionTimer, &QTimer::timeout, this, &KPController::showSelection);
+    connect(m_view, &KPDocsView::selectionMoved, this, later);
+    connect(m_model.get(), &QAbstractItemModel::dataChanged, this, later);
+    connect(m_loader.get(), &KPThumbnailLoader::looksReady, this, later);
+}
+
+void KPController::connectEditing()
+{
+    connect(m_view, &KPDocsView::openRequested, this, &KPController::openSelected);
+    connect(m_view, &KPDocsView::ratingTyped, this, &KPController::rateSelected);
+    connect(m_view, &KPDocsView::zoomRequested, this,
+            [this](int steps) { steps > 0 ? zoomIn() : zoomOut(); });
+    m_view->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(m_view, &QWidget::customContextMenuRequested, this, [this](const QPoint &at) {
+        if (!m_view->selectedPaths().isEmpty())
+            m_actions->popUp(m_view->viewport()->mapToGlobal(at));
+    });
+    m_inspector->setSuggestions([this] { return suggestedTags(); });
+    connect(m_inspector, &KPInspector::left, m_view, qOverload<>(&QWidget::setFocus));
+    connect(m_inspector, &KPInspector::editRequested, m_history.get(), &KPEditHistory::edit);
+    connect(m_worker.get(), &KPEditWorker::changed, this, &KPController::takeChanges);
+    connect(m_worker.get(), &KPEditWorker::progressed, m_status, &KPStatusLine::showEditing);
+    connect(m_worker.get(), &KPEditWorker::reported, this, &KPController::report);
+    connect(m_status, &KPStatusLine::stopEditRequested, m_worker.get(), &KPEditWorker::stop);
+}
+
+void KPController::restoreSettings()
+{
+    const UserDefaults &defaults = UserDefaults::standard();
+    if (!restoreGeometry(defaults.value(geometryKey).data()))
+        resize(1120, 720);
+    restoreState(defaults.value(layoutKey).data());
+    m_zoom->setValue(static_cast<int>(std::lround(defaults.doubleValue(zoomKey) * 100)));
+    m_view->setZoom(m_zoom->value() / 100.0);
+    setOrder(KPDocOrder::fromText(defaults.stringValue(orderKey)));
+}
+
+void KPController::saveSettings() const
+{
+    UserDefaults &defaults = UserDefaults::standard();
+    defaults.setValue(geometryKey, saveGeometry());
+    defaults.setValue(layoutKey, saveState());
+    defaults.setValue(zoomKey, PropertyValue::real(m_zoom->value() / 100.0));
+    if (const auto error = defaults.synchronise())
+        qCWarning(xpLog).noquote() << error->message;
+}
+
+void KPController::closeEvent(QCloseEvent *event)
+{
+    saveSettings();
+    QMainWindow::closeEvent(event);
+}
+
+// Searching.
+
+void KPController::startSearch()
+{
+    KPSearchRequest request = m_filter->request();
+    request.folders = m_folders;
+    m_searching = true;
+    m_status->showSearching(true);
+    m_status->showProblems({});
+    showEmptyText();
+    m_source->setRequest(request);
+}
+
+void KPController::stopSearch()
+{
+    m_source->stop();
+    searchFinished({});
+    m_status->showMessage(qtTrId("KPSearchStopped"), 5000);
+}
+
+void KPController::searchFinished(const QStringList &problems)
+{
+    m_searching = false;
+    m_status->showSearching(false);
+    m_status->showProblems(problems);
+    showEmptyText();
+    showCounts();
+}
+
+void KPController::showEmptyText()
+{
+    if (m_searching)
+        m_view->setEmptyText(qtTrId("KPLooking"), {});
+    else if (m_filter->isEmpty())
+        m_view->setEmptyText(qtTrId("KPNoDocuments"), qtTrId("KPNoDocumentsHint"));
+    else
+        m_view->setEmptyText(qtTrId("KPNoMatch"), qtTrId("KPNoMatchHint"));
+}
+
+void KPController::showFolders()
+{
+    const QString name = m_folders.isEmpty() ? qtTrId("KPHome")
+                         : m_folders.size() == 1
+                             ? KPLibraryModel::displayName(m_folders.first())
+                             : qtTrId("KPFolderCount", static_cast<int>(m_folders.size()));
+    const QString shown = name.isEmpty() ? m_folders.first() : name; // the root has no name
+    m_folderButton->setText(fontMetrics().elidedText(shown, Qt::ElideMiddle, 180));
+    m_folderButton->setAccessibleName(qtTrId("KPFolderShown").arg(shown));
+    m_folderButton->setToolTip(qtTrId("KPOpenFolderTip"));
+    setWindowTitle(shown);
+}
+
+QStringList KPController::suggestedTags() const
+{
+    return m_recentTags + m_model->knownTags();
+}
+
+// Selection.
+
+void KPController::showCounts()
+{
+    m_status->showCounts(m_model->rowCount(), m_view->selectedPaths().size());
+}
+
+void KPController::showSelection()
+{
+    QList<KPFoundDocument> documents;
+    for (const QString &path : m_view->selectedPaths())
+        documents.append(m_model->document(m_model->indexForPath(path).row()));
+    KPInspector::Appearance appearance;
+    if (!documents.isEmpty()) {
+        const KPFoundDocument &first = documents.first();
+        const auto look = m_loader->look(first.path, first.info.modified);
+        appearance = {look.picture, look.uti.isEmpty() ? KPFileType::preferredUTIForExtension(
+                                                             XPPath::extension(first.path))
+                                                       : look.uti};
+    }
+    m_inspector->show(documents, appearance);
+    m_actions->setHasSelection(!documents.isEmpty());
+    m_actions->setRating(KPSelectionFacts(documents).rating);
+    m_status->showCounts(m_model->rowCount(), documents.size());
+}
+
+void KPController::selectByName(const QString &beginning)
+{
+    const auto *names = m_model.get();
+    const QModelIndexList found =
+        names->match(names->index(0), Qt::DisplayRole, beginning, -1, Qt::MatchStartsWith);
+    for (const QModelIndex &index : found)
+        m_view->selectionModel()->select(index, QItemSelectionModel::Select);
+    if (!found.isEmpty())
+        m_view->selectionModel()->setCurrentIndex(found.first(), QItemSelectionModel::NoUpdate);
+}
+
+// Editing.
+
+void KPController::takeChanges(const QList<KPFileChange> &changes)
+{
+    QHash<QString, QStringList> tags;
+    QHash<QString, double> ratings;
+    for (const KPFileChange &change : changes) {
+        if (change.tags)
+            tags.insert(change.path, change.tags->after);
+        if (change.rating)
+            ratings.insert(change.path, change.rating->after);
+    }
+    m_model->setTags(tags);
+    m_model->setRatings(ratings);
+}
+
+void KPController::report(const KPEditReport &report)
+{
+    if (!m_worker->isBusy())
+        m_status->endEditing();
+    if (!report.failures.isEmpty())
+        XPPrompts::current().alert(KPEditSummary::title(report), KPEditSummary::details(report));
+    else if (report.stopped)
+        m_status->showMessage(qtTrId("KPEditStopped", static_cast<int>(report.changed)), 8000);
+    m_selectionTimer.start(); // what failed is shown as it was
+}
+
+bool KPController::isSettled() const
+{
+    return !m_searching && !m_loader->isBusy() && !m_worker->isBusy() &&
+           !m_selectionTimer.isActive();
+}

@@ -1,0 +1,107 @@
+#pragma once
+
+#include "KPFileEdit.h"
+#include "KPSearchRequest.h"
+
+#include <QList>
+#include <QMainWindow>
+#include <QTimer>
+#include <memory>
+
+class KPDocsView;
+class KPEditHistory;
+class KPEditWorker;
+class KPFilterBar;
+class KPInspector;
+class KPLibraryModel;
+class KPResultSource;
+class KPStatusLine;
+class KPThumbnailLoader;
+class KPWindowActions;
+class QDockWidget;
+class QSlider;
+class QToolButton;
+struct KPEditReport;
+struct KPFileChange;
+struct KPDocOrder;
+
+// The main window: places its parts and connects them.
+//
+// Search: filter bar -> request -> result source -> model -> grid. Edit: inspector or grid ->
+// history -> worker -> model, and the live search confirms it. Exactly one exists.
+// Threads: main.
+class KPController : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    // The folders that are searched; empty: the user's home. Starts searching at once.
+    KPController(std::unique_ptr<KPResultSource> source, const QStringList &folders);
+    ~KPController() override;
+
+    // Nothing is being searched, drawn or written any more.
+    bool isSettled() const;
+    void selectByName(const QString &beginning);
+
+    // Commands, by the table in KPWindowActions.cpp.
+    void openFolder();
+    void openSelected();
+    void revealSelected();
+    void copySelected();
+    void selectAll();
+    void search();
+    void filterTags();
+    void quit();
+    void editTags();
+    void rateSelected(int stars);
+    void undo();
+    void redo();
+    void zoomIn();
+    void zoomOut();
+    void setOrder(const KPDocOrder &order);
+    void toggleInspector();
+    void showAbout();
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void buildToolBar();
+    void buildInspector();
+    void connectSearch();
+    void connectEditing();
+    void restoreSettings();
+    void saveSettings() const;
+
+    void startSearch();
+    void stopSearch();
+    void searchFinished(const QStringList &problems);
+    void showEmptyText();
+    void showSelection();
+    void showCounts();
+    void takeChanges(const QList<KPFileChange> &changes);
+    void report(const KPEditReport &report);
+    void showFolders();
+    QStringList suggestedTags() const;
+
+    std::unique_ptr<KPResultSource> m_source;
+    QStringList m_folders;
+    QStringList m_recentTags;
+    bool m_searching = false;
+
+    // Data before views: destroyed after them.
+    std::unique_ptr<KPLibraryModel> m_model;
+    std::unique_ptr<KPThumbnailLoader> m_loader;
+    std::unique_ptr<KPEditWorker> m_worker;
+    std::unique_ptr<KPEditHistory> m_history;
+
+    KPFilterBar *m_filter;
+    KPDocsView *m_view;
+    KPInspector *m_inspector;
+    KPStatusLine *m_status;
+    QDockWidget *m_dock = nullptr;
+    QSlider *m_zoom = nullptr;
+    QToolButton *m_folderButton = nullptr;
+    std::unique_ptr<KPWindowActions> m_actions;
+    QTimer m_selectionTimer; // a burst of changes is shown once
+};

@@ -1,6 +1,0 @@
-#include "XPFactorySettings.h"
-
-int main()
-{
-    return 0;
-}

@@ -1,0 +1,93 @@
+#include "KPAppearance.h"
+#include "KPCommandLine.h"
+#include "KPController.h"
+#include "KPDocIcons.h"
+#include "KPFolderWalker.h"
+#include "KPPrompts.h"
+#include "KPScreenshot.h"
+#include "KPTagName.h"
+#include "Karvex.h"
+#include "KarvexPrefs.h"
+#include "UserDefaults.h"
+#include "XPFactorySettings.h"
+#include "XPLog.h"
+#include "XPTranslations.h"
+
+#include <QApplication>
+#include <QIcon>
+#include <cstdio>
+#include <memory>
+
+static QByteArrayList bytes(int argc, char **argv)
+{
+    QByteArrayList arguments;
+    for (int number = 0; number < argc; ++number)
+        arguments.append(argv[number]);
+    return arguments;
+}
+
+static int print(std::FILE *stream, const QString &text, int status)
+{
+    std::fprintf(stream, "%s\n", qUtf8Printable(text.trimmed()));
+    return status;
+}
+
+static void describeApplication()
+{
+    QCoreApplication::setApplicationName(QStringLiteral("murn"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(MURN_VERSION));
+    QGuiApplication::setDesktopFileName(QStringLiteral("com.brindle.murn"));
+}
+
+static void setUpServices()
+{
+    KPTagName::intializeGlobals();
+    XPFactorySettings::registerAll();
+    setXpDebugLogging(UserDefaults::standard().boolValue(QStringLiteral("KPDebugLogging")));
+    KarvexPrefs::chooseDomain();
+    Karvex::registerUsualKXAttributes();
+    KPDocIcons::registerIcons();
+}
+
+static int run(const KPCommandLine &line)
+{
+    setUpServices();
+    QGuiApplication::setApplicationDisplayName(qtTrId("KPApplicationName"));
+    QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/app/com.brindle.murn.svg")));
+    const KPAppearance appearance(line.colours);
+    KPController controller(std::make_unique<KPFolderWalker>(), line.folders);
+    XPPrompts::install(std::make_unique<KPPrompts>(&controller));
+    controller.show();
+    if (!line.screenshot.isEmpty())
+        new KPScreenshot(&controller, line.screenshot, line.selection); // the controller's
+    return QApplication::exec();
+}
+
+// What needs no window is answered without a display.
+static std::unique_ptr<QCoreApplication> makeApplication(int &argc, char **argv)
+{
+    for (const QByteArray &argument : bytes(argc, argv)) {
+        if (argument == "--help" || argument == "-h" || argument == "--version" || argument == "-v")
+            return std::make_unique<QCoreApplication>(argc, argv);
+    }
+    return std::make_unique<QApplication>(argc, argv);
+}
+
+int main(int argc, char **argv)
+{
+    describeApplication();
+    const auto application = makeApplication(argc, argv); // takes Qt's own options out
+    XPTranslations::install();
+    const auto line = KPCommandLine::parse(bytes(argc, argv));
+    if (!line)
+        return print(stderr, QStringLiteral("murn: ") + line.error().message, 2);
+    switch (line->action) {
+    case KPCommandLine::Action::ShowHelp:
+        return print(stdout, KPCommandLine::helpText(), 0);
+    case KPCommandLine::Action::ShowVersion:
+        return print(stdout, QStringLiteral("murn ") + QStringLiteral(MURN_VERSION), 0);
+    case KPCommandLine::Action::ShowWindow:
+        break;
+    }
+    return run(*line);
+}

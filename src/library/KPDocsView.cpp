@@ -1,0 +1,212 @@
+#include "KPDocsView.h"
+
+#include "KPDocDelegate.h"
+#include "KPLibraryModel.h"
+#include "KPThumbnailLoader.h"
+#include "XPFileUrls.h"
+
+#include <QDrag>
+#include <QKeyEvent>
+#include <QMimeData>
+#include <QPainter>
+#include <QScrollBar>
+#include <algorithm>
+
+KPDocsView::KPDocsView(KPLibraryModel *model, KPThumbnailLoader *loader, QWidget *parent)
+    : QListView(parent), m_model(model), m_loader(loader),
+      m_delegate(new KPDocDelegate(model, loader, this)), m_layout(m_zoom, 800, font())
+{
+    setModel(model);
+    setItemDelegate(m_delegate);
+    setFlow(QListView::LeftToRight);
+    setWrapping(true);
+    setUniformItemSizes(true);
+    setResizeMode(QListView::Adjust);
+    setSelectionMode(QAbstractItemView::ExtendedSelection);
+    setSelectionRectVisible(true);
+    setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn); // columns must not jump with the results
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setFrameShape(QFrame::NoFrame);
+    setDragEnabled(true);
+    setDragDropMode(QAbstractItemView::DragOnly);
+    setDefaultDropAction(Qt::CopyAction);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setMouseTracking(true);
+    setAccessibleName(qtTrId("KPDocuments"));
+    m_asking.setSingleShot(true);
+    m_asking.setInterval(0);
+    connect(&m_asking, &QTimer::timeout, this, &KPDocsView::askForLooks);
+    connect(loader, &KPThumbnailLoader::looksReady, this, &KPDocsView::showLooks);
+    connect(model, &QAbstractItemModel::dataChanged, &m_asking, qOverload<>(&QTimer::start));
+    connect(model, &QAbstractItemModel::rowsRemoved, this, &KPDocsView::selectionMoved);
+    connect(model, &QAbstractItemModel::modelReset, this, &KPDocsView::selectionMoved);
+    layOut();
+}
+
+void KPDocsView::setZoom(double zoom)
+{
+    m_zoom = std::clamp(zoom, 0.0, 1.0);
+    const QModelIndex top = indexAt({m_layout.cell().width() / 2, m_layout.cell().height() / 2});
+    layOut();
+    if (top.isValid() && verticalScrollBar()->value() > 0)
+        scrollTo(top, QAbstractItemView::PositionAtTop);
+}
+
+void KPDocsView::layOut()
+{
+    m_layout = KPDocCellLayout(m_zoom, viewport()->width(), font());
+    m_delegate->setLayout(m_layout);
+    if (gridSize() != m_layout.cell())
+        setGridSize(m_layout.cell());
+    verticalScrollBar()->setSingleStep(std::max(24, m_layout.cell().height() / 4));
+    viewport()->update();
+    m_asking.start();
+}
+
+void KPDocsView::resizeEvent(QResizeEvent *event)
+{
+    layOut();
+    QListView::resizeEvent(event);
+}
+
+void KPDocsView::changeEvent(QEvent *event)
+{
+    QListView::changeEvent(event);
+    if (event->type() == QEvent::FontChange)
+        layOut();
+}
+
+void KPDocsView::scrollContentsBy(int dx, int dy)
+{
+    QListView::scrollContentsBy(dx, dy);
+    m_asking.start();
+}
+
+void KPDocsView::updateGeometries()
+{
+    QListView::updateGeometries();
+    verticalScrollBar()->setSingleStep(std::max(24, m_layout.cell().height() / 4));
+    m_asking.start();
+}
+
+// Pictures.
+
+void KPDocsView::askForLooks()
+{
+    const int side = static_cast<int>(std::ceil(m_layout.thumbnail() * devicePixelRatioF()));
+    const QModelIndex first = indexAt({m_layout.cell().width() / 2, 1});
+    std::vector<KPThumbnailLoader::Request> wanted;
+    for (int row = first.row(); first.isValid() && row < m_model->rowCount(); ++row) {
+        if (visualRect(m_model->index(row)).top() > viewport()->height())
+            break;
+        const KPFoundDocument &document = m_model->document(row);
+        wanted.push_back({document.path, document.info.modified, document.info.mode, side});
+    }
+    m_loader->want(wanted);
+}
+
+void KPDocsView::showLooks(const QStringList &paths)
+{
+    for (const QString &path : paths)
+        update(m_model->indexForPath(path));
+}
+
+void KPDocsView::setEmptyText(const QString &title, const QString &hint)
+{
+    m_emptyTitle = title;
+    m_emptyHint = hint;
+    viewport()->update();
+}
+
+void KPDocsView::paintEmpty(QPainter *painter) const
+{
+    const QRect room = viewport()->rect().adjusted(24, 24, -24, -24);
+    QFont titleFont = font();
+    titleFont.setPointSizeF(titleFont.pointSizeF() * 1.5);
+    const int titleHeight = QFontMetrics(titleFont).lineSpacing();
+    const QRect title(room.left(), room.center().y() - titleHeight * 3 / 2, room.width(),
+                      titleHeight);
+    painter->setPen(palette().color(QPalette::Text));
+    painter->setFont(titleFont);
+    painter->drawText(title, Qt::AlignCenter, m_emptyTitle);
+    QColor quiet = palette().color(QPalette::Text);
+    quiet.setAlphaF(0.7F);
+    painter->setPen(quiet);
+    painter->setFont(font());
+    painter->drawText(QRect(room.left(), title.bottom() + 8, room.width(), room.height() / 2),
+                      Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, m_emptyHint);
+}
+
+void KPDocsView::paintEvent(QPaintEvent *event)
+{
+    QListView::paintEvent(event);
+    if (m_model->rowCount() == 0) {
+        QPainter painter(viewport());
+        paintEmpty(&painter);
+    }
+}
+
+// The user.
+
+QStringList KPDocsView::selectedPaths() const
+{
+    QModelIndexList indexes = selectionModel()->selectedIndexes();
+    std::sort(indexes.begin(), indexes.end());
+    QStringList paths;
+    paths.reserve(indexes.size());
+    for (const QModelIndex &index : std::as_const(indexes))
+        paths.append(m_model->document(index.row()).path);
+    return paths;
+}
+
+void KPDocsView::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
+{
+    QListView::selectionChanged(selected, deselected);
+    Q_EMIT selectionMoved();
+}
+
+void KPDocsView::keyPressEvent(QKeyEvent *event)
+{
+    const bool plain = !(event->modifiers() & ~Qt::KeypadModifier);
+    if (plain && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter))
+        Q_EMIT openRequested();
+    else if (plain && event->key() >= Qt::Key_0 && event->key() <= Qt::Key_5)
+        Q_EMIT ratingTyped(event->key() - Qt::Key_0);
+    else
+        QListView::keyPressEvent(event);
+}
+
+void KPDocsView::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    QListView::mouseDoubleClickEvent(event);
+    if (event->button() == Qt::LeftButton && indexAt(event->pos()).isValid())
+        Q_EMIT openRequested();
+}
+
+void KPDocsView::wheelEvent(QWheelEvent *event)
+{
+    if (!(event->modifiers() & Qt::ControlModifier)) {
+        QListView::wheelEvent(event);
+        return;
+    }
+    Q_EMIT zoomRequested(event->angleDelta().y() > 0 ? 1 : -1);
+    event->accept();
+}
+
+// Only copies leave: a program that takes a move would delete the user's file.
+void KPDocsView::startDrag(Qt::DropActions)
+{
+    const QStringList paths = selectedPaths();
+    if (paths.isEmpty())
+        return;
+    auto *drag = new QDrag(this);
+    drag->setMimeData(XPFileUrls::mimeData(paths));
+    const KPFoundDocument &document =
+        m_model->document(currentIndex().isValid() ? currentIndex().row()
+                                                   : m_model->indexForPath(paths.first()).row());
+    const auto look = m_loader->look(document.path, document.info.modified);
+    if (!look.picture.isNull())
+        drag->setPixmap(look.picture.scaled(96, 96, Qt::KeepAspectRatio, Qt::SmoothTransformation));
+    drag->exec(Qt::CopyAction, Qt::CopyAction);
+}

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "KPDocCellLayout.h"
+
+#include <QListView>
+#include <QTimer>
+
+class KPDocDelegate;
+class KPLibraryModel;
+class KPThumbnailLoader;
+
+// The documents as a grid of pictures, for selecting, opening, rating and dragging out.
+//
+// Rows are laid out in a grid of equal cells that share the width (KPDocCellLayout); only what is
+// in sight is drawn and asked of the loader. Names typed go to the next document that begins
+// so; the digits 0 to 5 rate. Threads: main. Model and loader are not owned.
+class KPDocsView : public QListView
+{
+    Q_OBJECT
+
+public:
+    KPDocsView(KPLibraryModel *model, KPThumbnailLoader *loader, QWidget *parent = nullptr);
+
+    // 0 to 1, the setting "KPThumbnailSize".
+    double zoom() const { return m_zoom; }
+    void setZoom(double zoom);
+
+    // In the order shown.
+    QStringList selectedPaths() const;
+
+    // Shown in the middle while there is no document.
+    void setEmptyText(const QString &title, const QString &hint);
+
+Q_SIGNALS:
+    void openRequested();
+    void ratingTyped(int stars);
+    void zoomRequested(int steps); // by the wheel
+    void selectionMoved();
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
+    void startDrag(Qt::DropActions supported) override;
+    void scrollContentsBy(int dx, int dy) override;
+    void updateGeometries() override;
+    void selectionChanged(const QItemSelection &selected,
+                          const QItemSelection &deselected) override;
+
+private:
+    void layOut();
+    void askForLooks();
+    void showLooks(const QStringList &paths);
+    void paintEmpty(QPainter *painter) const;
+
+    KPLibraryModel *m_model;
+    KPThumbnailLoader *m_loader;
+    KPDocDelegate *m_delegate;
+    double m_zoom = 0.2;
+    KPDocCellLayout m_layout;
+    QTimer m_asking; // what is in sight is asked for once per turn of the event loop
+    QString m_emptyTitle;
+    QString m_emptyHint;
+};

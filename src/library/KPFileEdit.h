@@ -1,0 +1,63 @@
+#pragma once
+
+#include "XPError.h"
+
+#include <QStringList>
+#include <optional>
+
+// Changing the tags and the rating of files, one at a time, so that it can be undone.
+// Threads: any; blocking file calls. Values.
+
+// What the user asked for.
+struct KPFileEdit
+{
+    struct Tags
+    {
+        QStringList before; // what all the files had in common
+        QStringList after;  // what the user made of it
+    };
+
+    QStringList paths;
+    std::optional<Tags> tags;
+    std::optional<double> rating;
+};
+
+// What came of it on one file.
+struct KPFileChange
+{
+    struct Tags
+    {
+        QStringList before;
+        QStringList after;
+    };
+    struct Rating
+    {
+        double before = 0;
+        double after = 0;
+    };
+
+    QString path;
+    std::optional<Tags> tags;
+    std::optional<Rating> rating;
+
+    bool isEmpty() const { return !tags && !rating; }
+    KPFileChange reversed() const;
+};
+
+struct KPFileOutcome
+{
+    KPFileChange change; // what was done, also when the rest failed
+    std::optional<XPError> error;
+};
+
+namespace KPFileEditing {
+
+// The tags that a file has besides the common ones survive, ahead of these.
+KPFileOutcome apply(const KPFileEdit &edit, const QString &path);
+
+// Makes the change once more, or a reversed one for the first time: `before` becomes `after`, but
+// only where the file still has `before`, so that nothing that somebody else wrote since is lost
+// (Kind::InvalidArgument, said in words). What is `after` already is left alone.
+KPFileOutcome repeat(const KPFileChange &change);
+
+} // namespace KPFileEditing

@@ -1,0 +1,33 @@
+#include "XPFileUrls.h"
+
+#include "XPPath.h"
+
+#include <QMimeData>
+
+QByteArray XPFileUrls::encoded(const QString &path)
+{
+    const QByteArray bytes = XPPath::encode(path);
+    return bytes.isEmpty() ? bytes : "file://" + bytes.toPercentEncoding("/");
+}
+
+QUrl XPFileUrls::url(const QString &path)
+{
+    return QUrl::fromEncoded(encoded(path), QUrl::StrictMode);
+}
+
+QMimeData *XPFileUrls::mimeData(const QStringList &paths)
+{
+    QByteArrayList urls;
+    QStringList texts;
+    for (const QString &path : paths) {
+        if (const QByteArray url = encoded(path); !url.isEmpty()) {
+            urls.append(url);
+            texts.append(XPPath::printable(path));
+        }
+    }
+    auto *data = new QMimeData;
+    data->setData(QStringLiteral("text/uri-list"), urls.join("\r\n") + "\r\n");
+    data->setData(QStringLiteral("x-special/gnome-copied-files"), "copy\n" + urls.join('\n'));
+    data->setText(texts.join(u'\n'));
+    return data;
+}

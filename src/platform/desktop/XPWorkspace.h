@@ -1,0 +1,19 @@
+#pragma once
+
+#include "XPError.h"
+
+#include <QStringList>
+
+// What the desktop does with the user's files: opening and showing them.
+// Threads: the main thread. Nothing here waits for another program.
+namespace XPWorkspace {
+
+// Opens the file with the program that the desktop has chosen for its type. The answer is
+// whether there was somebody to ask; that program's own failures are its own business.
+std::optional<XPError> open(const QString &path);
+
+// Shows the files, selected, in the file manager (org.freedesktop.FileManager1); where there is
+// none, opens the folder of the first.
+void reveal(const QStringList &paths);
+
+} // namespace XPWorkspace

@@ -1,0 +1,207 @@
+#include "KPController.h"
+
+#include "KPDocIcons.h"
+#include "KPDocsView.h"
+#include "KPFolderWalker.h"
+#include "KPLibraryModel.h"
+#include "KPTagName.h"
+#include "Karvex.h"
+#include "TestHome.h"
+#include "XPExtendedAttributes.h"
+#include "XPFactorySettings.h"
+#include "XPPath.h"
+#include "XPPrompts.h"
+#include "XPStarsEditor.h"
+#include "XPTagChip.h"
+#include "XPTagsEditor.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QClipboard>
+#include <QDockWidget>
+#include <QLineEdit>
+#include <QMimeData>
+#include <QSignalSpy>
+#include <QTest>
+#include <cstdio>
+#include <gmock/gmock.h>
+
+namespace {
+
+struct Alerts : public XPPrompts
+{
+    explicit Alerts(QStringList *list) : alerts(list) {}
+    void ask(const Question &question, std::function<void(int)> answer) override
+    {
+        answer(question.cancelButton);
+    }
+    void alert(const QString &title, const QString &text) override
+    {
+        alerts->append(title + u'\n' + text);
+    }
+    QStringList *alerts;
+};
+
+// The whole window on real files, driven by key events.
+class Controller : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        KPTagName::intializeGlobals();
+        KPDocIcons::registerIcons();
+        XPFactorySettings::registerAll();
+        XPPrompts::install(std::make_unique<Alerts>(&m_alerts));
+        for (const char *name : {"a.txt", "b.pdf", "c.odt"})
+            m_paths.append(m_folder.file(QString::fromLatin1(name)));
+    }
+    void TearDown() override
+    {
+        m_window.reset();
+        XPPrompts::install(nullptr);
+    }
+
+    void openWindow()
+    {
+        m_window = std::make_unique<KPController>(std::make_unique<KPFolderWalker>(),
+                                                  QStringList{m_folder.path()});
+        m_window->show();
+        QApplication::setActiveWindow(m_window.get());
+        m_view = m_window->findChild<KPDocsView *>();
+        m_tags = m_window->findChild<QDockWidget *>()->findChild<XPTagsEditor *>();
+        ASSERT_TRUE(until([&] { return rows() == 3 && m_window->isSettled(); }));
+    }
+    // Deadline, not a wait: returns as soon as it holds.
+    static bool until(const std::function<bool()> &holds) { return QTest::qWaitFor(holds, 20'000); }
+    int rows() const { return m_view->model()->rowCount(); }
+    void select(int row)
+    {
+        m_view->setCurrentIndex(m_view->model()->index(row, 0));
+        EXPECT_TRUE(until([&] { return m_window->isSettled(); }));
+    }
+    void typeTag(const QString &tag)
+    {
+        m_window->editTags();
+        QTest::keyClicks(m_tags->entry(), tag);
+        QTest::keyClick(m_tags->entry(), Qt::Key_Return);
+    }
+    static QStringList tagsOf(const QString &path)
+    {
+        return Karvex::getUserTags(path).valueOr({QStringLiteral("(error)")});
+    }
+    static double ratingOf(const QString &path) { return Karvex::getRating(path).valueOr(-1); }
+
+    const QString work = QStringLiteral("work");
+    TestFolder m_folder;
+    QStringList m_paths;
+    QStringList m_alerts;
+    std::unique_ptr<KPController> m_window;
+    KPDocsView *m_view = nullptr;
+    XPTagsEditor *m_tags = nullptr;
+};
+
+} // namespace
+
+TEST_F(Controller, TagsAndRatingsTypedReachTheFilesAndCanBeUndone)
+{
+    openWindow();
+    m_window->selectAll();
+    ASSERT_TRUE(until([&] { return m_window->isSettled(); }));
+    typeTag(work);
+    ASSERT_TRUE(until([&] {
+        return std::all_of(m_paths.begin(), m_paths.end(),
+                           [&](const QString &path) { return tagsOf(path) == QStringList{work}; });
+    }));
+    EXPECT_EQ(m_tags->tags(), QStringList{work});
+
+    select(1);
+    QTest::keyClick(m_view, Qt::Key_4);
+    ASSERT_TRUE(until([&] { return ratingOf(m_paths[1]) == 4; }));
+    EXPECT_EQ(ratingOf(m_paths[0]), 0);
+    QTest::keyClick(m_window.get(), Qt::Key_Z, Qt::ControlModifier);
+    ASSERT_TRUE(until([&] { return ratingOf(m_paths[1]) == 0; }));
+    QTest::keyClick(m_window.get(), Qt::Key_Z, Qt::ControlModifier);
+    ASSERT_TRUE(until([&] { return tagsOf(m_paths[2]).isEmpty(); }));
+    ASSERT_TRUE(until([&] { return m_tags->tags().isEmpty(); }));
+    EXPECT_THAT(m_alerts, testing::IsEmpty());
+}
+
+TEST_F(Controller, ShowsWhatOtherProgramsDo)
+{
+    openWindow();
+    select(0);
+    ASSERT_FALSE(Karvex::setUserTags(QStringList{work}, m_paths[0]));
+    EXPECT_TRUE(until([&] { return m_tags->tags() == QStringList{work}; }));
+
+    // The selected document goes while a tag for it is being typed.
+    m_window->editTags();
+    QTest::keyClicks(m_tags->entry(), QStringLiteral("half"));
+    ASSERT_EQ(std::remove(XPPath::encode(m_paths[0]).constData()), 0);
+    ASSERT_TRUE(until([&] { return rows() == 2; }));
+    QTest::keyClick(m_tags->entry(), Qt::Key_Return);
+    EXPECT_TRUE(until([&] { return m_window->isSettled(); }));
+    for (const QString &path : {m_paths[1], m_paths[2]})
+        EXPECT_EQ(tagsOf(path), QStringList()) << path.toStdString();
+}
+
+TEST_F(Controller, SaysWhichFilesCouldNotBeChanged)
+{
+    const QString name = Karvex::spotlightKey(Karvex::userTagsKey);
+    ASSERT_FALSE(XPExtendedAttributes::write(m_paths[1], name, "garbage"));
+    openWindow();
+    m_window->selectAll();
+    ASSERT_TRUE(until([&] { return m_window->isSettled(); }));
+    typeTag(work);
+    ASSERT_TRUE(until([&] { return !m_alerts.isEmpty(); }));
+    EXPECT_TRUE(m_alerts.first().contains(u"1 of 3")) << m_alerts.first().toStdString();
+    EXPECT_TRUE(m_alerts.first().contains(u"b.pdf"));
+    EXPECT_EQ(tagsOf(m_paths[2]), QStringList{work});
+    select(1);
+    EXPECT_FALSE(m_tags->isEnabled()) << "nobody can tell what an edit would overwrite";
+}
+
+TEST_F(Controller, FindsByWordsAndCopiesFilesByTheirBytes)
+{
+    const QString odd = m_folder.file(XPPath::decode(QByteArrayView("odd \xff.txt")));
+    m_paths.append(odd);
+    m_window = std::make_unique<KPController>(std::make_unique<KPFolderWalker>(),
+                                              QStringList{m_folder.path()});
+    m_window->show();
+    QApplication::setActiveWindow(m_window.get());
+    m_view = m_window->findChild<KPDocsView *>();
+    m_window->search();
+    auto *field = qobject_cast<QLineEdit *>(QApplication::focusWidget());
+    ASSERT_TRUE(field);
+    QTest::keyClicks(field, QStringLiteral("odd"));
+    QTest::keyClick(field, Qt::Key_Return);
+    ASSERT_TRUE(until([&] { return m_window->isSettled() && rows() == 1; }));
+    m_window->selectAll();
+    m_window->copySelected();
+    const QMimeData *copied = QGuiApplication::clipboard()->mimeData();
+    EXPECT_TRUE(copied->data(QStringLiteral("text/uri-list")).endsWith("/odd%20%FF.txt\r\n"));
+    EXPECT_TRUE(
+        copied->data(QStringLiteral("x-special/gnome-copied-files")).startsWith("copy\nfile:///"));
+    QTest::keyClick(field, Qt::Key_Escape);
+    EXPECT_TRUE(until([&] { return rows() == 4; }));
+}
+
+// Every control says what it is; a document says its name, tags and rating.
+TEST_F(Controller, SpeaksToAssistivePrograms)
+{
+    ASSERT_FALSE(Karvex::setUserTags(QStringList{work}, m_paths[0]));
+    ASSERT_FALSE(Karvex::setRating(4, m_paths[0]));
+    openWindow();
+    select(0);
+    for (const QWidget *widget : m_window->findChildren<QWidget *>()) {
+        if (widget->focusPolicy() == Qt::NoFocus || !widget->isVisible() ||
+            widget->parentWidget()->inherits("QComboBox"))
+            continue;
+        auto *spoken = QAccessible::queryAccessibleInterface(const_cast<QWidget *>(widget));
+        ASSERT_TRUE(spoken);
+        EXPECT_FALSE(spoken->text(QAccessible::Name).isEmpty())
+            << widget->metaObject()->className();
+    }
+    auto *grid = QAccessible::queryAccessibleInterface(m_view);
+    ASSERT_EQ(grid->childCount(), 3);
+    EXPECT_EQ(grid->child(0)->text(QAccessible::Name), u"a.txt, tags work, 4 stars");
+}
