@@ -15,6 +15,7 @@ _murnctl_options() {
         rate) printf '%s\n' --help ;;
         find) printf '%s\n' --tag --not-tag --rating --in --count --limit --live --json \
             --print0 --help ;;
+        types) printf '%s\n' --extension --tree --all --groups --json --help ;;
         *) printf '%s\n' --help --version ;;
     esac
 }
@@ -26,7 +27,7 @@ _murnctl() {
         if [[ $cur == -* ]]; then
             _murnctl_offer < <(_murnctl_options)
         else
-            _murnctl_offer <<<$'tags\ntag\nrate\nfind'
+            _murnctl_offer <<<$'tags\ntag\nrate\nfind\ntypes'
         fi
         return
     fi
@@ -40,7 +41,7 @@ _murnctl() {
             mapfile -t COMPREPLY < <(compgen -d -- "$cur")
             return
             ;;
-        --rating | --limit) return ;;
+        --rating | --limit | --extension) return ;;
     esac
     if [[ $cur == -* ]]; then
         _murnctl_offer < <(_murnctl_options "$command")

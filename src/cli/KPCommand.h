@@ -32,3 +32,4 @@ extern const KPCommand kpTagsCommand;
 extern const KPCommand kpTagCommand;
 extern const KPCommand kpRateCommand;
 extern const KPCommand kpFindCommand;
+extern const KPCommand kpTypesCommand;

@@ -16,7 +16,7 @@
 #include <langinfo.h>
 
 static constexpr std::array commands = {&kpTagsCommand, &kpTagCommand, &kpRateCommand,
-                                        &kpFindCommand};
+                                        &kpFindCommand, &kpTypesCommand};
 
 // A closed standard stream must not let the next file that is opened take its number.
 static void keepStandardStreamsTaken()

@@ -55,6 +55,11 @@ TEST_F(MurnctlFiles, AnswersWrongUsageWithTwoAndChangesNothing)
                                     {"rate", "nan", "a"},
                                     {"rate", "1e0", "a"},
                                     {"rate", "", "a"},
+                                    {"types"},
+                                    {"types", "--extension", "pdf", "a"},
+                                    {"types", "--extension", ""},
+                                    {"types", "--groups", "a"},
+                                    {"types", "--groups", "--tree"},
                                     {"find", "--rating", ">"},
                                     {"find", "--rating", "=>3"},
                                     {"find", "--limit", "0"},
@@ -193,4 +198,28 @@ TEST_F(MurnctlFiles, CompletesCommandsOptionsAndRecentTags)
     EXPECT_EQ(complete("murnctl find --not"), "--not-tag\n");
     EXPECT_EQ(complete("'" MURNCTL "' tag --add Tax"), "Tax\\ return\n");
     EXPECT_EQ(complete("murnctl tags a"), "a\n");
+}
+
+TEST_F(MurnctlFiles, TellsTheTypesOfFilesAndExtensions)
+{
+    (void)folder.file(QStringLiteral("x.pdf"));
+    (void)folder.file(QStringLiteral("odd\n.PNG"));
+    EXPECT_EQ(run({"types", "x.pdf"}).out, "com.adobe.pdf\tPDF document\n");
+    EXPECT_EQ(run({"types", "x.pdf", "."}).out,
+              "x.pdf\tcom.adobe.pdf\tPDF document\n.\tpublic.folder\tFolder\n");
+    EXPECT_TRUE(
+        run({"types", "--tree", "--extension", ".png"}).out.contains("  is public.image\t"));
+    EXPECT_TRUE(run({"types", "--all", "--extension", "ts"}).out.contains("  or "));
+
+    EXPECT_TRUE(run({"types", "--groups"}).out.startsWith("on\tPDF\tcom.adobe.pdf\n"));
+    EXPECT_FALSE(run({"types", "--groups", "--json"}).json().array().isEmpty());
+
+    const MurnctlResult result = run({"types", "--json", "--all", "x.pdf", "gone", "odd\n.PNG"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_TRUE(result.err.startsWith("murnctl: gone: "));
+    const QJsonArray answers = result.json().array();
+    ASSERT_EQ(answers.size(), 2);
+    EXPECT_EQ(answers[1][QStringLiteral("type")].toString(), QStringLiteral("public.png"));
+    EXPECT_TRUE(
+        answers[1][QStringLiteral("typeTree")].toArray().contains(QStringLiteral("public.item")));
 }

@@ -2,6 +2,7 @@
 #include "KPCommandLine.h"
 #include "KPController.h"
 #include "KPDocIcons.h"
+#include "KPFileTypeRegistry.h"
 #include "KPFolderWalker.h"
 #include "KPPrompts.h"
 #include "KPScreenshot.h"
@@ -42,6 +43,7 @@ static void describeApplication()
 static void setUpServices()
 {
     KPTagName::intializeGlobals();
+    KPFileTypeRegistry::instance().readFileTypesPlist();
     XPFactorySettings::registerAll();
     setXpDebugLogging(UserDefaults::standard().boolValue(QStringLiteral("KPDebugLogging")));
     KarvexPrefs::chooseDomain();
@@ -60,7 +62,10 @@ static int run(const KPCommandLine &line)
     controller.show();
     if (!line.screenshot.isEmpty())
         new KPScreenshot(&controller, line.screenshot, line.selection); // the controller's
-    return QApplication::exec();
+    const int status = QApplication::exec();
+    if (const auto error = KPFileTypeRegistry::instance().writeFileTypesPlist())
+        qCWarning(xpLog).noquote() << error->message;
+    return status;
 }
 
 // What needs no window is answered without a display.
