@@ -1,0 +1,447 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de">
+<context>
+    <name></name>
+    <message id="KPAbout">
+        <translation>Ü&amp;ber Murn</translation>
+    </message>
+    <message id="KPAboutText">
+        <translation>Versieht Dokumente mit Schlagwörtern und Bewertungen und findet sie wieder, wo sie liegen. Nichts wird kopiert oder verschoben: Schlagwörter und Bewertungen stehen an den Dateien selbst.
+
+Freie Software unter der GNU General Public License, Version 3 oder neuer.</translation>
+    </message>
+    <message id="KPAboutTitle">
+        <translation>Murn %1</translation>
+    </message>
+    <message id="KPAccessibleTags">
+        <translation>Schlagwörter %1</translation>
+    </message>
+    <message id="KPAndMore" numerus="yes">
+        <translation>
+            <numerusform>und %n weiteres</numerusform>
+            <numerusform>und %n weitere</numerusform>
+        </translation>
+    </message>
+    <message id="KPAnyRating">
+        <translation>Jede Bewertung</translation>
+    </message>
+    <message id="KPApplicationName">
+        <translation>Murn</translation>
+    </message>
+    <message id="KPApplicationSummary">
+        <translation>Verschlagwortet, bewertet und findet Dokumente, wo sie liegen.</translation>
+    </message>
+    <message id="KPAtLeastStars" numerus="yes">
+        <translation>
+            <numerusform>Mindestens %n Stern</numerusform>
+            <numerusform>Mindestens %n Sterne</numerusform>
+        </translation>
+    </message>
+    <message id="KPBadColourScheme">
+        <translation>„%1“ ist kein Farbschema: dark oder light</translation>
+    </message>
+    <message id="KPBuiltInString">
+        <translation>eingebaut</translation>
+    </message>
+    <message id="KPCancel">
+        <translation>Abbrechen</translation>
+    </message>
+    <message id="KPCannotOpen">
+        <translation>„%1“ konnte nicht geöffnet werden</translation>
+    </message>
+    <message id="KPChangedMeanwhile">
+        <translation>inzwischen hat ein anderes Programm sie geändert</translation>
+    </message>
+    <message id="KPChipExcluded">
+        <translation>ohne Schlagwort %1</translation>
+    </message>
+    <message id="KPChipFilterHint">
+        <translation>Ein Klick schließt Dokumente mit diesem Schlagwort aus, ein weiterer verlangt es wieder</translation>
+    </message>
+    <message id="KPChipHint">
+        <translation>Die Entfernen-Taste nimmt dieses Schlagwort weg</translation>
+    </message>
+    <message id="KPChipTag">
+        <translation>Schlagwort %1</translation>
+    </message>
+    <message id="KPCommonTagsOnly">
+        <translation>Schlagwörter, die alle ausgewählten Dokumente gemeinsam haben. Ihre anderen bleiben.</translation>
+    </message>
+    <message id="KPCopyFiles">
+        <translation>&amp;Kopieren</translation>
+    </message>
+    <message id="KPCountsSelected">
+        <translation>%1, %2 ausgewählt</translation>
+    </message>
+    <message id="KPDetails">
+        <translation>Details</translation>
+    </message>
+    <message id="KPDocumentCount" numerus="yes">
+        <translation>
+            <numerusform>%1 Dokument</numerusform>
+            <numerusform>%1 Dokumente</numerusform>
+        </translation>
+    </message>
+    <message id="KPDocuments">
+        <translation>Dokumente</translation>
+    </message>
+    <message id="KPEditFailedLine">
+        <translation>%1: %2</translation>
+    </message>
+    <message id="KPEditFailedMany" numerus="yes">
+        <translation>
+            <numerusform>%n von %1 Dokumenten konnte nicht geändert werden</numerusform>
+            <numerusform>%n von %1 Dokumenten konnten nicht geändert werden</numerusform>
+        </translation>
+    </message>
+    <message id="KPEditFailedOne">
+        <translation>„%1“ konnte nicht geändert werden</translation>
+    </message>
+    <message id="KPEditStopped" numerus="yes">
+        <translation>
+            <numerusform>Nach %n Dokument angehalten</numerusform>
+            <numerusform>Nach %n Dokumenten angehalten</numerusform>
+        </translation>
+    </message>
+    <message id="KPEditTags">
+        <translation>&amp;Schlagwörter bearbeiten</translation>
+    </message>
+    <message id="KPEditing">
+        <translation>%1 von %2 werden geändert</translation>
+    </message>
+    <message id="KPEditingName">
+        <translation>Dokumente werden geändert</translation>
+    </message>
+    <message id="KPExtensionTypeTemplate">
+        <translation>%1-Datei</translation>
+    </message>
+    <message id="KPFactCreated">
+        <translation>Erstellt</translation>
+    </message>
+    <message id="KPFactFolder">
+        <translation>Ordner</translation>
+    </message>
+    <message id="KPFactModified">
+        <translation>Geändert</translation>
+    </message>
+    <message id="KPFactSize">
+        <translation>Größe</translation>
+    </message>
+    <message id="KPFactTotalSize">
+        <translation>Gesamtgröße</translation>
+    </message>
+    <message id="KPFactType">
+        <translation>Art</translation>
+    </message>
+    <message id="KPFileTypeGroupArchives">
+        <translation>Archive</translation>
+    </message>
+    <message id="KPFileTypeGroupAudio">
+        <translation>Ton</translation>
+    </message>
+    <message id="KPFileTypeGroupEBooks">
+        <translation>E-Books</translation>
+    </message>
+    <message id="KPFileTypeGroupEMail">
+        <translation>E-Mail</translation>
+    </message>
+    <message id="KPFileTypeGroupFonts">
+        <translation>Schriften</translation>
+    </message>
+    <message id="KPFileTypeGroupIWork">
+        <translation>iWork</translation>
+    </message>
+    <message id="KPFileTypeGroupImages">
+        <translation>Bilder</translation>
+    </message>
+    <message id="KPFileTypeGroupMovies">
+        <translation>Filme</translation>
+    </message>
+    <message id="KPFileTypeGroupOffice">
+        <translation>Büro</translation>
+    </message>
+    <message id="KPFileTypeGroupPDF">
+        <translation>PDF</translation>
+    </message>
+    <message id="KPFileTypeGroupPresentations">
+        <translation>Präsentationen</translation>
+    </message>
+    <message id="KPFileTypeGroupRawPhotos">
+        <translation>Rohbilder</translation>
+    </message>
+    <message id="KPFileTypeGroupSourceCode">
+        <translation>Quelltext</translation>
+    </message>
+    <message id="KPFileTypeGroupSpreadsheets">
+        <translation>Tabellen</translation>
+    </message>
+    <message id="KPFileTypeGroupText">
+        <translation>Text</translation>
+    </message>
+    <message id="KPFileTypeGroupWebPages">
+        <translation>Webseiten</translation>
+    </message>
+    <message id="KPFilterRating">
+        <translation>Nach Bewertung zeigen</translation>
+    </message>
+    <message id="KPFilterTags">
+        <translation>Nach Schlagwörtern zeigen</translation>
+    </message>
+    <message id="KPFilterTagsHint">
+        <translation>Nur Dokumente mit Schlagwörtern …</translation>
+    </message>
+    <message id="KPFind">
+        <translation>&amp;Suchen</translation>
+    </message>
+    <message id="KPFindTags">
+        <translation>Nach Schla&amp;gwörtern suchen</translation>
+    </message>
+    <message id="KPFolderCount" numerus="yes">
+        <translation>
+            <numerusform>%n Ordner</numerusform>
+            <numerusform>%n Ordner</numerusform>
+        </translation>
+    </message>
+    <message id="KPFolderShown">
+        <translation>Ordner: %1</translation>
+    </message>
+    <message id="KPHome">
+        <translation>Persönlicher Ordner</translation>
+    </message>
+    <message id="KPInspector">
+        <translation>Informationen</translation>
+    </message>
+    <message id="KPInspectorShown">
+        <translation>&amp;Informationen</translation>
+    </message>
+    <message id="KPLooking">
+        <translation>Suche läuft …</translation>
+    </message>
+    <message id="KPMenuDocuments">
+        <translation>Do&amp;kumente</translation>
+    </message>
+    <message id="KPMenuEdit">
+        <translation>&amp;Bearbeiten</translation>
+    </message>
+    <message id="KPMenuFile">
+        <translation>&amp;Datei</translation>
+    </message>
+    <message id="KPMenuHelp">
+        <translation>&amp;Hilfe</translation>
+    </message>
+    <message id="KPMenuView">
+        <translation>&amp;Ansicht</translation>
+    </message>
+    <message id="KPNoDocuments">
+        <translation>Hier sind keine Dokumente</translation>
+    </message>
+    <message id="KPNoDocumentsHint">
+        <translation>Dieser Ordner enthält keine Dokumente. Mit Strg+O lässt sich ein anderer öffnen.</translation>
+    </message>
+    <message id="KPNoMatch">
+        <translation>Kein Dokument passt</translation>
+    </message>
+    <message id="KPNoMatchHint">
+        <translation>Weniger Wörter, ein Schlagwort weniger oder jede Bewertung zulassen.</translation>
+    </message>
+    <message id="KPNoStars">
+        <translation>Keine Bewertung</translation>
+    </message>
+    <message id="KPNoSuchFolder">
+        <translation>es gibt keinen Ordner „%1“</translation>
+    </message>
+    <message id="KPNothingSelected">
+        <translation>Ausgewählte Dokumente zeigen hier ihre Schlagwörter und ihre Bewertung.</translation>
+    </message>
+    <message id="KPOpen">
+        <translation>Ö&amp;ffnen</translation>
+    </message>
+    <message id="KPOpenFolder">
+        <translation>&amp;Ordner öffnen …</translation>
+    </message>
+    <message id="KPOpenFolderTip">
+        <translation>Die Dokumente eines anderen Ordners zeigen (Strg+O)</translation>
+    </message>
+    <message id="KPOpenFolderTitle">
+        <translation>Ordner öffnen</translation>
+    </message>
+    <message id="KPOpenManyText">
+        <translation>Jedes öffnet sich in seinem eigenen Programm.</translation>
+    </message>
+    <message id="KPOpenManyTitle" numerus="yes">
+        <translation>
+            <numerusform>%1 Dokument öffnen?</numerusform>
+            <numerusform>%1 Dokumente öffnen?</numerusform>
+        </translation>
+    </message>
+    <message id="KPOptionFolder">
+        <translation>Zeigt die Dokumente dieses Ordners statt des persönlichen; mehrmals möglich.</translation>
+    </message>
+    <message id="KPOptionHelp">
+        <translation>Zeigt diese Hilfe.</translation>
+    </message>
+    <message id="KPOptionVersion">
+        <translation>Zeigt die Version.</translation>
+    </message>
+    <message id="KPProblemCount" numerus="yes">
+        <translation>
+            <numerusform>%n Ordner nicht gelesen</numerusform>
+            <numerusform>%n Ordner nicht gelesen</numerusform>
+        </translation>
+    </message>
+    <message id="KPProblemsTitle">
+        <translation>Nicht alles war lesbar</translation>
+    </message>
+    <message id="KPQuit">
+        <translation>&amp;Beenden</translation>
+    </message>
+    <message id="KPRate">
+        <translation>&amp;Bewerten</translation>
+    </message>
+    <message id="KPRating">
+        <translation>Bewertung</translation>
+    </message>
+    <message id="KPRatingHint">
+        <translation>0 bis 5 Sterne; die Zifferntasten setzen sie</translation>
+    </message>
+    <message id="KPRatingsDiffer">
+        <translation>Die Bewertungen sind verschieden.</translation>
+    </message>
+    <message id="KPReasonCancelled">
+        <translation>es wurde nicht erlaubt</translation>
+    </message>
+    <message id="KPReasonGone">
+        <translation>die Datei ist nicht mehr da</translation>
+    </message>
+    <message id="KPReasonNoSpace">
+        <translation>an dieser Datei oder auf ihrem Datenträger ist kein Platz mehr für Schlagwörter</translation>
+    </message>
+    <message id="KPReasonNotPermitted">
+        <translation>diese Datei darf hier nicht geändert werden</translation>
+    </message>
+    <message id="KPReasonReadOnly">
+        <translation>die Datei liegt auf einem Datenträger, der nicht beschrieben werden kann</translation>
+    </message>
+    <message id="KPReasonTooLarge">
+        <translation>das sind mehr Schlagwörter, als eine Datei aufnehmen kann</translation>
+    </message>
+    <message id="KPReasonUnreadable">
+        <translation>die Schlagwörter sind nicht lesbar und blieben unberührt</translation>
+    </message>
+    <message id="KPReasonUnsupported">
+        <translation>der Datenträger kann keine Schlagwörter aufnehmen</translation>
+    </message>
+    <message id="KPRedo">
+        <translation>&amp;Wiederholen</translation>
+    </message>
+    <message id="KPRedoNamed">
+        <translation>&amp;Wiederholen: %1</translation>
+    </message>
+    <message id="KPReveal">
+        <translation>In der Datei&amp;verwaltung zeigen</translation>
+    </message>
+    <message id="KPScreenshotFailed">
+        <translation>das Bild „%1“ kann nicht geschrieben werden</translation>
+    </message>
+    <message id="KPSearch">
+        <translation>Suche</translation>
+    </message>
+    <message id="KPSearchPlaceholder">
+        <translation>Namen und Schlagwörter durchsuchen</translation>
+    </message>
+    <message id="KPSearchStopped">
+        <translation>Angehalten. Zu sehen ist, was bis dahin gefunden wurde.</translation>
+    </message>
+    <message id="KPSelectAll">
+        <translation>&amp;Alles auswählen</translation>
+    </message>
+    <message id="KPSomeTagsUnreadable" numerus="yes">
+        <translation>
+            <numerusform>Die Schlagwörter von %n Dokument sind nicht lesbar. Sie bleiben unberührt.</numerusform>
+            <numerusform>Die Schlagwörter von %n Dokumenten sind nicht lesbar. Sie bleiben unberührt.</numerusform>
+        </translation>
+    </message>
+    <message id="KPSortAscending">
+        <translation>Aufsteigend</translation>
+    </message>
+    <message id="KPSortBy">
+        <translation>Sortieren nach</translation>
+    </message>
+    <message id="KPSortDescending">
+        <translation>Absteigend</translation>
+    </message>
+    <message id="KPSortModified">
+        <translation>Änderungsdatum</translation>
+    </message>
+    <message id="KPSortName">
+        <translation>Name</translation>
+    </message>
+    <message id="KPSortRating">
+        <translation>Bewertung</translation>
+    </message>
+    <message id="KPSortSize">
+        <translation>Größe</translation>
+    </message>
+    <message id="KPStars" numerus="yes">
+        <translation>
+            <numerusform>%n Stern</numerusform>
+            <numerusform>%n Sterne</numerusform>
+        </translation>
+    </message>
+    <message id="KPStop">
+        <translation>Anhalten</translation>
+    </message>
+    <message id="KPTags">
+        <translation>Schlagwörter</translation>
+    </message>
+    <message id="KPTagsHint">
+        <translation>Schlagwort hinzufügen …</translation>
+    </message>
+    <message id="KPTagsUnreadable">
+        <translation>Schlagwörter nicht lesbar</translation>
+    </message>
+    <message id="KPTagsUnreadableBecause">
+        <translation>Die Schlagwörter sind nicht lesbar: %1. Sie bleiben unberührt.</translation>
+    </message>
+    <message id="KPToolBar">
+        <translation>Werkzeugleiste</translation>
+    </message>
+    <message id="KPUndo">
+        <translation>&amp;Rückgängig</translation>
+    </message>
+    <message id="KPUndoNamed">
+        <translation>&amp;Rückgängig: %1</translation>
+    </message>
+    <message id="KPUndoRating" numerus="yes">
+        <translation>
+            <numerusform>Bewertung von %n Dokument</numerusform>
+            <numerusform>Bewertung von %n Dokumenten</numerusform>
+        </translation>
+    </message>
+    <message id="KPUndoTags" numerus="yes">
+        <translation>
+            <numerusform>Schlagwörter von %n Dokument</numerusform>
+            <numerusform>Schlagwörter von %n Dokumenten</numerusform>
+        </translation>
+    </message>
+    <message id="KPUnexpectedArgument">
+        <translation>unerwartetes Argument „%1“; Ordner werden mit --folder angegeben</translation>
+    </message>
+    <message id="KPUnknownUTITagTemplate">
+        <translation>Unbekannte Art %1</translation>
+    </message>
+    <message id="KPZoom">
+        <translation>Größe der Bilder</translation>
+    </message>
+    <message id="KPZoomIn">
+        <translation>&amp;Größere Bilder</translation>
+    </message>
+    <message id="KPZoomOut">
+        <translation>&amp;Kleinere Bilder</translation>
+    </message>
+    <message id="KarvexAuthenticationPrompt">
+        <translation>Um an manchen Dateien Metadaten wie Schlagwörter zu setzen, ist eine Legitimation nötig.</translation>
+    </message>
+</context>
+</TS>
