@@ -12,6 +12,7 @@
 #include "KPStatusLine.h"
 #include "KPThumbnailLoader.h"
 #include "KPWindowActions.h"
+#include "Karvex.h"
 #include "KarvexPrefs.h"
 #include "UserDefaults.h"
 #include "XPFolders.h"
@@ -34,7 +35,7 @@ static const QString orderKey = QStringLiteral("KPSortOrder");
 static const QString zoomKey = QStringLiteral("KPThumbnailSize");
 
 KPController::KPController(std::unique_ptr<KPResultSource> source, const QStringList &folders)
-    : m_source(std::move(source)), m_folders(folders), m_recentTags(KarvexPrefs::recentTags()),
+    : m_source(std::move(source)), m_folders(folders),
       m_model(std::make_unique<KPLibraryModel>(m_source.get())),
       m_loader(std::make_unique<KPThumbnailLoader>()), m_worker(std::make_unique<KPEditWorker>()),
       m_history(std::make_unique<KPEditHistory>(m_worker.get())), m_filter(new KPFilterBar),
@@ -76,7 +77,8 @@ void KPController::buildToolBar()
     bar->setMovable(false);
     bar->setIconSize({16, 16});
     bar->setContextMenuPolicy(Qt::PreventContextMenu);
-    bar->setStyleSheet(QStringLiteral("QToolBar { border: 0; padding: 8px 10px; spacing: 8px; }"));
+    bar->setStyleSheet(QStringLiteral("QToolBar { border: 0; padding: 8px 10px; spacing: 8px; }"
+                                      "QToolButton::menu-indicator { image: none; }"));
 
     m_folderButton = new QToolButton;
     m_folderButton->setIcon(KPDocIcons::symbol(QStringLiteral("folder")));
@@ -142,7 +144,11 @@ void KPController::connectSearch()
     connect(&m_selectionTimer, &QTimer::timeout, this, &KPController::showSelection);
     connect(m_view, &KPDocsView::selectionMoved, this, later);
     connect(m_model.get(), &QAbstractItemModel::dataChanged, this, later);
-    connect(m_loader.get(), &KPThumbnailLoader::looksReady, this, later);
+    connect(m_loader.get(), &KPThumbnailLoader::looksReady, this,
+            [this, later](const QStringList &paths) {
+                if (paths.contains(m_shownPath))
+                    later();
+            });
 }
 
 void KPController::connectEditing()
@@ -153,7 +159,7 @@ void KPController::connectEditing()
             [this](int steps) { steps > 0 ? zoomIn() : zoomOut(); });
     m_view->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(m_view, &QWidget::customContextMenuRequested, this, [this](const QPoint &at) {
-        if (!m_view->selectedPaths().isEmpty())
+        if (m_view->selectedCount() > 0)
             m_actions->popUp(m_view->viewport()->mapToGlobal(at));
     });
     m_inspector->setSuggestions([this] { return suggestedTags(); });
@@ -246,14 +252,14 @@ void KPController::showFolders()
 
 QStringList KPController::suggestedTags() const
 {
-    return m_recentTags + m_model->knownTags();
+    return Karvex::removeDuplicateTags(KarvexPrefs::recentTags() + m_model->knownTags());
 }
 
 // Selection.
 
 void KPController::showCounts()
 {
-    m_status->showCounts(m_model->rowCount(), m_view->selectedPaths().size());
+    m_status->showCounts(m_model->rowCount(), m_view->selectedCount());
 }
 
 void KPController::showSelection()
@@ -262,7 +268,9 @@ void KPController::showSelection()
     for (const QString &path : m_view->selectedPaths())
         documents.append(m_model->document(m_model->indexForPath(path).row()));
     KPInspector::Appearance appearance;
+    m_shownPath.clear();
     if (!documents.isEmpty()) {
+        m_shownPath = documents.first().path;
         const KPFoundDocument &first = documents.first();
         const auto look = m_loader->look(first.path, first.info.modified);
         appearance = {look.picture, look.uti.isEmpty() ? KPFileType::preferredUTIForExtension(

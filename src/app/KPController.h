@@ -86,7 +86,7 @@ private:
 
     std::unique_ptr<KPResultSource> m_source;
     QStringList m_folders;
-    QStringList m_recentTags;
+    QString m_shownPath; // whose picture the inspector shows
     bool m_searching = false;
 
     // Data before views: destroyed after them.

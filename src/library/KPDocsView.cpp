@@ -160,6 +160,14 @@ QStringList KPDocsView::selectedPaths() const
     return paths;
 }
 
+qsizetype KPDocsView::selectedCount() const
+{
+    qsizetype count = 0;
+    for (const QItemSelectionRange &range : selectionModel()->selection())
+        count += range.height();
+    return count;
+}
+
 void KPDocsView::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
 {
     QListView::selectionChanged(selected, deselected);

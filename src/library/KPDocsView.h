@@ -27,6 +27,7 @@ public:
 
     // In the order shown.
     QStringList selectedPaths() const;
+    qsizetype selectedCount() const; // by ranges: cheap for any selection
 
     // Shown in the middle while there is no document.
     void setEmptyText(const QString &title, const QString &hint);

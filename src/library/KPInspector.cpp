@@ -4,6 +4,7 @@
 #include "KPEditSummary.h"
 #include "KPFileType.h"
 #include "KPLibraryModel.h"
+#include "XPFolders.h"
 #include "XPPath.h"
 #include "XPStarsEditor.h"
 #include "XPTagsEditor.h"
@@ -15,20 +16,30 @@
 #include <QScrollArea>
 #include <QVBoxLayout>
 
-static constexpr int pictureSide = 128;
+static constexpr int pictureSide = 160;
 
-// Names without blanks may be cut anywhere: they must not widen the pane.
+// Paths may be cut after a slash and long words anywhere: they must not widen the pane.
 static QString breakable(const QString &text)
 {
+    static constexpr int longestWord = 20;
+    static constexpr QChar maybeBreak(0x200B);
     QString result;
     int run = 0;
     for (const QChar c : text) {
         result.append(c);
-        run = c.isSpace() ? 0 : run + 1;
-        if (run >= 12 && !c.isHighSurrogate())
-            result.append(QChar(0x200B));
+        run = c.isSpace() || c == u'/' ? 0 : run + 1;
+        if (c == u'/' || (run >= longestWord && !c.isHighSurrogate()))
+            result.append(maybeBreak);
     }
     return result;
+}
+
+// The home folder as "~".
+static QString shortened(const QString &folder)
+{
+    const QString home = XPFolders::home();
+    const bool within = folder == home || folder.startsWith(home + u'/');
+    return within ? u'~' + folder.mid(home.size()) : folder;
 }
 
 QLabel *KPInspector::makeLabel()
@@ -68,6 +79,7 @@ KPInspector::KPInspector(QWidget *parent)
     m_tags->setHint(qtTrId("KPTagsHint"), qtTrId("KPTags"));
     m_details->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
     m_details->setRowWrapPolicy(QFormLayout::DontWrapRows);
+    m_details->setLabelAlignment(Qt::AlignLeft | Qt::AlignTop);
     m_details->setHorizontalSpacing(10);
     m_details->setVerticalSpacing(5);
 
@@ -163,6 +175,7 @@ void KPInspector::addFact(const char *id, const QString &value)
     label->setText(value);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse);
     auto *name = new QLabel(qtTrId(id));
+    name->setAlignment(Qt::AlignTop);
     name->setForegroundRole(QPalette::PlaceholderText);
     m_details->addRow(name, label);
 }
@@ -189,7 +202,7 @@ void KPInspector::showFacts(const QList<KPFoundDocument> &documents, const QStri
     if (document.info.birth > 0)
         addFact(QT_TRID_NOOP("KPFactCreated"), dateText(document.info.birth));
     addFact(QT_TRID_NOOP("KPFactFolder"),
-            breakable(XPPath::printable(XPPath::folder(document.path))));
+            breakable(XPPath::printable(shortened(XPPath::folder(document.path)))));
 }
 
 void KPInspector::showEditors()
