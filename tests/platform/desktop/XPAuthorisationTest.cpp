@@ -1,9 +1,9 @@
 #include "XPAuthorisation.h"
 
+#include "AttributeWriterProtocol.h"
 #include "TestHome.h"
 #include "XPExtendedAttributes.h"
 #include "XPPath.h"
-#include "writer/AttributeWriterProtocol.h"
 
 #include <QFile>
 #include <QProcess>
