@@ -132,9 +132,9 @@ TEST(UserTag, KeysAreTheSameUnderTurkish)
 {
     const QTemporaryDir folder;
     const QString locale = folder.filePath(text("tr_TR.UTF-8"));
-    QProcess::execute(text("localedef"),
-                      {text("-i"), text("tr_TR"), text("-f"), text("UTF-8"), locale});
-    if (!QFile::exists(locale))
+    const int failed = QProcess::execute(
+        text("localedef"), {text("-i"), text("tr_TR"), text("-f"), text("UTF-8"), locale});
+    if (failed != 0) // it may leave half a locale behind
         GTEST_SKIP() << "localedef cannot make the Turkish locale here";
     QProcess again;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
