@@ -35,10 +35,14 @@ public:
     PropertyValue() = default;
     // NOLINTBEGIN(google-explicit-constructor): a value stands for what it holds
     PropertyValue(Date value) : m_value(value) {}
-    PropertyValue(QByteArray value) : m_value(std::move(value)) {}
-    PropertyValue(QString value) : m_value(std::move(value)) {}
-    PropertyValue(Array value) : m_value(std::move(value)) {}
-    PropertyValue(Dictionary value) : m_value(std::move(value)) {}
+    PropertyValue(const QByteArray &value) : m_value(value) {}
+    PropertyValue(QByteArray &&value) : m_value(std::move(value)) {}
+    PropertyValue(const QString &value) : m_value(value) {}
+    PropertyValue(QString &&value) : m_value(std::move(value)) {}
+    PropertyValue(const Array &value) : m_value(value) {}
+    PropertyValue(Array &&value) : m_value(std::move(value)) {}
+    PropertyValue(const Dictionary &value) : m_value(value) {}
+    PropertyValue(Dictionary &&value) : m_value(std::move(value)) {}
     PropertyValue(const QStringList &value); // an array of strings
     // NOLINTEND(google-explicit-constructor)
     // Named, as numbers and booleans convert into each other behind one's back.

@@ -5,7 +5,7 @@
 
 // Property lists as bytes: the binary format ("bplist00") and the XML format (the document type
 // "-//Apple//DTD PLIST 1.0//EN"), as both are publicly documented. Our own codecs: the exact
-// bytes matter, the input is hostile and small (docs/dependencies.md). Any thread; no state.
+// bytes matter, the input is hostile and small (docs/dependencies.md). Any thread.
 //
 // The readers accept what any writer of the formats produces, within `Limits`; they never
 // recurse deeper than the limit, never follow a cycle and never allocate more than the input

@@ -1,11 +1,13 @@
 #include "XPPropertyList.h"
 #include "XPPropertyListBinary.h"
+#include "XPPropertyListRecentTexts.h"
 
 #include <QVarLengthArray>
 #include <QtEndian>
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <cstring>
 #include <list>
 #include <memory>
 #include <optional>
@@ -57,6 +59,7 @@ private:
     bool readDate(Header &header, PropertyValue &value);
     bool readData(Header &header, PropertyValue &value);
     bool readString(Header &header, PropertyValue &value);
+    bool decodeText(const Header &header, QChar *to);
     bool readArray(Object &object, Header &header, int depth, PropertyValue &value);
     bool readDictionary(Object &object, Header &header, int depth, PropertyValue &value);
     bool enterContainer(Object &object, Header &header, int depth, qsizetype unit);
@@ -97,7 +100,7 @@ bool BinaryReader::readTrailer()
 {
     if (m_bytes.size() > m_limits.bytes)
         return tooLarge("The property list is too long", m_limits.bytes);
-    if (!m_bytes.startsWith(QByteArrayView(magic, magicSize)))
+    if (m_bytes.size() < magicSize || std::memcmp(m_bytes.data(), magic, magicSize) != 0)
         return malformed("Not a binary property list", 0);
     const qsizetype trailer = m_bytes.size() - trailerSize;
     if (trailer < magicSize)
@@ -122,8 +125,10 @@ bool BinaryReader::readTrailer()
     return true;
 }
 
-quint64 BinaryReader::bigEndian(qsizetype offset, qsizetype size) const
+Q_ALWAYS_INLINE quint64 BinaryReader::bigEndian(qsizetype offset, qsizetype size) const
 {
+    if (size == 1)
+        return quint8(m_bytes[offset]);
     if (size == 8)
         return qFromBigEndian<quint64>(m_bytes.data() + offset);
     quint64 result = 0;
@@ -202,7 +207,7 @@ bool BinaryReader::readObject(Object &object, qsizetype offset, int depth, Prope
 }
 
 // Reads the count of a string, data or container and moves the payload behind it.
-bool BinaryReader::readCount(Header &header)
+Q_ALWAYS_INLINE bool BinaryReader::readCount(Header &header)
 {
     if (header.low != countFollows) {
         header.count = header.low;
@@ -222,7 +227,7 @@ bool BinaryReader::readCount(Header &header)
 
 // True when the payload lies within the objects. Distinct objects share no byte in what any
 // writer makes; without this rule a few bytes could stand for very many long strings.
-bool BinaryReader::claimPayload(const Header &header, qsizetype unit)
+Q_ALWAYS_INLINE bool BinaryReader::claimPayload(const Header &header, qsizetype unit)
 {
     const qsizetype size = header.count * unit; // a count is no larger than the input
     if (size > m_table - header.payload)
@@ -287,25 +292,38 @@ bool BinaryReader::readData(Header &header, PropertyValue &value)
 
 bool BinaryReader::readString(Header &header, PropertyValue &value)
 {
-    const bool wide = header.kind == Utf16;
-    if (!readCount(header) || !claimPayload(header, wide ? 2 : 1))
+    const qsizetype unit = header.kind == Utf16 ? 2 : 1;
+    if (!readCount(header) || !claimPayload(header, unit))
         return false;
-    const char *from = m_bytes.data() + header.payload;
-    QString text(header.count, Qt::Uninitialized);
-    QChar *to = text.data();
-    if (wide) {
-        qFromBigEndian<char16_t>(from, header.count, to);
-    } else {
-        char all = 0;
-        for (qsizetype i = 0; i < header.count; ++i) {
-            all = char(all | from[i]);
-            to[i] = QLatin1Char(from[i]);
-        }
-        if (all & 0x80)
-            return malformed("An ASCII string with other bytes", header.offset);
+    const qsizetype end = header.payload + header.count * unit;
+    const QByteArrayView object = m_bytes.sliced(header.offset, end - header.offset);
+    auto *recent = XPPropertyListRecentTexts::entryFor(object);
+    if (recent && recent->isFor(object)) {
+        fill(value, recent->text());
+        return true;
     }
+    QString text(header.count, Qt::Uninitialized);
+    if (!decodeText(header, text.data()))
+        return false;
+    if (recent)
+        recent->set(object, text);
     fill(value, std::move(text));
     return true;
+}
+
+bool BinaryReader::decodeText(const Header &header, QChar *to)
+{
+    const char *from = m_bytes.data() + header.payload;
+    if (header.kind == Utf16) {
+        qFromBigEndian<char16_t>(from, header.count, to);
+        return true;
+    }
+    char all = 0;
+    for (qsizetype i = 0; i < header.count; ++i) {
+        all = char(all | from[i]);
+        to[i] = QLatin1Char(from[i]);
+    }
+    return (all & 0x80) == 0 || malformed("An ASCII string with other bytes", header.offset);
 }
 
 bool BinaryReader::enterContainer(Object &object, Header &header, int depth, qsizetype unit)
@@ -319,7 +337,7 @@ bool BinaryReader::enterContainer(Object &object, Header &header, int depth, qsi
 }
 
 // Counts a child in, when there is one.
-bool BinaryReader::adopt(Object &parent, const Object *child, const Header &header)
+Q_ALWAYS_INLINE bool BinaryReader::adopt(Object &parent, const Object *child, const Header &header)
 {
     if (!child)
         return false;
