@@ -37,7 +37,7 @@ static void decode(benchmark::State &state, size_t count, size_t vocabulary)
 {
     const std::vector<QByteArray> inputs = attributes(count, vocabulary);
     size_t next = 0;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         benchmark::DoNotOptimize(XPPropertyList::read(inputs[next]));
         next = (next + 1) % inputs.size();
     }
@@ -47,7 +47,7 @@ static void decodeByLibplist(benchmark::State &state, size_t count, size_t vocab
 {
     const std::vector<QByteArray> inputs = attributes(count, vocabulary);
     size_t next = 0;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         plist_t tree = nullptr;
         plist_from_bin(inputs[next].constData(), static_cast<uint32_t>(inputs[next].size()), &tree);
         benchmark::DoNotOptimize(tree);
@@ -75,7 +75,7 @@ BENCHMARK_CAPTURE(decodeByLibplist, , 4, 7000)->Name("decodeFourNewTags/baseline
 static void encodeFourTags(benchmark::State &state)
 {
     const PropertyValue value(tags(0, 4, 100));
-    for (auto _ : state)
+    for ([[maybe_unused]] auto _ : state)
         benchmark::DoNotOptimize(XPPropertyList::writeBinary(value));
 }
 BENCHMARK(encodeFourTags);
@@ -85,7 +85,7 @@ static void encodeByLibplist(benchmark::State &state)
     const plist_t tree = plist_new_array();
     for (const QString &tag : tags(0, 4, 100))
         plist_array_append_item(tree, plist_new_string(tag.toUtf8().constData()));
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         char *output = nullptr;
         uint32_t size = 0;
         plist_to_bin(tree, &output, &size);

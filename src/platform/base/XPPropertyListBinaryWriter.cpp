@@ -23,7 +23,7 @@ private:
     struct Known
     {
         QStringView text;
-        qsizetype number;
+        qsizetype number = 0;
     };
     QVarLengthArray<Known, 16> m_few;
     QHash<QStringView, qsizetype> m_many;
@@ -61,9 +61,9 @@ public:
 private:
     struct Object
     {
-        const PropertyValue *value;   // nothing for a string
-        QStringView text;             // the string
-        qsizetype firstReference = 0; // of a container, in m_references
+        const PropertyValue *value = nullptr; // nothing for a string
+        QStringView text;                     // the string
+        qsizetype firstReference = 0;         // of a container, in m_references
     };
 
     bool number(const PropertyValue &value, int depth, qsizetype reference);

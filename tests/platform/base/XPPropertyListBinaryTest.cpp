@@ -22,7 +22,7 @@ QByteArray bigEndian(quint64 value, int size)
 {
     QByteArray bytes;
     for (int shift = 8 * (size - 1); shift >= 0; shift -= 8)
-        bytes.append(char(value >> shift));
+        bytes.append(char(shift < 64 ? value >> shift : 0));
     return bytes;
 }
 

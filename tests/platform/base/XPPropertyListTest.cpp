@@ -95,13 +95,13 @@ PropertyValue fromOracle(plist_t node)
     }
     case PLIST_DATA: {
         plist_get_data_val(node, &bytes, &size);
-        const QByteArray data(bytes, static_cast<qsizetype>(size));
+        QByteArray data(bytes, static_cast<qsizetype>(size));
         std::free(bytes);
         return data;
     }
     case PLIST_STRING: {
         plist_get_string_val(node, &bytes);
-        const QString text = QString::fromUtf8(bytes);
+        QString text = QString::fromUtf8(bytes);
         std::free(bytes);
         return text;
     }
@@ -122,7 +122,7 @@ PropertyValue readByOracle(const QByteArray &bytes)
 {
     plist_t node = nullptr;
     plist_from_memory(bytes.constData(), static_cast<uint32_t>(bytes.size()), &node);
-    const PropertyValue value = node ? fromOracle(node) : PropertyValue();
+    PropertyValue value = node ? fromOracle(node) : PropertyValue();
     plist_free(node);
     return value;
 }
@@ -133,7 +133,7 @@ QByteArray writtenByOracle(const PropertyValue &value, const Format &format)
     char *bytes = nullptr;
     uint32_t size = 0;
     format.oracleWrite(node, &bytes, &size);
-    const QByteArray result(bytes, static_cast<qsizetype>(size));
+    QByteArray result(bytes, static_cast<qsizetype>(size));
     std::free(bytes);
     plist_free(node);
     return result;
@@ -188,16 +188,15 @@ TEST_P(PropertyListFormat, RefusesWhatHasNoForm)
     const struct
     {
         PropertyValue value;
-        XPError::Kind kind;
+        XPError::Kind kind = XPError::Kind::InvalidArgument;
     } rows[] = {
-        {{}, XPError::Kind::InvalidArgument},
-        {PropertyValue::Array{{}}, XPError::Kind::InvalidArgument},
-        {broken, XPError::Kind::InvalidArgument},
-        {PropertyValue::Dictionary{{broken.string(), broken}}, XPError::Kind::InvalidArgument},
-        {PropertyValue::Date{std::numeric_limits<double>::infinity()},
-         XPError::Kind::InvalidArgument},
-        {PropertyValue::Date{std::nan("")}, XPError::Kind::InvalidArgument},
-        {nested(65), XPError::Kind::InvalidArgument},
+        {{}},
+        {PropertyValue::Array{{}}},
+        {broken},
+        {PropertyValue::Dictionary{{broken.string(), broken}}},
+        {PropertyValue::Date{std::numeric_limits<double>::infinity()}},
+        {PropertyValue::Date{std::nan("")}},
+        {nested(65)},
         {doubling, XPError::Kind::TooLarge},
     };
     for (const auto &row : rows) {
