@@ -50,7 +50,7 @@ void KPLibraryModel::setOrder(const KPDocOrder &order)
         return;
     takeGathered();
     m_order = order;
-    sort();
+    sortDocuments();
 }
 
 // Changes.
@@ -106,7 +106,7 @@ void KPLibraryModel::append(const QList<KPFoundDocument> &documents)
         for (size_t row = oldCount; row < m_documents.size(); ++row)
             m_documents[row]->row = static_cast<int>(row);
         endInsertRows();
-        sort();
+        sortDocuments();
     }
     if (!known.isEmpty())
         change(known);
@@ -138,7 +138,7 @@ void KPLibraryModel::change(const QList<KPFoundDocument> &documents)
         return;
     Q_EMIT dataChanged(index(first), index(last));
     if (moved)
-        sort();
+        sortDocuments();
 }
 
 // What goes is moved to the end first: one removed range, however scattered.
@@ -183,7 +183,7 @@ void KPLibraryModel::rearrange(Arrange arrange)
     Q_EMIT layoutChanged({}, VerticalSortHint);
 }
 
-void KPLibraryModel::sort()
+void KPLibraryModel::sortDocuments()
 {
     const auto comesBefore = [this](const Document &a, const Document &b) {
         return kpComesBefore(m_order, *a, *b);

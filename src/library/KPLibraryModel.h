@@ -64,7 +64,7 @@ private:
     // in the old one.
     template <typename Arrange>
     void rearrange(Arrange arrange);
-    void sort();
+    void sortDocuments();
 
     const QCollator m_collator = kpNameCollator();
     KPDocOrder m_order;
