@@ -59,7 +59,7 @@ void KPThumbnailLoader::want(const std::vector<Request> &requests)
                 std::find(m_begun.begin(), m_begun.end(), request) == m_begun.end())
                 m_requests.push_back(request);
         }
-        m_outstanding = static_cast<qsizetype>(m_requests.size() + m_begun.size());
+        m_outstanding = m_requests.size() + m_begun.size();
     }
     m_wake.notify_all();
     if (!m_outstanding)
@@ -110,7 +110,7 @@ void KPThumbnailLoader::receive()
         results.swap(m_results);
         for (const Result &result : results)
             m_begun.erase(std::find(m_begun.begin(), m_begun.end(), result.request));
-        m_outstanding = static_cast<qsizetype>(m_requests.size() + m_begun.size());
+        m_outstanding = m_requests.size() + m_begun.size();
     }
     QStringList paths;
     for (const Result &result : results) {

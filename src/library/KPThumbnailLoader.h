@@ -78,7 +78,7 @@ private:
 
     const Maker m_maker;
     QCache<QString, Entry> m_cache; // cost in bytes; the main thread's alone
-    qsizetype m_outstanding = 0;    // requests without an answer; the main thread's alone
+    size_t m_outstanding = 0;       // requests without an answer; the main thread's alone
     XPMutex m_mutex;
     std::condition_variable_any m_wake;
     std::deque<Request> m_requests XP_GUARDED_BY(m_mutex);

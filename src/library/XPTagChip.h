@@ -11,7 +11,7 @@ class XPTagChip : public QAbstractButton
     Q_OBJECT
 
 public:
-    XPTagChip(const QString &tag, QWidget *parent = nullptr);
+    explicit XPTagChip(const QString &tag, QWidget *parent = nullptr);
 
     const QString &tag() const { return m_tag; }
     bool isExcluded() const { return m_excluded; }

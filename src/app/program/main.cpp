@@ -78,6 +78,7 @@ static std::unique_ptr<QCoreApplication> makeApplication(int &argc, char **argv)
     return std::make_unique<QApplication>(argc, argv);
 }
 
+// NOLINTNEXTLINE(bugprone-exception-escape): lack of memory or threads ends the start, no more
 int main(int argc, char **argv)
 {
     describeApplication();
