@@ -1,0 +1,144 @@
+#include "IndexRecord.h"
+
+#include "XPPropertyList.h"
+
+#include <QDataStream>
+#include <QIODevice>
+
+// Qt's stream with a fixed version: bounded reads, a sticky status, no layout of our own to
+// keep. Attributes travel as one binary property list, empty ones as an empty array.
+
+static void setUp(QDataStream &stream)
+{
+    stream.setVersion(QDataStream::Qt_6_0);
+    stream.setByteOrder(QDataStream::LittleEndian);
+}
+
+static void write(QDataStream &out, const IndexRecord::Attributes &attributes)
+{
+    QByteArray bytes;
+    if (!attributes.isEmpty()) {
+        const auto written = XPPropertyList::writeBinary(PropertyValue(attributes));
+        if (written)
+            bytes = *written;
+    }
+    out << bytes;
+}
+
+static bool read(QDataStream &in, IndexRecord::Attributes &attributes)
+{
+    QByteArray bytes;
+    in >> bytes;
+    attributes.clear();
+    if (in.status() != QDataStream::Ok || bytes.isEmpty())
+        return in.status() == QDataStream::Ok;
+    const auto value = XPPropertyList::readBinary(bytes);
+    if (!value || !value->isDictionary())
+        return false;
+    attributes = value->dictionary();
+    return true;
+}
+
+static void write(QDataStream &out, const XPFileInfo &info)
+{
+    out << info.mode << info.size << info.modified << info.changed << info.birth << info.device
+        << info.inode << info.links;
+}
+
+static void read(QDataStream &in, XPFileInfo &info)
+{
+    in >> info.mode >> info.size >> info.modified >> info.changed >> info.birth >> info.device >>
+        info.inode >> info.links;
+}
+
+static void write(QDataStream &out, const IndexChange &change)
+{
+    const IndexRecord &record = change.record;
+    out << static_cast<quint8>(change.kind) << record.item;
+    switch (change.kind) {
+    case IndexChange::Kind::Put:
+        out << record.parent << record.name << record.type.toUtf8();
+        write(out, record.info);
+        write(out, record.attributes);
+        break;
+    case IndexChange::Kind::Move:
+        out << record.parent << record.name << record.type.toUtf8();
+        write(out, record.info);
+        break;
+    case IndexChange::Kind::Remove:
+        break;
+    case IndexChange::Kind::Import:
+        write(out, record.imported);
+        out << record.importedModified << record.importedSize;
+        break;
+    case IndexChange::Kind::Attribute:
+        write(out, record.attributes);
+        break;
+    }
+}
+
+static bool read(QDataStream &in, IndexChange &change)
+{
+    quint8 kind = 0;
+    in >> kind >> change.record.item;
+    if (in.status() != QDataStream::Ok || kind < static_cast<quint8>(IndexChange::Kind::Put) ||
+        kind > static_cast<quint8>(IndexChange::Kind::Attribute))
+        return false;
+    change.kind = static_cast<IndexChange::Kind>(kind);
+    IndexRecord &record = change.record;
+    QByteArray type;
+    switch (change.kind) {
+    case IndexChange::Kind::Put:
+        in >> record.parent >> record.name >> type;
+        record.type = QString::fromUtf8(type);
+        read(in, record.info);
+        return read(in, record.attributes);
+    case IndexChange::Kind::Move:
+        in >> record.parent >> record.name >> type;
+        record.type = QString::fromUtf8(type);
+        read(in, record.info);
+        break;
+    case IndexChange::Kind::Remove:
+        break;
+    case IndexChange::Kind::Import:
+        if (!read(in, record.imported))
+            return false;
+        in >> record.importedModified >> record.importedSize;
+        break;
+    case IndexChange::Kind::Attribute:
+        return read(in, record.attributes);
+    }
+    return in.status() == QDataStream::Ok;
+}
+
+QByteArray encodeIndexBatch(const IndexBatch &batch)
+{
+    QByteArray bytes;
+    QDataStream out(&bytes, QIODevice::WriteOnly);
+    setUp(out);
+    out << static_cast<quint32>(batch.size());
+    for (const IndexChange &change : batch)
+        write(out, change);
+    return bytes;
+}
+
+XPResult<IndexBatch> decodeIndexBatch(QByteArrayView bytes)
+{
+    const QByteArray raw = QByteArray::fromRawData(bytes.data(), bytes.size());
+    QDataStream in(raw);
+    setUp(in);
+    quint32 count = 0;
+    in >> count;
+    IndexBatch batch;
+    for (quint32 i = 0; i < count; ++i) {
+        IndexChange change;
+        if (!read(in, change))
+            return XPError::malformed(QStringLiteral("damaged change in the index's journal"),
+                                      in.device()->pos());
+        batch.push_back(std::move(change));
+    }
+    if (in.status() != QDataStream::Ok || !in.atEnd())
+        return XPError::malformed(QStringLiteral("damaged batch in the index's journal"),
+                                  in.device()->pos());
+    return batch;
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QByteArray>
+#include <QByteArrayList>
+#include <QStringList>
+
+// Which folders people do not want to see: hidden ones, caches, version-control stores, build
+// trees and package stores. A rule is a folder's name ("node_modules", "*.tmp" with the wildcards
+// * and ?) or, beginning with "/" or "~/", the path of one folder. The rules are the setting
+// "KPIndexExclusions"; a rule with "!" before it takes a folder back in, and the last rule that
+// fits decides. A folder that is itself a root is never left out. Also left out is what names
+// itself a cache: a folder that holds a "CACHEDIR.TAG" (the Cache Directory Tagging
+// specification) or a build tool's cache file, whose own entries are then not indexed.
+// Threads: a value.
+class IndexRules
+{
+public:
+    IndexRules() = default; // nothing is left out
+    explicit IndexRules(const QStringList &rules);
+    static QStringList defaultRules();
+    static IndexRules fromSettings();
+
+    // Whether the folder `name` in `parent` (bytes, no slash at the end) is left out.
+    bool excludes(QByteArrayView parent, QByteArrayView name) const;
+    // Whether a folder that holds an entry of this name is a cache or a build tree.
+    bool isCacheMarker(QByteArrayView entryName) const;
+
+    const QStringList &rules() const { return m_texts; }
+
+private:
+    struct Rule
+    {
+        bool include = false;
+        bool isPath = false;
+        QByteArray pattern;
+    };
+    QStringList m_texts;
+    QList<Rule> m_rules;
+};

@@ -1,0 +1,98 @@
+#pragma once
+
+#include "IndexCatalog.h"
+
+#include <QString>
+#include <memory>
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+// The index on disk: one SQLite file (write-ahead log), a cache that can be deleted at any time.
+//
+// Holds the catalog's chunks as they were at the last checkpoint, and a journal of the batches
+// applied since; opening is a read of a few large values, not of a million rows. The text store
+// keeps its tables in the same file. One process opens it for writing (it holds the writer's
+// lock); any number read and follow the journal.
+// Every saved value carries a checksum. Whatever does not check, parse or fit is Malformed: the
+// owner then calls setAside() and starts with an empty store.
+// Threads: one at a time per object.
+class IndexStore
+{
+public:
+    static constexpr int schemaVersion = 1;
+
+    enum class Mode { Read, Write };
+    // Write: makes folder and file where missing. Read: NotFound without a file.
+    static XPResult<std::unique_ptr<IndexStore>> open(const QString &path, Mode mode);
+    // Renames a store that cannot be used, so that a new one can be made in its place.
+    static void setAside(const QString &path);
+    ~IndexStore();
+    IndexStore(const IndexStore &) = delete;
+    IndexStore &operator=(const IndexStore &) = delete;
+
+    // Fills an empty catalog: chunks, then the journal.
+    std::optional<XPError> load(IndexCatalog &catalog);
+
+    // Appends a batch to the journal: durable against the end of this process at once, against
+    // power loss within a checkpoint.
+    std::optional<XPError> append(const IndexBatch &batch);
+    // Saves changed chunks and empties the journal but for what followers may still need.
+    // `withoutJournal`: batches were applied that append() was not told of (a first crawl).
+    std::optional<XPError> checkpoint(IndexCatalog &catalog, bool withoutJournal = false);
+    qint64 journalSize() const { return m_lastSequence - m_checkpointSequence; }
+
+    // For followers: batches after the last one seen. NotFound: the journal no longer reaches
+    // back so far; load into a new catalog.
+    XPResult<std::vector<IndexBatch>> readNew();
+
+    std::optional<XPError> setMeta(const QString &key, const QByteArray &value);
+    XPResult<std::optional<QByteArray>> meta(const QString &key) const;
+
+    sqlite3 *handle() const { return m_db; }
+    const QString &path() const { return m_path; }
+    // The file whose change tells followers of a new journal entry.
+    static QString bellPath(const QString &storePath)
+    {
+        return storePath + QStringLiteral(".bell");
+    }
+
+private:
+    IndexStore(sqlite3 *db, const QString &path) : m_db(db), m_path(path) {}
+    std::optional<XPError> setUp(Mode mode);
+    std::optional<XPError> run(const char *sql) const;
+    XPError failure() const;
+    std::optional<XPError> saveBlob(const char *sql, qint64 key, const QByteArray &bytes);
+    void ringBell() const;
+
+    sqlite3 *m_db = nullptr;
+    QString m_path;
+    qint64 m_lastSequence = 0;
+    qint64 m_checkpointSequence = 0;
+    int m_bell = -1;
+};
+
+// A prepared statement for a scope. Any failure shows as step() == false and is reported by the
+// store's handle.
+class IndexStatement
+{
+public:
+    IndexStatement(sqlite3 *db, const char *sql);
+    ~IndexStatement();
+    IndexStatement(const IndexStatement &) = delete;
+    IndexStatement &operator=(const IndexStatement &) = delete;
+
+    IndexStatement &bind(int at, qint64 value);
+    IndexStatement &bind(int at, const QByteArray &blob); // bytes must outlive the step
+    IndexStatement &bindText(int at, const QByteArray &utf8);
+    bool step();    // a row is there
+    bool execute(); // done without a row
+    void reset();
+    qint64 integer(int column) const;
+    QByteArray blob(int column) const;
+    bool failed() const { return m_failed; }
+
+private:
+    sqlite3_stmt *m_statement = nullptr;
+    bool m_failed = false;
+};

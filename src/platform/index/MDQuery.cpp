@@ -1,0 +1,266 @@
+#include "MDQuery.h"
+
+#include "MDQueryParser.h"
+#include "XPFolders.h"
+#include "XPPath.h"
+#include "XPVolumes.h"
+
+#include <algorithm>
+
+const QString MDQuery::scopeHome = QStringLiteral("kMDQueryScopeHome");
+const QString MDQuery::scopeComputer = QStringLiteral("kMDQueryScopeComputer");
+const QString MDQuery::scopeNetwork = QStringLiteral("kMDQueryScopeNetwork");
+
+// Where the applying thread leaves the numbers of touched items. Shared with the listener, which
+// may be called once more while the query is being destroyed.
+struct MDQuery::Inbox
+{
+    XPMutex mutex;
+    std::vector<IndexItem> touched XP_GUARDED_BY(mutex);
+    MDQuery *query XP_GUARDED_BY(mutex) = nullptr; // null: gone
+    bool woken XP_GUARDED_BY(mutex) = false;
+
+    void add(const std::vector<IndexItem> &items)
+    {
+        const XPLocker lock(mutex);
+        if (!query)
+            return;
+        touched.insert(touched.end(), items.begin(), items.end());
+        if (!std::exchange(woken, true))
+            QMetaObject::invokeMethod(
+                query, [query = query] { query->takeChanges(); }, Qt::QueuedConnection);
+    }
+};
+
+MDQuery::MDQuery(IndexSource &source, MDPredicatePtr predicate, const QStringList &valueList)
+    : m_source(source), m_predicate(std::move(predicate)), m_valueList(valueList),
+      m_inbox(std::make_shared<Inbox>())
+{
+}
+
+MDQuery::~MDQuery()
+{
+    stop();
+}
+
+XPResult<std::unique_ptr<MDQuery>> MDQuery::create(IndexSource &source, const QString &text,
+                                                   const QStringList &valueList)
+{
+    auto predicate = MDQueryParser::parse(text);
+    if (!predicate)
+        return predicate.error();
+    return std::unique_ptr<MDQuery>(new MDQuery(source, *std::move(predicate), valueList));
+}
+
+void MDQuery::execute(Options options)
+{
+    stop();
+    m_live = options.testFlag(WantsUpdates);
+    if (m_live) {
+        // Listening begins before looking, so that no change falls between.
+        {
+            const XPLocker lock(m_inbox->mutex);
+            m_inbox->query = this;
+        }
+        m_listener = m_source.addListener(
+            [inbox = m_inbox](const std::vector<IndexItem> &touched) { inbox->add(touched); });
+    }
+    gather();
+    if (options.testFlag(Synchronous)) {
+        m_delivered = static_cast<qsizetype>(m_results.size());
+        m_complete = true;
+        return;
+    }
+    QMetaObject::invokeMethod(this, &MDQuery::deliver, Qt::QueuedConnection);
+}
+
+void MDQuery::stop()
+{
+    m_live = false;
+    if (m_listener)
+        m_source.removeListener(std::exchange(m_listener, 0));
+    const XPLocker lock(m_inbox->mutex);
+    m_inbox->query = nullptr;
+    m_inbox->touched.clear();
+    m_inbox->woken = false;
+}
+
+void MDQuery::gather()
+{
+    m_results.clear();
+    m_members = Roaring();
+    m_delivered = 0;
+    m_complete = false;
+    const IndexCatalog &catalog = m_source.catalog();
+    const IndexCatalog::Reading reading(catalog);
+    const RowSet rows =
+        IndexEvaluator(catalog, m_source.text()).rows(m_predicate, scopeRows(catalog));
+    auto count = static_cast<qsizetype>(rows->cardinality());
+    if (m_maxCount > 0)
+        count = std::min(count, m_maxCount);
+    m_results.reserve(static_cast<size_t>(count));
+    for (const IndexSlot slot : *rows) {
+        if (static_cast<qsizetype>(m_results.size()) == count)
+            break;
+        m_results.push_back(catalog.itemAt(slot));
+    }
+    m_members.addMany(m_results.size(), m_results.data());
+}
+
+void MDQuery::deliver()
+{
+    if (m_complete)
+        return;
+    const int batch = m_delivered == 0 ? m_batching.firstMaxCount : m_batching.progressMaxCount;
+    const auto all = static_cast<qsizetype>(m_results.size());
+    m_delivered = std::min(all, m_delivered + std::max(1, batch));
+    if (m_delivered == all) {
+        m_complete = true;
+        Q_EMIT finished();
+        return;
+    }
+    // Asked for before the signal, as its receiver may destroy this query.
+    QMetaObject::invokeMethod(this, &MDQuery::deliver, Qt::QueuedConnection);
+    Q_EMIT progress();
+}
+
+void MDQuery::takeChanges()
+{
+    if (!m_live)
+        return;
+    if (!m_complete) {
+        // The first results come first; the changes wait for them.
+        QMetaObject::invokeMethod(
+            this, [this] { takeChanges(); }, Qt::QueuedConnection);
+        return;
+    }
+    std::vector<IndexItem> touched;
+    {
+        const XPLocker lock(m_inbox->mutex);
+        touched.swap(m_inbox->touched);
+        m_inbox->woken = false;
+    }
+    std::sort(touched.begin(), touched.end());
+    touched.erase(std::unique(touched.begin(), touched.end()), touched.end());
+    QList<IndexItem> added;
+    QList<IndexItem> changed;
+    QList<IndexItem> removed;
+    {
+        const IndexCatalog &catalog = m_source.catalog();
+        const IndexCatalog::Reading reading(catalog);
+        const std::vector<IndexItem> folders = scopeFolders(catalog);
+        Roaring candidates;
+        for (const IndexItem item : touched) {
+            const IndexSlot slot = catalog.slotOf(item);
+            if (slot != IndexCatalog::noSlot && isInScope(catalog, slot, folders))
+                candidates.add(slot);
+        }
+        const RowSet matching =
+            IndexEvaluator(catalog, m_source.text())
+                .rows(m_predicate, std::make_shared<const Roaring>(std::move(candidates)));
+        for (const IndexItem item : touched) {
+            const IndexSlot slot = catalog.slotOf(item);
+            const bool matches = slot != IndexCatalog::noSlot && matching->contains(slot);
+            const bool member = m_members.contains(item);
+            if (matches && member)
+                changed.append(item);
+            else if (member)
+                removed.append(item);
+            else if (matches &&
+                     (m_maxCount == 0 ||
+                      static_cast<qsizetype>(m_results.size()) + added.size() < m_maxCount))
+                added.append(item);
+        }
+    }
+    if (!removed.isEmpty()) {
+        for (const IndexItem item : removed)
+            m_members.remove(item);
+        std::erase_if(m_results, [&](IndexItem item) { return !m_members.contains(item); });
+    }
+    for (const IndexItem item : added) {
+        m_members.add(item);
+        m_results.push_back(item);
+    }
+    m_delivered = static_cast<qsizetype>(m_results.size());
+    if (!added.isEmpty() || !changed.isEmpty() || !removed.isEmpty())
+        Q_EMIT updated(added, changed, removed);
+}
+
+// --- Scope
+
+std::vector<IndexItem> MDQuery::scopeFolders(const IndexCatalog &catalog) const
+{
+    std::vector<IndexItem> folders;
+    for (const QString &entry : m_scope) {
+        if (entry == scopeComputer || entry == scopeNetwork) {
+            for (const IndexItem root : catalog.roots()) {
+                const QString path = XPPath::decode(catalog.path(catalog.slotOf(root)));
+                if (XPVolumes::volumeOf(path).network == (entry == scopeNetwork))
+                    folders.push_back(root);
+            }
+            continue;
+        }
+        const QByteArray path =
+            XPPath::encode(entry == scopeHome ? XPFolders::home() : XPPath::absolute(entry));
+        if (const IndexItem item = catalog.itemAtPath(path)) {
+            folders.push_back(item);
+            continue;
+        }
+        // A folder above the roots holds them whole.
+        for (const IndexItem root : catalog.roots()) {
+            if (path == "/" || catalog.path(catalog.slotOf(root)).startsWith(path + '/'))
+                folders.push_back(root);
+        }
+    }
+    return folders;
+}
+
+RowSet MDQuery::scopeRows(const IndexCatalog &catalog) const
+{
+    if (m_scope.isEmpty())
+        return {};
+    const std::vector<IndexItem> folders = scopeFolders(catalog);
+    if (folders.size() == 1)
+        return catalog.below(catalog.slotOf(folders.front()));
+    Roaring rows;
+    for (const IndexItem folder : folders)
+        rows |= *catalog.below(catalog.slotOf(folder));
+    return std::make_shared<const Roaring>(std::move(rows));
+}
+
+bool MDQuery::isInScope(const IndexCatalog &catalog, IndexSlot slot,
+                        const std::vector<IndexItem> &folders) const
+{
+    if (m_scope.isEmpty())
+        return true;
+    while (slot != IndexCatalog::noSlot) {
+        if (std::find(folders.begin(), folders.end(), catalog.itemAt(slot)) != folders.end())
+            return true;
+        slot = catalog.slotOf(catalog.chunkOf(slot).parents[IndexCatalog::rowOf(slot)]);
+    }
+    return false;
+}
+
+// --- Results
+
+std::shared_ptr<MDItem> MDQuery::resultAt(qsizetype index) const
+{
+    return MDItem::withNumber(m_source, itemAt(index));
+}
+
+qsizetype MDQuery::indexOf(IndexItem item) const
+{
+    if (!m_members.contains(item))
+        return -1;
+    const auto found = std::find(m_results.begin(), m_results.begin() + m_delivered, item);
+    return found - m_results.begin() < m_delivered ? found - m_results.begin() : -1;
+}
+
+PropertyValue MDQuery::valueAt(qsizetype index, const QString &attribute) const
+{
+    const IndexCatalog &catalog = m_source.catalog();
+    const IndexCatalog::Reading reading(catalog);
+    const IndexSlot slot = catalog.slotOf(itemAt(index));
+    return slot == IndexCatalog::noSlot ? PropertyValue()
+                                        : MDItem::attribute(catalog, slot, attribute);
+}

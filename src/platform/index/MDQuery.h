@@ -1,0 +1,94 @@
+#pragma once
+
+#include "MDItem.h"
+
+#include <QObject>
+#include <memory>
+
+// A metadata query: what matches now and, if asked, what comes to match and ceases to.
+//
+// Created from a text and a list of attributes whose values come with the results; given scope,
+// limit, batching and order; then executed, once or live. Executing finds all matches, then
+// delivers them in batches: progress() after each, finished() after the last; from then on, live,
+// updated() tells of changes. A file that is renamed stays the same result, reported as changed.
+// `$time` in the text is what it was at creation.
+// Threads: belongs to the thread that executes it (its QObject thread); all signals come there,
+// with no lock of the index held. Ownership: the caller's; the source must outlive it.
+class MDQuery : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum Option { Synchronous = 1, WantsUpdates = 4 };
+    Q_DECLARE_FLAGS(Options, Option)
+
+    struct BatchingParameters
+    {
+        int firstMaxCount = 1000;
+        int progressMaxCount = 1000;
+        int updateMaxMs = 1000; // while changes pour in, updates come no more often than this
+    };
+
+    // Scope constants beside folders' paths.
+    static const QString scopeHome;     // "kMDQueryScopeHome"
+    static const QString scopeComputer; // "kMDQueryScopeComputer"
+    static const QString scopeNetwork;  // "kMDQueryScopeNetwork"
+
+    // Fails with Malformed and the offset of what cannot be read.
+    static XPResult<std::unique_ptr<MDQuery>> create(IndexSource &source, const QString &text,
+                                                     const QStringList &valueList = {});
+    ~MDQuery() override;
+
+    // Before execute(). An empty scope is everything.
+    void setSearchScope(const QStringList &scope) { m_scope = scope; }
+    void setMaxCount(qsizetype count) { m_maxCount = count; } // 0: no limit
+    void setBatchingParameters(const BatchingParameters &batching) { m_batching = batching; }
+    BatchingParameters batchingParameters() const { return m_batching; }
+
+    // Synchronous: returns with all results and gives no progress signals.
+    void execute(Options options);
+    void stop(); // no further signals; results stay
+
+    bool isGatheringComplete() const { return m_complete; }
+    qsizetype resultCount() const { return m_delivered; }
+    std::shared_ptr<MDItem> resultAt(qsizetype index) const;
+    IndexItem itemAt(qsizetype index) const { return m_results[static_cast<size_t>(index)]; }
+    qsizetype indexOf(IndexItem item) const; // -1: no result
+    // A value of the list, or any attribute; as it is now.
+    PropertyValue valueAt(qsizetype index, const QString &attribute) const;
+    const QStringList &valueList() const { return m_valueList; }
+
+Q_SIGNALS:
+    void progress();
+    void finished();
+    void updated(const QList<IndexItem> &added, const QList<IndexItem> &changed,
+                 const QList<IndexItem> &removed);
+
+private:
+    MDQuery(IndexSource &source, MDPredicatePtr predicate, const QStringList &valueList);
+    struct Inbox;
+
+    void gather();
+    void deliver();
+    void takeChanges();
+    RowSet scopeRows(const IndexCatalog &catalog) const;
+    std::vector<IndexItem> scopeFolders(const IndexCatalog &catalog) const;
+    bool isInScope(const IndexCatalog &catalog, IndexSlot slot,
+                   const std::vector<IndexItem> &folders) const;
+
+    IndexSource &m_source;
+    const MDPredicatePtr m_predicate;
+    const QStringList m_valueList;
+    QStringList m_scope;
+    qsizetype m_maxCount = 0;
+    BatchingParameters m_batching;
+    std::vector<IndexItem> m_results;
+    Roaring m_members; // the items of m_results
+    qsizetype m_delivered = 0;
+    bool m_complete = false;
+    bool m_live = false;
+    std::shared_ptr<Inbox> m_inbox;
+    int m_listener = 0;
+};
+
+Q_DECLARE_OPERATORS_FOR_FLAGS(MDQuery::Options)
