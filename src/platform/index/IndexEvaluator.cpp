@@ -400,7 +400,7 @@ RowSet IndexEvaluator::contentRows(const MDPredicate &predicate) const
     Roaring out;
     if (!m_text)
         return share(std::move(out));
-    for (const IndexItem item : m_text->itemsMatching(predicate.value)) {
+    for (const IndexItem item : m_text->itemsMatching(predicate.value, 0, nullptr)) {
         const IndexSlot slot = m_catalog.slotOf(item);
         if (slot != IndexCatalog::noSlot)
             out.add(slot);

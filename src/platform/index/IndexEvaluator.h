@@ -9,8 +9,10 @@ class IndexText
 {
 public:
     virtual ~IndexText() = default;
-    // Items whose text matches. Any thread.
-    virtual std::vector<IndexItem> itemsMatching(const MDPredicate::Value &value) const = 0;
+    // Items whose text matches, in no order. `limit`: at most so many (0: all). `among`: only
+    // these are of interest (null: all); a few are tested one by one. Any thread.
+    virtual std::vector<IndexItem> itemsMatching(const MDPredicate::Value &value, qsizetype limit,
+                                                 const std::vector<IndexItem> *among) const = 0;
 };
 
 // Finds the rows of a catalog that satisfy a predicate.

@@ -129,24 +129,38 @@ IndexTextStore::~IndexTextStore()
     sqlite3_close_v2(m_reader);
 }
 
-std::vector<IndexItem> IndexTextStore::itemsMatching(const MDPredicate::Value &value) const
+std::vector<IndexItem> IndexTextStore::itemsMatching(const MDPredicate::Value &value,
+                                                     qsizetype limit,
+                                                     const std::vector<IndexItem> *among) const
 {
-    std::vector<IndexItem> items;
     const XPLocker lock(m_readMutex);
-    if (value.type == MDPredicate::Value::Type::Present) {
-        IndexStatement rows(m_reader, "SELECT item FROM docs");
+    const bool present = value.type == MDPredicate::Value::Type::Present;
+    const QByteArray expression = expressionFor(value);
+    if (!present && expression.isEmpty())
+        return {};
+    QByteArray sql = present ? "SELECT item FROM docs WHERE ?1 IS NULL"
+                             : "SELECT docs.item FROM words JOIN docs ON docs.doc = words.rowid "
+                               "WHERE words MATCH ?1";
+    if (among)
+        sql += present ? " AND item = ?2" : " AND docs.item = ?2";
+    else if (limit > 0)
+        sql += " LIMIT " + QByteArray::number(limit);
+    std::vector<IndexItem> items;
+    IndexStatement rows(m_reader, sql.constData());
+    if (!present)
+        rows.bindText(1, expression);
+    if (!among) {
         while (rows.step())
             items.push_back(static_cast<IndexItem>(rows.integer(0)));
         return items;
     }
-    const QByteArray expression = expressionFor(value);
-    if (expression.isEmpty())
-        return items;
-    IndexStatement rows(m_reader, "SELECT docs.item FROM words JOIN docs ON docs.doc = words.rowid "
-                                  "WHERE words MATCH ?1");
-    rows.bindText(1, expression);
-    while (rows.step())
-        items.push_back(static_cast<IndexItem>(rows.integer(0)));
+    for (const IndexItem item : *among) {
+        if (rows.bind(2, qint64{item}).step())
+            items.push_back(item);
+        rows.reset();
+        if (limit > 0 && static_cast<qsizetype>(items.size()) == limit)
+            break;
+    }
     return items;
 }
 

@@ -21,7 +21,8 @@ public:
 
     // Words match whole, the last one by its beginning when the pattern ends with *; case and
     // marks never count. Several words must stand one after the other.
-    std::vector<IndexItem> itemsMatching(const MDPredicate::Value &value) const override;
+    std::vector<IndexItem> itemsMatching(const MDPredicate::Value &value, qsizetype limit,
+                                         const std::vector<IndexItem> *among) const override;
 
     struct Text
     {
