@@ -1,0 +1,34 @@
+// murn_bench: the benchmarks, and by hand
+//   murn_bench --make-corpus FOLDER FILES [prose]   files to try things on (IndexCorpus.h)
+#include "IndexCorpus.h"
+#include "XPPath.h"
+
+#include <benchmark/benchmark.h>
+#include <cstdlib>
+#include <cstring>
+
+static int makeCorpus(int count, char **arguments)
+{
+    const quint32 files =
+        count > 1 ? static_cast<quint32>(std::strtoul(arguments[1], nullptr, 10)) : 0;
+    if (files == 0) {
+        std::fprintf(stderr, "murn_bench --make-corpus FOLDER FILES [prose]\n");
+        return 2;
+    }
+    const bool prose = count > 2 && std::strcmp(arguments[2], "prose") == 0;
+    IndexCorpus(files, prose ? IndexCorpus::Bodies::Prose : IndexCorpus::Bodies::None)
+        .writeTo(XPPath::absolute(XPPath::decode(QByteArrayView(arguments[0]))));
+    return 0;
+}
+
+int main(int count, char **arguments)
+{
+    if (count > 2 && std::strcmp(arguments[1], "--make-corpus") == 0)
+        return makeCorpus(count - 2, arguments + 2);
+    benchmark::Initialize(&count, arguments);
+    if (benchmark::ReportUnrecognizedArguments(count, arguments))
+        return 1;
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}
