@@ -3,6 +3,7 @@
 #include "IndexCorpus.h"
 #include "XPPath.h"
 
+#include <QCoreApplication>
 #include <benchmark/benchmark.h>
 #include <cstdlib>
 #include <cstring>
@@ -25,6 +26,7 @@ int main(int count, char **arguments)
 {
     if (count > 2 && std::strcmp(arguments[1], "--make-corpus") == 0)
         return makeCorpus(count - 2, arguments + 2);
+    const QCoreApplication application(count, arguments);
     benchmark::Initialize(&count, arguments);
     if (benchmark::ReportUnrecognizedArguments(count, arguments))
         return 1;

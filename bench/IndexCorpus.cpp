@@ -161,8 +161,7 @@ void IndexCorpus::batches(const std::function<void(const IndexBatch &batch)> &ta
             IndexChange change = put(++last, items[number], file.name);
             QString &type = types[file.extension];
             if (type.isEmpty())
-                type = KPFileType::utiForPath(QStringLiteral("/x"),
-                                              QString::fromLatin1(file.extension), S_IFREG | 0644);
+                type = KPFileType::preferredUTIForExtension(QString::fromLatin1(file.extension));
             change.record.type = type;
             change.record.info.mode = S_IFREG | 0644;
             change.record.info.size = file.size;

@@ -18,7 +18,8 @@ class Run:
     def __init__(self, record):
         self.record = record
         # By the clock that the benchmark chose, as its items a second are.
-        clock = "real_time" if "/real_time" in record["run_name"] else "cpu_time"
+        wall = re.search("/(real|manual)_time", record["run_name"])
+        clock = "real_time" if wall else "cpu_time"
         self.seconds = record[clock] * TO_SECONDS[record["time_unit"]]
         self.items = record.get("items_per_second")
 
