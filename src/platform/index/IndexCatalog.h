@@ -1,6 +1,8 @@
 #pragma once
 
+#include "IndexChildTable.h"
 #include "IndexChunk.h"
+#include "IndexNameScan.h"
 #include "IndexPostings.h"
 
 #include <QHash>
@@ -12,10 +14,11 @@
 // The index in memory: every item's row, and for each value of an attribute the rows that have it.
 //
 // A deterministic function of the batches applied to it: the keeping process applies what it
-// finds on disk, other processes what they read from the journal, and both hold the same.
-// Threads: apply() and load functions from one thread at a time, under the exclusive lock, which
-// they take; all readers hold a Reading for as long as they use what it gives. A batch of a few
-// thousand changes holds readers up for milliseconds at most; nobody does file work meanwhile.
+// finds on disk, other processes what they read from the journal, and both hold the same items.
+// Threads: apply(), clear(), load() and what stands beside them from one thread at a time; they
+// take the exclusive lock for as short as they can. All readers hold a Reading for as long as they
+// use what it gives; a shared set of rows may be kept, but its slots mean nothing after the
+// Reading ends. Nobody does file work under it.
 class IndexCatalog
 {
 public:
@@ -31,39 +34,70 @@ public:
 
     IndexCatalog();
     ~IndexCatalog();
+    IndexCatalog(const IndexCatalog &) = delete;
+    IndexCatalog &operator=(const IndexCatalog &) = delete;
+
+    // --- For the one thread that changes it
 
     // Returns the items that are new, changed or gone, and those whose path changed because a
     // folder above them moved; without repeats, ascending.
     std::vector<IndexItem> apply(const IndexBatch &batch);
+    void clear(); // to nothing, as after construction
+    // Makes finding a child by its name quick, which it is not after load(), as only those need it
+    // who look for paths much. Until then childCount() knows nothing.
+    void prepareForWriting();
+    // Gives the names that are new since the last time their place in the order of names. apply()
+    // does so when there are many; call it when there is nothing else to do.
+    void orderNames();
+    // Drops rows that have no item any more when they are many.
+    void compact();
 
-    // Everything below needs a Reading (or the thread that applies).
+    // Saving and loading, for IndexStore. The bytes handed to a Writer are good until the next
+    // change.
+    size_t chunkCount() const { return d->chunks.size(); }
+    const IndexChunk &chunk(size_t number) const { return *d->chunks[number]; }
+    void markSaved();
+    QByteArray serialiseTables() const;
+    const std::vector<quint32> &nameOrder() const { return d->nameRanks; }
+    quint64 nameOrderVersion() const { return m_orderVersion; } // differs once it changed
+    // Replaces everything; on failure leaves it as it was. Without a usable `nameRanks` names are
+    // put in order anew.
+    std::optional<XPError> load(std::vector<std::unique_ptr<IndexChunk>> chunks,
+                                QByteArrayView tables, std::vector<quint32> nameRanks);
+
+    // --- For readers: everything below needs a Reading (or the thread that changes)
 
     quint64 generation() const { return m_generation; } // grows with each batch
-    IndexItem lastItem() const { return static_cast<IndexItem>(m_slotOfItem.size() - 1); }
-    qsizetype count() const { return static_cast<qsizetype>(m_alive.rows().cardinality()); }
-    quint32 slotCount() const { return m_slotCount; }
-    const IndexPosting &alive() const { return m_alive; }
+    IndexItem lastItem() const { return static_cast<IndexItem>(d->slotOfItem.size() - 1); }
+    qsizetype count() const { return static_cast<qsizetype>(d->alive.rows().cardinality()); }
+    quint32 slotCount() const { return d->slotCount; }
+    const IndexPosting &alive() const { return d->alive; }
 
-    static constexpr IndexSlot noSlot = ~0U;
-    IndexSlot slotOf(IndexItem item) const; // noSlot: gone, or never given
+    static constexpr IndexSlot noSlot = IndexChildTable::none;
+    IndexSlot slotOf(IndexItem item) const // noSlot: gone, or never given
+    {
+        return item < d->slotOfItem.size() ? d->slotOfItem[item] : noSlot;
+    }
     IndexItem itemAt(IndexSlot slot) const { return chunkOf(slot).items[rowOf(slot)]; }
 
-    const IndexChunk &chunkOf(IndexSlot slot) const { return *m_chunks[slot >> 16]; }
+    const IndexChunk &chunkOf(IndexSlot slot) const { return *d->chunks[slot >> 16]; }
     static quint32 rowOf(IndexSlot slot) { return slot & 0xFFFF; }
-    size_t chunkCount() const { return m_chunks.size(); }
-    const IndexChunk &chunk(size_t number) const { return *m_chunks[number]; }
 
     QByteArray path(IndexSlot slot) const; // bytes
     // The item of a path, by its bytes; 0: not indexed.
     IndexItem itemAtPath(QByteArrayView path) const;
     IndexItem child(IndexItem parent, QByteArrayView name) const;
-    quint32 childCount(IndexItem parent) const { return m_childCounts.value(parent); }
+    // The same, quickly when the child's row is `hint`: children read in the order in which they
+    // were found stand one behind the other.
+    IndexItem childNear(IndexItem parent, QByteArrayView name, IndexSlot hint) const;
+    quint32 childCount(IndexItem parent) const { return d->children.countOf(parent); }
     std::vector<IndexItem> children(IndexItem parent) const; // one pass over the parent column
-    const std::vector<IndexItem> &roots() const { return m_roots; }
+    const std::vector<IndexItem> &roots() const { return d->roots; }
     // Whether a row's facts are these, so that its attributes are too (setting one changes ctime).
     bool hasFacts(IndexSlot slot, const XPFileInfo &info) const;
     // Whether the content was imported as of that modification time and size.
     bool isImported(IndexSlot slot, qint64 modified, qint64 size) const;
+    const Roaring &importedRows() const { return d->imported.rows(); }
     // (folder << 32 | item) for every item below a folder, ascending.
     std::vector<quint64> folderMembers() const;
     // `folder` itself and everything below it.
@@ -71,86 +105,95 @@ public:
 
     // A row back as the record it was made from, attributes included.
     IndexRecord record(IndexSlot slot) const;
-    // One value: attributes on the file over imported ones. Null: absent.
+    // One value: attributes on the file over told and imported ones. Null: absent.
     PropertyValue attribute(IndexSlot slot, const QString &name) const;
+    // The entries of a row's values that count; good as long as the Reading.
+    std::vector<IndexValues::Entry> values(IndexSlot slot) const;
 
-    QString type(IndexSlot slot) const { return m_types[chunkOf(slot).types[rowOf(slot)]]; }
-    const std::vector<QString> &types() const { return m_types; }
-    const IndexPosting &rowsOfType(quint32 type) const { return m_typeRows[type]; }
-    const QHash<QString, IndexAttributePostings> &attributes() const { return m_attributes; }
+    QString type(IndexSlot slot) const { return d->types[chunkOf(slot).types[rowOf(slot)]]; }
+    const std::vector<QString> &types() const { return d->types; }
+    const IndexPosting &rowsOfType(quint32 type) const { return d->typeRows[type]; }
+    const IndexTexts &texts() const { return d->texts; }
+    const std::vector<IndexAttributePostings> &attributes() const { return d->postings; }
+    // Null: no row has it.
+    const IndexAttributePostings *attributeNamed(const QString &name) const;
+    std::optional<quint32> attributeNumber(const QString &name) const
+    {
+        return d->names.find(name);
+    }
 
     // Rows that are, or lie in, a folder whose name begins with a dot, or below a system prefix.
-    RowSet systemRows() const;
+    RowSet systemRows() const { return d->system.snapshot(); }
+
+    // The place of a row in the order of folded names; `unordered` for a name that is too new.
+    static constexpr quint32 unordered = ~0U;
+    quint32 nameRank(IndexSlot slot) const
+    {
+        return slot < d->nameRanks.size() ? d->nameRanks[slot] : unordered;
+    }
+
+    IndexNameScan &nameScan() const { return m_nameScan; } // the last passes over all names
 
     qsizetype memoryUsed() const;
 
-    // Saving and loading (IndexStore): chunks, and what does not fit columns.
-    std::vector<size_t> dirtyChunks() const;
-    void markSaved();
-    QByteArray serialiseTables() const;
-    void clear(); // to nothing, as after construction
-    // Replaces everything. After a failure only clear() is of use.
-    std::optional<XPError> load(std::vector<IndexChunk> chunks, QByteArrayView tables);
-
 private:
-    struct RowValues
+    struct Data
     {
-        IndexRecord::Attributes file;
-        IndexRecord::Attributes imported;
-        IndexRecord::Attributes extra; // neither: told by the keeper
-        qint64 importedModified = 0;
-        qint64 importedSize = -1;
+        Data();
 
-        PropertyValue value(const QString &name) const;
-        QStringList names() const;
-        bool isEmpty() const
-        {
-            return file.isEmpty() && imported.isEmpty() && extra.isEmpty() && importedSize < 0;
-        }
+        quint32 slotCount = 0;
+        bool foldersMoved = false; // some folder stands behind its children
+        std::vector<std::unique_ptr<IndexChunk>> chunks;
+        std::vector<IndexSlot> slotOfItem; // by item number
+        IndexPosting alive;
+        IndexPosting imported;
+        IndexPosting system;
+        IndexChildTable children;
+        std::vector<IndexItem> roots;
+        std::vector<QString> types;
+        QHash<QString, quint32> typeNumbers;
+        std::vector<IndexPosting> typeRows;
+        std::vector<quint64> devices;
+        IndexValues::Names names;
+        IndexTexts texts;
+        QHash<IndexSlot, QByteArray> values;          // rows that have any
+        std::vector<IndexAttributePostings> postings; // by number of the attribute's name
+        std::vector<quint32> nameRanks;               // by slot
     };
 
-    void reset();
+    void applyChange(const IndexChange &change);
     void put(const IndexRecord &record);
     void move(const IndexRecord &record);
     void remove(IndexItem item);
-    void setValues(IndexSlot slot, RowValues values);
+    void import(IndexSlot slot, const IndexRecord &record);
+    void setOrigin(IndexSlot slot, IndexValues::Origin origin,
+                   const IndexRecord::Attributes &attributes);
+    IndexRecord::Attributes attributesOf(IndexSlot slot, IndexValues::Origin origin) const;
+    void setValues(IndexSlot slot, QByteArray values);
+    IndexAttributePostings &postingsOf(quint32 name);
     IndexSlot append(const IndexRecord &record);
     void setFacts(IndexSlot slot, const IndexRecord &record);
     void renameTo(IndexSlot old, const IndexRecord &record);
+    void attach(IndexSlot slot);
+    void bury(IndexSlot slot);
+    quint32 childHash(IndexSlot slot) const;
+    void setImported(IndexSlot slot, bool imported);
+    void setSystem(IndexSlot slot, bool system);
+    void updateSystem(IndexSlot folder, const RowSet &below);
     quint32 typeNumber(const QString &type);
     quint16 deviceNumber(quint64 device);
 
-    IndexChunk &changeable(IndexSlot slot) { return *m_chunks[slot >> 16]; }
-    bool isSystemFolder(IndexSlot slot) const;
+    IndexChunk &changeable(IndexSlot slot) { return *d->chunks[slot >> 16]; }
+    bool isSystem(const IndexRecord &record) const;
+    bool isChild(IndexSlot slot, IndexItem parent, QByteArrayView name) const;
 
-    // (folder, name) -> slot, open addressing over the columns themselves.
-    size_t childHash(IndexItem parent, QByteArrayView name) const;
-    void insertChild(IndexSlot slot);
-    void eraseChild(IndexSlot slot);
-    void growChildren();
-    void attach(IndexSlot slot); // to its folder, or to the roots
-    void detach(IndexSlot slot);
+    static bool readTables(QByteArrayView bytes, Data &data, IndexItem *last);
+    static bool placeRows(Data &data, IndexItem last);
 
     mutable std::shared_mutex m_mutex;
     quint64 m_generation = 0;
-    quint32 m_slotCount = 0;
-    bool m_foldersMoved = false; // some folder stands behind its children
-    std::vector<std::unique_ptr<IndexChunk>> m_chunks;
-    std::vector<IndexSlot> m_slotOfItem; // by item number
-    IndexPosting m_alive;
-    std::vector<IndexSlot> m_children;
-    size_t m_childrenUsed = 0; // entries and tombstones
-    std::vector<IndexItem> m_roots;
-    QHash<IndexItem, quint32> m_childCounts; // folders that hold something
-    std::vector<QString> m_types;
-    QHash<QString, quint32> m_typeNumbers;
-    std::vector<IndexPosting> m_typeRows;
-    std::vector<quint64> m_deviceTable;
-    QHash<IndexSlot, RowValues> m_values; // rows that have any
-    QHash<QString, IndexAttributePostings> m_attributes;
+    quint64 m_orderVersion = 0;
+    std::unique_ptr<Data> d;
     std::vector<IndexItem> m_touched; // of the batch at hand
-
-    mutable std::mutex m_derivedMutex; // the cached set below, made on demand by readers
-    mutable quint64 m_systemGeneration = ~0ULL;
-    mutable RowSet m_systemRows;
+    mutable IndexNameScan m_nameScan;
 };

@@ -1,63 +1,85 @@
 #pragma once
 
+#include "IndexFoldedList.h"
 #include "IndexRecord.h"
+#include "IndexSegment.h"
 
-#include <array>
-#include <vector>
-
-// The number of a row in memory. A renamed item gets a new slot, so that the names of a chunk
-// stay in one piece in the order of its rows; the item's number stays the same.
-using IndexSlot = quint32;
+#include <memory>
 
 // 65,536 rows, column by column: the unit of growth, of scanning and of saving.
 //
-// A row's name stands twice: as bytes on disk, and folded (foldText, then XPPath::encode), all
-// folded names one after the other with a zero behind each, so that one pass over contiguous
-// memory finds a word in all of them. A name that is its own folded form is kept once.
+// A row's name stands twice: as bytes on disk, and folded, all folded names in one piece. A name
+// that is its own folded form is kept once.
 // Threads: as the catalog that owns it.
 class IndexChunk
 {
 public:
     static constexpr quint32 capacity = 1U << 16;
 
-    quint32 size() const { return static_cast<quint32>(items.size()); }
+    // What is known of a row beside its facts.
+    enum Flag : quint8 {
+        Dead = 1,     // its item is gone or has another row
+        Imported = 2, // the content was imported as of the row's time and size
+        System = 4,   // lies in (or is) a hidden folder, or below a system prefix
+    };
+
+    IndexChunk();
+    IndexChunk(IndexChunk &&) = default;
+    IndexChunk &operator=(IndexChunk &&) = default;
+
+    quint32 size() const { return m_names.size(); }
     bool isFull() const { return size() == capacity; }
 
     // Appends a row; `type` and `device` are numbers of the catalog's tables.
     void append(const IndexRecord &record, quint32 type, quint16 device);
     // All but names and item.
     void setFacts(quint32 row, const XPFileInfo &info, quint32 type, quint16 device);
+    void setFlag(quint32 row, Flag flag, bool on);
+    bool hasFlag(quint32 row, Flag flag) const { return flags[row] & flag; }
 
     QByteArrayView name(quint32 row) const;
-    QByteArrayView foldedName(quint32 row) const;
-    const QByteArray &foldedNames() const { return m_folded; }
-    // The row whose folded name holds that offset of foldedNames().
-    quint32 rowAtFoldedOffset(quint32 offset) const;
-    const std::vector<quint32> &foldedStarts() const { return m_foldedStart; }
+    QByteArrayView foldedName(quint32 row) const { return m_names.at(row); }
+    const IndexFoldedList &foldedNames() const { return m_names; }
+    qint64 birth(quint32 row) const { return qint64{births[row]} * 1'000'000'000; }
 
-    // Saved form; deserialise() refuses whatever would make a later read leave its column.
-    QByteArray serialise() const;
-    static XPResult<IndexChunk> deserialise(QByteArrayView bytes);
+    // Saved form. read() refuses whatever would make a later read leave its column.
+    void write(IndexSegment::Writer &out) const;
+    static std::optional<IndexChunk> read(IndexSegment::Reader &in);
 
     qsizetype memoryUsed() const;
 
-    std::vector<IndexItem> items;
-    std::vector<IndexItem> parents;
-    std::vector<quint32> modes;
-    std::vector<quint32> types;
-    std::vector<quint16> devices;
-    std::vector<qint64> sizes;
-    std::vector<qint64> modified; // nanoseconds since 1970, as all times here
-    std::vector<qint64> changed;
-    std::vector<qint64> births;
-    std::vector<quint64> inodes;
+    // The columns, in one block of memory.
+    quint64 *inodes;
+    qint64 *sizes;
+    qint64 *modified; // nanoseconds since 1970
+    qint64 *changed;
+    IndexItem *items;
+    IndexItem *parents;
+    quint32 *types;
+    quint32 *births; // whole seconds since 1970; 0: the file system does not keep it
+    quint16 *modes;
+    quint16 *devices;
+    quint8 *flags;
     bool dirty = true; // differs from what was saved last
 
 private:
     static constexpr quint32 sameAsFolded = ~0U;
+    static constexpr size_t bytesARow = 4 * 8 + 4 * 4 + 2 * 2 + 1;
 
-    QByteArray m_folded;
-    QByteArray m_names; // only those that differ from their folded form, each with a zero behind
-    std::vector<quint32> m_foldedStart; // size() + 1 of them
-    std::vector<quint32> m_nameStart;   // or sameAsFolded
+    template <typename Visit>
+    void forEachColumn(Visit visit) const;
+    void finish();
+
+    struct Header
+    {
+        quint32 magic;
+        quint32 rows;
+        quint32 foldedBytes;
+        quint32 originalBytes;
+    };
+    mutable Header m_header{}; // as write() hands it out
+    std::unique_ptr<char[]> m_block;
+    IndexFoldedList m_names;
+    QByteArray m_originals; // names that differ from their folded form, each with a zero behind
+    std::vector<quint32> m_originalStarts; // or sameAsFolded
 };

@@ -1,19 +1,9 @@
 #pragma once
 
 #include "IndexCatalog.h"
+#include "IndexText.h"
 #include "IndexTextPattern.h"
 #include "MDPredicate.h"
-
-// Who knows the files' text (the text store; none in a test).
-class IndexText
-{
-public:
-    virtual ~IndexText() = default;
-    // Items whose text matches, in no order. `limit`: at most so many (0: all). `among`: only
-    // these are of interest (null: all); a few are tested one by one. Any thread.
-    virtual std::vector<IndexItem> itemsMatching(const MDPredicate::Value &value, qsizetype limit,
-                                                 const std::vector<IndexItem> *among) const = 0;
-};
 
 // Finds the rows of a catalog that satisfy a predicate.
 //
@@ -29,8 +19,9 @@ public:
 class IndexEvaluator
 {
 public:
-    IndexEvaluator(const IndexCatalog &catalog, const IndexText *text)
-        : m_catalog(catalog), m_text(text)
+    // `texts`: what the text store answered for this predicate. Null: no content matches.
+    explicit IndexEvaluator(const IndexCatalog &catalog, const IndexTextAnswers *texts = nullptr)
+        : m_catalog(catalog), m_texts(texts)
     {
     }
 
@@ -43,21 +34,15 @@ public:
 
 private:
     RowSet all(const RowSet &within) const;
+    bool isFew(const RowSet &within) const;
     RowSet andRows(const MDPredicate &predicate, RowSet within) const;
     RowSet compare(const MDPredicate &predicate, const RowSet &within) const;
     RowSet equalOrOrdered(const MDPredicate &predicate, const RowSet &within) const;
-    RowSet nameRows(const MDPredicate &predicate, const RowSet &within) const;
-    void scanNames(const IndexTextPattern &pattern, Roaring &out) const;
-    RowSet anyText(const MDPredicate &predicate, const RowSet &within) const;
+    RowSet systemRows(const MDPredicate &predicate) const;
     RowSet typeRows(const MDPredicate &predicate) const;
-    RowSet attributeRows(const IndexAttributePostings &postings,
-                         const MDPredicate &predicate) const;
-    RowSet pathRows(const MDPredicate &predicate, const RowSet &within) const;
     RowSet contentRows(const MDPredicate &predicate) const;
-    RowSet columnRows(const MDPredicate &predicate, const RowSet &within) const;
     static int cost(const MDPredicate &predicate);
-    QString nameText(IndexSlot slot) const;
 
     const IndexCatalog &m_catalog;
-    const IndexText *m_text;
+    const IndexTextAnswers *m_texts;
 };

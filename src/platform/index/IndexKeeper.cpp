@@ -192,6 +192,7 @@ bool IndexKeeper::nextJob(Job *job)
 void IndexKeeper::loop()
 {
     m_reader = std::make_unique<IndexFolderReader>(m_rules);
+    m_catalog.prepareForWriting();
     // What an earlier run left to import.
     for (const IndexSlot slot : m_catalog.alive().rows())
         queueContent(slot);

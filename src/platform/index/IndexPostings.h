@@ -1,13 +1,16 @@
 #pragma once
 
-#include "PropertyValue.h"
+#include "IndexValues.h"
 
 #include <QHash>
-#include <QStringList>
 #include <map>
 #include <memory>
 #include <roaring/roaring.hh>
 #include <vector>
+
+// The number of a row in memory. A renamed item gets a new slot, so that the names of a chunk
+// stay in one piece in the order of its rows; the item's number stays the same.
+using IndexSlot = quint32;
 
 // A set of slots as it was at one moment: shared, never changed.
 using RowSet = std::shared_ptr<const Roaring>;
@@ -17,9 +20,11 @@ using RowSet = std::shared_ptr<const Roaring>;
 class IndexPosting
 {
 public:
-    void add(quint32 slot);
-    void remove(quint32 slot);
-    bool contains(quint32 slot) const { return m_rows.contains(slot); }
+    void add(IndexSlot slot);
+    void addAll(const std::vector<IndexSlot> &slots);
+    void addRange(IndexSlot begin, IndexSlot end);
+    void remove(IndexSlot slot);
+    bool contains(IndexSlot slot) const { return m_rows.contains(slot); }
     bool isEmpty() const { return m_rows.isEmpty(); }
     const Roaring &rows() const { return m_rows; }
     RowSet snapshot() const;
@@ -29,37 +34,26 @@ private:
     mutable RowSet m_snapshot; // atomic access: readers may make it at the same time
 };
 
-// Who has which value of one attribute.
+// Who has which value of one attribute: a set of rows for each distinct text and number.
 //
-// Texts (the elements of an array each) and numbers, booleans and dates each have a set of rows
-// per distinct value. An attribute with very many distinct numbers (times) keeps them as one
-// ordered list instead.
+// An attribute with very many distinct numbers (times) keeps no sets of them: who asks looks at
+// the values of the present rows one by one.
 class IndexAttributePostings
 {
 public:
-    void add(quint32 slot, const PropertyValue &value);
-    void remove(quint32 slot, const PropertyValue &value); // the same value as was added
+    void add(IndexSlot slot, const IndexValues::Entry &entry);
+    void remove(IndexSlot slot, const IndexValues::Entry &entry); // the same as was added
 
-    // Rows where the attribute has a value; an empty list or text counts as none.
+    // Rows where the attribute has a value.
     const IndexPosting &present() const { return m_present; }
-    const QHash<QString, IndexPosting> &texts() const { return m_texts; }
-    // Adds to `out` the rows that have a number with low <= n <= high.
-    void rowsInRange(double low, double high, Roaring &out) const;
-    // The posting of exactly that number when there is one of its own.
-    const IndexPosting *exact(double number) const;
-
-    static bool isPresent(const PropertyValue &value);
-    // The numbers and texts that a value is compared by: an array's elements each.
-    static QStringList textsOf(const PropertyValue &value);
-    static std::vector<double> numbersOf(const PropertyValue &value);
+    const QHash<IndexTexts::Number, IndexPosting> &texts() const { return m_texts; }
+    const std::map<double, IndexPosting> &numbers() const { return m_numbers; }
+    bool hasTooManyNumbers() const { return m_tooManyNumbers; }
 
 private:
-    void spillNumbers();
-
-    static constexpr size_t maximumNumberSets = 1024;
+    static constexpr size_t maximumNumbers = 1024;
     IndexPosting m_present;
-    QHash<QString, IndexPosting> m_texts;
+    QHash<IndexTexts::Number, IndexPosting> m_texts;
     std::map<double, IndexPosting> m_numbers;
-    std::multimap<double, quint32> m_manyNumbers; // instead of m_numbers once there are too many
-    bool m_spilled = false;
+    bool m_tooManyNumbers = false;
 };

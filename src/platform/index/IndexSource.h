@@ -1,6 +1,7 @@
 #pragma once
 
-#include "IndexEvaluator.h"
+#include "IndexCatalog.h"
+#include "IndexText.h"
 
 #include <QStringList>
 #include <functional>

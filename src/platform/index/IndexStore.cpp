@@ -6,11 +6,13 @@
 
 #include <QDir>
 #include <QScopeGuard>
-#include <cstring>
 #include <fcntl.h>
+#include <filesystem>
 #include <sqlite3.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+namespace fs = std::filesystem;
 
 // --- Statements
 
@@ -77,32 +79,17 @@ QByteArray IndexStatement::blob(int column) const
     return {static_cast<const char *>(bytes), sqlite3_column_bytes(m_statement, column)};
 }
 
-// --- Checksums: against torn and foreign bytes, not against an adversary
+// --- Opening
 
-static qint64 checksum(QByteArrayView bytes)
+static fs::path segmentFolder(const QString &path)
 {
-    quint64 sum = 0x9E3779B97F4A7C15ULL ^ static_cast<quint64>(bytes.size());
-    const char *at = bytes.data();
-    qsizetype left = bytes.size();
-    for (; left >= 8; left -= 8, at += 8) {
-        quint64 word = 0;
-        std::memcpy(&word, at, 8);
-        sum = (sum ^ word) * 0xFF51AFD7ED558CCDULL;
-        sum ^= sum >> 32;
-    }
-    quint64 tail = 0;
-    if (left > 0)
-        std::memcpy(&tail, at, static_cast<size_t>(left));
-    sum = (sum ^ tail) * 0xC4CEB9FE1A85EC53ULL;
-    return static_cast<qint64>(sum ^ (sum >> 29));
+    return (XPPath::encode(path) + ".segments").toStdString();
 }
 
 static XPError damaged(const char *what)
 {
     return XPError::malformed(QStringLiteral("the index is damaged: ") + QLatin1String(what));
 }
-
-// --- Opening
 
 XPError IndexStore::failure() const
 {
@@ -157,11 +144,14 @@ std::optional<XPError> IndexStore::setUp(Mode mode)
             return error;
         if (auto error = run(
                 "CREATE TABLE IF NOT EXISTS meta(key TEXT PRIMARY KEY, value BLOB) WITHOUT ROWID;"
-                "CREATE TABLE IF NOT EXISTS chunks(number INTEGER PRIMARY KEY, sum INTEGER NOT "
-                "NULL, bytes BLOB NOT NULL);"
+                "CREATE TABLE IF NOT EXISTS segments(number INTEGER PRIMARY KEY, file TEXT NOT "
+                "NULL, sum INTEGER NOT NULL, size INTEGER NOT NULL);"
                 "CREATE TABLE IF NOT EXISTS journal(sequence INTEGER PRIMARY KEY, sum INTEGER NOT "
                 "NULL, bytes BLOB NOT NULL);"))
             return error;
+        std::error_code ignored; // writing a segment will tell
+        fs::create_directories(segmentFolder(m_path), ignored);
+        sweepSegments();
         m_bell = ::open(XPPath::encode(bellPath(m_path)).constData(),
                         O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
     }
@@ -197,8 +187,15 @@ void IndexStore::setAside(const QString &path)
     qCWarning(xpLog).noquote() << "The index could not be used and is built anew; the old one is"
                                << (moved ? XPPath::printable(*moved) : QStringLiteral("gone"));
     // These belong to the file that was set aside and would damage the new one.
-    for (const char *tail : {"-wal", "-shm"})
+    remove(path);
+}
+
+void IndexStore::remove(const QString &path)
+{
+    for (const char *tail : {"", "-wal", "-shm"})
         ::unlink(XPPath::encode(path + QLatin1String(tail)).constData());
+    std::error_code ignored;
+    fs::remove_all(segmentFolder(path), ignored);
 }
 
 // --- Values
@@ -223,57 +220,89 @@ XPResult<std::optional<QByteArray>> IndexStore::meta(const QString &key) const
     return std::optional<QByteArray>();
 }
 
-std::optional<XPError> IndexStore::saveBlob(const char *sql, qint64 key, const QByteArray &bytes)
-{
-    IndexStatement statement(m_db, sql);
-    if (!statement.bind(1, key).bind(2, checksum(bytes)).bind(3, bytes).execute())
-        return failure();
-    return {};
-}
-
 // --- Load, append, checkpoint
 
 std::optional<XPError> IndexStore::load(IndexCatalog &catalog)
 {
-    // One transaction, so that chunks and journal belong together whatever the writer does.
-    if (auto error = run("BEGIN"))
-        return error;
-    const auto end = qScopeGuard([this] { run("COMMIT"); });
+    // A follower may find that a segment was replaced and deleted meanwhile: then once more.
+    std::optional<XPError> error;
+    for (int attempt = 0; attempt < 3; ++attempt) {
+        // One transaction, so that segments and journal belong together whatever the writer does.
+        if (error = run("BEGIN"); error)
+            return error;
+        const auto end = qScopeGuard([this] { (void)run("COMMIT"); });
+        error = loadSegments(catalog);
+        if (error && error->kind == XPError::Kind::NotFound)
+            continue;
+        if (error)
+            return error;
+        auto batches = readNew();
+        if (!batches)
+            return batches.error();
+        for (const IndexBatch &batch : *batches)
+            catalog.apply(batch);
+        return {};
+    }
+    return damaged("a part is missing");
+}
+
+std::optional<XPError> IndexStore::loadSegments(IndexCatalog &catalog)
+{
     const auto saved = meta(QStringLiteral("checkpoint"));
     if (!saved)
         return saved.error();
     m_checkpointSequence = saved->value_or(QByteArray("0")).toLongLong();
     m_lastSequence = m_checkpointSequence;
-    std::vector<IndexChunk> chunks;
+    m_journalBytes = 0;
+    auto segments = readSegments();
+    if (!segments)
+        return segments.error();
+    m_segmentBytes = 0;
+    std::vector<std::unique_ptr<IndexChunk>> chunks;
     QByteArray tables;
-    IndexStatement rows(m_db, "SELECT number, sum, bytes FROM chunks ORDER BY number");
-    while (rows.step()) {
-        const QByteArray bytes = rows.blob(2);
-        if (rows.integer(1) != checksum(bytes))
-            return damaged("a checksum is wrong");
-        if (rows.integer(0) < 0) {
-            tables = bytes;
-            continue;
+    std::vector<quint32> names;
+    for (const auto &[number, segment] : *segments) {
+        IndexSegment::Reader in(segmentPath(segment.file));
+        if (in.error())
+            return XPError::fromErrno(in.error(), m_path);
+        m_segmentBytes += segment.size;
+        bool good = false;
+        if (number == tablesSegment) {
+            good = in.read(&tables, static_cast<quint64>(segment.size));
+        } else if (number == namesSegment) {
+            good = in.read(&names, static_cast<quint64>(segment.size) / sizeof(quint32));
+        } else if (number == static_cast<qint64>(chunks.size())) {
+            if (auto chunk = IndexChunk::read(in)) {
+                chunks.push_back(std::make_unique<IndexChunk>(*std::move(chunk)));
+                good = true;
+            }
         }
-        if (rows.integer(0) != static_cast<qint64>(chunks.size()))
-            return damaged("a part is missing");
-        auto chunk = IndexChunk::deserialise(bytes);
-        if (!chunk)
-            return chunk.error();
-        chunks.push_back(*std::move(chunk));
+        if (!good || !in.atEnd() || static_cast<qint64>(in.sum()) != segment.sum)
+            return damaged("a part of it does not check");
+    }
+    if (segments->empty()) {
+        catalog.clear();
+        return {};
+    }
+    if (auto error = catalog.load(std::move(chunks), tables, std::move(names)))
+        return error;
+    m_savedOrder = catalog.nameOrderVersion();
+    return {};
+}
+
+XPResult<IndexStore::Segments> IndexStore::readSegments() const
+{
+    Segments segments;
+    IndexStatement rows(m_db, "SELECT number, file, sum, size FROM segments");
+    while (rows.step()) {
+        const QByteArray file = rows.blob(1);
+        if (file.contains('/'))
+            return damaged("a part has a strange name");
+        segments[rows.integer(0)] = {file, rows.integer(2), rows.integer(3)};
     }
     if (rows.failed())
         return failure();
-    if (tables.isEmpty())
-        catalog.clear();
-    else if (auto error = catalog.load(std::move(chunks), tables))
-        return error;
-    auto batches = readNew();
-    if (!batches)
-        return batches.error();
-    for (const IndexBatch &batch : *batches)
-        catalog.apply(batch);
-    return {};
+    return segments;
 }
 
 XPResult<std::vector<IndexBatch>> IndexStore::readNew()
@@ -287,12 +316,13 @@ XPResult<std::vector<IndexBatch>> IndexStore::readNew()
             return XPError::make(XPError::Kind::NotFound,
                                  QStringLiteral("the index's journal has moved on"), m_path);
         const QByteArray bytes = rows.blob(2);
-        if (rows.integer(1) != checksum(bytes))
+        if (rows.integer(1) != static_cast<qint64>(IndexSegment::checksum(bytes)))
             return damaged("a checksum in the journal is wrong");
         auto batch = decodeIndexBatch(bytes);
         if (!batch)
             return batch.error();
         batches.push_back(*std::move(batch));
+        m_journalBytes += bytes.size();
         ++m_lastSequence;
     }
     if (rows.failed())
@@ -300,7 +330,7 @@ XPResult<std::vector<IndexBatch>> IndexStore::readNew()
     const auto saved = meta(QStringLiteral("checkpoint"));
     if (!saved)
         return saved.error();
-    // A first crawl saves chunks without a journal: what came in between is not to be had singly.
+    // A first crawl saves segments without a journal: what came in between is not to be had singly.
     if (saved->value_or(QByteArray("0")).toLongLong() > m_lastSequence)
         return XPError::make(XPError::Kind::NotFound,
                              QStringLiteral("the index's journal has moved on"), m_path);
@@ -309,45 +339,123 @@ XPResult<std::vector<IndexBatch>> IndexStore::readNew()
 
 std::optional<XPError> IndexStore::append(const IndexBatch &batch)
 {
-    if (auto error = saveBlob("INSERT INTO journal(sequence, sum, bytes) VALUES(?1, ?2, ?3)",
-                              m_lastSequence + 1, encodeIndexBatch(batch)))
-        return error;
+    const QByteArray bytes = encodeIndexBatch(batch);
+    IndexStatement statement(m_db, "INSERT INTO journal(sequence, sum, bytes) VALUES(?1, ?2, ?3)");
+    if (!statement.bind(1, m_lastSequence + 1)
+             .bind(2, static_cast<qint64>(IndexSegment::checksum(bytes)))
+             .bind(3, bytes)
+             .execute())
+        return failure();
     ++m_lastSequence;
+    m_journalBytes += bytes.size();
     ringBell();
     return {};
 }
 
 std::optional<XPError> IndexStore::checkpoint(IndexCatalog &catalog, bool withoutJournal)
 {
-    static constexpr qint64 keptForFollowers = 64;
     if (withoutJournal)
         ++m_lastSequence;
     if (auto error = run("BEGIN IMMEDIATE"))
         return error;
-    const auto save = [&]() -> std::optional<XPError> {
-        const char *sql = "INSERT OR REPLACE INTO chunks(number, sum, bytes) VALUES(?1, ?2, ?3)";
-        for (const size_t number : catalog.dirtyChunks()) {
-            const QByteArray bytes = catalog.chunk(number).serialise();
-            if (auto error = saveBlob(sql, static_cast<qint64>(number), bytes))
-                return error;
-        }
-        if (auto error = saveBlob(sql, -1, catalog.serialiseTables()))
-            return error;
-        if (auto error = setMeta(QStringLiteral("checkpoint"), QByteArray::number(m_lastSequence)))
-            return error;
-        IndexStatement purge(m_db, "DELETE FROM journal WHERE sequence <= ?1");
-        if (!purge.bind(1, m_lastSequence - keptForFollowers).execute())
-            return failure();
-        return run("COMMIT");
-    };
-    if (auto error = save()) {
+    if (auto error = saveTransaction(catalog)) {
         (void)run("ROLLBACK");
         return error;
     }
     m_checkpointSequence = m_lastSequence;
+    m_journalBytes = 0;
+    m_savedOrder = catalog.nameOrderVersion();
     catalog.markSaved();
+    sweepSegments();
     ringBell();
     return {};
+}
+
+std::optional<XPError> IndexStore::saveTransaction(const IndexCatalog &catalog)
+{
+    static constexpr qint64 keptForFollowers = 64;
+    if (auto error = saveChanged(catalog))
+        return error;
+    if (auto error = setMeta(QStringLiteral("checkpoint"), QByteArray::number(m_lastSequence)))
+        return error;
+    IndexStatement purge(m_db, "DELETE FROM journal WHERE sequence <= ?1");
+    if (!purge.bind(1, m_lastSequence - keptForFollowers).execute())
+        return failure();
+    return run("COMMIT");
+}
+
+std::optional<XPError> IndexStore::saveChanged(const IndexCatalog &catalog)
+{
+    for (size_t number = 0; number < catalog.chunkCount(); ++number) {
+        const IndexChunk &chunk = catalog.chunk(number);
+        if (!chunk.dirty)
+            continue;
+        IndexSegment::Writer segment;
+        chunk.write(segment);
+        if (auto error = saveSegment(static_cast<qint64>(number), segment))
+            return error;
+    }
+    IndexStatement fewer(m_db, "DELETE FROM segments WHERE number >= ?1");
+    if (!fewer.bind(1, static_cast<qint64>(catalog.chunkCount())).execute())
+        return failure();
+    if (m_savedOrder != catalog.nameOrderVersion()) {
+        IndexSegment::Writer names;
+        names.add(catalog.nameOrder());
+        if (auto error = saveSegment(namesSegment, names))
+            return error;
+    }
+    const QByteArray bytes = catalog.serialiseTables();
+    IndexSegment::Writer tables;
+    tables.add(bytes);
+    return saveSegment(tablesSegment, tables);
+}
+
+// --- Segments
+
+QByteArray IndexStore::segmentPath(const QByteArray &file) const
+{
+    return QByteArray::fromStdString(segmentFolder(m_path) / file.toStdString());
+}
+
+std::optional<XPError> IndexStore::saveSegment(qint64 number, const IndexSegment::Writer &segment)
+{
+    const QByteArray file = QByteArray::number(m_nextFile++);
+    if (auto error = segment.write(segmentPath(file)))
+        return error;
+    IndexStatement row(m_db, "INSERT OR REPLACE INTO segments(number, file, sum, size) "
+                             "VALUES(?1, ?2, ?3, ?4)");
+    const bool good = row.bind(1, number)
+                          .bindText(2, file)
+                          .bind(3, static_cast<qint64>(segment.sum()))
+                          .bind(4, segment.size())
+                          .execute();
+    return good ? std::nullopt : std::optional(failure());
+}
+
+void IndexStore::sweepSegments()
+{
+    const auto segments = readSegments();
+    if (!segments)
+        return;
+    std::set<QByteArray> used;
+    m_segmentBytes = 0;
+    for (const auto &[number, segment] : *segments) {
+        used.insert(segment.file);
+        m_segmentBytes += segment.size;
+    }
+    // What was replaced just now may be in a follower's hands: it goes the next time.
+    const std::set<QByteArray> gone = std::exchange(m_superseded, {});
+    std::error_code ignored;
+    for (const auto &entry : fs::directory_iterator(segmentFolder(m_path), ignored)) {
+        const auto file = QByteArray::fromStdString(entry.path().filename());
+        m_nextFile = std::max(m_nextFile, file.toLongLong() + 1);
+        if (used.contains(file))
+            continue;
+        if (gone.contains(file))
+            ::unlink(segmentPath(file).constData());
+        else
+            m_superseded.insert(file);
+    }
 }
 
 void IndexStore::ringBell() const

@@ -3,30 +3,35 @@
 #include "IndexCatalog.h"
 
 #include <QString>
+#include <map>
 #include <memory>
+#include <set>
 
 struct sqlite3;
 struct sqlite3_stmt;
 
-// The index on disk: one SQLite file (write-ahead log), a cache that can be deleted at any time.
+// The index on disk, a cache that can be deleted at any time: a SQLite file (write-ahead log) and
+// beside it a folder of segments.
 //
-// Holds the catalog's chunks as they were at the last checkpoint, and a journal of the batches
-// applied since; opening is a read of a few large values, not of a million rows. The text store
-// keeps its tables in the same file. One process opens it for writing (it holds the writer's
-// lock); any number read and follow the journal.
-// Every saved value carries a checksum. Whatever does not check, parse or fit is Malformed: the
+// Segments hold the catalog's columns as they were at the last checkpoint, so that opening is a
+// few large reads, not a million rows. The database says which segments belong together and keeps
+// the journal of the batches applied since. One process opens it for writing (it holds the
+// writer's lock); any number read and follow the journal.
+// Everything saved carries a checksum. Whatever does not check, parse or fit is Malformed: the
 // owner then calls setAside() and starts with an empty store.
 // Threads: one at a time per object.
 class IndexStore
 {
 public:
-    static constexpr int schemaVersion = 1;
+    static constexpr int schemaVersion = 2;
 
     enum class Mode { Read, Write };
     // Write: makes folder and file where missing. Read: NotFound without a file.
     static XPResult<std::unique_ptr<IndexStore>> open(const QString &path, Mode mode);
     // Renames a store that cannot be used, so that a new one can be made in its place.
     static void setAside(const QString &path);
+    // Deletes the store's files. Nobody may have it open for writing.
+    static void remove(const QString &path);
     ~IndexStore();
     IndexStore(const IndexStore &) = delete;
     IndexStore &operator=(const IndexStore &) = delete;
@@ -37,10 +42,12 @@ public:
     // Appends a batch to the journal: durable against the end of this process at once, against
     // power loss within a checkpoint.
     std::optional<XPError> append(const IndexBatch &batch);
-    // Saves changed chunks and empties the journal but for what followers may still need.
+    // Saves what changed of the columns and empties the journal but for what followers may need.
     // `withoutJournal`: batches were applied that append() was not told of (a first crawl).
     std::optional<XPError> checkpoint(IndexCatalog &catalog, bool withoutJournal = false);
-    qint64 journalSize() const { return m_lastSequence - m_checkpointSequence; }
+    qint64 journalSize() const { return m_lastSequence - m_checkpointSequence; } // batches
+    qint64 journalBytes() const { return m_journalBytes; }
+    qint64 segmentBytes() const { return m_segmentBytes; } // of the last checkpoint or load
 
     // For followers: batches after the last one seen. NotFound: the journal no longer reaches
     // back so far; load into a new catalog.
@@ -62,13 +69,34 @@ private:
     std::optional<XPError> setUp(Mode mode);
     std::optional<XPError> run(const char *sql) const;
     XPError failure() const;
-    std::optional<XPError> saveBlob(const char *sql, qint64 key, const QByteArray &bytes);
+    struct Segment
+    {
+        QByteArray file; // its name in the folder
+        qint64 sum = 0;
+        qint64 size = 0;
+    };
+    using Segments = std::map<qint64, Segment>; // by number of the chunk, or one of these:
+    static constexpr qint64 tablesSegment = -1;
+    static constexpr qint64 namesSegment = -2;
+
+    XPResult<Segments> readSegments() const;
+    std::optional<XPError> loadSegments(IndexCatalog &catalog);
+    std::optional<XPError> saveSegment(qint64 number, const IndexSegment::Writer &segment);
+    std::optional<XPError> saveChanged(const IndexCatalog &catalog);
+    std::optional<XPError> saveTransaction(const IndexCatalog &catalog);
+    void sweepSegments();
+    QByteArray segmentPath(const QByteArray &file) const;
     void ringBell() const;
 
     sqlite3 *m_db = nullptr;
     QString m_path;
     qint64 m_lastSequence = 0;
     qint64 m_checkpointSequence = 0;
+    qint64 m_journalBytes = 0;
+    qint64 m_segmentBytes = 0;
+    qint64 m_nextFile = 1;
+    quint64 m_savedOrder = ~0ULL;      // the catalog's nameOrderVersion() that is on disk
+    std::set<QByteArray> m_superseded; // files that a follower may be reading still
     int m_bell = -1;
 };
 

@@ -31,13 +31,18 @@ IndexTextPattern::IndexTextPattern(const MDPredicate::Value &value) : m_words(va
     }
     endRun();
     m_anything = m_units.size() == 1 && m_units[0].kind == Unit::Kind::AnyRun;
-    if (m_words || m_units.empty() || m_anything)
+    if (m_units.empty() || m_anything)
         return;
     const bool head = m_units.front().kind == Unit::Kind::AnyRun;
     const bool tail = m_units.back().kind == Unit::Kind::AnyRun;
     const size_t stars = (head ? 1U : 0U) + (tail ? 1U : 0U);
     if (static_cast<size_t>(m_literal.size()) + stars != m_units.size())
         return;
+    if (m_words) {
+        if (!head)
+            m_shape = tail ? Shape::WordPrefix : Shape::WordWhole;
+        return;
+    }
     m_shape =
         head ? (tail ? Shape::Contains : Shape::Suffix) : (tail ? Shape::Prefix : Shape::Whole);
 }
@@ -129,7 +134,7 @@ bool IndexTextPattern::matchesFolded(const QString &text) const
             return text.endsWith(m_literal);
         case Shape::Whole:
             return text == m_literal;
-        case Shape::Other:
+        default:
             return m_units.empty() ? text.isEmpty() : matchesAt(text, 0, false);
         }
     }

@@ -22,8 +22,9 @@ public:
     bool matches(const QString &text) const { return matchesFolded(foldText(text, m_folding)); }
     bool matchesFolded(const QString &text) const;
 
-    // The whole pattern is "*literal*", "literal*", "*literal" or "literal", without w.
-    enum class Shape { Contains, Prefix, Suffix, Whole, Other };
+    // The whole pattern is "*literal*", "literal*", "*literal" or "literal", without w; with w
+    // "literal*" or "literal".
+    enum class Shape { Contains, Prefix, Suffix, Whole, WordPrefix, WordWhole, Other };
     Shape shape() const { return m_shape; }
     // The longest literal run, folded as the modifiers ask: every match holds it.
     const QString &literal() const { return m_literal; }

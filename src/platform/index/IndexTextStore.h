@@ -1,6 +1,6 @@
 #pragma once
 
-#include "IndexEvaluator.h"
+#include "IndexText.h"
 #include "XPMutex.h"
 
 struct sqlite3;

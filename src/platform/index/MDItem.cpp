@@ -82,7 +82,7 @@ PropertyValue MDItem::attribute(const IndexCatalog &catalog, IndexSlot slot, con
     if (name == u"kMDItemFSContentChangeDate" || name == u"kMDItemContentModificationDate")
         return dateOf(chunk.modified[row]);
     if (name == u"kMDItemFSCreationDate" || name == u"kMDItemContentCreationDate")
-        return chunk.births[row] ? dateOf(chunk.births[row]) : PropertyValue();
+        return chunk.births[row] ? dateOf(chunk.birth(row)) : PropertyValue();
     if (name == u"kMDItemContentType")
         return catalog.type(slot);
     if (name == u"kMDItemContentTypeTree")
@@ -90,7 +90,8 @@ PropertyValue MDItem::attribute(const IndexCatalog &catalog, IndexSlot slot, con
     if (name == u"kMDItemKind")
         return KPFileType::displayNameForUTI(catalog.type(slot));
     if (name == u"kMDItemSupportFileType")
-        return catalog.systemRows()->contains(slot) ? PropertyValue(QStringLiteral("MDSystemFile"))
-                                                    : PropertyValue();
+        return chunk.hasFlag(row, IndexChunk::System)
+                   ? PropertyValue(QStringLiteral("MDSystemFile"))
+                   : PropertyValue();
     return catalog.attribute(slot, name);
 }

@@ -1,10 +1,15 @@
 #include "MDQuery.h"
 
+#include "IndexEvaluator.h"
+#include "IndexOrder.h"
 #include "MDQueryParser.h"
 #include "XPFolders.h"
 #include "XPPath.h"
 #include "XPVolumes.h"
 
+#include <QElapsedTimer>
+#include <QPointer>
+#include <QTimer>
 #include <algorithm>
 
 const QString MDQuery::scopeHome = QStringLiteral("kMDQueryScopeHome");
@@ -92,17 +97,37 @@ void MDQuery::gather()
     m_delivered = 0;
     m_complete = false;
     const IndexCatalog &catalog = m_source.catalog();
-    const IndexCatalog::Reading reading(catalog);
-    const RowSet rows =
-        IndexEvaluator(catalog, m_source.text()).rows(m_predicate, scopeRows(catalog));
-    auto count = static_cast<qsizetype>(rows->cardinality());
-    if (m_maxCount > 0)
-        count = std::min(count, m_maxCount);
-    m_results.reserve(static_cast<size_t>(count));
-    for (const IndexSlot slot : *rows) {
-        if (static_cast<qsizetype>(m_results.size()) == count)
-            break;
-        m_results.push_back(catalog.itemAt(slot));
+    resolveScope();
+    // Of content alone no more need be asked for than is wanted; of what is found some may be gone.
+    const bool limited = m_scope.isEmpty() && m_sortAttribute.isEmpty();
+    for (const qsizetype limit : {limited ? m_maxCount : 0, qsizetype{0}}) {
+        const auto texts = IndexTextAnswers::ask(*m_predicate, m_source.text(), limit);
+        const IndexCatalog::Reading reading(catalog);
+        const RowSet rows = IndexEvaluator(catalog, &texts).rows(m_predicate, scopeRows(catalog));
+        const auto *answer = texts.answerTo(*m_predicate);
+        if (limit > 0 && answer && static_cast<qsizetype>(answer->size()) >= limit &&
+            static_cast<qsizetype>(rows->cardinality()) < limit)
+            continue;
+        takeRows(catalog, *rows);
+        return;
+    }
+}
+
+void MDQuery::takeRows(const IndexCatalog &catalog, const Roaring &rows)
+{
+    const auto limit = static_cast<size_t>(std::max<qsizetype>(m_maxCount, 0));
+    if (!m_sortAttribute.isEmpty()) {
+        const IndexOrder order(m_sortAttribute, m_sortAscending);
+        for (const IndexSlot slot : order.first(catalog, rows, limit))
+            m_results.push_back(catalog.itemAt(slot));
+    } else {
+        const auto count = static_cast<size_t>(rows.cardinality());
+        m_results.reserve(limit ? std::min(limit, count) : count);
+        for (const IndexSlot slot : rows) {
+            if (limit && m_results.size() == limit)
+                break;
+            m_results.push_back(catalog.itemAt(slot));
+        }
     }
     m_members.addMany(m_results.size(), m_results.data());
 }
@@ -138,26 +163,49 @@ void MDQuery::takeChanges()
     {
         const XPLocker lock(m_inbox->mutex);
         touched.swap(m_inbox->touched);
-        m_inbox->woken = false;
     }
+    QElapsedTimer timer;
+    timer.start();
+    const QPointer<MDQuery> self = this; // a receiver may destroy this query
     std::sort(touched.begin(), touched.end());
     touched.erase(std::unique(touched.begin(), touched.end()), touched.end());
+    takeTouched(std::move(touched));
+    if (!self)
+        return;
+    // A change after a rest is told of at once. While more come in, a tenth of the time goes to
+    // them at the most.
+    const qint64 rest = std::min<qint64>(timer.nsecsElapsed() / 100'000, m_batching.updateMaxMs);
+    QTimer::singleShot(std::chrono::milliseconds(rest), Qt::PreciseTimer, this, [this] {
+        {
+            const XPLocker lock(m_inbox->mutex);
+            m_inbox->woken = !m_inbox->touched.empty();
+            if (!m_inbox->woken)
+                return;
+        }
+        takeChanges();
+    });
+}
+
+void MDQuery::takeTouched(std::vector<IndexItem> touched)
+{
     QList<IndexItem> added;
     QList<IndexItem> changed;
     QList<IndexItem> removed;
+    const IndexCatalog &catalog = m_source.catalog();
+    const auto texts = IndexTextAnswers::ask(*m_predicate, m_source.text(), 0, &touched);
+    resolveScope();
     {
-        const IndexCatalog &catalog = m_source.catalog();
         const IndexCatalog::Reading reading(catalog);
         const std::vector<IndexItem> folders = scopeFolders(catalog);
-        Roaring candidates;
+        std::vector<IndexSlot> slots;
         for (const IndexItem item : touched) {
             const IndexSlot slot = catalog.slotOf(item);
             if (slot != IndexCatalog::noSlot && isInScope(catalog, slot, folders))
-                candidates.add(slot);
+                slots.push_back(slot);
         }
         const RowSet matching =
-            IndexEvaluator(catalog, m_source.text())
-                .rows(m_predicate, std::make_shared<const Roaring>(std::move(candidates)));
+            IndexEvaluator(catalog, &texts)
+                .rows(m_predicate, std::make_shared<const Roaring>(slots.size(), slots.data()));
         for (const IndexItem item : touched) {
             const IndexSlot slot = catalog.slotOf(item);
             const bool matches = slot != IndexCatalog::noSlot && matching->contains(slot);
@@ -188,20 +236,39 @@ void MDQuery::takeChanges()
 
 // --- Scope
 
+// Which folders the scope stands for: asks the system about volumes, so with no lock held.
+void MDQuery::resolveScope()
+{
+    if (m_scope.isEmpty())
+        return;
+    std::vector<QByteArray> roots;
+    {
+        const IndexCatalog &catalog = m_source.catalog();
+        const IndexCatalog::Reading reading(catalog);
+        if (!m_scopePaths.empty() && catalog.roots() == m_scopeRoots)
+            return;
+        m_scopeRoots = catalog.roots();
+        for (const IndexItem root : m_scopeRoots)
+            roots.push_back(catalog.path(catalog.slotOf(root)));
+    }
+    m_scopePaths.clear();
+    for (const QString &entry : m_scope) {
+        if (entry != scopeComputer && entry != scopeNetwork) {
+            m_scopePaths.push_back(
+                XPPath::encode(entry == scopeHome ? XPFolders::home() : XPPath::absolute(entry)));
+            continue;
+        }
+        for (const QByteArray &root : roots) {
+            if (XPVolumes::volumeOf(XPPath::decode(root)).network == (entry == scopeNetwork))
+                m_scopePaths.push_back(root);
+        }
+    }
+}
+
 std::vector<IndexItem> MDQuery::scopeFolders(const IndexCatalog &catalog) const
 {
     std::vector<IndexItem> folders;
-    for (const QString &entry : m_scope) {
-        if (entry == scopeComputer || entry == scopeNetwork) {
-            for (const IndexItem root : catalog.roots()) {
-                const QString path = XPPath::decode(catalog.path(catalog.slotOf(root)));
-                if (XPVolumes::volumeOf(path).network == (entry == scopeNetwork))
-                    folders.push_back(root);
-            }
-            continue;
-        }
-        const QByteArray path =
-            XPPath::encode(entry == scopeHome ? XPFolders::home() : XPPath::absolute(entry));
+    for (const QByteArray &path : m_scopePaths) {
         if (const IndexItem item = catalog.itemAtPath(path)) {
             folders.push_back(item);
             continue;

@@ -26,7 +26,9 @@ public:
     {
         int firstMaxCount = 1000;
         int progressMaxCount = 1000;
-        int updateMaxMs = 1000; // while changes pour in, updates come no more often than this
+        // While changes pour in, updates come the more seldom the longer they take to find out,
+        // but no more seldom than this.
+        int updateMaxMs = 1000;
     };
 
     // Scope constants beside folders' paths.
@@ -42,6 +44,13 @@ public:
     // Before execute(). An empty scope is everything.
     void setSearchScope(const QStringList &scope) { m_scope = scope; }
     void setMaxCount(qsizetype count) { m_maxCount = count; } // 0: no limit
+    // The first results in the order of an attribute (names, dates, sizes cost nothing extra);
+    // live, what comes later stands behind them. Empty: in no order.
+    void setSortOrder(const QString &attribute, bool ascending = true)
+    {
+        m_sortAttribute = attribute;
+        m_sortAscending = ascending;
+    }
     void setBatchingParameters(const BatchingParameters &batching) { m_batching = batching; }
     BatchingParameters batchingParameters() const { return m_batching; }
 
@@ -69,10 +78,13 @@ private:
     struct Inbox;
 
     void gather();
+    void takeRows(const IndexCatalog &catalog, const Roaring &rows);
     void deliver();
     void takeChanges();
-    RowSet scopeRows(const IndexCatalog &catalog) const;
+    void takeTouched(std::vector<IndexItem> touched);
+    void resolveScope();
     std::vector<IndexItem> scopeFolders(const IndexCatalog &catalog) const;
+    RowSet scopeRows(const IndexCatalog &catalog) const;
     bool isInScope(const IndexCatalog &catalog, IndexSlot slot,
                    const std::vector<IndexItem> &folders) const;
 
@@ -80,7 +92,11 @@ private:
     const MDPredicatePtr m_predicate;
     const QStringList m_valueList;
     QStringList m_scope;
+    std::vector<QByteArray> m_scopePaths; // what the scope is just now, as folders
+    std::vector<IndexItem> m_scopeRoots;  // the roots when that was found out
     qsizetype m_maxCount = 0;
+    QString m_sortAttribute;
+    bool m_sortAscending = true;
     BatchingParameters m_batching;
     std::vector<IndexItem> m_results;
     Roaring m_members; // the items of m_results

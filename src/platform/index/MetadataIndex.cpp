@@ -72,10 +72,8 @@ std::optional<XPError> MetadataIndex::remove()
         return XPError::make(XPError::Kind::NotPermitted,
                              QStringLiteral("another process keeps the index; quit it first"));
     }
-    for (const char *part : {"", ".text"}) {
-        for (const char *tail : {"", "-wal", "-shm"})
-            ::unlink(XPPath::encode(path + QLatin1String(part) + QLatin1String(tail)).constData());
-    }
+    IndexStore::remove(path);
+    IndexStore::remove(path + QStringLiteral(".text"));
     if (lock >= 0)
         ::close(lock);
     return {};

@@ -1,4 +1,5 @@
 #include "IndexKeeper.h"
+#include "IndexEvaluator.h"
 #include "MDQueryParser.h"
 #include "TestHome.h"
 #include "XPExtendedAttributes.h"
@@ -76,7 +77,7 @@ static QStringList matching(const IndexKeeper &keeper, const QString &text)
     EXPECT_TRUE(predicate) << text.toStdString();
     const IndexCatalog::Reading reading(keeper.catalog());
     QStringList names;
-    const RowSet rows = IndexEvaluator(keeper.catalog(), nullptr).rows(*predicate);
+    const RowSet rows = IndexEvaluator(keeper.catalog()).rows(*predicate);
     for (const quint32 slot : *rows)
         names.append(XPPath::fileName(XPPath::decode(keeper.catalog().path(slot))));
     names.sort();

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "IndexCatalog.h"
+#include "MDPredicate.h"
+
+// The comparisons that look at rows: names, paths, columns and attribute values. Each gives the
+// matching rows among `within` (null: all), != as ==. Under the caller's Reading; any thread.
+namespace IndexEvaluatorRows {
+
+RowSet named(const IndexCatalog &catalog, const MDPredicate &predicate, const RowSet &within);
+RowSet atPath(const IndexCatalog &catalog, const MDPredicate &predicate, const RowSet &within);
+// Sizes and times, which stand in columns. Null: the attribute is none of these.
+RowSet inColumn(const IndexCatalog &catalog, const MDPredicate &predicate, const RowSet &within);
+RowSet withAttribute(const IndexCatalog &catalog, const MDPredicate &predicate,
+                     const RowSet &within);
+// The texts of all attributes.
+RowSet withAnyText(const IndexCatalog &catalog, const MDPredicate &predicate, const RowSet &within);
+
+RowSet shared(Roaring &&rows);
+RowSet intersected(const RowSet &rows, const RowSet &within);
+
+} // namespace IndexEvaluatorRows
