@@ -1,4 +1,5 @@
 // Queries over a million files in memory, each kind beside the barest loop that could answer it.
+#include "IndexEvaluator.h"
 #include "IndexBaselines.h"
 #include "IndexCorpus.h"
 #include "IndexLatency.h"
@@ -101,7 +102,7 @@ static void rowSet(benchmark::State &state, const QString &text)
     const IndexCatalog &catalog = million().catalog();
     const auto rows = [&] {
         const IndexCatalog::Reading reading(catalog);
-        return IndexEvaluator(catalog, nullptr).rows(*predicate);
+        return IndexEvaluator(catalog).rows(*predicate);
     };
     if (rows()->isEmpty())
         std::abort();
@@ -179,7 +180,7 @@ static void joined(benchmark::State &state)
     XPBench::measureQuantile(state, predicates.size(), [&](size_t i) {
         const IndexCatalog::Reading reading(catalog);
         benchmark::DoNotOptimize(
-            IndexEvaluator(catalog, nullptr).rows(*predicates[i])->cardinality());
+            IndexEvaluator(catalog).rows(*predicates[i])->cardinality());
     });
     XPBench::timeAtMost(state, state.range(0) == 50 ? 2 : 4);
 }
