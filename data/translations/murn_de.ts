@@ -209,6 +209,24 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPHome">
         <translation>Persönlicher Ordner</translation>
     </message>
+    <message id="KPIndexChecking">
+        <translation>Änderungen werden gesucht: %1 Ordner</translation>
+    </message>
+    <message id="KPIndexContents" numerus="yes">
+        <translation>
+            <numerusform>Der Text von %1 Datei ist noch nicht durchsuchbar</numerusform>
+            <numerusform>Der Text von %1 Dateien ist noch nicht durchsuchbar</numerusform>
+        </translation>
+    </message>
+    <message id="KPIndexFolder">
+        <translation>Diesen Ordner &amp;indizieren</translation>
+    </message>
+    <message id="KPIndexOpening">
+        <translation>Der Index wird geöffnet…</translation>
+    </message>
+    <message id="KPIndexReading">
+        <translation>Ordner werden gelesen: bisher %1 Dateien</translation>
+    </message>
     <message id="KPInspector">
         <translation>Informationen</translation>
     </message>
@@ -251,6 +269,12 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPNoSuchFolder">
         <translation>es gibt keinen Ordner „%1“</translation>
     </message>
+    <message id="KPNotIndexed">
+        <translation>„%1“ ist nicht indiziert</translation>
+    </message>
+    <message id="KPNotIndexedHint">
+        <translation>Dokumente werden in indizierten Ordnern gefunden. Einmal hinzugefügt, bleibt dieser von selbst aktuell.</translation>
+    </message>
     <message id="KPNothingSelected">
         <translation>Ausgewählte Dokumente zeigen hier ihre Schlagwörter und ihre Bewertung.</translation>
     </message>
@@ -286,12 +310,12 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPProblemCount" numerus="yes">
         <translation>
-            <numerusform>%n Ordner nicht gelesen</numerusform>
-            <numerusform>%n Ordner nicht gelesen</numerusform>
+            <numerusform>%n Problem</numerusform>
+            <numerusform>%n Probleme</numerusform>
         </translation>
     </message>
     <message id="KPProblemsTitle">
-        <translation>Nicht alles war lesbar</translation>
+        <translation>Nicht alles wird gefunden oder ist aktuell</translation>
     </message>
     <message id="KPQuit">
         <translation>&amp;Beenden</translation>

@@ -211,6 +211,24 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPHome">
         <translation>Home</translation>
     </message>
+    <message id="KPIndexChecking">
+        <translation>Looking for changes: %1 folders</translation>
+    </message>
+    <message id="KPIndexContents" numerus="yes">
+        <translation>
+            <numerusform>%1 file’s text is not searchable yet</numerusform>
+            <numerusform>%1 files’ text is not searchable yet</numerusform>
+        </translation>
+    </message>
+    <message id="KPIndexFolder">
+        <translation>&amp;Index This Folder</translation>
+    </message>
+    <message id="KPIndexOpening">
+        <translation>Opening the index…</translation>
+    </message>
+    <message id="KPIndexReading">
+        <translation>Reading folders: %1 files so far</translation>
+    </message>
     <message id="KPInspector">
         <translation>Inspector</translation>
     </message>
@@ -253,6 +271,12 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPNoSuchFolder">
         <translation>there is no folder “%1”</translation>
     </message>
+    <message id="KPNotIndexed">
+        <translation>“%1” is not indexed</translation>
+    </message>
+    <message id="KPNotIndexedHint">
+        <translation>Documents are found in indexed folders. Once added, this one stays up to date by itself.</translation>
+    </message>
     <message id="KPNothingSelected">
         <translation>Select documents to see and change their tags and rating.</translation>
     </message>
@@ -288,12 +312,12 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPProblemCount" numerus="yes">
         <translation>
-            <numerusform>%n folder not read</numerusform>
-            <numerusform>%n folders not read</numerusform>
+            <numerusform>%n problem</numerusform>
+            <numerusform>%n problems</numerusform>
         </translation>
     </message>
     <message id="KPProblemsTitle">
-        <translation>Not everything could be read</translation>
+        <translation>Not everything is found or up to date</translation>
     </message>
     <message id="KPQuit">
         <translation>&amp;Quit</translation>

@@ -1,10 +1,9 @@
 #include "KPCommandLine.h"
 
+#include "XPFolders.h"
 #include "XPPath.h"
 
 #include <QCommandLineParser>
-#include <cerrno>
-#include <sys/stat.h>
 
 using Option = QCommandLineOption;
 
@@ -34,18 +33,6 @@ static void addTo(QCommandLineParser *parser, Options *options)
                         options->select, options->colours});
 }
 
-// By bytes and following links: what the user may call a folder.
-static std::optional<XPError> whyNoFolder(const QString &path)
-{
-    struct stat status = {};
-    const QByteArray name = XPPath::encode(path);
-    if (name.isEmpty() || ::stat(name.constData(), &status) != 0)
-        return XPError::fromErrno(name.isEmpty() ? EINVAL : errno, path);
-    if (!S_ISDIR(status.st_mode))
-        return XPError::fromErrno(ENOTDIR, path);
-    return {};
-}
-
 static XPError usageError(const QString &message)
 {
     return XPError::make(XPError::Kind::InvalidArgument, message);
@@ -54,11 +41,12 @@ static XPError usageError(const QString &message)
 static std::optional<XPError> takeFolders(const QStringList &folders, KPCommandLine *result)
 {
     for (const QString &folder : folders) {
-        const QString path = folder.isEmpty() ? folder : XPPath::absolute(folder);
-        if (const auto error = whyNoFolder(path))
-            return XPError::make(error->kind,
-                                 qtTrId("KPNoSuchFolder").arg(XPPath::printable(folder)), path);
-        result->folders.append(path);
+        const auto real = XPFolders::realFolder(folder);
+        if (!real)
+            return XPError::make(real.error().kind,
+                                 qtTrId("KPNoSuchFolder").arg(XPPath::printable(folder)),
+                                 real.error().path);
+        result->folders.append(*real);
     }
     return {};
 }

@@ -13,7 +13,7 @@ struct KPCommandLine
     enum class ColourScheme { Desktop, Light, Dark };
 
     Action action = Action::ShowWindow;
-    QStringList folders; // absolute; empty: the user's home
+    QStringList folders; // absolute, by their links' targets; empty: the user's home
     QString screenshot;  // where to put a picture of the window; empty: none
     QString selection;   // for that picture: select the documents whose names begin so
     ColourScheme colours = ColourScheme::Desktop;

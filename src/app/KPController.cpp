@@ -6,6 +6,7 @@
 #include "KPEditSummary.h"
 #include "KPFileType.h"
 #include "KPFilterBar.h"
+#include "KPIndexMonitor.h"
 #include "KPInspector.h"
 #include "KPLibraryModel.h"
 #include "KPResultSource.h"
@@ -34,8 +35,9 @@ static const QString layoutKey = QStringLiteral("KPMainWindowLayout");
 static const QString orderKey = QStringLiteral("KPSortOrder");
 static const QString zoomKey = QStringLiteral("KPThumbnailSize");
 
-KPController::KPController(std::unique_ptr<KPResultSource> source, const QStringList &folders)
-    : m_source(std::move(source)), m_folders(folders),
+KPController::KPController(std::unique_ptr<KPResultSource> source, const QStringList &folders,
+                           KPIndexMonitor *index)
+    : m_source(std::move(source)), m_index(index), m_folders(folders),
       m_model(std::make_unique<KPLibraryModel>(m_source.get())),
       m_loader(std::make_unique<KPThumbnailLoader>()), m_worker(std::make_unique<KPEditWorker>()),
       m_history(std::make_unique<KPEditHistory>(m_worker.get())), m_filter(new KPFilterBar),
@@ -55,6 +57,7 @@ KPController::KPController(std::unique_ptr<KPResultSource> source, const QString
     buildInspector();
     connectSearch();
     connectEditing();
+    connectIndex();
     restoreSettings();
     m_view->setFocus();
     startSearch();
@@ -171,6 +174,12 @@ void KPController::connectEditing()
     connect(m_status, &KPStatusLine::stopEditRequested, m_worker.get(), &KPEditWorker::stop);
 }
 
+void KPController::connectIndex()
+{
+    if (m_index)
+        connect(m_index, &KPIndexMonitor::changed, this, &KPController::showIndex);
+}
+
 void KPController::restoreSettings()
 {
     const UserDefaults &defaults = UserDefaults::standard();
@@ -206,7 +215,8 @@ void KPController::startSearch()
     request.folders = m_folders;
     m_searching = true;
     m_status->showSearching(true);
-    m_status->showProblems({});
+    m_problems.clear();
+    showProblems();
     showEmptyText();
     m_source->setRequest(request);
 }
@@ -222,14 +232,43 @@ void KPController::searchFinished(const QStringList &problems)
 {
     m_searching = false;
     m_status->showSearching(false);
-    m_status->showProblems(problems);
+    m_problems = problems;
+    showProblems();
     showEmptyText();
     showCounts();
 }
 
+void KPController::showProblems()
+{
+    m_status->showProblems(m_index ? m_problems + m_index->status().problems : m_problems);
+}
+
+void KPController::showIndex()
+{
+    m_status->showIndex(m_index->activity());
+    showProblems();
+    showEmptyText();
+}
+
+QStringList KPController::foldersNotIndexed() const
+{
+    QStringList missing;
+    for (const QString &folder : m_folders) {
+        if (m_index && !m_index->isIndexed(folder))
+            missing.append(folder);
+    }
+    return missing;
+}
+
 void KPController::showEmptyText()
 {
-    if (m_searching)
+    const QStringList missing = foldersNotIndexed();
+    m_actions->indexAction()->setEnabled(!missing.isEmpty());
+    if (!missing.isEmpty())
+        m_view->setEmptyText(
+            qtTrId("KPNotIndexed").arg(KPLibraryModel::displayName(missing.first())),
+            qtTrId("KPNotIndexedHint"), m_actions->indexAction());
+    else if (m_searching || (m_index && !m_index->isSettled()))
         m_view->setEmptyText(qtTrId("KPLooking"), {});
     else if (m_filter->isEmpty())
         m_view->setEmptyText(qtTrId("KPNoDocuments"), qtTrId("KPNoDocumentsHint"));
@@ -323,6 +362,6 @@ void KPController::report(const KPEditReport &report)
 
 bool KPController::isSettled() const
 {
-    return !m_searching && !m_loader->isBusy() && !m_worker->isBusy() &&
-           !m_selectionTimer.isActive();
+    return !m_searching && (!m_index || m_index->isSettled()) && !m_loader->isBusy() &&
+           !m_worker->isBusy() && !m_selectionTimer.isActive();
 }

@@ -12,6 +12,7 @@ class KPDocsView;
 class KPEditHistory;
 class KPEditWorker;
 class KPFilterBar;
+class KPIndexMonitor;
 class KPInspector;
 class KPLibraryModel;
 class KPResultSource;
@@ -35,16 +36,19 @@ class KPController : public QMainWindow
     Q_OBJECT
 
 public:
-    // The folders that are searched; empty: the user's home. Starts searching at once.
-    KPController(std::unique_ptr<KPResultSource> source, const QStringList &folders);
+    // The folders that are searched; empty: the user's home. Starts searching at once. `index`
+    // outlives the window; null where there is none.
+    KPController(std::unique_ptr<KPResultSource> source, const QStringList &folders,
+                 KPIndexMonitor *index);
     ~KPController() override;
 
-    // Nothing is being searched, drawn or written any more.
+    // Nothing is being read, searched, drawn or written any more.
     bool isSettled() const;
     void selectByName(const QString &beginning);
 
     // Commands, by the table in KPWindowActions.cpp.
     void openFolder();
+    void indexFolders();
     void openSelected();
     void revealSelected();
     void copySelected();
@@ -70,6 +74,7 @@ private:
     void buildInspector();
     void connectSearch();
     void connectEditing();
+    void connectIndex();
     void restoreSettings();
     void saveSettings() const;
 
@@ -77,6 +82,9 @@ private:
     void stopSearch();
     void searchFinished(const QStringList &problems);
     void showEmptyText();
+    void showIndex();
+    void showProblems();
+    QStringList foldersNotIndexed() const;
     void showSelection();
     void showCounts();
     void takeChanges(const QList<KPFileChange> &changes);
@@ -85,8 +93,10 @@ private:
     QStringList suggestedTags() const;
 
     std::unique_ptr<KPResultSource> m_source;
+    KPIndexMonitor *m_index;
     QStringList m_folders;
-    QString m_shownPath; // whose picture the inspector shows
+    QStringList m_problems; // of the search
+    QString m_shownPath;    // whose picture the inspector shows
     bool m_searching = false;
 
     // Data before views: destroyed after them.

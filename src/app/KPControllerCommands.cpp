@@ -3,6 +3,7 @@
 #include "KPDocsView.h"
 #include "KPEditHistory.h"
 #include "KPFilterBar.h"
+#include "KPIndexMonitor.h"
 #include "KPInspector.h"
 #include "KPLibraryModel.h"
 #include "KPWindowActions.h"
@@ -32,11 +33,18 @@ void KPController::openFolder()
     dialog->setOption(QFileDialog::ShowDirsOnly);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     connect(dialog, &QFileDialog::fileSelected, this, [this](const QString &folder) {
-        m_folders = {folder};
+        m_folders = {XPFolders::realFolder(folder).valueOr(folder)};
         showFolders();
         startSearch();
     });
     dialog->open();
+}
+
+void KPController::indexFolders()
+{
+    for (const QString &folder : foldersNotIndexed())
+        m_index->addFolder(folder);
+    startSearch();
 }
 
 static void openAll(const QStringList &paths)

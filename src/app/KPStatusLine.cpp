@@ -8,13 +8,17 @@
 #include <QLabel>
 #include <QLocale>
 #include <QProgressBar>
+#include <QTextDocument>
 #include <QToolButton>
 
 static constexpr qsizetype fewFiles = 10;
 static constexpr qsizetype listedProblems = 12;
+static constexpr qsizetype hintedProblems = 4;
+static constexpr std::chrono::milliseconds noticeable{600};
 
 KPStatusLine::KPStatusLine(QWidget *parent)
-    : QStatusBar(parent), m_counts(new QLabel), m_problemsButton(new QToolButton)
+    : QStatusBar(parent), m_counts(new QLabel), m_index(new QLabel),
+      m_problemsButton(new QToolButton)
 {
     QProgressBar *searchBar = nullptr;
     QLabel *searchLabel = nullptr;
@@ -29,8 +33,14 @@ KPStatusLine::KPStatusLine(QWidget *parent)
     m_problemsButton->hide();
     connect(m_problemsButton, &QToolButton::clicked, this, &KPStatusLine::listProblems);
 
+    m_indexDelay.setSingleShot(true);
+    m_indexDelay.setInterval(noticeable);
+    connect(&m_indexDelay, &QTimer::timeout, m_index, &QWidget::show);
+    m_index->hide();
+
     setContentsMargins(8, 0, 8, 0);
     addWidget(m_counts);
+    addPermanentWidget(m_index);
     addPermanentWidget(m_problemsButton);
     addPermanentWidget(m_edit);
     addPermanentWidget(m_search);
@@ -89,19 +99,38 @@ void KPStatusLine::endEditing()
     m_edit->hide();
 }
 
+void KPStatusLine::showIndex(const QString &activity)
+{
+    m_index->setText(activity);
+    if (activity.isEmpty()) {
+        m_indexDelay.stop();
+        m_index->hide();
+    } else if (m_index->isHidden() && !m_indexDelay.isActive()) {
+        m_indexDelay.start();
+    }
+}
+
 void KPStatusLine::showProblems(const QStringList &problems)
 {
     m_problems = problems;
     m_problemsButton->setVisible(!problems.isEmpty());
     m_problemsButton->setText(qtTrId("KPProblemCount", static_cast<int>(problems.size())));
+    // As plain text, whatever the names hold.
+    m_problemsButton->setToolTip(
+        Qt::convertFromPlainText(problemLines(hintedProblems).join(u'\n')));
+}
+
+QStringList KPStatusLine::problemLines(qsizetype count) const
+{
+    QStringList lines;
+    for (const QString &problem : m_problems.first(std::min(count, m_problems.size())))
+        lines.append(XPPath::printable(problem));
+    if (const auto more = static_cast<int>(m_problems.size() - count); more > 0)
+        lines.append(qtTrId("KPAndMore", more));
+    return lines;
 }
 
 void KPStatusLine::listProblems()
 {
-    QStringList lines;
-    for (const QString &problem : m_problems.first(std::min(listedProblems, m_problems.size())))
-        lines.append(XPPath::printable(problem));
-    if (const auto more = static_cast<int>(m_problems.size() - listedProblems); more > 0)
-        lines.append(qtTrId("KPAndMore", more));
-    XPPrompts::current().alert(qtTrId("KPProblemsTitle"), lines.join(u'\n'));
+    XPPrompts::current().alert(qtTrId("KPProblemsTitle"), problemLines(listedProblems).join(u'\n'));
 }

@@ -1,13 +1,14 @@
 #pragma once
 
 #include <QStatusBar>
+#include <QTimer>
 
 class QLabel;
 class QProgressBar;
 class QToolButton;
 
-// The line below the grid: counts, the search or the edit at work with its stop button, and the
-// folders that could not be read. Threads: main.
+// The line below the grid: counts, the search or the edit at work with its stop button, what the
+// index does, and what could not be read or is not kept up to date. Threads: main.
 class KPStatusLine : public QStatusBar
 {
     Q_OBJECT
@@ -20,7 +21,10 @@ public:
     // An edit of few files is over before anybody could read of it: nothing is shown.
     void showEditing(qsizetype done, qsizetype total);
     void endEditing();
+    // What the index does; empty: nothing. What is done in a moment is not shown.
+    void showIndex(const QString &activity);
     void showProblems(const QStringList &problems);
+    const QStringList &problems() const { return m_problems; }
 
 Q_SIGNALS:
     void stopSearchRequested();
@@ -28,9 +32,12 @@ Q_SIGNALS:
 
 private:
     QWidget *makeProgress(QProgressBar **bar, QLabel **label, void (KPStatusLine::*stop)());
+    QStringList problemLines(qsizetype count) const;
     void listProblems();
 
     QLabel *m_counts;
+    QLabel *m_index;
+    QTimer m_indexDelay;
     QWidget *m_search;
     QWidget *m_edit;
     QProgressBar *m_editBar = nullptr;

@@ -34,7 +34,8 @@ static QList<Command> commands()
     using C = KPController;
     constexpr auto ctrlShift = Qt::CTRL | Qt::SHIFT;
     return {
-        {File, QT_TRID_NOOP("KPOpenFolder"), QKeySequence::Open, &C::openFolder, false, true},
+        {File, QT_TRID_NOOP("KPOpenFolder"), QKeySequence::Open, &C::openFolder},
+        {File, QT_TRID_NOOP("KPIndexFolder"), {}, &C::indexFolders, false, true},
         {File, QT_TRID_NOOP("KPQuit"), QKeySequence(Qt::CTRL | Qt::Key_Q), &C::quit},
         {Edit, QT_TRID_NOOP("KPUndo"), QKeySequence::Undo, &C::undo},
         {Edit, QT_TRID_NOOP("KPRedo"), QKeySequence(ctrlShift | Qt::Key_Z), &C::redo, false, true},

@@ -25,6 +25,7 @@ public:
     void setHasSelection(bool has);
     void setRating(std::optional<double> rating); // of the selection; nothing: they differ
     void showOrder(const KPDocOrder &order);
+    QAction *indexAction() const { return m_byText.value(QStringLiteral("KPIndexFolder")); }
     QAction *inspectorAction() const { return m_byText.value(QStringLiteral("KPInspectorShown")); }
 
 private:

@@ -25,7 +25,12 @@ struct KPCommand
 };
 
 // Exit statuses of every command.
-enum KPExitStatus { KPExitDone = 0, KPExitFailed = 1, KPExitUsage = 2 };
+enum KPExitStatus {
+    KPExitDone = 0,
+    KPExitFailed = 1,
+    KPExitUsage = 2,
+    KPExitInterrupted = 130, // as the shell tells of SIGINT
+};
 
 // Each in a file of its own.
 extern const KPCommand kpTagsCommand;
@@ -33,3 +38,5 @@ extern const KPCommand kpTagCommand;
 extern const KPCommand kpRateCommand;
 extern const KPCommand kpFindCommand;
 extern const KPCommand kpTypesCommand;
+extern const KPCommand kpQueryCommand;
+extern const KPCommand kpIndexCommand;

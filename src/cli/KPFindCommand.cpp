@@ -1,11 +1,8 @@
 // murnctl find: prints the documents that fulfil all criteria.
-#include "KPCommandOutput.h"
-#include "KPFindRun.h"
+#include "KPResultsRun.h"
 #include "XPPath.h"
 
 #include <array>
-#include <cerrno>
-#include <sys/stat.h>
 
 static XPResult<KPSearchRequest::Rating> ratingCondition(const QString &text)
 {
@@ -51,67 +48,31 @@ static XPResult<KPSearchRequest> requestOf(const KPCommandLine &line)
             return rating.error();
         request.rating = *rating;
     }
-    for (const QString &folder : line.values("--in")) {
-        if (folder.isEmpty())
-            return kpUsageError(QStringLiteral("--in needs a folder"));
-        request.folders.append(XPPath::absolute(folder));
-    }
     return request;
-}
-
-static XPResult<KPFindRun::Options> optionsOf(const KPCommandLine &line)
-{
-    for (const char *other : {"--json", "--count", "--limit"}) {
-        if (const auto error = line.onlyOneOf({"--live", other}))
-            return *error;
-    }
-    for (const char *other : {"--json", "--count"}) {
-        if (const auto error = line.onlyOneOf({"--print0", other}))
-            return *error;
-    }
-    KPFindRun::Options options;
-    options.live = line.has("--live");
-    options.count = line.has("--count");
-    if (line.has("--limit")) {
-        bool isNumber = false;
-        const QString text = line.values("--limit").last();
-        options.limit = text.toLongLong(&isNumber);
-        if (!isNumber || *options.limit < 1)
-            return kpUsageError(QStringLiteral("--limit needs a number from 1 up, not \"%1\"")
-                                    .arg(XPPath::printable(text)));
-    }
-    return options;
-}
-
-// The walk would wait for a folder to appear; who names one here means one that is there.
-static QStringList presentFolders(const QStringList &folders, KPCommandOutput &output)
-{
-    QStringList present;
-    for (const QString &folder : folders) {
-        struct stat info = {};
-        if (::stat(XPPath::encode(folder).constData(), &info) != 0)
-            output.fail(folder, XPError::fromErrno(errno).reason());
-        else if (!S_ISDIR(info.st_mode))
-            output.fail(folder, QStringLiteral("is not a folder"));
-        else
-            present.append(folder);
-    }
-    return present;
 }
 
 static int run(const KPCommandLine &line, KPCommandOutput &output)
 {
-    const auto request = requestOf(line);
+    auto request = requestOf(line);
     if (!request)
         return kpReportUsage(&kpFindCommand, request.error().message);
-    const auto options = optionsOf(line);
+    auto options = KPResultsRun::optionsOf(line);
     if (!options)
         return kpReportUsage(&kpFindCommand, options.error().message);
-    KPSearchRequest present = *request;
-    present.folders = presentFolders(request->folders, output);
-    if (present.folders.isEmpty() && !request->folders.isEmpty())
+    KPSearchRequest found = *std::move(request);
+    found.folders = KPResultsRun::foldersOf(line, output);
+    if (found.folders.isEmpty() && line.has("--in"))
         return output.exitStatus();
-    return KPFindRun(*options, output).run(present);
+    KPIndexSession session(output);
+    if (!session.isOpen())
+        return output.exitStatus();
+    if (!session.catchUp(false))
+        return KPExitInterrupted;
+    KPResultsRun::Options how = *std::move(options);
+    how.documents = true;
+    return KPResultsRun(how, session, output).run([&](KPIndexedResults &source) {
+        source.setRequest(found);
+    });
 }
 
 const KPCommand kpFindCommand = {
@@ -119,17 +80,11 @@ const KPCommand kpFindCommand = {
     "[OPTION]… [WORD…]",
     "Prints the documents that fulfil all criteria; without any, every document.",
     "Each WORD begins a word of the file's name or of a tag; case and accents do not matter.\n"
-    "Documents are the files of a folder and of the folders in it; hidden ones (.name) are left\n"
-    "out, and links are not followed. Their paths are printed as they are found, in no order.\n",
-    {{"--tag", "TAG", "with this tag (and those of further --tag)"},
-     {"--not-tag", "TAG", "without this tag (and those of further --not-tag)"},
-     {"--rating", "COND", "by stars: 4, =4, !=0, <2, <=2, >3, >=3.5; unrated counts as 0"},
-     {"--in", "DIR", "in this folder (and those of further --in); else in the home folder"},
-     {"--count", nullptr, "print only how many there are"},
-     {"--limit", "N", "end after N documents"},
-     {"--live", nullptr,
-      "follow changes until interrupted: lines \"+ PATH\" (new), \"- PATH\"\n"
-      "                    (no longer), \"~ PATH\" (changed)"},
-     {"--json", nullptr, "print an array of objects with path, tags and rating"},
-     {"--print0", nullptr, "end each path with NUL"}},
+    "Documents are the files of a folder and of the folders in it, as the metadata index holds\n"
+    "them; hidden ones (.name) are left out. Their paths are printed in no order.\n",
+    KPResultsRun::commandOptions(
+        {{"--tag", "TAG", "with this tag (and those of further --tag)"},
+         {"--not-tag", "TAG", "without this tag (and those of further --not-tag)"},
+         {"--rating", "COND", "by stars: 4, =4, !=0, <2, <=2, >3, >=3.5; unrated counts as 0"},
+         {"--in", "DIR", "in this folder (and those of further --in); else in the home folder"}}),
     run};

@@ -15,8 +15,9 @@
 #include <fcntl.h>
 #include <langinfo.h>
 
-static constexpr std::array commands = {&kpTagsCommand, &kpTagCommand, &kpRateCommand,
-                                        &kpFindCommand, &kpTypesCommand};
+static constexpr std::array commands = {&kpTagsCommand, &kpTagCommand,   &kpRateCommand,
+                                        &kpFindCommand, &kpTypesCommand, &kpQueryCommand,
+                                        &kpIndexCommand};
 
 // A closed standard stream must not let the next file that is opened take its number.
 static void keepStandardStreamsTaken()

@@ -10,11 +10,13 @@
 #include <QMimeData>
 #include <QPainter>
 #include <QScrollBar>
+#include <QToolButton>
 #include <algorithm>
 
 KPDocsView::KPDocsView(KPLibraryModel *model, KPThumbnailLoader *loader, QWidget *parent)
     : QListView(parent), m_model(model), m_loader(loader),
-      m_delegate(new KPDocDelegate(model, loader, this)), m_layout(m_zoom, 800, font())
+      m_delegate(new KPDocDelegate(model, loader, this)), m_layout(m_zoom, 800, font()),
+      m_remedy(new QToolButton(viewport()))
 {
     setModel(model);
     setItemDelegate(m_delegate);
@@ -41,6 +43,11 @@ KPDocsView::KPDocsView(KPLibraryModel *model, KPThumbnailLoader *loader, QWidget
     connect(model, &QAbstractItemModel::dataChanged, &m_asking, qOverload<>(&QTimer::start));
     connect(model, &QAbstractItemModel::rowsRemoved, this, &KPDocsView::selectionMoved);
     connect(model, &QAbstractItemModel::modelReset, this, &KPDocsView::selectionMoved);
+    m_remedy->setToolButtonStyle(Qt::ToolButtonTextOnly);
+    m_remedy->hide();
+    for (const auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved})
+        connect(model, signal, this, &KPDocsView::placeRemedy);
+    connect(model, &QAbstractItemModel::modelReset, this, &KPDocsView::placeRemedy);
     layOut();
 }
 
@@ -67,6 +74,7 @@ void KPDocsView::layOut()
 void KPDocsView::resizeEvent(QResizeEvent *event)
 {
     layOut();
+    placeRemedy();
     QListView::resizeEvent(event);
 }
 
@@ -112,30 +120,62 @@ void KPDocsView::showLooks(const QStringList &paths)
         update(m_model->indexForPath(path));
 }
 
-void KPDocsView::setEmptyText(const QString &title, const QString &hint)
+// Where title, hint and button stand in the middle of the empty view.
+struct KPDocsView::EmptyLayout
+{
+    QFont titleFont;
+    QRect title;
+    QRect hint;
+};
+
+KPDocsView::EmptyLayout KPDocsView::emptyLayout() const
+{
+    EmptyLayout layout{font(), {}, {}};
+    layout.titleFont.setPointSizeF(font().pointSizeF() * 1.5);
+    const QRect room = viewport()->rect().adjusted(24, 24, -24, -24);
+    const int titleHeight = QFontMetrics(layout.titleFont).lineSpacing();
+    layout.title = {room.left(), room.center().y() - titleHeight * 3 / 2, room.width(),
+                    titleHeight};
+    const QRect below(room.left(), layout.title.bottom() + 8, room.width(), room.height() / 2);
+    layout.hint = fontMetrics().boundingRect(
+        below, Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, m_emptyHint);
+    return layout;
+}
+
+void KPDocsView::setEmptyText(const QString &title, const QString &hint, QAction *remedy)
 {
     m_emptyTitle = title;
     m_emptyHint = hint;
+    if (m_remedy->defaultAction() && m_remedy->defaultAction() != remedy)
+        m_remedy->removeAction(m_remedy->defaultAction());
+    if (remedy)
+        m_remedy->setDefaultAction(remedy);
+    placeRemedy();
     viewport()->update();
+}
+
+void KPDocsView::placeRemedy()
+{
+    const bool isWanted = m_remedy->defaultAction() && m_model->rowCount() == 0;
+    m_remedy->setVisible(isWanted);
+    if (!isWanted)
+        return;
+    m_remedy->adjustSize();
+    const EmptyLayout layout = emptyLayout();
+    m_remedy->move(layout.title.center().x() - m_remedy->width() / 2, layout.hint.bottom() + 16);
 }
 
 void KPDocsView::paintEmpty(QPainter *painter) const
 {
-    const QRect room = viewport()->rect().adjusted(24, 24, -24, -24);
-    QFont titleFont = font();
-    titleFont.setPointSizeF(titleFont.pointSizeF() * 1.5);
-    const int titleHeight = QFontMetrics(titleFont).lineSpacing();
-    const QRect title(room.left(), room.center().y() - titleHeight * 3 / 2, room.width(),
-                      titleHeight);
+    const EmptyLayout layout = emptyLayout();
     painter->setPen(palette().color(QPalette::Text));
-    painter->setFont(titleFont);
-    painter->drawText(title, Qt::AlignCenter, m_emptyTitle);
+    painter->setFont(layout.titleFont);
+    painter->drawText(layout.title, Qt::AlignCenter, m_emptyTitle);
     QColor quiet = palette().color(QPalette::Text);
     quiet.setAlphaF(0.7F);
     painter->setPen(quiet);
     painter->setFont(font());
-    painter->drawText(QRect(room.left(), title.bottom() + 8, room.width(), room.height() / 2),
-                      Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, m_emptyHint);
+    painter->drawText(layout.hint, Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, m_emptyHint);
 }
 
 void KPDocsView::paintEvent(QPaintEvent *event)

@@ -8,6 +8,7 @@
 class KPDocDelegate;
 class KPLibraryModel;
 class KPThumbnailLoader;
+class QToolButton;
 
 // The documents as a grid of pictures, for selecting, opening, rating and dragging out.
 //
@@ -29,8 +30,8 @@ public:
     QStringList selectedPaths() const;
     qsizetype selectedCount() const; // by ranges: cheap for any selection
 
-    // Shown in the middle while there is no document.
-    void setEmptyText(const QString &title, const QString &hint);
+    // Shown in the middle while there is no document; with a button for what would help.
+    void setEmptyText(const QString &title, const QString &hint, QAction *remedy = nullptr);
 
 Q_SIGNALS:
     void openRequested();
@@ -55,7 +56,10 @@ private:
     void layOut();
     void askForLooks();
     void showLooks(const QStringList &paths);
+    struct EmptyLayout;
+    EmptyLayout emptyLayout() const;
     void paintEmpty(QPainter *painter) const;
+    void placeRemedy();
 
     KPLibraryModel *m_model;
     KPThumbnailLoader *m_loader;
@@ -65,4 +69,5 @@ private:
     QTimer m_asking; // what is in sight is asked for once per turn of the event loop
     QString m_emptyTitle;
     QString m_emptyHint;
+    QToolButton *m_remedy;
 };

@@ -39,6 +39,7 @@ Q_SIGNALS:
     void documentsAdded(const QList<KPFoundDocument> &documents);
     void documentsChanged(const QList<KPFoundDocument> &documents); // same paths, new facts
     void documentsRemoved(const QStringList &paths);
-    // Everything was looked at once. `problems`: folders that could not be read or watched.
+    // Everything was looked at once. `problems`: folders that could not be searched, documents that
+    // may be missing.
     void finished(const QStringList &problems);
 };

@@ -2,8 +2,10 @@
 
 #include "KPDocIcons.h"
 #include "KPDocsView.h"
-#include "KPFolderWalker.h"
+#include "KPIndexMonitor.h"
+#include "KPIndexedResults.h"
 #include "KPLibraryModel.h"
+#include "KPStatusLine.h"
 #include "KPTagName.h"
 #include "Karvex.h"
 #include "TestHome.h"
@@ -23,6 +25,7 @@
 #include <QMimeData>
 #include <QSignalSpy>
 #include <QTest>
+#include <QToolButton>
 #include <cstdio>
 #include <gmock/gmock.h>
 
@@ -51,6 +54,7 @@ protected:
         KPTagName::intializeGlobals();
         KPDocIcons::registerIcons();
         XPFactorySettings::registerAll();
+        MetadataIndex::setRoots({m_folder.path()});
         XPPrompts::install(std::make_unique<Alerts>(&m_alerts));
         for (const char *name : {"a.txt", "b.pdf", "c.odt"})
             m_paths.append(m_folder.file(QString::fromLatin1(name)));
@@ -58,16 +62,27 @@ protected:
     void TearDown() override
     {
         m_window.reset();
+        m_monitor.reset();
+        m_index.reset();
         XPPrompts::install(nullptr);
     }
 
-    void openWindow()
+    void makeWindow(const QString &folder)
     {
-        m_window = std::make_unique<KPController>(std::make_unique<KPFolderWalker>(),
-                                                  QStringList{m_folder.path()});
+        auto index = MetadataIndex::open();
+        ASSERT_TRUE(index) << index.error().message.toStdString();
+        m_index = *std::move(index);
+        m_monitor = std::make_unique<KPIndexMonitor>(*m_index);
+        m_window =
+            std::make_unique<KPController>(std::make_unique<KPIndexedResults>(m_index->source()),
+                                           QStringList{folder}, m_monitor.get());
         m_window->show();
         QApplication::setActiveWindow(m_window.get());
         m_view = m_window->findChild<KPDocsView *>();
+    }
+    void openWindow()
+    {
+        makeWindow(m_folder.path());
         m_tags = m_window->findChild<QDockWidget *>()->findChild<XPTagsEditor *>();
         ASSERT_TRUE(until([&] { return rows() == 3 && m_window->isSettled(); }));
     }
@@ -95,6 +110,8 @@ protected:
     TestFolder m_folder;
     QStringList m_paths;
     QStringList m_alerts;
+    std::unique_ptr<MetadataIndex> m_index;
+    std::unique_ptr<KPIndexMonitor> m_monitor;
     std::unique_ptr<KPController> m_window;
     KPDocsView *m_view = nullptr;
     XPTagsEditor *m_tags = nullptr;
@@ -164,11 +181,7 @@ TEST_F(Controller, FindsByWordsAndCopiesFilesByTheirBytes)
 {
     const QString odd = m_folder.file(XPPath::decode(QByteArrayView("odd \xff.txt")));
     m_paths.append(odd);
-    m_window = std::make_unique<KPController>(std::make_unique<KPFolderWalker>(),
-                                              QStringList{m_folder.path()});
-    m_window->show();
-    QApplication::setActiveWindow(m_window.get());
-    m_view = m_window->findChild<KPDocsView *>();
+    makeWindow(m_folder.path());
     m_window->search();
     auto *field = qobject_cast<QLineEdit *>(QApplication::focusWidget());
     ASSERT_TRUE(field);
@@ -183,6 +196,25 @@ TEST_F(Controller, FindsByWordsAndCopiesFilesByTheirBytes)
         copied->data(QStringLiteral("x-special/gnome-copied-files")).startsWith("copy\nfile:///"));
     QTest::keyClick(field, Qt::Key_Escape);
     EXPECT_TRUE(until([&] { return rows() == 4; }));
+}
+
+// A folder outside the index is told, with the remedy at hand; then the window follows it.
+TEST_F(Controller, OffersToIndexAFolderThatIsNot)
+{
+    const TestFolder other;
+    other.file(QStringLiteral("new.txt"));
+    makeWindow(other.path());
+    ASSERT_TRUE(until([&] { return m_window->isSettled(); }));
+    EXPECT_EQ(rows(), 0);
+    auto *button = m_view->findChild<QToolButton *>();
+    ASSERT_TRUE(button && button->isVisible());
+    EXPECT_FALSE(m_window->findChild<KPStatusLine *>()->problems().isEmpty());
+    QTest::mouseClick(button, Qt::LeftButton);
+    ASSERT_TRUE(until([&] { return rows() == 1; }));
+    EXPECT_FALSE(button->isVisible());
+    EXPECT_TRUE(until([&] { return m_window->isSettled(); }));
+    EXPECT_THAT(m_window->findChild<KPStatusLine *>()->problems(), testing::IsEmpty());
+    EXPECT_TRUE(MetadataIndex::roots().contains(other.path()));
 }
 
 // Every control says what it is; a document says its name, tags and rating.

@@ -19,7 +19,9 @@ protected:
         EXPECT_FALSE(Karvex::addUserTags({QStringLiteral("Work"), QStringLiteral("Tax")}, plain));
         EXPECT_FALSE(Karvex::addUserTags({QStringLiteral("work")}, odd));
         EXPECT_FALSE(Karvex::setRating(4, plain));
+        EXPECT_EQ(murnctl({"index", "add", "."}, folder.path()).status, 0);
     }
+    ~MurnctlFind() override { murnctl({"index", "remove", "."}, folder.path()); }
     QByteArray bytes(const QString &path) const { return XPPath::encode(path); }
     MurnctlResult find(const QByteArrayList &words)
     {
@@ -81,6 +83,11 @@ TEST_F(MurnctlFind, NamesMissingFoldersAndSearchesTheOthers)
     EXPECT_EQ(result.err, "murnctl: " + bytes(folder.path(QStringLiteral("missing"))) +
                               ": No such file or directory\n");
     EXPECT_EQ(murnctl({"find", "--in", "Invoice 2024.pdf"}, folder.path()).status, 1);
+    const TestFolder elsewhere;
+    const MurnctlResult outside = find({"--in", XPPath::encode(elsewhere.path())});
+    EXPECT_EQ(outside.status, 1);
+    EXPECT_EQ(outside.lines().size(), 3);
+    EXPECT_TRUE(outside.err.contains("is not indexed; add it with: murnctl index add"));
 }
 
 TEST_F(MurnctlFind, FollowsChangesUntilInterrupted)

@@ -6,6 +6,8 @@
 #include <QList>
 #include <array>
 #include <cerrno>
+#include <cstdlib>
+#include <memory>
 #include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -146,6 +148,22 @@ QString XPFolders::abbreviateWithTilde(const QString &path)
         return QStringLiteral("~");
     const QString prefix = below(folder, {});
     return path.startsWith(prefix) ? QStringLiteral("~/") + path.mid(prefix.size()) : path;
+}
+
+XPResult<QString> XPFolders::realFolder(const QString &path)
+{
+    const QString full = XPPath::absolute(path);
+    const QByteArray bytes = path.isEmpty() ? QByteArray() : XPPath::encode(full);
+    if (bytes.isEmpty())
+        return XPError::fromErrno(EINVAL, full);
+    const std::unique_ptr<char, decltype(&std::free)> real(::realpath(bytes.constData(), nullptr),
+                                                           &std::free);
+    struct stat status = {};
+    if (!real || ::stat(real.get(), &status) != 0)
+        return XPError::fromErrno(errno, full);
+    if (!S_ISDIR(status.st_mode))
+        return XPError::fromErrno(ENOTDIR, full);
+    return XPPath::decode(real.get());
 }
 
 std::optional<XPError> XPFolders::create(const QString &folder)

@@ -29,6 +29,10 @@ QString expandTilde(const QString &path);
 // The other way: a path in the home folder as "~/…", the form that settings keep.
 QString abbreviateWithTilde(const QString &path);
 
+// The folder behind a path, absolute and with no link on its way: what an index knows it by.
+// Fails when there is none; the error carries the absolute path. Blocking file calls.
+XPResult<QString> realFolder(const QString &path);
+
 // Makes the folder and those missing above it (0700). One that exists is no error.
 std::optional<XPError> create(const QString &folder);
 

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "MetadataIndex.h"
+
+#include <QObject>
+#include <QTimer>
+
+// The metadata index as the window sees it: what it does, what is degraded, what it covers.
+//
+// Looks a few times in a second while the index is at work, and after each change; the timer
+// stands still when nothing happens. Threads: main. Ownership: the index must outlive it.
+class KPIndexMonitor : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit KPIndexMonitor(MetadataIndex &index, QObject *parent = nullptr);
+    ~KPIndexMonitor() override;
+
+    // As it was when last looked at.
+    const IndexKeeper::Status &status() const { return m_status; }
+    // In the user's language; empty when everything is up to date.
+    QString activity() const;
+    // The folders were all read once.
+    bool isSettled() const;
+
+    bool isIndexed(const QString &folder) const;
+    // Has a folder indexed from now on, and at later starts.
+    void addFolder(const QString &folder);
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    void look();
+    IndexKeeper::Status readStatus() const;
+
+    MetadataIndex &m_index;
+    IndexKeeper::Status m_status;
+    QTimer m_timer;
+    int m_listener;
+};

@@ -1,0 +1,125 @@
+// murnctl index: what the index covers.
+#include "KPIndexActions.h"
+#include "MetadataIndex.h"
+#include "UserDefaults.h"
+#include "XPFolders.h"
+#include "XPPath.h"
+
+static const QString exclusionsKey = QStringLiteral("KPIndexExclusions");
+
+// Brings the changed settings to the disk, and the index after them.
+static int applySettings(KPCommandOutput &output)
+{
+    if (const auto error = UserDefaults::standard().synchronise()) {
+        output.fail(QStringLiteral("the settings cannot be saved: ") + error->message);
+        return output.exitStatus();
+    }
+    KPIndexSession session(output);
+    if (session.isOpen() && !session.catchUp(false))
+        return KPExitInterrupted;
+    return output.exitStatus();
+}
+
+int KPIndexActions::roots(const QString &, const KPCommandLine &, KPCommandOutput &output)
+{
+    if (output.isJson()) {
+        output.write("{\n  \"roots\": " + KPCommandOutput::json(MetadataIndex::roots()) +
+                     ",\n  \"exclusions\": " +
+                     KPCommandOutput::json(IndexRules::fromSettings().rules()) + "\n}\n");
+        return output.exitStatus();
+    }
+    for (const QString &root : MetadataIndex::roots())
+        output.writeRecord(output.name(root));
+    return output.exitStatus();
+}
+
+// Whether `folder` is held by another of the roots (rules aside).
+static QString rootAbove(const QString &folder, const QStringList &roots)
+{
+    for (const QString &root : roots) {
+        const QString start = root.endsWith(u'/') ? root : root + u'/';
+        if (folder == root || folder.startsWith(start))
+            return root;
+    }
+    return {};
+}
+
+static bool isLeftOut(const QString &folder, const QString &root)
+{
+    const IndexRules rules = IndexRules::fromSettings();
+    for (QString at = folder; at.size() > root.size(); at = XPPath::folder(at)) {
+        if (rules.excludes(XPPath::encode(XPPath::folder(at)),
+                           XPPath::encode(XPPath::fileName(at))))
+            return true;
+    }
+    return false;
+}
+
+int KPIndexActions::add(const QString &operand, const KPCommandLine &, KPCommandOutput &output)
+{
+    const auto folder = XPFolders::realFolder(operand);
+    if (!folder) {
+        output.fail(operand, folder.error().reason());
+        return output.exitStatus();
+    }
+    QStringList roots = MetadataIndex::roots();
+    const QString above = rootAbove(*folder, roots);
+    if (!above.isEmpty() && !isLeftOut(*folder, above))
+        return applySettings(output);
+    // What the new one holds needs no root of its own any more.
+    roots.removeIf([&](const QString &root) {
+        return !rootAbove(root, {*folder}).isEmpty() && !isLeftOut(root, *folder);
+    });
+    roots.append(*folder);
+    MetadataIndex::setRoots(roots);
+    return applySettings(output);
+}
+
+int KPIndexActions::remove(const QString &operand, const KPCommandLine &, KPCommandOutput &output)
+{
+    // One that is not there any more is removed as well.
+    const QString folder = XPFolders::realFolder(operand).valueOr(XPPath::absolute(operand));
+    QStringList roots = MetadataIndex::roots();
+    if (roots.removeAll(folder) == 0) {
+        const QString above = rootAbove(folder, roots);
+        output.fail(folder, above.isEmpty()
+                                ? QStringLiteral("is none of the indexed folders")
+                                : QStringLiteral("is indexed as a part of %1; leave it out with: "
+                                                 "murnctl index exclude DIR")
+                                      .arg(above));
+        return output.exitStatus();
+    }
+    MetadataIndex::setRoots(roots);
+    return applySettings(output);
+}
+
+// The last rule that fits decides, so a new one goes to the end.
+static int setRule(const QString &pattern, bool include, KPCommandOutput &output)
+{
+    const bool isPath = pattern.startsWith(u'/') || pattern.startsWith(u"~/");
+    if (pattern.startsWith(u'!') || (pattern.contains(u'/') && !isPath))
+        return kpReportUsage(&kpIndexCommand,
+                             QStringLiteral("a pattern is a folder's name, or a path that begins "
+                                            "with / or ~/"));
+    if (!pattern.isValidUtf16())
+        return kpReportUsage(&kpIndexCommand, QStringLiteral("the pattern is not UTF-8"));
+    QStringList rules = IndexRules::fromSettings().rules();
+    const bool wasRule = rules.removeAll(pattern) > 0;
+    rules.removeAll(u'!' + pattern);
+    if (!include)
+        rules.append(pattern);
+    else if (!wasRule)
+        rules.append(u'!' + pattern);
+    UserDefaults::standard().setValue(exclusionsKey, PropertyValue(rules));
+    return applySettings(output);
+}
+
+int KPIndexActions::exclude(const QString &operand, const KPCommandLine &, KPCommandOutput &output)
+{
+    return setRule(operand, false, output);
+}
+
+int KPIndexActions::include(const QString &operand, const KPCommandLine &, KPCommandOutput &output)
+{
+    return setRule(operand, true, output);
+}
