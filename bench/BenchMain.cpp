@@ -1,5 +1,6 @@
 // murn_bench: the benchmarks, and by hand
 //   murn_bench --make-corpus FOLDER FILES [prose]   files to try things on (IndexCorpus.h)
+#include "IndexBenchChild.h"
 #include "IndexCorpus.h"
 #include "XPPath.h"
 
@@ -27,6 +28,8 @@ int main(int count, char **arguments)
     if (count > 2 && std::strcmp(arguments[1], "--make-corpus") == 0)
         return makeCorpus(count - 2, arguments + 2);
     const QCoreApplication application(count, arguments);
+    if (const int result = XPBench::runChild(count, arguments); result >= 0)
+        return result;
     benchmark::Initialize(&count, arguments);
     if (benchmark::ReportUnrecognizedArguments(count, arguments))
         return 1;

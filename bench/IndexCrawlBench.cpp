@@ -4,11 +4,10 @@
 #include "IndexCorpus.h"
 #include "IndexLatency.h"
 #include "MDQuery.h"
-#include "MDQueryParser.h"
 #include "MurnBench.h"
 #include "XPPath.h"
 
-#include <QDir>
+#include <QDirIterator>
 #include <QEventLoop>
 
 using IndexBaselines::Calls;
@@ -118,10 +117,11 @@ static QString savedStore(const benchmark::State &state)
 static size_t readStore(const QString &store)
 {
     size_t bytes = 0;
-    const QDir folder(XPPath::folder(store));
-    for (const QString &name : folder.entryList(QDir::Files)) {
-        if (!name.contains(QStringLiteral(".text")))
-            bytes += IndexBaselines::readWhole(XPPath::encode(folder.filePath(name)));
+    QDirIterator files(XPPath::folder(store), QDir::Files, QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+        const QString file = files.next();
+        if (!files.fileName().contains(QStringLiteral(".text")))
+            bytes += IndexBaselines::readWhole(XPPath::encode(file));
     }
     return bytes;
 }
@@ -130,17 +130,13 @@ static void openAndAsk(benchmark::State &state)
 {
     const QString store = savedStore(state);
     const QString root = corpus(state);
-    const auto predicate =
-        MDQueryParser::parse(QStringLiteral("kMDItemDisplayName == \"*rep*\"cd"));
     readStore(store);
     for ([[maybe_unused]] auto _ : state) {
         const auto start = Clock::now();
         const auto keeper = keep(store, {root});
-        {
-            const IndexCatalog::Reading reading(keeper->catalog());
-            const RowSet rows = IndexEvaluator(keeper->catalog(), keeper->text()).rows(*predicate);
-            benchmark::DoNotOptimize(rows->cardinality());
-        }
+        const auto query =
+            MDQuery::create(*keeper, QStringLiteral("kMDItemDisplayName == \"*rep*\"cd"));
+        (*query)->execute(MDQuery::Synchronous);
         state.SetIterationTime(secondsSince(start));
         expectWhole(*keeper, state);
     }
