@@ -15,6 +15,8 @@ _murnctl_options() {
         rate) printf '%s\n' --help ;;
         find) printf '%s\n' --tag --not-tag --rating --in --count --limit --live --json \
             --print0 --help ;;
+        query) printf '%s\n' --in --count --limit --live --json --print0 --help ;;
+        index) printf '%s\n' --no-content --json --print0 --help ;;
         types) printf '%s\n' --extension --tree --all --groups --json --help ;;
         *) printf '%s\n' --help --version ;;
     esac
@@ -27,7 +29,7 @@ _murnctl() {
         if [[ $cur == -* ]]; then
             _murnctl_offer < <(_murnctl_options)
         else
-            _murnctl_offer <<<$'tags\ntag\nrate\nfind\ntypes'
+            _murnctl_offer <<<$'tags\ntag\nrate\nfind\ntypes\nquery\nindex'
         fi
         return
     fi
@@ -47,7 +49,14 @@ _murnctl() {
         _murnctl_offer < <(_murnctl_options "$command")
     elif [[ $command == rate && $COMP_CWORD == 2 ]]; then
         _murnctl_offer <<<$'0\n1\n2\n3\n4\n5'
-    elif [[ $command != find ]]; then
+    elif [[ $command == index && $COMP_CWORD == 2 ]]; then
+        _murnctl_offer < <(printf '%s\n' status sync verify rebuild roots add remove exclude include)
+    elif [[ $command == index && ${COMP_WORDS[2]} == remove ]]; then
+        _murnctl_offer < <("${COMP_WORDS[0]}" index roots 2>/dev/null)
+    elif [[ $command == index ]]; then
+        compopt -o filenames
+        mapfile -t COMPREPLY < <(compgen -d -- "$cur")
+    elif [[ $command != find && $command != query ]]; then
         compopt -o filenames
         mapfile -t COMPREPLY < <(compgen -f -- "$cur")
     fi

@@ -196,6 +196,8 @@ TEST_F(MurnctlFiles, CompletesCommandsOptionsAndRecentTags)
     };
     EXPECT_EQ(complete("murnctl ta"), "tags\ntag\n");
     EXPECT_EQ(complete("murnctl find --not"), "--not-tag\n");
+    EXPECT_EQ(complete("murnctl index re"), "rebuild\nremove\n");
+    EXPECT_EQ(complete("'" MURNCTL "' index remove /"), run({"index", "roots"}).out);
     EXPECT_EQ(complete("'" MURNCTL "' tag --add Tax"), "Tax\\ return\n");
     EXPECT_EQ(complete("murnctl tags a"), "a\n");
 }
