@@ -3,17 +3,43 @@
 #include "XPLog.h"
 
 #include <algorithm>
+#include <linux/ioprio.h>
 #include <sched.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
-// Files whose words are stored in one transaction: a lone file is found at once, a backlog is
-// not slowed by commits.
-static constexpr size_t filesATime = 64;
+using namespace std::chrono_literals;
 
-IndexContentQueue::IndexContentQueue(IndexTextStore &store, Done done)
-    : m_store(store), m_done(std::move(done))
+// What is stored in one transaction: a lone file is found at once, a backlog is not slowed by
+// commits, and a change that comes in between waits for little.
+static constexpr size_t filesATime = 256;
+static constexpr qsizetype bytesATime = 2 << 20;
+// A file that changes all the time rests this long between imports, or this many times as long as
+// the import took.
+static constexpr auto shortestRest = 200ms;
+static constexpr int restFactor = 20;
+// After a failure to store, doubled with each.
+static constexpr auto shortestPause = 5s;
+static constexpr auto longestPause = 2min;
+
+static bool isOlder(const IndexContentQueue::Waiting &a, const IndexContentQueue::Waiting &b)
 {
-    m_importers.push_back(std::make_unique<IndexPlainTextImporter>());
-    m_thread = std::thread([this] { loop(); });
+    return a.modified != b.modified ? a.modified < b.modified : a.item < b.item;
+}
+
+IndexContentQueue::Importers IndexContentQueue::builtInImporters()
+{
+    Importers importers;
+    importers.push_back(std::make_unique<IndexPlainTextImporter>());
+    return importers;
+}
+
+IndexContentQueue::IndexContentQueue(IndexTextStore &store, Callbacks callbacks,
+                                     Importers importers)
+    : m_store(store), m_callbacks(std::move(callbacks)), m_importers(std::move(importers))
+{
+    m_idleThread = std::thread([this] { idleLoop(); });
+    m_feedThread = std::thread([this] { feed(); });
 }
 
 IndexContentQueue::~IndexContentQueue()
@@ -22,96 +48,322 @@ IndexContentQueue::~IndexContentQueue()
         const XPLocker lock(m_mutex);
         m_stopping = true;
     }
+    m_stop.request_stop();
     m_wake.notify_all();
-    m_thread.join();
+    m_feedThread.join();
+    m_workReady.release();
+    m_idleThread.join();
+}
+
+// --- Asking and adding
+
+IndexImporter *IndexContentQueue::importerFor(const QString &type) const
+{
+    const XPLocker lock(m_typeMutex);
+    const auto known = m_importerOfType.constFind(type);
+    if (known != m_importerOfType.cend())
+        return *known;
+    const auto found = std::find_if(m_importers.begin(), m_importers.end(),
+                                    [&](const auto &one) { return one->accepts(type); });
+    IndexImporter *importer = found == m_importers.end() ? nullptr : found->get();
+    m_importerOfType.insert(type, importer);
+    return importer;
 }
 
 bool IndexContentQueue::accepts(const QString &type) const
 {
-    return std::any_of(m_importers.begin(), m_importers.end(),
-                       [&](const auto &importer) { return importer->accepts(type); });
+    return importerFor(type) != nullptr;
 }
 
-void IndexContentQueue::add(Task task)
+void IndexContentQueue::add(IndexItem item)
 {
     {
         const XPLocker lock(m_mutex);
-        m_tasks.emplace(task.modified, std::move(task));
+        m_changed.push_back(item);
+        m_hurry = true;
     }
     m_wake.notify_one();
 }
 
 void IndexContentQueue::forget(IndexItem item)
 {
+    if (m_store.hasText(item))
+        add(item);
+}
+
+void IndexContentQueue::addBacklog(std::vector<Waiting> &&items)
+{
     {
         const XPLocker lock(m_mutex);
-        m_gone.push_back(item);
+        if (m_backlog.empty())
+            m_backlog = std::move(items);
+        else
+            m_backlog.insert(m_backlog.end(), items.begin(), items.end());
+        std::make_heap(m_backlog.begin(), m_backlog.end(), isOlder);
+        m_hasBacklog = true;
     }
     m_wake.notify_one();
+}
+
+void IndexContentQueue::retry()
+{
+    {
+        const XPLocker lock(m_mutex);
+        m_pausedUntil.reset();
+    }
+    m_wake.notify_one();
+}
+
+qsizetype IndexContentQueue::count() const
+{
+    return static_cast<qsizetype>(m_changed.size() + m_backlog.size() + m_resting.size()) +
+           m_atWork;
 }
 
 qsizetype IndexContentQueue::waiting() const
 {
     const XPLocker lock(m_mutex);
-    return static_cast<qsizetype>(m_tasks.size() + m_gone.size()) + m_atWork;
+    return m_pausedUntil ? 0 : count();
 }
 
-void IndexContentQueue::loop()
+qsizetype IndexContentQueue::postponed() const
+{
+    const XPLocker lock(m_mutex);
+    return m_pausedUntil ? count() : 0;
+}
+
+// --- The feeding thread
+
+void IndexContentQueue::feed()
+{
+    XPLocker lock(m_mutex);
+    while (!m_stopping) {
+        takeTasks();
+        if (!m_work.tasks.empty()) {
+            m_atWork = static_cast<qsizetype>(m_work.tasks.size());
+            lock.unlock();
+            const Clock::time_point began = Clock::now();
+            lookUpTasks();
+            m_workReady.release();
+            m_workDone.acquire();
+            finishWork(began);
+            lock.lock();
+            m_atWork = 0;
+        } else if (const auto next = nextTime()) {
+            m_wake.wait_until(lock, *next);
+        } else if (mayEndRenewal()) {
+            m_hasBacklog = false;
+            lock.unlock();
+            if (auto error = m_store.endRenewal())
+                qCWarning(xpLog).noquote() << error->message;
+            lock.lock();
+        } else {
+            m_wake.wait(lock);
+        }
+    }
+}
+
+std::optional<IndexContentQueue::Clock::time_point> IndexContentQueue::nextTime() const
+{
+    if (m_pausedUntil)
+        return m_pausedUntil;
+    return m_resting.empty() ? std::nullopt : std::optional(m_resting.begin()->first);
+}
+
+// Nothing is left to import: what the old tables still hold has no file any more.
+bool IndexContentQueue::mayEndRenewal() const
+{
+    return m_hasBacklog && m_store.isRenewing();
+}
+
+void IndexContentQueue::takeTasks()
+{
+    m_work = {};
+    const Clock::time_point now = Clock::now();
+    if (m_pausedUntil && *m_pausedUntil > now)
+        return;
+    takeChanged(now);
+    m_hurry = false;
+    if (!m_work.tasks.empty())
+        return;
+    m_work.isBacklog = true;
+    while (!m_backlog.empty() && m_work.tasks.size() < filesATime) {
+        const Waiting newest = m_backlog.front();
+        std::pop_heap(m_backlog.begin(), m_backlog.end(), isOlder);
+        m_backlog.pop_back();
+        if (m_work.tasks.empty() || m_work.tasks.back().waiting.item != newest.item)
+            m_work.tasks.push_back({newest, {}, nullptr});
+    }
+}
+
+void IndexContentQueue::takeChanged(Clock::time_point now)
+{
+    const auto due = m_resting.upper_bound(now);
+    for (auto rested = m_resting.begin(); rested != due; ++rested)
+        m_changed.push_back(rested->second);
+    m_resting.erase(m_resting.begin(), due);
+    if (m_restUntil.size() > 1000)
+        m_restUntil.removeIf([&](const auto &rest) { return rest.value() <= now; });
+    while (!m_changed.empty() && m_work.tasks.size() < filesATime) {
+        const IndexItem item = m_changed.front();
+        m_changed.pop_front();
+        const Clock::time_point rest = m_restUntil.value(item);
+        if (rest > now)
+            m_resting.insert({rest, item});
+        else
+            m_work.tasks.push_back({{0, item}, {}, nullptr});
+    }
+}
+
+void IndexContentQueue::lookUpTasks()
+{
+    // A file that rests may have been put off several times, and a backlog holds what was
+    // imported meanwhile.
+    std::erase_if(m_work.tasks, [this](Task &task) {
+        const IndexItem item = task.waiting.item;
+        task.file = m_callbacks.lookUp(item);
+        task.importer = task.file ? importerFor(task.file->type) : nullptr;
+        if (!task.importer) {
+            task.file.reset();
+            return !m_store.hasText(item);
+        }
+        return task.file->imported && m_store.isStored(item, task.file->modified, task.file->size);
+    });
+    std::stable_sort(m_work.tasks.begin(), m_work.tasks.end(), [](const Task &a, const Task &b) {
+        return a.waiting.modified > b.waiting.modified;
+    });
+}
+
+void IndexContentQueue::finishWork(Clock::time_point began)
+{
+    if (m_work.stored && !*m_work.stored) {
+        storeFailed(m_work.stored->error());
+        return;
+    }
+    const Clock::time_point now = Clock::now();
+    if (!m_work.isBacklog) {
+        const auto rest = std::max<Clock::duration>(shortestRest, (now - began) * restFactor);
+        for (size_t i = 0; i < m_work.finished; ++i)
+            m_restUntil.insert(m_work.tasks[i].waiting.item, now + rest);
+    }
+    putBack(m_work.finished);
+    if (!m_work.stored)
+        return;
+    m_store.publish(**m_work.stored);
+    if (std::exchange(m_pause, {}) != Clock::duration::zero()) {
+        m_callbacks.problem({});
+        const XPLocker lock(m_mutex);
+        m_pausedUntil.reset();
+    }
+    if (!m_work.batch.empty())
+        m_callbacks.done(std::move(m_work.batch));
+    renewIfWorthIt();
+}
+
+// Tasks from `first` on were not done.
+void IndexContentQueue::putBack(size_t first)
+{
+    const XPLocker lock(m_mutex);
+    for (size_t i = m_work.tasks.size(); i-- > first;) {
+        const Waiting &waiting = m_work.tasks[i].waiting;
+        if (!m_work.isBacklog) {
+            m_changed.push_front(waiting.item);
+            continue;
+        }
+        m_backlog.push_back(waiting);
+        std::push_heap(m_backlog.begin(), m_backlog.end(), isOlder);
+    }
+}
+
+void IndexContentQueue::storeFailed(const XPError &error)
+{
+    qCWarning(xpLog).noquote() << error.message;
+    if (error.kind == XPError::Kind::Malformed && !m_store.startOver()) {
+        putBack(0);
+        m_callbacks.startedOver();
+        return;
+    }
+    putBack(0);
+    m_pause = m_pause == Clock::duration::zero()
+                  ? Clock::duration(shortestPause)
+                  : std::min<Clock::duration>(m_pause * 2, longestPause);
+    {
+        const XPLocker lock(m_mutex);
+        m_pausedUntil = Clock::now() + m_pause;
+    }
+    m_callbacks.problem(error.message);
+}
+
+void IndexContentQueue::renewIfWorthIt()
+{
+    if (!m_store.isMostlyStale())
+        return;
+    const auto items = m_store.beginRenewal();
+    if (!items) {
+        qCWarning(xpLog).noquote() << items.error().message;
+        return;
+    }
+    std::vector<Waiting> again;
+    for (const IndexItem item : *items)
+        again.push_back({0, item});
+    addBacklog(std::move(again));
+}
+
+// --- The idle thread
+
+static void makeIdle()
 {
     const sched_param none = {};
     ::pthread_setschedparam(::pthread_self(), SCHED_IDLE, &none);
-    XPLocker lock(m_mutex);
-    while (!m_stopping) {
-        if (m_tasks.empty() && m_gone.empty()) {
-            m_wake.wait(lock);
-            continue;
-        }
-        std::vector<Task> tasks;
-        for (const IndexItem item : std::exchange(m_gone, {}))
-            tasks.push_back({item, {}, {}, 0, -1});
-        while (!m_tasks.empty() && tasks.size() < filesATime) {
-            const auto newest = std::prev(m_tasks.end());
-            tasks.push_back(std::move(newest->second));
-            m_tasks.erase(newest);
-        }
-        m_atWork = static_cast<qsizetype>(tasks.size());
-        lock.unlock();
-        importSome(tasks);
-        lock.lock();
-        m_atWork = 0;
-    }
+    ::syscall(SYS_ioprio_set, IOPRIO_WHO_PROCESS, 0, IOPRIO_PRIO_VALUE(IOPRIO_CLASS_IDLE, 0));
 }
 
-void IndexContentQueue::importSome(const std::vector<Task> &tasks)
+void IndexContentQueue::idleLoop()
 {
-    std::vector<IndexTextStore::Text> texts;
-    IndexBatch batch;
-    for (const Task &task : tasks) {
-        if (task.size < 0) { // gone
-            texts.push_back({task.item, {}});
-            continue;
-        }
-        IndexChange change;
-        change.kind = IndexChange::Kind::Import;
-        change.record.item = task.item;
-        change.record.importedModified = task.modified;
-        change.record.importedSize = task.size;
-        for (const auto &importer : m_importers) {
-            if (!importer->accepts(task.type))
-                continue;
-            const auto content = importer->import(task.path, task.type);
-            if (content)
-                change.record.imported = content->attributes;
-            texts.push_back({task.item, content ? content->text : QString()});
+    makeIdle();
+    for (;;) {
+        m_workReady.acquire();
+        if (m_stop.stop_requested())
             break;
-        }
-        batch.push_back(std::move(change));
+        importTasks();
+        m_workDone.release();
     }
-    if (auto error = m_store.put(texts)) {
-        // Not marked as imported: the next start tries again.
-        qCWarning(xpLog).noquote() << error->message;
+    m_workDone.release();
+}
+
+void IndexContentQueue::importTasks()
+{
+    qsizetype bytes = 0;
+    for (const Task &task : m_work.tasks) {
+        const bool makesWay = m_work.isBacklog && m_hurry.load(std::memory_order_relaxed);
+        if (m_stop.stop_requested() || bytes >= bytesATime || (makesWay && m_work.finished > 0))
+            break;
+        importOne(task);
+        bytes += m_work.texts.empty() ? 0 : m_work.texts.back().text.size();
+        ++m_work.finished;
+    }
+    if (!m_work.texts.empty())
+        m_work.stored = m_store.write(m_work.texts);
+}
+
+void IndexContentQueue::importOne(const Task &task)
+{
+    const IndexItem item = task.waiting.item;
+    if (!task.file) {
+        m_work.texts.push_back({item, {}});
         return;
     }
-    if (!batch.empty())
-        m_done(std::move(batch));
+    auto content = task.importer->import(task.file->path, task.file->type, m_stop.get_token());
+    // Gone: the catalog will hear of it. Not readable: as it was, until it changes or the next
+    // start.
+    if (!content || m_stop.stop_requested())
+        return;
+    IndexChange change;
+    change.kind = IndexChange::Kind::Import;
+    change.record.item = item;
+    change.record.importedModified = content->modified;
+    change.record.importedSize = content->size;
+    change.record.imported = std::move(content->attributes);
+    m_work.batch.push_back(std::move(change));
+    m_work.texts.push_back({item, std::move(content->text), content->modified, content->size});
 }

@@ -3,49 +3,131 @@
 #include "IndexImporter.h"
 #include "IndexTextStore.h"
 
+#include <QHash>
+#include <atomic>
 #include <condition_variable>
+#include <deque>
+#include <functional>
 #include <map>
+#include <semaphore>
 #include <thread>
 
-// Imports the contents of files on a thread of its own, at idle priority, newest file first.
+// Imports the contents of files in the background: those changed just now first, then the
+// backlog, newest file first.
 //
-// What waits is not saved: an item whose imported time and size are not those of its file is
-// waiting, so at the next start the catalog tells what is left to do.
-// Threads: any; the callback comes from the content thread.
+// What waits is not saved: an item whose imported state is not that of its file is waiting, so at
+// the next start the catalog tells what is left to do. A file that waits takes 16 bytes; where it
+// is and what it is are asked for when its turn comes.
+// Two threads: one at idle priority (processor and disk) reads, splits and stores; it takes no
+// lock that others wait for, as it may get no time for long. The other feeds it and tells.
+// A text that cannot be stored (a full disk) is tried again later; a damaged text index is set
+// aside, and everything is imported again.
+// Threads: any; the callbacks come from the feeding thread.
 class IndexContentQueue
 {
 public:
-    struct Task
+    struct File
     {
-        IndexItem item = 0;
         QByteArray path;
         QString type;
-        qint64 modified = 0;
+        qint64 modified = 0; // as the catalog has it
         qint64 size = 0;
+        bool imported = false; // the catalog holds what was found in that state of the file
     };
-    // Applies what was found (an Import change a file); called after its words are stored.
-    using Done = std::function<void(IndexBatch)>;
+    struct Callbacks
+    {
+        // What the item is now; nothing: it is gone, or no regular file.
+        std::function<std::optional<File>(IndexItem)> lookUp;
+        // Applies what was found (an Import change a file); called after the words are stored.
+        std::function<void(IndexBatch)> done;
+        // What hinders importing, in words; empty: nothing any more.
+        std::function<void(const QString &)> problem;
+        // Everything is to be imported again: addBacklog() with what the index holds.
+        std::function<void()> startedOver;
+    };
+    struct Waiting
+    {
+        qint64 modified = 0;
+        IndexItem item = 0;
+    };
+    using Importers = std::vector<std::unique_ptr<IndexImporter>>;
 
-    IndexContentQueue(IndexTextStore &store, Done done);
+    // The store must outlive the queue. Of `importers` the first that accepts a type has it.
+    IndexContentQueue(IndexTextStore &store, Callbacks callbacks,
+                      Importers importers = builtInImporters());
     ~IndexContentQueue(); // stops within one file's import
+    static Importers builtInImporters();
 
     bool accepts(const QString &type) const;
-    void add(Task task);
-    void forget(IndexItem item); // the file is gone: its words too
-    qsizetype waiting() const;   // files; 0 when all are done and stored
+    void add(IndexItem item); // changed just now
+    void addBacklog(std::vector<Waiting> &&items);
+    void forget(IndexItem item); // the file is gone, or its type no longer accepted
+    void retry();                // now, what could not be stored (there is room again)
+    qsizetype waiting() const;   // what can be done now; 0: all of it is done and stored
+    qsizetype postponed() const; // the same while storing fails: tried again in a while
 
 private:
-    void loop();
-    void importSome(const std::vector<Task> &tasks);
+    using Clock = std::chrono::steady_clock;
+    struct Task
+    {
+        Waiting waiting;
+        std::optional<File> file; // nothing: forget the text
+        IndexImporter *importer = nullptr;
+    };
+    // Handed to the idle thread and back; each side has it while the other waits.
+    struct Work
+    {
+        std::vector<Task> tasks;
+        bool isBacklog = false;
+        size_t finished = 0; // of the tasks; the others were not looked at
+        std::vector<IndexTextStore::Text> texts;
+        IndexBatch batch;
+        std::optional<XPResult<IndexTextStore::Documents>> stored;
+    };
+    void feed();
+    bool mayEndRenewal() const XP_REQUIRES(m_mutex);
+    std::optional<Clock::time_point> nextTime() const XP_REQUIRES(m_mutex);
+    qsizetype count() const XP_REQUIRES(m_mutex);
+    void takeTasks() XP_REQUIRES(m_mutex);
+    void takeChanged(Clock::time_point now) XP_REQUIRES(m_mutex);
+    void lookUpTasks();
+    void finishWork(Clock::time_point began);
+    void putBack(size_t first);
+    void storeFailed(const XPError &error);
+    void renewIfWorthIt();
+    IndexImporter *importerFor(const QString &type) const;
+
+    void idleLoop();
+    void importTasks();
+    void importOne(const Task &task);
 
     IndexTextStore &m_store;
-    const Done m_done;
-    std::vector<std::unique_ptr<IndexImporter>> m_importers;
+    const Callbacks m_callbacks;
+    const Importers m_importers;
+
+    mutable XPMutex m_typeMutex;
+    mutable QHash<QString, IndexImporter *> m_importerOfType XP_GUARDED_BY(m_typeMutex);
+
     mutable XPMutex m_mutex;
     std::condition_variable_any m_wake;
-    std::multimap<qint64, Task> m_tasks XP_GUARDED_BY(m_mutex); // by modification time
-    std::vector<IndexItem> m_gone XP_GUARDED_BY(m_mutex);
+    std::deque<IndexItem> m_changed XP_GUARDED_BY(m_mutex);
+    std::vector<Waiting> m_backlog XP_GUARDED_BY(m_mutex); // a heap, newest on top
+    // Files that changed again too soon after they were imported.
+    std::multimap<Clock::time_point, IndexItem> m_resting XP_GUARDED_BY(m_mutex);
+    std::optional<Clock::time_point> m_pausedUntil XP_GUARDED_BY(m_mutex); // storing failed
     qsizetype m_atWork XP_GUARDED_BY(m_mutex) = 0;
+    bool m_hasBacklog XP_GUARDED_BY(m_mutex) = false; // addBacklog() was called
     bool m_stopping XP_GUARDED_BY(m_mutex) = false;
-    std::thread m_thread;
+
+    // The feeding thread's.
+    QHash<IndexItem, Clock::time_point> m_restUntil; // of files imported a moment ago
+    Clock::duration m_pause{};                       // 0: the last attempt was a success
+
+    Work m_work; // whose turn it is, as the semaphores say
+    std::binary_semaphore m_workReady{0};
+    std::binary_semaphore m_workDone{0};
+    std::stop_source m_stop;
+    std::atomic<bool> m_hurry = false; // a backlog at work makes way
+    std::thread m_idleThread;
+    std::thread m_feedThread;
 };

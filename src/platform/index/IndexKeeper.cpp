@@ -122,9 +122,14 @@ void IndexKeeper::begin(const QStringList &roots)
         };
     };
     if (m_text) {
-        m_contents = std::make_unique<IndexContentQueue>(*m_text, [this](IndexBatch batch) {
+        IndexContentQueue::Callbacks contents;
+        contents.lookUp = [this](IndexItem item) { return contentFile(item); };
+        contents.done = [this](IndexBatch batch) {
             post([this, batch = std::move(batch)] { commit(batch); }, false);
-        });
+        };
+        contents.problem = [this](const QString &text) { problem(QStringLiteral("text"), text); };
+        contents.startedOver = [this] { post([this] { queueAllContents(); }, false); };
+        m_contents = std::make_unique<IndexContentQueue>(*m_text, std::move(contents));
     }
     m_thread = std::thread([this] { loop(); });
     m_crawler = std::make_unique<IndexCrawler>(m_rules, m_watcher.get(), std::move(callbacks));
@@ -193,9 +198,7 @@ void IndexKeeper::loop()
 {
     m_reader = std::make_unique<IndexFolderReader>(m_rules);
     m_catalog.prepareForWriting();
-    // What an earlier run left to import.
-    for (const IndexSlot slot : m_catalog.alive().rows())
-        queueContent(slot);
+    queueAllContents();
     Job job;
     while (nextJob(&job))
         job();
@@ -235,26 +238,69 @@ void IndexKeeper::queueContents(const IndexBatch &applied)
 {
     if (!m_contents)
         return;
+    std::vector<IndexContentQueue::Waiting> backlog;
     for (const IndexChange &change : applied) {
-        if (change.kind == IndexChange::Kind::Remove)
-            m_contents->forget(change.record.item);
-        else if (change.kind == IndexChange::Kind::Put || change.kind == IndexChange::Kind::Move)
-            queueContent(m_catalog.slotOf(change.record.item));
+        const IndexItem item = change.record.item;
+        if (change.kind == IndexChange::Kind::Remove) {
+            m_contents->forget(item);
+        } else if (change.kind == IndexChange::Kind::Put ||
+                   change.kind == IndexChange::Kind::Move) {
+            const IndexSlot slot = m_catalog.slotOf(item);
+            if (!wantsContent(slot))
+                m_contents->forget(item);
+            else if (m_bulk)
+                backlog.push_back({change.record.info.modified, item});
+            else
+                m_contents->add(item);
+        }
     }
+    if (!backlog.empty())
+        m_contents->addBacklog(std::move(backlog));
 }
 
-void IndexKeeper::queueContent(IndexSlot slot)
+// What an earlier run left to import.
+void IndexKeeper::queueAllContents()
+{
+    if (!m_contents)
+        return;
+    std::vector<IndexContentQueue::Waiting> backlog;
+    for (const IndexSlot slot : m_catalog.alive().rows()) {
+        const IndexChunk &chunk = m_catalog.chunkOf(slot);
+        const quint32 row = IndexCatalog::rowOf(slot);
+        if (wantsContent(slot) && !isContentStored(slot))
+            backlog.push_back({chunk.modified[row], chunk.items[row]});
+    }
+    m_contents->addBacklog(std::move(backlog));
+}
+
+bool IndexKeeper::wantsContent(IndexSlot slot) const
+{
+    const IndexChunk &chunk = m_catalog.chunkOf(slot);
+    return S_ISREG(chunk.modes[IndexCatalog::rowOf(slot)]) &&
+           m_contents->accepts(m_catalog.type(slot));
+}
+
+bool IndexKeeper::isContentStored(IndexSlot slot) const
 {
     const IndexChunk &chunk = m_catalog.chunkOf(slot);
     const quint32 row = IndexCatalog::rowOf(slot);
-    if (!m_contents || !S_ISREG(chunk.modes[row]))
-        return;
-    const QString type = m_catalog.type(slot);
-    if (!m_contents->accepts(type) ||
-        m_catalog.isImported(slot, chunk.modified[row], chunk.sizes[row]))
-        return;
-    m_contents->add(
-        {chunk.items[row], m_catalog.path(slot), type, chunk.modified[row], chunk.sizes[row]});
+    return m_catalog.isImported(slot, chunk.modified[row], chunk.sizes[row]) &&
+           m_text->isStored(chunk.items[row], chunk.modified[row], chunk.sizes[row]);
+}
+
+std::optional<IndexContentQueue::File> IndexKeeper::contentFile(IndexItem item) const
+{
+    const IndexCatalog::Reading reading(m_catalog);
+    const IndexSlot slot = m_catalog.slotOf(item);
+    if (slot == IndexCatalog::noSlot)
+        return {};
+    const IndexChunk &chunk = m_catalog.chunkOf(slot);
+    const quint32 row = IndexCatalog::rowOf(slot);
+    if (!S_ISREG(chunk.modes[row]))
+        return {};
+    return IndexContentQueue::File{
+        m_catalog.path(slot), m_catalog.type(slot), chunk.modified[row], chunk.sizes[row],
+        m_catalog.isImported(slot, chunk.modified[row], chunk.sizes[row])};
 }
 
 void IndexKeeper::checkpoint()
@@ -649,7 +695,7 @@ IndexKeeper::Status IndexKeeper::status() const
 {
     const XPLocker lock(m_mutex);
     Status status = m_status;
-    status.contentsWaiting = m_contents ? m_contents->waiting() : 0;
+    status.contentsWaiting = m_contents ? m_contents->waiting() + m_contents->postponed() : 0;
     for (const auto &[key, text] : m_problems)
         status.problems.append(text);
     return status;

@@ -73,7 +73,10 @@ private:
     void commit(const IndexBatch &batch);
     void checkpoint();
     void queueContents(const IndexBatch &applied);
-    void queueContent(IndexSlot slot);
+    void queueAllContents();
+    bool wantsContent(IndexSlot slot) const;
+    bool isContentStored(IndexSlot slot) const;
+    std::optional<IndexContentQueue::File> contentFile(IndexItem item) const;
     bool isQuiet() const;
     void crawlDone();
     void recheckUnwatched();

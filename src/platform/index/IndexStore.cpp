@@ -66,6 +66,7 @@ bool IndexStatement::execute()
 void IndexStatement::reset()
 {
     sqlite3_reset(m_statement);
+    m_failed = m_statement == nullptr;
 }
 
 qint64 IndexStatement::integer(int column) const

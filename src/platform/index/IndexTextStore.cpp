@@ -1,217 +1,336 @@
 #include "IndexTextStore.h"
 
 #include "IndexStore.h"
+#include "IndexTextTokenizer.h"
 #include "XPPath.h"
-#include "XPText.h"
 
-#include <algorithm>
+#include <QScopeGuard>
 #include <sqlite3.h>
 #include <sys/stat.h>
-#include <unicode/uscript.h>
 
-static constexpr int textSchema = 1;
+static constexpr int textSchema = 2;
+// Less waste than this is not worth reading files again.
+static constexpr qint64 smallestWaste = 16 << 20;
+// Rows of documents that were stored a few at a time are joined at the next start.
+static constexpr qint64 mostRows = 4096;
+static constexpr quint32 documentsARow = 8192;
 
-static bool isWithoutBlanks(char16_t unit)
+static QByteArray createTables(qint64 generation)
 {
-    if (unit < 0x0E00)
-        return false;
-    UErrorCode status = U_ZERO_ERROR;
-    switch (uscript_getScript(unit, &status)) {
-    case USCRIPT_HAN:
-    case USCRIPT_HIRAGANA:
-    case USCRIPT_KATAKANA:
-    case USCRIPT_THAI:
-    case USCRIPT_LAO:
-    case USCRIPT_KHMER:
-    case USCRIPT_MYANMAR:
-        return true;
-    default:
-        return false;
-    }
+    // Two tables: positions are needed for phrases, not for beginnings, and cost most of the room.
+    const QByteArray number = QByteArray::number(generation);
+    return "CREATE VIRTUAL TABLE words" + number +
+           " USING fts5(body, content='', columnsize=0, tokenize='murn_words');"
+           "CREATE VIRTUAL TABLE heads" +
+           number +
+           " USING fts5(body, content='', columnsize=0, detail=none, tokenize='murn_heads');";
 }
 
-QString IndexTextStore::prepared(const QString &text)
+XPError IndexTextStore::failure() const
 {
-    const QString folded = foldText(text);
-    if (std::none_of(folded.begin(), folded.end(),
-                     [](QChar unit) { return isWithoutBlanks(unit.unicode()); }))
-        return folded;
-    QString spaced;
-    spaced.reserve(folded.size() * 2);
-    for (const QChar unit : folded) {
-        const bool sign = isWithoutBlanks(unit.unicode());
-        if (sign)
-            spaced += u' ';
-        spaced += unit;
-        if (sign)
-            spaced += u' ';
-    }
-    return spaced;
+    const int code = m_writer ? sqlite3_errcode(m_writer) : SQLITE_NOMEM;
+    XPError::Kind kind = XPError::Kind::Io;
+    if (code == SQLITE_CORRUPT || code == SQLITE_NOTADB || code == SQLITE_ERROR)
+        kind = XPError::Kind::Malformed;
+    else if (code == SQLITE_FULL)
+        kind = XPError::Kind::NoSpace;
+    return XPError::make(
+        kind,
+        QStringLiteral("the index of contents: ") +
+            QString::fromUtf8(m_writer ? sqlite3_errmsg(m_writer) : "out of memory"),
+        m_path);
 }
 
-QByteArray IndexTextStore::expressionFor(const MDPredicate::Value &value)
+std::optional<XPError> IndexTextStore::run(const QByteArray &sql) const
 {
-    QString plain;
-    for (qsizetype i = 0; i < value.text.size(); ++i) {
-        const bool wildcard = static_cast<size_t>(i) < value.wildcard.size() &&
-                              value.wildcard[static_cast<size_t>(i)];
-        plain += wildcard ? QChar(u' ') : value.text[i];
-    }
-    const bool prefix = !value.wildcard.empty() && value.wildcard.back();
-    QString words;
-    for (const QChar unit : prepared(plain))
-        words += unit.isLetterOrNumber() || unit.isMark() || unit.isSurrogate() ? unit : u' ';
-    words = words.simplified();
-    if (words.isEmpty())
-        return {};
-    return '"' + words.toUtf8() + (prefix ? "\" *" : "\"");
+    if (sqlite3_exec(m_writer, sql.constData(), nullptr, nullptr, nullptr) != SQLITE_OK)
+        return failure();
+    return {};
 }
 
-XPError IndexTextStore::failure(sqlite3 *db) const
-{
-    const int code = db ? sqlite3_errcode(db) : SQLITE_NOMEM;
-    const bool damaged = code == SQLITE_CORRUPT || code == SQLITE_NOTADB || code == SQLITE_ERROR;
-    return XPError::make(damaged ? XPError::Kind::Malformed : XPError::Kind::Io,
-                         QStringLiteral("the index of contents: ") +
-                             QString::fromUtf8(db ? sqlite3_errmsg(db) : "out of memory"),
-                         m_path);
-}
+// --- Opening
 
 XPResult<std::unique_ptr<IndexTextStore>> IndexTextStore::open(const QString &path, bool writable)
 {
-    std::unique_ptr<IndexTextStore> store(new IndexTextStore);
-    if (auto error = store->setUp(path, writable))
-        return *error;
-    return store;
-}
-
-std::optional<XPError> IndexTextStore::setUp(const QString &path, bool writable)
-{
-    m_path = path;
-    const QByteArray bytes = XPPath::encode(path);
-    constexpr int common = SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_READWRITE;
+    std::unique_ptr<IndexTextStore> store(new IndexTextStore(path, writable));
     if (writable) {
-        if (sqlite3_open_v2(bytes.constData(), &m_writer, common | SQLITE_OPEN_CREATE, nullptr) !=
-            SQLITE_OK)
-            return failure(m_writer);
-        ::chmod(bytes.constData(), 0600);
-        sqlite3_busy_timeout(m_writer, 5000);
-        const QByteArray set = "PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL;"
-                               "CREATE TABLE IF NOT EXISTS docs(item INTEGER PRIMARY KEY, doc "
-                               "INTEGER NOT NULL UNIQUE);"
-                               "CREATE VIRTUAL TABLE IF NOT EXISTS words USING fts5(body, "
-                               "content='', columnsize=0, prefix='2', "
-                               "tokenize='unicode61 remove_diacritics 0');"
-                               "CREATE TABLE IF NOT EXISTS counter(last INTEGER NOT NULL);"
-                               "INSERT INTO counter SELECT 0 WHERE NOT EXISTS "
-                               "(SELECT 1 FROM counter);"
-                               "PRAGMA user_version=" +
-                               QByteArray::number(textSchema) + ';';
-        IndexStatement version(m_writer, "PRAGMA user_version");
-        const qint64 found = version.step() ? version.integer(0) : -1;
-        version.reset();
-        if (found != 0 && found != textSchema)
-            return XPError::malformed(QStringLiteral("another version made the text index"));
-        if (sqlite3_exec(m_writer, set.constData(), nullptr, nullptr, nullptr) != SQLITE_OK)
-            return failure(m_writer);
+        if (auto error = store->openWriter())
+            return *error;
     }
-    const XPLocker lock(m_readMutex);
-    if (sqlite3_open_v2(bytes.constData(), &m_reader, common, nullptr) != SQLITE_OK)
-        return failure(m_reader);
-    sqlite3_busy_timeout(m_reader, 5000);
-    return {};
+    return store;
 }
 
 IndexTextStore::~IndexTextStore()
 {
+    {
+        const XPLocker lock(m_mutex);
+        m_readers.clear();
+    }
     sqlite3_close_v2(m_writer);
-    const XPLocker lock(m_readMutex);
-    sqlite3_close_v2(m_reader);
 }
 
-std::vector<IndexItem> IndexTextStore::itemsMatching(const MDPredicate::Value &value,
-                                                     qsizetype limit,
-                                                     const std::vector<IndexItem> *among) const
+std::optional<XPError> IndexTextStore::openWriter()
 {
-    const XPLocker lock(m_readMutex);
-    const bool present = value.type == MDPredicate::Value::Type::Present;
-    const QByteArray expression = expressionFor(value);
-    if (!present && expression.isEmpty())
-        return {};
-    QByteArray sql = present ? "SELECT item FROM docs WHERE ?1 IS NULL"
-                             : "SELECT docs.item FROM words JOIN docs ON docs.doc = words.rowid "
-                               "WHERE words MATCH ?1";
-    if (among)
-        sql += present ? " AND item = ?2" : " AND docs.item = ?2";
-    else if (limit > 0)
-        sql += " LIMIT " + QByteArray::number(limit);
-    std::vector<IndexItem> items;
-    IndexStatement rows(m_reader, sql.constData());
-    if (!present)
-        rows.bindText(1, expression);
-    if (!among) {
-        while (rows.step())
-            items.push_back(static_cast<IndexItem>(rows.integer(0)));
-        return items;
+    const QByteArray bytes = XPPath::encode(m_path);
+    if (sqlite3_open_v2(bytes.constData(), &m_writer,
+                        SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE,
+                        nullptr) != SQLITE_OK)
+        return failure();
+    // Words of the user's documents stand in here.
+    ::chmod(bytes.constData(), 0600);
+    sqlite3_busy_timeout(m_writer, 5000);
+    if (!registerIndexTokenizers(m_writer))
+        return failure();
+    // Freed pages are not overwritten: nothing in a cache of the user's own files is secret from
+    // whoever may read those.
+    if (auto error = run("PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL;"
+                         "PRAGMA secure_delete=OFF; PRAGMA journal_size_limit=16777216;"))
+        return error;
+    qint64 found = -1;
+    {
+        IndexStatement version(m_writer, "PRAGMA user_version");
+        if (version.step())
+            found = version.integer(0);
     }
-    for (const IndexItem item : *among) {
-        if (rows.bind(2, qint64{item}).step())
-            items.push_back(item);
-        rows.reset();
-        if (limit > 0 && static_cast<qsizetype>(items.size()) == limit)
-            break;
+    if (found != 0 && found != textSchema)
+        return XPError::malformed(QStringLiteral("another version made the index of contents"));
+    if (found == 0) {
+        const QByteArray sql =
+            "BEGIN IMMEDIATE; CREATE TABLE generations(number INTEGER PRIMARY KEY, first INTEGER "
+            "NOT NULL); CREATE TABLE docs(first INTEGER PRIMARY KEY, entries BLOB NOT NULL);"
+            "INSERT INTO generations VALUES(1, 1);" +
+            createTables(1) + "PRAGMA user_version=" + QByteArray::number(textSchema) + "; COMMIT;";
+        if (auto error = run(sql)) {
+            (void)run("ROLLBACK");
+            return error;
+        }
     }
-    return items;
+    return loadDocuments();
+}
+
+std::optional<XPError> IndexTextStore::loadDocuments()
+{
+    const auto reader = IndexTextReader::open(m_path);
+    if (!reader)
+        return reader.error();
+    IndexStatement generations(m_writer, "SELECT number, first FROM generations ORDER BY number");
+    qint64 count = 0;
+    XPLocker lock(m_mutex);
+    for (; generations.step(); ++count) {
+        m_generation = generations.integer(0);
+        m_generationFirst = static_cast<quint32>(generations.integer(1));
+        if (count == 0)
+            m_documents.clear(m_generationFirst);
+    }
+    const bool read = (*reader)->begin() && (*reader)->readDocuments(m_documents);
+    (*reader)->end();
+    if (count == 0 || !read)
+        return XPError::malformed(QStringLiteral("the index of contents is damaged"));
+    m_renewing = count > 1;
+    m_next = m_documents.next();
+    const quint32 first = m_generationFirst;
+    lock.unlock();
+    IndexStatement rows(m_writer, "SELECT count(*) FROM docs WHERE first >= ?1");
+    const bool many = rows.bind(1, qint64{first}).step() && rows.integer(0) > mostRows;
+    rows.reset();
+    return many ? joinRows(first, m_next) : std::nullopt;
+}
+
+// Many small rows of documents become few large ones.
+std::optional<XPError> IndexTextStore::joinRows(quint32 first, quint32 next)
+{
+    std::vector<QByteArray> joined;
+    {
+        IndexStatement rows(m_writer, "SELECT entries FROM docs WHERE first >= ?1 ORDER BY first");
+        rows.bind(1, qint64{first});
+        QByteArray entries;
+        while (rows.step()) {
+            entries += rows.blob(0);
+            if (entries.size() >= qsizetype{documentsARow} * qsizetype{12})
+                joined.push_back(std::exchange(entries, {}));
+        }
+        joined.push_back(entries);
+        if (rows.failed())
+            return failure();
+    }
+    if (auto error = run("BEGIN IMMEDIATE"))
+        return error;
+    auto rollback = qScopeGuard([this] { (void)run("ROLLBACK"); });
+    if (auto error = run("DELETE FROM docs WHERE first >= " + QByteArray::number(first)))
+        return error;
+    IndexStatement insert(m_writer, "INSERT INTO docs(first, entries) VALUES(?1, ?2)");
+    for (const QByteArray &entries : joined) {
+        if (entries.isEmpty())
+            continue;
+        if (!insert.bind(1, qint64{first}).bind(2, entries).execute())
+            return failure();
+        insert.reset();
+        first += static_cast<quint32>(entries.size() / 12);
+    }
+    if (first != next)
+        return XPError::malformed(QStringLiteral("the index of contents is damaged"));
+    rollback.dismiss();
+    return run("COMMIT");
+}
+
+// --- Writing
+
+XPResult<IndexTextStore::Documents> IndexTextStore::write(const std::vector<Text> &texts)
+{
+    if (auto error = run("BEGIN IMMEDIATE"))
+        return *error;
+    auto documents = writeRows(texts);
+    if (!documents) {
+        (void)run("ROLLBACK");
+        return documents;
+    }
+    if (auto error = run("COMMIT")) {
+        (void)run("ROLLBACK");
+        return *error;
+    }
+    m_next += static_cast<quint32>(documents->size());
+    return documents;
+}
+
+XPResult<IndexTextStore::Documents> IndexTextStore::writeRows(const std::vector<Text> &texts)
+{
+    QByteArray number;
+    {
+        const XPLocker lock(m_mutex);
+        number = QByteArray::number(m_generation);
+    }
+    const QByteArray intoWords = "INSERT INTO words" + number + "(rowid, body) VALUES(?1, ?2)";
+    const QByteArray intoHeads = "INSERT INTO heads" + number + "(rowid, body) VALUES(?1, ?2)";
+    IndexStatement words(m_writer, intoWords.constData());
+    IndexStatement heads(m_writer, intoHeads.constData());
+    Documents documents;
+    documents.reserve(texts.size());
+    qint64 document = m_next;
+    for (const Text &text : texts) {
+        documents.push_back({text.item, static_cast<quint32>(text.text.size()),
+                             IndexTextDocuments::stampOf(text.modified, text.size)});
+        if (!text.text.isEmpty() && (!words.bind(1, document).bindText(2, text.text).execute() ||
+                                     !heads.bind(1, document).bindText(2, text.text).execute()))
+            return failure();
+        words.reset();
+        heads.reset();
+        ++document;
+    }
+    IndexStatement docs(m_writer, "INSERT INTO docs(first, entries) VALUES(?1, ?2)");
+    const QByteArray entries = IndexTextDocuments::encode(documents);
+    if (!documents.empty() && !docs.bind(1, qint64{m_next}).bind(2, entries).execute())
+        return failure();
+    return documents;
+}
+
+void IndexTextStore::publish(const Documents &documents)
+{
+    const XPLocker lock(m_mutex);
+    for (const IndexTextDocuments::Entry &entry : documents)
+        m_documents.append(entry);
 }
 
 std::optional<XPError> IndexTextStore::put(const std::vector<Text> &texts)
 {
-    const auto run = [this](const char *sql) {
-        return sqlite3_exec(m_writer, sql, nullptr, nullptr, nullptr) == SQLITE_OK;
-    };
-    if (!run("BEGIN IMMEDIATE"))
-        return failure(m_writer);
-    IndexStatement number(m_writer, "UPDATE counter SET last = last + 1 RETURNING last");
-    IndexStatement words(m_writer, "INSERT INTO words(rowid, body) VALUES(?1, ?2)");
-    IndexStatement docs(m_writer, "INSERT OR REPLACE INTO docs(item, doc) VALUES(?1, ?2)");
-    IndexStatement forget(m_writer, "DELETE FROM docs WHERE item = ?1");
-    bool good = true;
-    for (const Text &text : texts) {
-        if (text.text.isEmpty()) {
-            good = good && forget.bind(1, qint64{text.item}).execute();
-            forget.reset();
-            continue;
-        }
-        const QByteArray body = prepared(text.text).toUtf8();
-        good = good && number.step();
-        const qint64 doc = good ? number.integer(0) : 0;
-        number.reset();
-        good = good && words.bind(1, doc).bindText(2, body).execute() &&
-               docs.bind(1, qint64{text.item}).bind(2, doc).execute();
-        words.reset();
-        docs.reset();
-    }
-    if (good && run("COMMIT"))
-        return {};
-    const XPError error = failure(m_writer);
-    run("ROLLBACK");
-    return error;
+    const auto documents = write(texts);
+    if (!documents)
+        return documents.error();
+    publish(*documents);
+    return {};
+}
+
+// --- Renewal
+
+bool IndexTextStore::isStored(IndexItem item, qint64 modified, qint64 size) const
+{
+    const XPLocker lock(m_mutex);
+    const IndexTextDocuments::Entry *entry = m_documents.entryOf(item);
+    return entry && m_documents.documentOf(item) >= m_generationFirst &&
+           entry->stamp == IndexTextDocuments::stampOf(modified, size);
+}
+
+bool IndexTextStore::hasText(IndexItem item) const
+{
+    const XPLocker lock(m_mutex);
+    const IndexTextDocuments::Entry *entry = m_documents.entryOf(item);
+    return entry && entry->bytes > 0;
 }
 
 bool IndexTextStore::isMostlyStale() const
 {
-    IndexStatement counts(m_writer,
-                          "SELECT (SELECT last FROM counter), (SELECT count(*) FROM docs)");
-    return counts.step() && counts.integer(0) > 1000 && counts.integer(0) > 2 * counts.integer(1);
+    const XPLocker lock(m_mutex);
+    const qint64 current = m_documents.currentBytes();
+    return !m_renewing && m_documents.allBytes() > 2 * current + smallestWaste;
 }
 
-std::optional<XPError> IndexTextStore::clear()
+bool IndexTextStore::isRenewing() const
 {
-    const char *sql = "BEGIN IMMEDIATE; INSERT INTO words(words) VALUES('delete-all');"
-                      "DELETE FROM docs; UPDATE counter SET last = 0; COMMIT;";
-    if (sqlite3_exec(m_writer, sql, nullptr, nullptr, nullptr) == SQLITE_OK)
-        return {};
-    const XPError error = failure(m_writer);
-    sqlite3_exec(m_writer, "ROLLBACK", nullptr, nullptr, nullptr);
-    return error;
+    const XPLocker lock(m_mutex);
+    return m_renewing;
+}
+
+XPResult<std::vector<IndexItem>> IndexTextStore::beginRenewal()
+{
+    qint64 generation = 0;
+    {
+        const XPLocker lock(m_mutex);
+        generation = m_generation + 1;
+    }
+    const QByteArray sql = "BEGIN IMMEDIATE; INSERT INTO generations VALUES(" +
+                           QByteArray::number(generation) + ", " + QByteArray::number(m_next) +
+                           ");" + createTables(generation) + "COMMIT;";
+    if (auto error = run(sql)) {
+        (void)run("ROLLBACK");
+        return *error;
+    }
+    const XPLocker lock(m_mutex);
+    m_generation = generation;
+    m_generationFirst = m_next;
+    m_renewing = true;
+    return m_documents.items(m_next);
+}
+
+std::optional<XPError> IndexTextStore::endRenewal()
+{
+    qint64 generation = 0;
+    quint32 first = 0;
+    {
+        const XPLocker lock(m_mutex);
+        generation = m_generation;
+        first = m_generationFirst;
+    }
+    QByteArray sql = "BEGIN IMMEDIATE;";
+    {
+        IndexStatement old(m_writer, "SELECT number FROM generations WHERE number < ?1");
+        old.bind(1, generation);
+        while (old.step()) {
+            const QByteArray number = QByteArray::number(old.integer(0));
+            sql += "DROP TABLE words" + number + "; DROP TABLE heads" + number + ';';
+        }
+    }
+    sql += "DELETE FROM generations WHERE number < " + QByteArray::number(generation) +
+           "; DELETE FROM docs WHERE first < " + QByteArray::number(first) + "; COMMIT;";
+    if (auto error = run(sql)) {
+        (void)run("ROLLBACK");
+        return error;
+    }
+    const XPLocker lock(m_mutex);
+    m_documents.dropBefore(first);
+    m_renewing = false;
+    return {};
+}
+
+std::optional<XPError> IndexTextStore::startOver()
+{
+    sqlite3_close_v2(std::exchange(m_writer, nullptr));
+    IndexStore::setAside(m_path);
+    {
+        const XPLocker lock(m_mutex);
+        m_documents.clear();
+        m_generation = 1;
+        m_generationFirst = 1;
+        m_renewing = false;
+        m_next = 1;
+    }
+    return openWriter();
 }

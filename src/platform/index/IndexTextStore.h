@@ -1,52 +1,86 @@
 #pragma once
 
 #include "IndexText.h"
+#include "IndexTextReader.h"
 #include "XPMutex.h"
-
-struct sqlite3;
 
 // The words of the files' text: a full-text index (SQLite FTS5) in a file of its own beside the
 // store, so that a long import never holds up the store's own writes. The text itself is not
-// kept, only its words, folded with foldText(); between signs of scripts without blanks a
-// boundary is set, so that parts of them are found.
+// kept, only its words, as IndexWords splits and folds them. What a comparison with contents means
+// stands in IndexTextExpression.h.
 //
-// What cannot be used is set aside and imported again. Text that was replaced or whose file is
-// gone stays in the word index until compact() but is never found.
-// Threads: any; one writer at a time, readers beside it.
+// Text that was replaced is never found, but its words stay in their table until all of that
+// table's texts were imported anew into the next one: see isMostlyStale(). Both answer meanwhile.
+// A store that reads only sees what another process puts in, from one query to the next, and may
+// be opened before there is a file.
+// Threads: reading from any, at the same time; writing on one at a time, beside the readers.
 class IndexTextStore : public IndexText
 {
 public:
+    // Malformed: the file cannot be used; setAside() it and open again.
     static XPResult<std::unique_ptr<IndexTextStore>> open(const QString &path, bool writable);
     ~IndexTextStore() override;
 
-    // Words match whole, the last one by its beginning when the pattern ends with *; case and
-    // marks never count. Several words must stand one after the other.
     std::vector<IndexItem> itemsMatching(const MDPredicate::Value &value, qsizetype limit,
                                          const std::vector<IndexItem> *among) const override;
+    // Whether the item's text is in as of that state of its file, and in the table that stays.
+    bool isStored(IndexItem item, qint64 modified, qint64 size) const;
+    bool hasText(IndexItem item) const;
 
     struct Text
     {
         IndexItem item = 0;
-        QString text; // empty: only forget what was there
+        QByteArray text; // UTF-8; empty: only forget what was there
+        qint64 modified = 0;
+        qint64 size = -1;
     };
-    // All or nothing, in one transaction.
-    std::optional<XPError> put(const std::vector<Text> &texts);
-    // Whether more than half of what is stored can no longer be found; then clear() and import
-    // everything again.
-    bool isMostlyStale() const;
-    std::optional<XPError> clear();
+    using Documents = std::vector<IndexTextDocuments::Entry>;
+    // Stores all or nothing, in one transaction; they are found once publish() was told. Apart,
+    // because the first may run at idle priority, and the second takes a lock that readers need.
+    XPResult<Documents> write(const std::vector<Text> &texts);
+    void publish(const Documents &documents);
+    std::optional<XPError> put(const std::vector<Text> &texts); // both
 
-    // The expression handed to FTS5; empty when the pattern holds no word. For tests.
-    static QByteArray expressionFor(const MDPredicate::Value &value);
-    static QString prepared(const QString &text);
+    // More than half of the text is out of date, and no renewal is under way.
+    bool isMostlyStale() const;
+    // Begins a new table; the items with text in the old one, which isStored() denies from now on.
+    XPResult<std::vector<IndexItem>> beginRenewal();
+    bool isRenewing() const;
+    // Drops the old tables. Text that was not put anew meanwhile is no longer found.
+    std::optional<XPError> endRenewal();
+    // Sets the file aside and begins an empty one: what is left to do after put() found it damaged.
+    std::optional<XPError> startOver();
 
 private:
-    IndexTextStore() = default;
-    std::optional<XPError> setUp(const QString &path, bool writable);
-    XPError failure(sqlite3 *db) const;
+    explicit IndexTextStore(const QString &path, bool writable) : m_path(path), m_writable(writable)
+    {
+    }
+    std::optional<XPError> openWriter();
+    std::optional<XPError> loadDocuments();
+    std::optional<XPError> joinRows(quint32 first, quint32 next);
+    std::optional<XPError> run(const QByteArray &sql) const;
+    XPError failure() const;
+    XPResult<Documents> writeRows(const std::vector<Text> &texts);
 
-    QString m_path;
+    std::unique_ptr<IndexTextReader> takeReader() const;
+    void giveBack(std::unique_ptr<IndexTextReader> reader) const;
+    struct Question;
+    void prepare(Question &question, const std::vector<IndexItem> *among) const;
+    bool ask(IndexTextReader &reader, Question &question) const;
+    bool askPhrase(IndexTextReader &reader, Question &question) const;
+    bool askPhrases(IndexTextReader &reader, Question &question) const;
+    std::vector<IndexItem> answer(const MDPredicate::Value &value, Question &&question) const;
+    bool addItems(const std::vector<quint32> &documents, Question &question) const;
+
+    const QString m_path;
+    const bool m_writable;
     sqlite3 *m_writer = nullptr; // the writing thread's
-    mutable XPMutex m_readMutex;
-    sqlite3 *m_reader XP_GUARDED_BY(m_readMutex) = nullptr;
+    quint32 m_next = 1;          // the writing thread's: the next document to be written
+
+    mutable XPMutex m_mutex;
+    mutable IndexTextDocuments m_documents XP_GUARDED_BY(m_mutex);
+    qint64 m_generation XP_GUARDED_BY(m_mutex) = 1; // of the table that is written to
+    quint32 m_generationFirst XP_GUARDED_BY(m_mutex) = 1;
+    bool m_renewing XP_GUARDED_BY(m_mutex) = false;
+    mutable std::vector<std::unique_ptr<IndexTextReader>> m_readers XP_GUARDED_BY(m_mutex);
 };
