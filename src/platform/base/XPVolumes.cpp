@@ -41,7 +41,9 @@ public:
         thread_local Table table;
         thread_local quint64 generation = 0;
         const qint64 now = coarseNow();
-        if (now >= m_nextCheck.load(std::memory_order_relaxed))
+        // Nothing read yet: another thread may be at it, and its table is waited for.
+        if (now >= m_nextCheck.load(std::memory_order_relaxed) ||
+            m_generation.load(std::memory_order_acquire) == 0)
             check(now);
         if (const quint64 newest = m_generation.load(std::memory_order_acquire);
             generation != newest) {

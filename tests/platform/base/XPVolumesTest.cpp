@@ -5,6 +5,8 @@
 
 #include <QDeadlineTimer>
 #include <gtest/gtest.h>
+#include <latch>
+#include <thread>
 
 static const char table[] =
     R"(22 1 254:0 / / rw,relatime shared:1 - ext4 /dev/vda1 rw
@@ -60,6 +62,20 @@ TEST(XPMountTable, TheLongestMountPointHoldsThePath)
         EXPECT_EQ(volume.network, place.network) << place.path;
     }
     EXPECT_TRUE(XPMountTable::parse({}).volumeOf(u"/a").mountPoint.isEmpty());
+}
+
+// Run in a process of its own, these are the first questions of all.
+TEST(XPVolumes, TheFirstQuestionsMayComeFromManyThreads)
+{
+    std::latch together(8);
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 8; ++i)
+        threads.emplace_back([&] {
+            together.arrive_and_wait();
+            EXPECT_FALSE(XPVolumes::volumeOf(QStringLiteral("/")).mountPoint.isEmpty());
+        });
+    for (std::thread &thread : threads)
+        thread.join();
 }
 
 TEST(XPVolumes, ANewMountIsNoticed)
