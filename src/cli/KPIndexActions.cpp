@@ -30,7 +30,8 @@ static void printText(const IndexKeeper::Status &status, KPIndexSession &session
                                               : QByteArray("all read"));
     for (const QString &root : MetadataIndex::roots())
         field("Folder:", output.name(root));
-    for (const QString &rule : IndexRules::fromSettings().rules())
+    const IndexRules rules = IndexRules::fromSettings();
+    for (const QString &rule : rules.rules())
         field(rule.startsWith(u'!') ? "Taken in:" : "Left out:",
               output.name(rule.startsWith(u'!') ? rule.mid(1) : rule));
     field("Store:", output.name(MetadataIndex::storePath()));
