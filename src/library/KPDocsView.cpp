@@ -160,7 +160,7 @@ void KPDocsView::placeRemedy()
     m_remedy->setVisible(isWanted);
     if (!isWanted)
         return;
-    m_remedy->adjustSize();
+    m_remedy->resize(m_remedy->sizeHint() + QSize(24, 8));
     const EmptyLayout layout = emptyLayout();
     m_remedy->move(layout.title.center().x() - m_remedy->width() / 2, layout.hint.bottom() + 16);
 }
