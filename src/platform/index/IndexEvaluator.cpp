@@ -95,7 +95,7 @@ RowSet IndexEvaluator::equalOrOrdered(const MDPredicate &predicate, const RowSet
         return named(m_catalog, predicate, within);
     if (name == u"kMDItemContentType" || name == u"kMDItemContentTypeTree" ||
         name == u"kMDItemKind")
-        return intersected(typeRows(predicate), within);
+        return typeRows(predicate, within);
     if (name == u"kMDItemTextContent")
         return intersected(contentRows(predicate), within);
     if (name == u"kMDItemSupportFileType")
@@ -106,7 +106,7 @@ RowSet IndexEvaluator::equalOrOrdered(const MDPredicate &predicate, const RowSet
         MDPredicate kind = predicate;
         kind.attribute = QStringLiteral("kMDItemKind");
         Roaring out = *named(m_catalog, predicate, within);
-        out |= *intersected(typeRows(kind), within);
+        out |= *typeRows(kind, within);
         out |= *withAnyText(m_catalog, predicate, within);
         return shared(std::move(out));
     }
@@ -141,7 +141,7 @@ static bool acceptsType(const QString &type, const MDPredicate &predicate,
                        [&](const QString &text) { return accepts(text, predicate, pattern); });
 }
 
-RowSet IndexEvaluator::typeRows(const MDPredicate &predicate) const
+RowSet IndexEvaluator::typeRows(const MDPredicate &predicate, const RowSet &within) const
 {
     const bool present = predicate.value.type == Type::Present;
     const IndexTextPattern pattern(predicate.value);
@@ -152,12 +152,7 @@ RowSet IndexEvaluator::typeRows(const MDPredicate &predicate) const
         if (!posting.isEmpty() && (present || acceptsType(types[number], predicate, pattern)))
             matching.push_back(&posting);
     }
-    if (matching.size() == 1)
-        return matching.front()->snapshot();
-    Roaring out;
-    for (const IndexPosting *posting : matching)
-        out |= posting->rows();
-    return shared(std::move(out));
+    return unitedWithin(matching, within);
 }
 
 RowSet IndexEvaluator::contentRows(const MDPredicate &predicate) const

@@ -34,12 +34,11 @@ public:
 
 private:
     RowSet all(const RowSet &within) const;
-    bool isFew(const RowSet &within) const;
     RowSet andRows(const MDPredicate &predicate, RowSet within) const;
     RowSet compare(const MDPredicate &predicate, const RowSet &within) const;
     RowSet equalOrOrdered(const MDPredicate &predicate, const RowSet &within) const;
     RowSet systemRows(const MDPredicate &predicate) const;
-    RowSet typeRows(const MDPredicate &predicate) const;
+    RowSet typeRows(const MDPredicate &predicate, const RowSet &within) const;
     RowSet contentRows(const MDPredicate &predicate) const;
     static int cost(const MDPredicate &predicate);
 

@@ -27,6 +27,22 @@ RowSet intersected(const RowSet &rows, const RowSet &within)
     return within ? shared(*rows & *within) : rows;
 }
 
+RowSet unitedWithin(const std::vector<const IndexPosting *> &sets, const RowSet &within)
+{
+    // One value that matches, the usual case: its set is handed out as it is.
+    if (sets.size() == 1)
+        return intersected(sets.front()->snapshot(), within);
+    std::vector<Roaring> parts;
+    std::vector<const Roaring *> rows;
+    parts.reserve(sets.size());
+    for (const IndexPosting *set : sets) {
+        if (within)
+            parts.push_back(set->rows() & *within);
+        rows.push_back(within ? &parts.back() : &set->rows());
+    }
+    return shared(Roaring::fastunion(rows.size(), rows.data()));
+}
+
 // --- Names
 
 // A root's name is a whole path; people know its last part.
@@ -48,6 +64,22 @@ static RowSet filtered(const RowSet &rows, Accept accept)
     return shared(Roaring(found.size(), found.data()));
 }
 
+static bool isAscii(QByteArrayView bytes)
+{
+    quint8 all = 0;
+    for (const char byte : bytes)
+        all |= static_cast<quint8>(byte);
+    return all < 0x80;
+}
+
+// Where the folded name holds the needle.
+static bool verifiesName(const IndexChunk &chunk, quint32 row, const IndexTextPattern &pattern,
+                         const IndexNeedle &needle)
+{
+    const QByteArrayView name = chunk.name(row);
+    return (needle.decidesAscii() && isAscii(name)) || pattern.matches(XPPath::decode(name));
+}
+
 // Rows whose folded name matches, in one pass over all names; dead rows too.
 static RowSet scannedNames(const IndexCatalog &catalog, const IndexTextPattern &pattern,
                            const IndexNeedle &needle, const RowSet &within)
@@ -62,7 +94,7 @@ static RowSet scannedNames(const IndexCatalog &catalog, const IndexTextPattern &
             needle, base,
             [&](quint32 row) {
                 return (!within || within->contains(base + row)) &&
-                       pattern.matches(XPPath::decode(chunk.name(row)));
+                       verifiesName(chunk, row, pattern, needle);
             },
             found);
         rows.addMany(found.size(), found.data());
@@ -336,33 +368,30 @@ RowSet withAttribute(const IndexCatalog &catalog, const MDPredicate &predicate,
                 sets.push_back(&*set);
         }
     }
-    // One value that matches, the usual case: its set is handed out as it is.
-    if (sets.size() == 1 && out.isEmpty())
-        return intersected(sets.front()->snapshot(), within);
-    for (const IndexPosting *set : sets)
-        out |= set->rows();
-    return within ? shared(out & *within) : shared(std::move(out));
+    RowSet rows = unitedWithin(sets, within);
+    return out.isEmpty() ? rows : shared(*rows | out);
 }
 
 RowSet withAnyText(const IndexCatalog &catalog, const MDPredicate &predicate, const RowSet &within)
 {
-    Roaring out;
-    if (predicate.value.type == MDPredicate::Value::Type::Present) {
-        for (const IndexAttributePostings &postings : catalog.attributes()) {
+    std::vector<const IndexPosting *> sets;
+    const bool present = predicate.value.type == MDPredicate::Value::Type::Present;
+    const std::vector<IndexTexts::Number> texts =
+        present ? std::vector<IndexTexts::Number>() : textsAccepted(catalog, predicate);
+    for (const IndexAttributePostings &postings : catalog.attributes()) {
+        if (postings.texts().isEmpty())
+            continue;
+        if (present) {
             for (const IndexPosting &set : postings.texts())
-                out |= set.rows();
+                sets.push_back(&set);
         }
-    } else {
-        const std::vector<IndexTexts::Number> texts = textsAccepted(catalog, predicate);
-        for (const IndexAttributePostings &postings : catalog.attributes()) {
-            for (const IndexTexts::Number text : texts) {
-                const auto set = postings.texts().constFind(text);
-                if (set != postings.texts().cend())
-                    out |= set->rows();
-            }
+        for (const IndexTexts::Number text : texts) {
+            const auto set = postings.texts().constFind(text);
+            if (set != postings.texts().cend())
+                sets.push_back(&*set);
         }
     }
-    return within ? shared(out & *within) : shared(std::move(out));
+    return unitedWithin(sets, within);
 }
 
 } // namespace IndexEvaluatorRows

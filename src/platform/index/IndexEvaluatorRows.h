@@ -17,6 +17,8 @@ RowSet withAttribute(const IndexCatalog &catalog, const MDPredicate &predicate,
 RowSet withAnyText(const IndexCatalog &catalog, const MDPredicate &predicate, const RowSet &within);
 
 RowSet shared(Roaring &&rows);
+// The rows of any of the sets.
+RowSet unitedWithin(const std::vector<const IndexPosting *> &sets, const RowSet &within);
 RowSet intersected(const RowSet &rows, const RowSet &within);
 
 } // namespace IndexEvaluatorRows

@@ -68,15 +68,18 @@ IndexNeedle::IndexNeedle(const IndexTextPattern &pattern)
     if (literal.isEmpty())
         return;
     const bool folds = pattern.folding() == FoldText::CaseAndDiacritics;
+    const bool foldsCase = folds || pattern.folding() == FoldText::Case;
     const bool word = shape == Shape::WordPrefix || shape == Shape::WordWhole;
-    m_decided = folds && !word && shape != Shape::Other;
+    const bool anchored = foldsCase && !word && shape != Shape::Other;
+    m_decided = anchored && folds;
+    m_decidesAscii = anchored;
     m_words = folds && word && isAsciiWordByte(literal.front()) && isAsciiWordByte(literal.back());
     m_wholeWord = shape == Shape::WordWhole;
     // The zeros around a text anchor a pattern that must begin or end with it.
-    if (m_decided && (shape == Shape::Prefix || shape == Shape::Whole))
+    if (anchored && (shape == Shape::Prefix || shape == Shape::Whole))
         m_bytes.append('\0');
     m_bytes.append(literal);
-    if (m_decided && (shape == Shape::Suffix || shape == Shape::Whole))
+    if (anchored && (shape == Shape::Suffix || shape == Shape::Whole))
         m_bytes.append('\0');
 }
 
@@ -122,7 +125,8 @@ void IndexFoldedList::find(const IndexNeedle &needle, quint32 base, const Verify
     }
     const quint32 shift = needle.bytes()[0] == '\0' ? 1 : 0; // a hit begins at the zero before
     quint32 next = 0;                                        // rows before this one are done
-    indexScan(m_bytes, needle.bytes(), [&](quint32 hit) {
+    const auto end = static_cast<size_t>(m_bytes.size());
+    indexScan(m_bytes, needle.bytes(), 0, end, [&](quint32 hit) {
         const Verdict verdict = needle.verdict(m_bytes.constData() + hit);
         if (verdict == Verdict::Fails)
             return hit + 1;
@@ -139,18 +143,17 @@ void IndexFoldedList::find(const IndexNeedle &needle, quint32 base, const Verify
 bool IndexFoldedList::matches(const IndexNeedle &needle, quint32 row, const Verify &verify) const
 {
     using Verdict = IndexNeedle::Verdict;
-    // With the zeros around it.
-    const QByteArrayView text(m_bytes.constData() + m_starts[row] - 1,
-                              m_starts[row + 1] - m_starts[row] + 1);
     if (needle.isEmpty())
         return verify(row);
     bool found = false;
-    indexScan(text, needle.bytes(), [&](quint32 hit) {
-        const Verdict verdict = needle.verdict(text.data() + hit);
+    // From the zero before it; what begins in a text and matches also ends in it.
+    const quint32 end = m_starts[row + 1];
+    indexScan(m_bytes, needle.bytes(), m_starts[row] - 1, end - 1, [&](quint32 hit) {
+        const Verdict verdict = needle.verdict(m_bytes.constData() + hit);
         if (verdict == Verdict::Fails)
             return hit + 1;
         found = verdict == Verdict::Matches || verify(row);
-        return static_cast<quint32>(text.size());
+        return end;
     });
     return found;
 }

@@ -14,6 +14,8 @@ public:
 
     // Whether the folded text alone decides, for every text.
     bool decides() const { return m_decided; }
+    // The same where the text itself is ASCII: it has no marks that could differ.
+    bool decidesAscii() const { return m_decidesAscii; }
     bool isEmpty() const { return m_bytes.isEmpty(); } // nothing to look for: each text is verified
     QByteArrayView bytes() const { return m_bytes; }
 
@@ -23,6 +25,7 @@ public:
 private:
     QByteArray m_bytes;
     bool m_decided = false;
+    bool m_decidesAscii = false;
     bool m_words = false; // what stands around a hit often decides
     bool m_wholeWord = false;
 };
