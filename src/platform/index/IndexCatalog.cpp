@@ -22,6 +22,8 @@ void IndexCatalog::clear()
     auto fresh = std::make_unique<Data>();
     const std::unique_lock lock(m_mutex);
     d.swap(fresh);
+    ++m_typesVersion;
+    ++m_valuesVersion;
     ++m_generation;
 }
 
@@ -38,9 +40,9 @@ std::vector<IndexItem> IndexCatalog::apply(const IndexBatch &batch)
         }
         ++m_generation;
     }
-    // While very many are new, seldom enough that the whole costs no more than a few passes.
+    // While very many are new, seldom enough that the whole costs no more than two passes.
     const size_t ordered = d->nameRanks.size();
-    if (d->slotCount - ordered > std::max<size_t>(8192, ordered / 4))
+    if (d->slotCount - ordered > std::max<size_t>(8192, ordered))
         orderNames();
     std::sort(m_touched.begin(), m_touched.end());
     m_touched.erase(std::unique(m_touched.begin(), m_touched.end()), m_touched.end());
@@ -115,6 +117,7 @@ IndexSlot IndexCatalog::append(const IndexRecord &record)
     d->slotOfItem[record.item] = slot;
     d->alive.add(slot);
     d->typeRows[type].add(slot);
+    ++m_typesVersion;
     setSystem(slot, isSystem(record));
     attach(slot);
     return slot;
@@ -154,6 +157,7 @@ void IndexCatalog::bury(IndexSlot slot)
     }
     d->alive.remove(slot);
     d->typeRows[chunk.types[row]].remove(slot);
+    ++m_typesVersion;
     setImported(slot, false);
     setSystem(slot, false);
     chunk.setFlag(row, IndexChunk::Dead, true);
@@ -167,6 +171,7 @@ void IndexCatalog::setFacts(IndexSlot slot, const IndexRecord &record)
     if (chunk.types[row] != type) {
         d->typeRows[chunk.types[row]].remove(slot);
         d->typeRows[type].add(slot);
+        ++m_typesVersion;
         setImported(slot, false); // another importer's business now
     }
     if (chunk.modified[row] != record.info.modified || chunk.sizes[row] != record.info.size)
@@ -343,6 +348,8 @@ void IndexCatalog::setValues(IndexSlot slot, QByteArray values)
                              [](const auto &a, const auto &b) { return a.name < b.name; });
         return at != list.end() && at->name == entry.name && at->value == entry.value;
     };
+    if (!gone.empty() || !come.empty())
+        ++m_valuesVersion;
     for (const IndexValues::Entry &entry : gone) {
         if (!has(come, entry))
             postingsOf(entry.name).remove(slot, entry);

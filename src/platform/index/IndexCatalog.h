@@ -2,8 +2,8 @@
 
 #include "IndexChildTable.h"
 #include "IndexChunk.h"
-#include "IndexNameScan.h"
 #include "IndexPostings.h"
+#include "IndexRecentRows.h"
 
 #include <QHash>
 #include <memory>
@@ -132,7 +132,13 @@ public:
         return slot < d->nameRanks.size() ? d->nameRanks[slot] : unordered;
     }
 
-    IndexNameScan &nameScan() const { return m_nameScan; } // the last passes over all names
+    // What the last queries found: names that contain a word (as of a generation), rows of several
+    // types, and of several values (as of these versions).
+    IndexRecentRows &recentNames() const { return m_recentNames; }
+    IndexRecentRows &recentTypes() const { return m_recentTypes; }
+    IndexRecentRows &recentValues() const { return m_recentValues; }
+    quint64 typesVersion() const { return m_typesVersion; }
+    quint64 valuesVersion() const { return m_valuesVersion; }
 
     qsizetype memoryUsed() const;
 
@@ -193,7 +199,11 @@ private:
     mutable std::shared_mutex m_mutex;
     quint64 m_generation = 0;
     quint64 m_orderVersion = 0;
+    quint64 m_typesVersion = 0;
+    quint64 m_valuesVersion = 0;
     std::unique_ptr<Data> d;
     std::vector<IndexItem> m_touched; // of the batch at hand
-    mutable IndexNameScan m_nameScan;
+    mutable IndexRecentRows m_recentNames;
+    mutable IndexRecentRows m_recentTypes;
+    mutable IndexRecentRows m_recentValues;
 };

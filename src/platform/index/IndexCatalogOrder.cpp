@@ -1,7 +1,6 @@
 #include "IndexCatalog.h"
 
 #include <algorithm>
-#include <numeric>
 
 // The order of names. Ranks are made for all rows at once; rows that came later have none and are
 // few, so that whoever sorts compares their names.
@@ -10,54 +9,99 @@ namespace {
 
 struct Key
 {
-    quint64 start; // the first eight bytes, so that most comparisons look no further
+    quint64 part; // eight bytes of the name
     IndexSlot slot;
 };
 
-} // namespace
-
-static quint64 startOf(QByteArrayView name)
+// Sorts rows by their names, eight bytes at a time: numbers are compared, not texts that lie all
+// over the memory and mostly begin alike.
+class NameSort
 {
-    quint64 start = 0;
-    for (qsizetype i = 0; i < 8; ++i)
-        start = start << 8 | (i < name.size() ? static_cast<quint8>(name[i]) : 0U);
-    return start;
-}
+public:
+    explicit NameSort(const IndexCatalog &catalog) : m_catalog(catalog) {}
+
+    std::vector<IndexSlot> sorted(IndexSlot begin, IndexSlot end)
+    {
+        m_keys.reserve(end - begin);
+        for (IndexSlot slot = begin; slot < end; ++slot)
+            m_keys.push_back({0, slot});
+        sort(0, m_keys.size(), 0);
+        std::vector<IndexSlot> slots;
+        slots.reserve(m_keys.size());
+        for (const Key &key : m_keys)
+            slots.push_back(key.slot);
+        return slots;
+    }
+
+private:
+    quint64 partOf(IndexSlot slot, qsizetype depth) const
+    {
+        const QByteArrayView name = m_catalog.chunkOf(slot).foldedName(IndexCatalog::rowOf(slot));
+        quint64 part = 0;
+        for (qsizetype i = depth; i < depth + 8; ++i)
+            part = part << 8 | (i < name.size() ? static_cast<quint8>(name[i]) : 0U);
+        return part;
+    }
+
+    // A name is at most a few hundred bytes long, so neither is the nesting deep.
+    void sort(size_t begin, size_t end, qsizetype depth) // NOLINT(misc-no-recursion)
+    {
+        for (size_t i = begin; i < end; ++i)
+            m_keys[i].part = partOf(m_keys[i].slot, depth);
+        const auto at = [this](size_t i) {
+            return m_keys.begin() + static_cast<std::ptrdiff_t>(i);
+        };
+        std::sort(at(begin), at(end), [](const Key &a, const Key &b) {
+            return a.part != b.part ? a.part < b.part : a.slot < b.slot;
+        });
+        for (size_t first = begin; first < end;) {
+            size_t last = first + 1;
+            while (last < end && m_keys[last].part == m_keys[first].part)
+                ++last;
+            // No zero stands in a name: one at the end of the part is beyond the name's end.
+            if (last - first > 1 && (m_keys[first].part & 0xFF))
+                sort(first, last, depth + 8);
+            first = last;
+        }
+    }
+
+    const IndexCatalog &m_catalog;
+    std::vector<Key> m_keys;
+};
+
+} // namespace
 
 void IndexCatalog::orderNames()
 {
     const size_t ordered = d->nameRanks.size();
     if (ordered == d->slotCount)
         return;
-    const auto nameOf = [this](IndexSlot slot) { return chunkOf(slot).foldedName(rowOf(slot)); };
-    std::vector<Key> keys;
-    keys.reserve(d->slotCount - ordered);
-    for (auto slot = static_cast<IndexSlot>(ordered); slot < d->slotCount; ++slot)
-        keys.push_back({startOf(nameOf(slot)), slot});
-    std::sort(keys.begin(), keys.end(), [&](const Key &a, const Key &b) {
-        if (a.start != b.start)
-            return a.start < b.start;
-        const int order = nameOf(a.slot).compare(nameOf(b.slot));
-        return order != 0 ? order < 0 : a.slot < b.slot;
-    });
-    // The old order, from ranks back to rows, merged with the new names.
-    std::vector<IndexSlot> before(ordered);
-    for (IndexSlot slot = 0; slot < ordered; ++slot)
-        before[d->nameRanks[slot]] = slot;
     std::vector<quint32> ranks(d->slotCount);
     quint32 rank = 0;
-    size_t old = 0;
-    for (const Key &key : keys) {
-        // Gallop: new names are few among the old ones.
-        const auto place = std::partition_point(
-            before.begin() + static_cast<std::ptrdiff_t>(old), before.end(),
-            [&](IndexSlot slot) { return nameOf(slot).compare(nameOf(key.slot)) <= 0; });
-        for (const auto end = static_cast<size_t>(place - before.begin()); old < end; ++old)
-            ranks[before[old]] = rank++;
-        ranks[key.slot] = rank++;
+    if (d->slotCount - ordered > ordered / 8) {
+        for (const IndexSlot slot : NameSort(*this).sorted(0, d->slotCount))
+            ranks[slot] = rank++;
+    } else {
+        // The old order, from ranks back to rows, merged with the few new names.
+        const auto nameOf = [this](IndexSlot slot) {
+            return chunkOf(slot).foldedName(rowOf(slot));
+        };
+        std::vector<IndexSlot> before(ordered);
+        for (IndexSlot slot = 0; slot < ordered; ++slot)
+            before[d->nameRanks[slot]] = slot;
+        auto old = before.cbegin();
+        for (const IndexSlot fresh :
+             NameSort(*this).sorted(static_cast<IndexSlot>(ordered), d->slotCount)) {
+            const auto place = std::partition_point(old, before.cend(), [&](IndexSlot slot) {
+                return nameOf(slot).compare(nameOf(fresh)) <= 0;
+            });
+            for (; old != place; ++old)
+                ranks[*old] = rank++;
+            ranks[fresh] = rank++;
+        }
+        for (; old != before.cend(); ++old)
+            ranks[*old] = rank++;
     }
-    for (; old < ordered; ++old)
-        ranks[before[old]] = rank++;
     const std::unique_lock lock(m_mutex);
     d->nameRanks.swap(ranks);
     ++m_orderVersion;
@@ -100,6 +144,7 @@ void IndexCatalog::compact()
     fresh.orderNames();
     const std::unique_lock lock(m_mutex);
     d.swap(fresh.d);
+    ++m_typesVersion;
     ++m_orderVersion;
     ++m_generation;
 }

@@ -179,6 +179,8 @@ std::optional<XPError> IndexCatalog::load(std::vector<std::unique_ptr<IndexChunk
     }
     const std::unique_lock lock(m_mutex);
     d.swap(data);
+    ++m_typesVersion;
+    ++m_valuesVersion;
     ++m_generation;
     return {};
 }

@@ -64,15 +64,32 @@ int IndexEvaluator::cost(const MDPredicate &predicate)
     return predicate.op == Op::NotEqual || name == u"kMDItemTextContent" ? 1 : 0;
 }
 
+// At most how many rows match, where that is known at once.
+quint64 IndexEvaluator::estimate(const MDPredicate &predicate) const
+{
+    if (predicate.kind != Kind::Compare && predicate.kind != Kind::InRange)
+        return m_catalog.slotCount();
+    const auto *postings = m_catalog.attributeNamed(predicate.attribute);
+    return postings && predicate.op != Op::NotEqual ? postings->present().rows().cardinality()
+                                                    : m_catalog.slotCount();
+}
+
 RowSet IndexEvaluator::andRows(const MDPredicate &predicate, RowSet within) const
 {
-    std::vector<const MDPredicate *> children;
+    struct Test
+    {
+        int cost;
+        quint64 estimate;
+        const MDPredicate *predicate;
+    };
+    std::vector<Test> tests;
     for (const MDPredicatePtr &child : predicate.children)
-        children.push_back(child.get());
-    std::stable_sort(children.begin(), children.end(),
-                     [](const auto *a, const auto *b) { return cost(*a) < cost(*b); });
-    for (const MDPredicate *child : children) {
-        within = rows(*child, within);
+        tests.push_back({cost(*child), estimate(*child), child.get()});
+    std::stable_sort(tests.begin(), tests.end(), [](const Test &a, const Test &b) {
+        return a.cost != b.cost ? a.cost < b.cost : a.estimate < b.estimate;
+    });
+    for (const Test &test : tests) {
+        within = rows(*test.predicate, within);
         if (within->isEmpty())
             break;
     }
@@ -141,7 +158,7 @@ static bool acceptsType(const QString &type, const MDPredicate &predicate,
                        [&](const QString &text) { return accepts(text, predicate, pattern); });
 }
 
-RowSet IndexEvaluator::typeRows(const MDPredicate &predicate, const RowSet &within) const
+RowSet IndexEvaluator::typesUnited(const MDPredicate &predicate) const
 {
     const bool present = predicate.value.type == Type::Present;
     const IndexTextPattern pattern(predicate.value);
@@ -152,7 +169,26 @@ RowSet IndexEvaluator::typeRows(const MDPredicate &predicate, const RowSet &with
         if (!posting.isEmpty() && (present || acceptsType(types[number], predicate, pattern)))
             matching.push_back(&posting);
     }
-    return unitedWithin(matching, within);
+    return united(matching);
+}
+
+RowSet IndexEvaluator::typeRows(const MDPredicate &predicate, const RowSet &within) const
+{
+    const IndexTextPattern pattern(predicate.value);
+    // An exact identifier in the tree: asked again and again, for images or texts as a whole.
+    const bool kept = predicate.attribute == u"kMDItemContentTypeTree" &&
+                      IndexComparison::isEquality(predicate) &&
+                      pattern.shape() == IndexTextPattern::Shape::Whole &&
+                      pattern.folding() == FoldText::None;
+    if (!kept)
+        return intersected(typesUnited(predicate), within);
+    const quint64 version = m_catalog.typesVersion();
+    RowSet rows = m_catalog.recentTypes().find(version, pattern.literal());
+    if (!rows) {
+        rows = typesUnited(predicate);
+        m_catalog.recentTypes().remember(version, pattern.literal(), rows);
+    }
+    return intersected(rows, within);
 }
 
 RowSet IndexEvaluator::contentRows(const MDPredicate &predicate) const

@@ -40,7 +40,9 @@ private:
     RowSet systemRows(const MDPredicate &predicate) const;
     RowSet typeRows(const MDPredicate &predicate, const RowSet &within) const;
     RowSet contentRows(const MDPredicate &predicate) const;
+    RowSet typesUnited(const MDPredicate &predicate) const;
     static int cost(const MDPredicate &predicate);
+    quint64 estimate(const MDPredicate &predicate) const;
 
     const IndexCatalog &m_catalog;
     const IndexTextAnswers *m_texts;

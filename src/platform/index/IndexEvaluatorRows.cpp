@@ -11,10 +11,13 @@ using namespace IndexComparison;
 
 namespace IndexEvaluatorRows {
 
-// Rows so few that each is looked at by itself rather than in a pass over all.
-static bool isFew(const IndexCatalog &catalog, const RowSet &within)
+// How many times longer it takes to look at a single row than at one in a pass over all.
+static constexpr quint32 singleName = 48;
+static constexpr quint32 singleColumn = 8;
+
+static bool isFew(const IndexCatalog &catalog, const RowSet &within, quint32 factor)
 {
-    return within && within->cardinality() < catalog.slotCount() / 16 + 64;
+    return within && within->cardinality() < catalog.slotCount() / factor + 64;
 }
 
 RowSet shared(Roaring &&rows)
@@ -27,7 +30,7 @@ RowSet intersected(const RowSet &rows, const RowSet &within)
     return within ? shared(*rows & *within) : rows;
 }
 
-RowSet unitedWithin(const std::vector<const IndexPosting *> &sets, const RowSet &within)
+RowSet united(const std::vector<const IndexPosting *> &sets, const RowSet &within)
 {
     // One value that matches, the usual case: its set is handed out as it is.
     if (sets.size() == 1)
@@ -127,12 +130,12 @@ RowSet named(const IndexCatalog &catalog, const MDPredicate &predicate, const Ro
     const auto matches = [&](IndexSlot slot) {
         return matchesName(catalog, pattern, needle, slot);
     };
-    if (isFew(catalog, within))
+    if (isFew(catalog, within, singleName))
         return filtered(within, matches);
     // A name that matches holds the folded literal, so it is among the hits of any part of that.
     const QString literal = foldText(pattern.literal());
-    const RowSet earlier = catalog.nameScan().candidates(catalog.generation(), literal);
-    if (isFew(catalog, earlier))
+    const RowSet earlier = catalog.recentNames().findShorter(catalog.generation(), literal);
+    if (isFew(catalog, earlier, singleName))
         return filtered(intersected(earlier, within), matches);
     RowSet rows = scannedNames(catalog, pattern, needle, within);
     for (const IndexItem root : catalog.roots()) {
@@ -145,7 +148,7 @@ RowSet named(const IndexCatalog &catalog, const MDPredicate &predicate, const Ro
     }
     rows = shared(*rows & *catalog.alive().snapshot());
     if (needle.decides() && pattern.shape() == IndexTextPattern::Shape::Contains)
-        catalog.nameScan().remember(catalog.generation(), literal, rows);
+        catalog.recentNames().remember(catalog.generation(), literal, rows);
     return intersected(rows, within);
 }
 
@@ -284,7 +287,7 @@ RowSet inColumn(const IndexCatalog &catalog, const MDPredicate &predicate, const
     if (interval.isEmpty())
         return shared({});
     const ColumnRange range = rangeOf(interval, column);
-    if (isFew(catalog, within))
+    if (isFew(catalog, within, singleColumn))
         return filtered(within, [&](IndexSlot slot) {
             const qint64 value = valueIn(catalog.chunkOf(slot), IndexCatalog::rowOf(slot), column);
             return value >= range.low && value <= range.high;
@@ -342,6 +345,24 @@ static std::vector<IndexTexts::Number> textsAccepted(const IndexCatalog &catalog
     return texts;
 }
 
+// A text that is the same for the same comparison only.
+static QString keyOf(const MDPredicate &predicate)
+{
+    const auto part = [](const MDPredicate::Value &value) {
+        QString text = value.text + u'\n' + QString::number(value.number, 'g', 17) + u'\n';
+        for (const bool flag : {value.quoted, value.ignoreCase, value.ignoreDiacritics,
+                                value.wordBased, value.isDate})
+            text += flag ? u'1' : u'0';
+        for (const bool wildcard : value.wildcard)
+            text += wildcard ? u'1' : u'0';
+        return text;
+    };
+    return predicate.attribute + u'\n' + QString::number(static_cast<int>(predicate.kind)) +
+           QString::number(static_cast<int>(
+               predicate.op == MDPredicate::Op::NotEqual ? MDPredicate::Op::Equal : predicate.op)) +
+           u'\n' + part(predicate.value) + u'\n' + part(predicate.high);
+}
+
 RowSet withAttribute(const IndexCatalog &catalog, const MDPredicate &predicate,
                      const RowSet &within)
 {
@@ -368,8 +389,18 @@ RowSet withAttribute(const IndexCatalog &catalog, const MDPredicate &predicate,
                 sets.push_back(&*set);
         }
     }
-    RowSet rows = unitedWithin(sets, within);
-    return out.isEmpty() ? rows : shared(*rows | out);
+    if (!out.isEmpty())
+        return shared(*united(sets, within) | out);
+    // The same few comparisons come with each letter that somebody types.
+    if (sets.size() < 2)
+        return united(sets, within);
+    const QString key = keyOf(predicate);
+    RowSet rows = catalog.recentValues().find(catalog.valuesVersion(), key);
+    if (!rows) {
+        rows = united(sets);
+        catalog.recentValues().remember(catalog.valuesVersion(), key, rows);
+    }
+    return intersected(rows, within);
 }
 
 RowSet withAnyText(const IndexCatalog &catalog, const MDPredicate &predicate, const RowSet &within)
@@ -391,7 +422,7 @@ RowSet withAnyText(const IndexCatalog &catalog, const MDPredicate &predicate, co
                 sets.push_back(&*set);
         }
     }
-    return unitedWithin(sets, within);
+    return united(sets, within);
 }
 
 } // namespace IndexEvaluatorRows

@@ -18,7 +18,7 @@ RowSet withAnyText(const IndexCatalog &catalog, const MDPredicate &predicate, co
 
 RowSet shared(Roaring &&rows);
 // The rows of any of the sets.
-RowSet unitedWithin(const std::vector<const IndexPosting *> &sets, const RowSet &within);
+RowSet united(const std::vector<const IndexPosting *> &sets, const RowSet &within = {});
 RowSet intersected(const RowSet &rows, const RowSet &within);
 
 } // namespace IndexEvaluatorRows

@@ -72,6 +72,14 @@ static quint64 keyOf(double value)
     return bits >> 63 ? ~bits : bits | 1ULL << 63;
 }
 
+// Quicker for a million rows than stepping through the set.
+static std::vector<IndexSlot> listOf(const Roaring &rows)
+{
+    std::vector<IndexSlot> slots(rows.cardinality());
+    rows.toUint32Array(slots.data());
+    return slots;
+}
+
 std::vector<IndexSlot> IndexOrder::first(const IndexCatalog &catalog, const Roaring &rows,
                                          size_t limit) const
 {
@@ -85,7 +93,7 @@ std::vector<IndexSlot> IndexOrder::first(const IndexCatalog &catalog, const Roar
     if (!size && !modified && !birth)
         return byValue(catalog, rows, limit);
     Smallest smallest(limit);
-    for (const IndexSlot slot : rows) {
+    for (const IndexSlot slot : listOf(rows)) {
         const IndexChunk &chunk = catalog.chunkOf(slot);
         const quint32 row = IndexCatalog::rowOf(slot);
         const quint64 key = keyOf(size       ? chunk.sizes[row]
@@ -108,7 +116,7 @@ std::vector<IndexSlot> IndexOrder::byName(const IndexCatalog &catalog, const Roa
     };
     Smallest smallest(limit);
     std::vector<IndexSlot> young; // have no rank yet
-    for (const IndexSlot slot : rows) {
+    for (const IndexSlot slot : listOf(rows)) {
         const quint32 rank = catalog.nameRank(slot);
         if (rank == IndexCatalog::unordered)
             young.push_back(slot);
