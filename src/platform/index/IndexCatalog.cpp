@@ -95,7 +95,7 @@ void IndexCatalog::put(const IndexRecord &record)
     } else {
         const IndexChunk &chunk = chunkOf(slot);
         const quint32 row = rowOf(slot);
-        if (chunk.parents[row] != record.parent || chunk.name(row) != QByteArrayView(record.name)) {
+        if (chunk.parents[row] != record.parent || !chunk.hasName(row, record.name)) {
             move(record);
             slot = slotOf(record.item);
         } else {
@@ -126,7 +126,7 @@ IndexSlot IndexCatalog::append(const IndexRecord &record)
 quint32 IndexCatalog::childHash(IndexSlot slot) const
 {
     const IndexChunk &chunk = chunkOf(slot);
-    return IndexChildTable::hashOf(chunk.parents[rowOf(slot)], chunk.name(rowOf(slot)));
+    return IndexChildTable::hashOf(chunk.parents[rowOf(slot)], chunk.caselessName(rowOf(slot)));
 }
 
 // Puts a row among its folder's children, or the roots.
@@ -137,9 +137,19 @@ void IndexCatalog::attach(IndexSlot slot)
         d->roots.push_back(itemAt(slot));
     if (!d->children.isReady())
         return; // prepareForWriting() will find it
-    d->children.insert(slot, childHash(slot), [this](IndexSlot row) { return childHash(row); });
+    if (d->children.hasRoom())
+        d->children.insert(slot, childHash(slot));
+    else
+        fillChildren(d->children);
     if (parent)
         d->children.countUp(parent);
+}
+
+void IndexCatalog::fillChildren(IndexChildTable &table) const
+{
+    table.makeRoom(static_cast<size_t>(count()));
+    for (const IndexSlot slot : d->alive.rows())
+        table.insert(slot, childHash(slot));
 }
 
 // Takes a row out of everything but its chunk.
@@ -400,11 +410,12 @@ void IndexCatalog::prepareForWriting()
     if (d->children.isReady())
         return;
     IndexChildTable table;
-    table.reserve(static_cast<size_t>(count()));
-    for (const IndexSlot slot : d->alive.rows()) {
-        table.insert(slot, childHash(slot), [this](IndexSlot row) { return childHash(row); });
-        if (const IndexItem parent = chunkOf(slot).parents[rowOf(slot)])
-            table.countUp(parent);
+    fillChildren(table);
+    for (const auto &chunk : d->chunks) {
+        for (quint32 row = 0; row < chunk->size(); ++row) {
+            if (chunk->parents[row] && !chunk->hasFlag(row, IndexChunk::Dead))
+                table.countUp(chunk->parents[row]);
+        }
     }
     const std::unique_lock lock(m_mutex);
     d->children = std::move(table);

@@ -60,8 +60,7 @@ public:
     QByteArray serialiseTables() const;
     const std::vector<quint32> &nameOrder() const { return d->nameRanks; }
     quint64 nameOrderVersion() const { return m_orderVersion; } // differs once it changed
-    // Replaces everything; on failure leaves it as it was. Without a usable `nameRanks` names are
-    // put in order anew.
+    // Replaces everything; on failure leaves it as it was. `nameRanks` may be missing or short.
     std::optional<XPError> load(std::vector<std::unique_ptr<IndexChunk>> chunks,
                                 QByteArrayView tables, std::vector<quint32> nameRanks);
 
@@ -183,6 +182,8 @@ private:
     void attach(IndexSlot slot);
     void bury(IndexSlot slot);
     quint32 childHash(IndexSlot slot) const;
+    std::vector<IndexSlot> orderBefore() const;
+    void fillChildren(IndexChildTable &table) const;
     void setImported(IndexSlot slot, bool imported);
     void setSystem(IndexSlot slot, bool system);
     void updateSystem(IndexSlot folder, const RowSet &below);
@@ -193,7 +194,8 @@ private:
     bool isSystem(const IndexRecord &record) const;
     bool isChild(IndexSlot slot, IndexItem parent, QByteArrayView name) const;
 
-    static bool readTables(QByteArrayView bytes, Data &data, IndexItem *last);
+    static bool readTables(QByteArrayView bytes, Data &data, IndexItem *last,
+                           std::vector<IndexSlot> *rows);
     static bool placeRows(Data &data, IndexItem last);
 
     mutable std::shared_mutex m_mutex;

@@ -71,11 +71,25 @@ private:
 
 } // namespace
 
+// The rows that have a rank, in order. Empty when the ranks are not one for each.
+std::vector<IndexSlot> IndexCatalog::orderBefore() const
+{
+    std::vector<IndexSlot> order(d->nameRanks.size(), noSlot);
+    for (IndexSlot slot = 0; slot < order.size(); ++slot) {
+        const quint32 rank = d->nameRanks[slot];
+        if (rank >= order.size() || order[rank] != noSlot)
+            return {};
+        order[rank] = slot;
+    }
+    return order;
+}
+
 void IndexCatalog::orderNames()
 {
-    const size_t ordered = d->nameRanks.size();
-    if (ordered == d->slotCount)
+    if (d->nameRanks.size() == d->slotCount)
         return;
+    const std::vector<IndexSlot> before = orderBefore();
+    const size_t ordered = before.size();
     std::vector<quint32> ranks(d->slotCount);
     quint32 rank = 0;
     if (d->slotCount - ordered > ordered / 8) {
@@ -86,9 +100,6 @@ void IndexCatalog::orderNames()
         const auto nameOf = [this](IndexSlot slot) {
             return chunkOf(slot).foldedName(rowOf(slot));
         };
-        std::vector<IndexSlot> before(ordered);
-        for (IndexSlot slot = 0; slot < ordered; ++slot)
-            before[d->nameRanks[slot]] = slot;
         auto old = before.cbegin();
         for (const IndexSlot fresh :
              NameSort(*this).sorted(static_cast<IndexSlot>(ordered), d->slotCount)) {

@@ -6,7 +6,7 @@
 
 QByteArray IndexCatalog::path(IndexSlot slot) const
 {
-    std::vector<QByteArrayView> parts;
+    std::vector<QByteArray> parts;
     qsizetype size = 0;
     // A folder that is its own ancestor cannot be made by apply(); a damaged store could.
     for (int depth = 0; slot != noSlot && depth < 4096; ++depth) {
@@ -29,7 +29,7 @@ bool IndexCatalog::isChild(IndexSlot slot, IndexItem parent, QByteArrayView name
 {
     const IndexChunk &chunk = chunkOf(slot);
     const quint32 row = rowOf(slot);
-    return chunk.parents[row] == parent && chunk.name(row) == name &&
+    return chunk.parents[row] == parent && chunk.hasName(row, name) &&
            !chunk.hasFlag(row, IndexChunk::Dead);
 }
 
@@ -65,7 +65,7 @@ IndexItem IndexCatalog::itemAtPath(QByteArrayView path) const
     qsizetype start = 0;
     for (const IndexItem root : roots()) {
         const IndexSlot slot = slotOf(root);
-        const QByteArrayView name = chunkOf(slot).name(rowOf(slot));
+        const QByteArray name = chunkOf(slot).name(rowOf(slot));
         const bool inside = path.startsWith(name) &&
                             (path.size() == name.size() || name == "/" || path[name.size()] == '/');
         if (inside && name.size() >= start) {
@@ -172,7 +172,7 @@ IndexRecord IndexCatalog::record(IndexSlot slot) const
     IndexRecord record;
     record.item = chunk.items[row];
     record.parent = chunk.parents[row];
-    record.name = chunk.name(row).toByteArray();
+    record.name = chunk.name(row);
     record.info.mode = chunk.modes[row];
     record.info.size = chunk.sizes[row];
     record.info.modified = chunk.modified[row];

@@ -42,13 +42,17 @@ QByteArray IndexCatalog::serialiseTables() const
     out << d->texts.size();
     for (IndexTexts::Number text = 0; text < d->texts.size(); ++text)
         out << (used[text] ? d->texts.text(text) : QString());
-    out << static_cast<quint32>(d->values.size());
-    for (auto row = d->values.begin(); row != d->values.end(); ++row)
-        out << row.key() << *row;
+    // In order, so that loading adds to the end of each set.
+    QList<IndexSlot> rows = d->values.keys();
+    std::sort(rows.begin(), rows.end());
+    out << static_cast<quint32>(rows.size());
+    for (const IndexSlot row : rows)
+        out << row << d->values.value(row);
     return bytes;
 }
 
-bool IndexCatalog::readTables(QByteArrayView bytes, Data &data, IndexItem *last)
+bool IndexCatalog::readTables(QByteArrayView bytes, Data &data, IndexItem *last,
+                              std::vector<IndexSlot> *rows)
 {
     const QByteArray raw = QByteArray::fromRawData(bytes.data(), bytes.size());
     QDataStream in(raw);
@@ -89,6 +93,7 @@ bool IndexCatalog::readTables(QByteArrayView bytes, Data &data, IndexItem *last)
             !IndexValues::isSound(values, data.names.size(), data.texts.size()))
             return false;
         data.values.insert(slot, values);
+        rows->push_back(slot);
     }
     return in.status() == QDataStream::Ok && in.atEnd() && !data.types.empty();
 }
@@ -137,17 +142,6 @@ bool IndexCatalog::placeRows(Data &data, IndexItem last)
     return true;
 }
 
-static bool isPermutation(const std::vector<quint32> &ranks)
-{
-    std::vector<bool> seen(ranks.size(), false);
-    for (const quint32 rank : ranks) {
-        if (rank >= ranks.size() || seen[rank])
-            return false;
-        seen[rank] = true;
-    }
-    return true;
-}
-
 std::optional<XPError> IndexCatalog::load(std::vector<std::unique_ptr<IndexChunk>> chunks,
                                           QByteArrayView tables, std::vector<quint32> nameRanks)
 {
@@ -160,21 +154,21 @@ std::optional<XPError> IndexCatalog::load(std::vector<std::unique_ptr<IndexChunk
     }
     data->chunks = std::move(chunks);
     IndexItem last = 0;
+    std::vector<IndexSlot> rows; // that have values
     // Numbers are not used again, so there may be more items than rows; not wildly more, though.
-    if (!readTables(tables, *data, &last) || last > data->slotCount + 500'000'000ULL ||
+    if (!readTables(tables, *data, &last, &rows) || last > data->slotCount + 500'000'000ULL ||
         !placeRows(*data, last))
         return damaged;
-    if (nameRanks.size() <= data->slotCount && isPermutation(nameRanks))
+    if (nameRanks.size() <= data->slotCount)
         data->nameRanks = std::move(nameRanks);
     data->children.setReady(data->chunks.empty());
-    for (auto row = data->values.cbegin(); row != data->values.cend(); ++row) {
-        const auto &chunk = *data->chunks[row.key() >> 16];
-        if (chunk.hasFlag(rowOf(row.key()), IndexChunk::Dead))
+    for (const IndexSlot row : rows) {
+        if (data->chunks[row >> 16]->hasFlag(rowOf(row), IndexChunk::Dead))
             return damaged;
-        for (const IndexValues::Entry &entry : IndexValues::effective(*row)) {
+        for (const IndexValues::Entry &entry : IndexValues::effective(data->values.value(row))) {
             if (data->postings.size() <= entry.name)
                 data->postings.resize(entry.name + size_t{1});
-            data->postings[entry.name].add(row.key(), entry);
+            data->postings[entry.name].add(row, entry);
         }
     }
     const std::unique_lock lock(m_mutex);

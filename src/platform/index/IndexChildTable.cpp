@@ -1,9 +1,39 @@
 #include "IndexChildTable.h"
 
+#include <algorithm>
+#include <array>
+
 quint32 IndexChildTable::hashOf(IndexItem parent, QByteArrayView name)
 {
-    const size_t hash = qHashBits(name.data(), static_cast<size_t>(name.size()), parent);
+    std::array<char, 256> lower; // NOLINT(cppcoreguidelines-pro-type-member-init): filled below
+    size_t size = 0;
+    size_t hash = parent;
+    const auto add = [&] {
+        hash = qHashBits(lower.data(), size, hash);
+        size = 0;
+    };
+    for (const char byte : name) {
+        lower[size++] = byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte + ('a' - 'A')) : byte;
+        if (size == lower.size())
+            add();
+    }
+    add();
     return static_cast<quint32>(hash ^ (hash >> 32));
+}
+
+void IndexChildTable::makeRoom(size_t rows)
+{
+    m_rows.assign(std::max<size_t>(1024, rows * 5 / 3), none);
+    m_used = 0;
+}
+
+void IndexChildTable::insert(IndexSlot row, quint32 hash)
+{
+    size_t i = start(hash);
+    while (m_rows[i] != none)
+        i = after(i);
+    m_rows[i] = row;
+    ++m_used;
 }
 
 void IndexChildTable::erase(IndexSlot row, quint32 hash)
@@ -14,13 +44,6 @@ void IndexChildTable::erase(IndexSlot row, quint32 hash)
             return;
         }
     }
-}
-
-void IndexChildTable::reserve(size_t rows)
-{
-    m_rows.assign(std::max<size_t>(1024, rows * 3 / 2), none);
-    m_used = 0;
-    m_counts.clear();
 }
 
 void IndexChildTable::countDown(IndexItem parent)

@@ -12,6 +12,7 @@ class IndexChildTable
 public:
     static constexpr IndexSlot none = ~0U;
 
+    // `name`: bytes as on disk, or the same in lower case, which has the same hash.
     static quint32 hashOf(IndexItem parent, QByteArrayView name);
 
     template <typename IsChild>
@@ -23,16 +24,12 @@ public:
         }
         return none;
     }
-    // `hashOfRow` is asked when the table grows.
-    template <typename HashOfRow>
-    void insert(IndexSlot row, quint32 hash, HashOfRow hashOfRow)
-    {
-        if ((m_used + 1) * 10 > m_rows.size() * 8)
-            grow(hashOfRow);
-        place(row, hash);
-    }
+    // Without room the owner calls makeRoom() and inserts all rows anew, in their order, which is
+    // far quicker than in the order of the table.
+    bool hasRoom() const { return (m_used + 1) * 10 <= m_rows.size() * 8; }
+    void makeRoom(size_t rows);
+    void insert(IndexSlot row, quint32 hash);
     void erase(IndexSlot row, quint32 hash);
-    void reserve(size_t rows); // of an empty table
 
     // How many a folder holds.
     void countUp(IndexItem parent) { ++m_counts[parent]; }
@@ -48,28 +45,6 @@ private:
 
     size_t start(quint32 hash) const { return (quint64{hash} * m_rows.size()) >> 32; }
     size_t after(size_t i) const { return i + 1 < m_rows.size() ? i + 1 : 0; }
-    void place(IndexSlot row, quint32 hash)
-    {
-        size_t i = start(hash);
-        while (m_rows[i] != none)
-            i = after(i);
-        m_rows[i] = row;
-        ++m_used;
-    }
-    template <typename HashOfRow>
-    void grow(HashOfRow hashOfRow)
-    {
-        const std::vector<IndexSlot> before = std::move(m_rows);
-        size_t live = 0;
-        for (const IndexSlot row : before)
-            live += row < erased ? 1 : 0;
-        m_rows.assign(std::max<size_t>(1024, live * 5 / 3), none);
-        m_used = 0;
-        for (const IndexSlot row : before) {
-            if (row < erased)
-                place(row, hashOfRow(row));
-        }
-    }
 
     std::vector<IndexSlot> m_rows = std::vector<IndexSlot>(1024, none);
     size_t m_used = 0; // rows and erased places

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <limits>
 
-static constexpr quint32 chunkMagic = 0x324B4349; // "ICK2", little-endian machines only
+static constexpr quint32 chunkMagic = 0x334B4349; // "ICK3", little-endian machines only
 
 IndexChunk::IndexChunk() : m_block(new char[capacity * bytesARow])
 {
@@ -46,12 +46,12 @@ void IndexChunk::append(const IndexRecord &record, quint32 type, quint16 device)
 {
     const quint32 row = size();
     const QByteArray folded = IndexFoldedList::foldedName(record.name);
-    if (folded == record.name) {
-        m_originalStarts.push_back(sameAsFolded);
+    if (const auto mask = capitalsOf(record.name, folded)) {
+        m_originals.push_back(capitals | *mask);
     } else {
-        m_originalStarts.push_back(static_cast<quint32>(m_originals.size()));
-        m_originals.append(record.name);
-        m_originals.append('\0');
+        m_originals.push_back(static_cast<quint32>(m_originalBytes.size()));
+        m_originalBytes.append(record.name);
+        m_originalBytes.append('\0');
     }
     m_names.append(folded);
     items[row] = record.item;
@@ -65,8 +65,8 @@ void IndexChunk::append(const IndexRecord &record, quint32 type, quint16 device)
 void IndexChunk::finish()
 {
     m_names.squeeze();
-    m_originals.squeeze();
-    m_originalStarts.shrink_to_fit();
+    m_originalBytes.squeeze();
+    m_originals.shrink_to_fit();
 }
 
 void IndexChunk::setFacts(quint32 row, const XPFileInfo &info, quint32 type, quint16 device)
@@ -90,18 +90,68 @@ void IndexChunk::setFlag(quint32 row, Flag flag, bool on)
     flags[row] = now;
 }
 
-QByteArrayView IndexChunk::name(quint32 row) const
+// --- Names
+
+static bool isAscii(QByteArrayView bytes)
 {
-    const quint32 start = m_originalStarts[row];
-    if (start == sameAsFolded)
+    quint8 all = 0;
+    for (const char byte : bytes)
+        all |= static_cast<quint8>(byte);
+    return all < 0x80;
+}
+
+std::optional<quint32> IndexChunk::capitalsOf(QByteArrayView name, QByteArrayView folded)
+{
+    if (name.size() != folded.size())
+        return {};
+    quint32 mask = 0;
+    for (qsizetype i = 0; i < name.size(); ++i) {
+        if (name[i] == folded[i])
+            continue;
+        if (i >= 31 || name[i] < 'A' || name[i] > 'Z' || name[i] + ('a' - 'A') != folded[i])
+            return {};
+        mask |= 1U << i;
+    }
+    return mask;
+}
+
+QByteArrayView IndexChunk::caselessName(quint32 row) const
+{
+    if (m_originals[row] & capitals)
         return foldedName(row);
-    return QByteArrayView(m_originals.constData() + start); // up to its zero
+    return QByteArrayView(m_originalBytes.constData() + m_originals[row]); // up to its zero
+}
+
+QByteArray IndexChunk::name(quint32 row) const
+{
+    QByteArray name = caselessName(row).toByteArray();
+    if (!(m_originals[row] & capitals))
+        return name;
+    for (quint32 mask = m_originals[row] & ~capitals; mask; mask &= mask - 1) {
+        char &letter = name.data()[__builtin_ctz(mask)];
+        letter = static_cast<char>(letter - ('a' - 'A'));
+    }
+    return name;
+}
+
+bool IndexChunk::hasName(quint32 row, QByteArrayView name) const
+{
+    const QByteArrayView known = caselessName(row);
+    if (!(m_originals[row] & capitals))
+        return known == name;
+    return known.size() == name.size() &&
+           capitalsOf(name, known) == std::optional(m_originals[row] & ~capitals);
+}
+
+bool IndexChunk::isAsciiName(quint32 row) const
+{
+    return isAscii(caselessName(row));
 }
 
 qsizetype IndexChunk::memoryUsed() const
 {
     return size() * static_cast<qsizetype>(bytesARow + 8) + m_names.bytes().capacity() +
-           m_originals.capacity();
+           m_originalBytes.capacity();
 }
 
 // --- Saved form: a header, then each column as it is in memory
@@ -109,13 +159,13 @@ qsizetype IndexChunk::memoryUsed() const
 void IndexChunk::write(IndexSegment::Writer &out) const
 {
     m_header = {chunkMagic, size(), static_cast<quint32>(m_names.bytes().size()),
-                static_cast<quint32>(m_originals.size())};
+                static_cast<quint32>(m_originalBytes.size())};
     out.add(&m_header, sizeof m_header);
     forEachColumn([&](const auto *column, size_t width) { out.add(column, size() * width); });
     out.add(m_names.starts());
-    out.add(m_originalStarts);
-    out.add(m_names.bytes());
     out.add(m_originals);
+    out.add(m_names.bytes());
+    out.add(m_originalBytes);
 }
 
 std::optional<IndexChunk> IndexChunk::read(IndexSegment::Reader &in)
@@ -129,16 +179,30 @@ std::optional<IndexChunk> IndexChunk::read(IndexSegment::Reader &in)
         [&](auto *column, size_t width) { good = good && in.read(column, header.rows * width); });
     std::vector<quint32> starts;
     QByteArray folded;
-    good = good && in.read(&starts, header.rows + 1) &&
-           in.read(&chunk.m_originalStarts, header.rows) && in.read(&folded, header.foldedBytes) &&
-           in.read(&chunk.m_originals, header.originalBytes) && in.atEnd() &&
+    good = good && in.read(&starts, header.rows + 1) && in.read(&chunk.m_originals, header.rows) &&
+           in.read(&folded, header.foldedBytes) &&
+           in.read(&chunk.m_originalBytes, header.originalBytes) && in.atEnd() &&
            chunk.m_names.restore(std::move(folded), std::move(starts));
-    const quint32 originals = header.originalBytes;
-    if (!good || (originals && chunk.m_originals.back() != '\0'))
+    const quint32 bytes = header.originalBytes;
+    if (!good || (bytes && chunk.m_originalBytes.back() != '\0'))
         return {};
-    const auto fits = [&](quint32 start) { return start == sameAsFolded || start < originals; };
-    if (!std::all_of(chunk.m_originalStarts.begin(), chunk.m_originalStarts.end(), fits))
-        return {};
+    // A capital stands where the folded name has a small letter.
+    const auto fits = [&](quint32 row) {
+        const quint32 original = chunk.m_originals[row];
+        if (!(original & capitals))
+            return original < bytes;
+        const QByteArrayView name = chunk.foldedName(row);
+        for (quint32 mask = original & ~capitals; mask; mask &= mask - 1) {
+            const qsizetype at = __builtin_ctz(mask);
+            if (at >= name.size() || name[at] < 'a' || name[at] > 'z')
+                return false;
+        }
+        return true;
+    };
+    for (quint32 row = 0; row < header.rows; ++row) {
+        if (!fits(row))
+            return {};
+    }
     chunk.dirty = false;
     return chunk;
 }

@@ -5,11 +5,12 @@
 #include "IndexSegment.h"
 
 #include <memory>
+#include <optional>
 
 // 65,536 rows, column by column: the unit of growth, of scanning and of saving.
 //
-// A row's name stands twice: as bytes on disk, and folded, all folded names in one piece. A name
-// that is its own folded form is kept once.
+// The folded names stand in one piece. How the name on disk differs is kept beside that: mostly
+// by which letters are capitals.
 // Threads: as the catalog that owns it.
 class IndexChunk
 {
@@ -37,7 +38,11 @@ public:
     void setFlag(quint32 row, Flag flag, bool on);
     bool hasFlag(quint32 row, Flag flag) const { return flags[row] & flag; }
 
-    QByteArrayView name(quint32 row) const;
+    QByteArray name(quint32 row) const; // bytes on disk
+    bool hasName(quint32 row, QByteArrayView name) const;
+    bool isAsciiName(quint32 row) const;
+    // The name, but that some of its ASCII letters may be in lower case.
+    QByteArrayView caselessName(quint32 row) const;
     QByteArrayView foldedName(quint32 row) const { return m_names.at(row); }
     const IndexFoldedList &foldedNames() const { return m_names; }
     qint64 birth(quint32 row) const { return qint64{births[row]} * 1'000'000'000; }
@@ -63,7 +68,10 @@ public:
     bool dirty = true; // differs from what was saved last
 
 private:
-    static constexpr quint32 sameAsFolded = ~0U;
+    // Set in m_originals: the other bits say which of the first 31 letters are capitals. Not set:
+    // where the whole name stands in m_originalBytes.
+    static constexpr quint32 capitals = 1U << 31;
+    static std::optional<quint32> capitalsOf(QByteArrayView name, QByteArrayView folded);
     static constexpr size_t bytesARow = 4 * 8 + 4 * 4 + 2 * 2 + 1;
 
     template <typename Visit>
@@ -80,6 +88,6 @@ private:
     mutable Header m_header{}; // as write() hands it out
     std::unique_ptr<char[]> m_block;
     IndexFoldedList m_names;
-    QByteArray m_originals; // names that differ from their folded form, each with a zero behind
-    std::vector<quint32> m_originalStarts; // or sameAsFolded
+    std::vector<quint32> m_originals;
+    QByteArray m_originalBytes; // names that differ in more than case, each with a zero behind
 };

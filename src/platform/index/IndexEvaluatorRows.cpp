@@ -67,20 +67,12 @@ static RowSet filtered(const RowSet &rows, Accept accept)
     return shared(Roaring(found.size(), found.data()));
 }
 
-static bool isAscii(QByteArrayView bytes)
-{
-    quint8 all = 0;
-    for (const char byte : bytes)
-        all |= static_cast<quint8>(byte);
-    return all < 0x80;
-}
-
 // Where the folded name holds the needle.
 static bool verifiesName(const IndexChunk &chunk, quint32 row, const IndexTextPattern &pattern,
                          const IndexNeedle &needle)
 {
-    const QByteArrayView name = chunk.name(row);
-    return (needle.decidesAscii() && isAscii(name)) || pattern.matches(XPPath::decode(name));
+    return (needle.decidesAscii() && chunk.isAsciiName(row)) ||
+           pattern.matches(XPPath::decode(chunk.name(row)));
 }
 
 // Rows whose folded name matches, in one pass over all names; dead rows too.

@@ -461,7 +461,7 @@ void IndexKeeper::removeMissing(IndexItem folder, const IndexListing &listing, I
             continue;
         const IndexChunk &chunk = m_catalog.chunkOf(slot);
         const quint32 row = IndexCatalog::rowOf(slot);
-        if (chunk.parents[row] == folder && !present.contains(chunk.name(row).toByteArray()))
+        if (chunk.parents[row] == folder && !present.contains(chunk.name(row)))
             removeTree(member, batch);
     }
 }

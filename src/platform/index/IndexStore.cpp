@@ -6,10 +6,12 @@
 
 #include <QDir>
 #include <QScopeGuard>
+#include <array>
 #include <fcntl.h>
 #include <filesystem>
 #include <sqlite3.h>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
 
 namespace fs = std::filesystem;
@@ -263,23 +265,38 @@ std::optional<XPError> IndexStore::loadSegments(IndexCatalog &catalog)
     QByteArray tables;
     std::vector<quint32> names;
     for (const auto &[number, segment] : *segments) {
-        IndexSegment::Reader in(segmentPath(segment.file));
-        if (in.error())
-            return XPError::fromErrno(in.error(), m_path);
         m_segmentBytes += segment.size;
-        bool good = false;
-        if (number == tablesSegment) {
-            good = in.read(&tables, static_cast<quint64>(segment.size));
-        } else if (number == namesSegment) {
-            good = in.read(&names, static_cast<quint64>(segment.size) / sizeof(quint32));
-        } else if (number == static_cast<qint64>(chunks.size())) {
-            if (auto chunk = IndexChunk::read(in)) {
-                chunks.push_back(std::make_unique<IndexChunk>(*std::move(chunk)));
-                good = true;
-            }
+        if (number >= 0 && number != static_cast<qint64>(chunks.size()))
+            return damaged("a part is missing");
+        if (number >= 0)
+            chunks.emplace_back();
+    }
+    // Two at a time: a read from memory is mostly checking and copying.
+    std::array<std::optional<XPError>, 2> errors;
+    const auto readSome = [&](size_t from) {
+        for (const auto &[number, segment] : *segments) {
+            if (errors[from] || static_cast<size_t>(number & 1) != from)
+                continue;
+            const auto read = [&](IndexSegment::Reader &in) {
+                if (number == tablesSegment)
+                    return in.read(&tables, static_cast<quint64>(segment.size));
+                if (number == namesSegment)
+                    return in.read(&names, static_cast<quint64>(segment.size) / sizeof(quint32));
+                auto chunk = IndexChunk::read(in);
+                if (chunk)
+                    chunks[static_cast<size_t>(number)] =
+                        std::make_unique<IndexChunk>(*std::move(chunk));
+                return chunk.has_value();
+            };
+            errors[from] = readSegment(segment, read);
         }
-        if (!good || !in.atEnd() || static_cast<qint64>(in.sum()) != segment.sum)
-            return damaged("a part of it does not check");
+    };
+    std::thread other([&] { readSome(1); });
+    readSome(0);
+    other.join();
+    for (const auto &error : errors) {
+        if (error)
+            return error;
     }
     if (segments->empty()) {
         catalog.clear();
@@ -288,6 +305,18 @@ std::optional<XPError> IndexStore::loadSegments(IndexCatalog &catalog)
     if (auto error = catalog.load(std::move(chunks), tables, std::move(names)))
         return error;
     m_savedOrder = catalog.nameOrderVersion();
+    return {};
+}
+
+std::optional<XPError>
+IndexStore::readSegment(const Segment &segment,
+                        const std::function<bool(IndexSegment::Reader &in)> &read) const
+{
+    IndexSegment::Reader in(segmentPath(segment.file));
+    if (in.error())
+        return XPError::fromErrno(in.error(), m_path);
+    if (!read(in) || !in.atEnd() || static_cast<qint64>(in.sum()) != segment.sum)
+        return damaged("a part of it does not check");
     return {};
 }
 

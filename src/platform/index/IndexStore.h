@@ -3,6 +3,7 @@
 #include "IndexCatalog.h"
 
 #include <QString>
+#include <functional>
 #include <map>
 #include <memory>
 #include <set>
@@ -23,7 +24,7 @@ struct sqlite3_stmt;
 class IndexStore
 {
 public:
-    static constexpr int schemaVersion = 2;
+    static constexpr int schemaVersion = 3;
 
     enum class Mode { Read, Write };
     // Write: makes folder and file where missing. Read: NotFound without a file.
@@ -80,6 +81,9 @@ private:
     static constexpr qint64 namesSegment = -2;
 
     XPResult<Segments> readSegments() const;
+    std::optional<XPError>
+    readSegment(const Segment &segment,
+                const std::function<bool(IndexSegment::Reader &in)> &read) const;
     std::optional<XPError> loadSegments(IndexCatalog &catalog);
     std::optional<XPError> saveSegment(qint64 number, const IndexSegment::Writer &segment);
     std::optional<XPError> saveChanged(const IndexCatalog &catalog);

@@ -76,8 +76,7 @@ void IndexVerifier::compareFolder(const QByteArray &folder, IndexFolderReader &r
         present.insert(entry.name);
     for (const IndexItem item : m_catalog.children(parent)) {
         const IndexSlot slot = m_catalog.slotOf(item);
-        const QByteArray name =
-            m_catalog.chunkOf(slot).name(IndexCatalog::rowOf(slot)).toByteArray();
+        const QByteArray name = m_catalog.chunkOf(slot).name(IndexCatalog::rowOf(slot));
         if (!present.contains(name))
             m_differences.push_back({Kind::NotOnDisk, joined(folder, name)});
     }
