@@ -4,6 +4,7 @@
 
 #include <QDataStream>
 #include <QIODevice>
+#include <QStringList>
 
 // Qt's stream with a fixed version: bounded reads, a sticky status, no layout of our own to
 // keep. Attributes travel as one binary property list, empty ones as an empty array.
@@ -71,9 +72,20 @@ static void write(QDataStream &out, const IndexChange &change)
         write(out, record.imported);
         out << record.importedModified << record.importedSize;
         break;
-    case IndexChange::Kind::Attribute:
-        write(out, record.attributes);
+    case IndexChange::Kind::Attribute: {
+        // A property list holds no null, which takes an attribute away.
+        IndexRecord::Attributes given = record.attributes;
+        QStringList taken;
+        for (auto entry = record.attributes.begin(); entry != record.attributes.end(); ++entry) {
+            if (entry->isNull()) {
+                taken.append(entry.key());
+                given.remove(entry.key());
+            }
+        }
+        out << taken;
+        write(out, given);
         break;
+    }
     }
 }
 
@@ -105,8 +117,15 @@ static bool read(QDataStream &in, IndexChange &change)
             return false;
         in >> record.importedModified >> record.importedSize;
         break;
-    case IndexChange::Kind::Attribute:
-        return read(in, record.attributes);
+    case IndexChange::Kind::Attribute: {
+        QStringList taken;
+        in >> taken;
+        if (!read(in, record.attributes))
+            return false;
+        for (const QString &name : taken)
+            record.attributes.insert(name, PropertyValue());
+        break;
+    }
     }
     return in.status() == QDataStream::Ok;
 }
