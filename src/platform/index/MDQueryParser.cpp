@@ -4,6 +4,7 @@
 
 #include <QDateTime>
 #include <QTimeZone>
+#include <algorithm>
 #include <cmath>
 
 static constexpr int deepest = 200;
@@ -33,10 +34,10 @@ private:
     MDPredicatePtr either(int depth);
     MDPredicatePtr both(int depth);
     MDPredicatePtr one(int depth);
-    MDPredicatePtr inRange(bool negated);
+    MDPredicatePtr inRange(std::shared_ptr<MDPredicate> predicate);
     MDPredicatePtr comparison();
     bool readOperator(MDPredicate::Op *op);
-    bool readValue(MDPredicate::Value *value);
+    bool readValue(MDPredicate::Value *value, bool mayBePresent);
     bool readQuoted(MDPredicate::Value *value);
     bool readTime(MDPredicate::Value *value);
     bool timeValue(const QString &function, const std::optional<QString> &argument,
@@ -80,10 +81,31 @@ private:
 
 } // namespace
 
+static bool isWord(const QString &word, QStringView expected)
+{
+    return word.compare(expected, Qt::CaseInsensitive) == 0;
+}
+
 static bool isWordUnit(QChar unit)
 {
     return unit.isLetterOrNumber() || unit.isMark() || unit.isSurrogate() || unit == u'_' ||
            unit == u'.' || unit == u'-' || unit == u'+' || unit == u':';
+}
+
+// What a bare word counts as among numbers.
+static std::optional<double> numberOf(const QString &word)
+{
+    if (isWord(word, u"true"))
+        return 1;
+    if (isWord(word, u"false"))
+        return 0;
+    // Not the names of what is no number, which toDouble() reads too.
+    const bool digits = std::all_of(word.begin(), word.end(), [](QChar unit) {
+        return (unit >= u'0' && unit <= u'9') || QStringView(u"+-.eE").contains(unit);
+    });
+    bool isNumber = false;
+    const double number = digits ? word.toDouble(&isNumber) : 0;
+    return isNumber ? std::optional(number) : std::nullopt;
 }
 
 static MDPredicatePtr combined(MDPredicate::Kind kind, std::vector<MDPredicatePtr> parts)
@@ -151,33 +173,43 @@ QString Reader::word()
 
 MDPredicatePtr Reader::comparison()
 {
-    const qsizetype start = m_at;
     auto predicate = std::make_shared<MDPredicate>();
-    predicate->kind = MDPredicate::Kind::Compare;
     predicate->attribute = take(u"*") ? QStringLiteral("*") : word();
     if (predicate->attribute.isEmpty())
         return fail("an attribute's name is missing");
-    if (predicate->attribute == u"InRange" && take(u"(")) {
-        predicate->kind = MDPredicate::Kind::InRange;
-        predicate->attribute = take(u"*") ? QStringLiteral("*") : word();
-        const bool complete = !predicate->attribute.isEmpty() && take(u",") &&
-                              readValue(&predicate->value) && take(u",") &&
-                              readValue(&predicate->high) && take(u")");
-        if (!complete)
-            return fail("InRange needs an attribute, a low and a high value");
-        return predicate;
-    }
+    if (predicate->attribute == u"InRange" && take(u"("))
+        return inRange(std::move(predicate));
     if (!readOperator(&predicate->op)) {
-        const bool isTrue = predicate->attribute.compare(u"true", Qt::CaseInsensitive) == 0;
-        const bool isFalse = predicate->attribute.compare(u"false", Qt::CaseInsensitive) == 0;
-        if (!isTrue && !isFalse) {
-            m_at = std::max(m_at, start);
+        const bool isTrue = isWord(predicate->attribute, u"true");
+        if (!isTrue && !isWord(predicate->attribute, u"false"))
             return fail("a comparison (== != < > <= >=) is missing");
-        }
         predicate->kind = isTrue ? MDPredicate::Kind::True : MDPredicate::Kind::False;
         return predicate;
     }
-    return readValue(&predicate->value) ? predicate : nullptr;
+    predicate->kind = MDPredicate::Kind::Compare;
+    const bool equality =
+        predicate->op == MDPredicate::Op::Equal || predicate->op == MDPredicate::Op::NotEqual;
+    return readValue(&predicate->value, equality) ? predicate : nullptr;
+}
+
+// Behind "InRange(".
+MDPredicatePtr Reader::inRange(std::shared_ptr<MDPredicate> predicate)
+{
+    predicate->kind = MDPredicate::Kind::InRange;
+    predicate->attribute = take(u"*") ? QStringLiteral("*") : word();
+    if (predicate->attribute.isEmpty())
+        return fail("an attribute's name is missing");
+    if (!take(u","))
+        return fail("InRange needs an attribute, a low and a high value; a comma is missing");
+    if (!readValue(&predicate->value, false))
+        return nullptr;
+    if (!take(u","))
+        return fail("InRange needs an attribute, a low and a high value; a comma is missing");
+    if (!readValue(&predicate->high, false))
+        return nullptr;
+    if (!take(u")"))
+        return fail("a closing parenthesis is missing");
+    return predicate;
 }
 
 bool Reader::readOperator(MDPredicate::Op *op)
@@ -197,7 +229,7 @@ bool Reader::readOperator(MDPredicate::Op *op)
     return false;
 }
 
-bool Reader::readValue(MDPredicate::Value *value)
+bool Reader::readValue(MDPredicate::Value *value, bool mayBePresent)
 {
     skipBlanks();
     if (m_at >= m_text.size())
@@ -207,17 +239,21 @@ bool Reader::readValue(MDPredicate::Value *value)
         return readQuoted(value);
     if (take(u"$time"))
         return readTime(value);
-    if (take(u"*")) {
+    if (first == u'*') {
+        if (!mayBePresent)
+            return fail("* (any value) goes with == and != only");
+        ++m_at;
         value->type = MDPredicate::Value::Type::Present;
         return true;
     }
     value->text = word();
     if (value->text.isEmpty())
         return fail("a value is missing");
-    bool isNumber = false;
-    value->number = value->text.toDouble(&isNumber);
-    value->type = isNumber ? MDPredicate::Value::Type::Number : MDPredicate::Value::Type::Text;
     value->wildcard.assign(static_cast<size_t>(value->text.size()), false);
+    if (const auto number = numberOf(value->text)) {
+        value->number = *number;
+        value->type = MDPredicate::Value::Type::Number;
+    }
     return true;
 }
 
@@ -262,19 +298,31 @@ bool Reader::readTime(MDPredicate::Value *value)
 {
     value->type = MDPredicate::Value::Type::Number;
     value->isDate = true;
-    if (!take(u"."))
-        return timeValue(QStringLiteral("now"), {}, value);
-    const qsizetype start = m_at;
+    const qsizetype start = m_at + 1;
+    if (m_at >= m_text.size() || m_text[m_at] != u'.')
+        return fail("a $time function is missing, as in $time.now");
+    ++m_at;
     while (m_at < m_text.size() && (m_text[m_at].isLetter() || m_text[m_at] == u'_'))
         ++m_at;
     const QString function = m_text.mid(start, m_at - start);
+    static const QStringList functions =
+        QStringLiteral("now,today,yesterday,this_week,this_month,this_year,iso").split(u',');
+    if (!functions.contains(function)) {
+        m_at = start;
+        return fail("unknown $time function");
+    }
     std::optional<QString> argument;
     if (take(u"(")) {
         const qsizetype close = m_text.indexOf(u')', m_at);
         if (close < 0)
             return fail("a closing parenthesis is missing");
         argument = m_text.mid(m_at, close - m_at).trimmed();
+        if (argument->isEmpty())
+            argument.reset();
+        if (!timeValue(function, argument, value))
+            return false;
         m_at = close + 1;
+        return true;
     }
     return timeValue(function, argument, value);
 }
@@ -312,6 +360,9 @@ static double moved(const QDateTime &start, const QString &unit, double units)
         moment = start.addYears(count);
         length = 365.2425 * secondsADay;
     }
+    // Beyond what the calendar knows every length is as good.
+    if (!moment.isValid())
+        return static_cast<double>(start.toMSecsSinceEpoch()) / 1000 + units * length;
     return static_cast<double>(moment.toMSecsSinceEpoch()) / 1000 + rest * length;
 }
 
@@ -339,11 +390,8 @@ bool Reader::timeValue(const QString &function, const std::optional<QString> &ar
             const double back = function == u"yesterday" ? secondsADay : 0;
             seconds = argument ? m_now - back + number * secondsADay
                                : moved(startOf(function, now), function, 0);
-        } else if (function == u"this_week" || function == u"this_month" ||
-                   function == u"this_year") {
-            seconds = moved(startOf(function, now), function, number);
         } else {
-            return fail("unknown $time function");
+            seconds = moved(startOf(function, now), function, number);
         }
     }
     value->number = PropertyValue::Date::fromSecondsSince1970(seconds).secondsSince2001;

@@ -1,0 +1,26 @@
+// Any bytes may be called text, and any text may be asked for.
+#include "IndexImporter.h"
+#include "IndexWords.h"
+
+#include <cstdlib>
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+{
+    const QByteArray bytes(reinterpret_cast<const char *>(data), static_cast<qsizetype>(size));
+    for (const bool cut : {false, true}) {
+        if (!QUtf8StringView(IndexPlainTextImporter::decoded(bytes, cut)).isValidUtf8())
+            std::abort();
+    }
+    // Words are folded, of a limited length, and words again when split once more.
+    IndexWords::forEach(
+        bytes.constData(), static_cast<int>(size), nullptr,
+        [](void *, const char *word, int length, int start, int end) {
+            if (length <= 0 || length > IndexWords::longestWord || start < 0 || end < start)
+                std::abort();
+            const std::vector<QByteArray> again = IndexWords::of(QString::fromUtf8(word, length));
+            if (again.size() != 1 || again.front() != QByteArrayView(word, length))
+                std::abort();
+            return 0;
+        });
+    return 0;
+}

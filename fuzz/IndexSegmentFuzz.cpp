@@ -1,0 +1,59 @@
+// Saved columns: checksums keep out what was torn, the reader must refuse what was forged.
+#include "IndexEvaluator.h"
+#include "IndexFuzzCatalog.h"
+#include "MDQueryParser.h"
+
+#include <cstdlib>
+#include <fuzzer/FuzzedDataProvider.h>
+
+static std::vector<quint32> numbers(const std::string &bytes)
+{
+    std::vector<quint32> values(bytes.size() / sizeof(quint32));
+    std::memcpy(values.data(), bytes.data(), values.size() * sizeof(quint32));
+    return values;
+}
+
+static void readEverything(const IndexCatalog &catalog)
+{
+    const IndexCatalog::Reading reading(catalog);
+    static const MDPredicatePtr predicate = *MDQueryParser::parse(
+        QStringLiteral("kMDItemDisplayName == \"*a*\"cd || kMDItemKXUserTags == \"w*\"cdw || "
+                       "kMDItemContentTypeTree == public.data || kMDItemFSSize > 5 || * == 3 || "
+                       "kMDItemPath == \"*h*\" || kMDItemSupportFileType != MDSystemFile"));
+    (void)IndexEvaluator(catalog).rows(predicate);
+    for (const quint32 slot : catalog.alive().rows()) {
+        const IndexRecord record = catalog.record(slot);
+        (void)catalog.path(slot);
+        (void)catalog.type(slot);
+        (void)catalog.below(slot);
+        if (catalog.slotOf(record.item) != slot)
+            std::abort();
+    }
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+{
+    FuzzedDataProvider input(data, size);
+    const std::string tables = input.ConsumeRandomLengthString();
+    const std::string ranks = input.ConsumeRandomLengthString();
+    const std::string bytes = input.ConsumeRemainingBytesAsString();
+    IndexSegment::Reader in(QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())));
+    std::vector<std::unique_ptr<IndexChunk>> chunks;
+    while (!in.atEnd() && chunks.size() < 3) {
+        auto chunk = IndexChunk::read(in);
+        if (!chunk)
+            break;
+        chunks.push_back(std::make_unique<IndexChunk>(*std::move(chunk)));
+    }
+    IndexCatalog catalog;
+    const QByteArray saved = QByteArray::fromStdString(tables);
+    if (catalog.load(std::move(chunks), saved, numbers(ranks)))
+        return 0;
+    readEverything(catalog);
+    catalog.prepareForWriting();
+    catalog.apply(fuzzBatch());
+    catalog.orderNames();
+    catalog.compact();
+    readEverything(catalog);
+    return 0;
+}
