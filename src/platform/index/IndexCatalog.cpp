@@ -53,6 +53,10 @@ void IndexCatalog::applyChange(const IndexChange &change)
 {
     const IndexRecord &record = change.record;
     const IndexSlot slot = slotOf(record.item);
+    const bool placed =
+        change.kind == IndexChange::Kind::Put || change.kind == IndexChange::Kind::Move;
+    if (placed && !isPlaceable(record))
+        return;
     if (change.kind == IndexChange::Kind::Put) {
         put(record);
         return;
@@ -86,6 +90,26 @@ void IndexCatalog::applyChange(const IndexChange &change)
 }
 
 // --- Rows
+
+// A journal may hold anything: an item in a folder that is not there, or below itself, is passed
+// over.
+bool IndexCatalog::isPlaceable(const IndexRecord &record) const
+{
+    if (record.item == 0)
+        return false;
+    if (record.parent == 0)
+        return true;
+    IndexSlot above = slotOf(record.parent);
+    if (above == noSlot)
+        return false;
+    if (slotOf(record.item) == noSlot)
+        return true; // new, so nothing is below it
+    for (; above != noSlot; above = slotOf(chunkOf(above).parents[rowOf(above)])) {
+        if (itemAt(above) == record.item)
+            return false;
+    }
+    return true;
+}
 
 void IndexCatalog::put(const IndexRecord &record)
 {

@@ -167,6 +167,7 @@ private:
     };
 
     void applyChange(const IndexChange &change);
+    bool isPlaceable(const IndexRecord &record) const;
     void put(const IndexRecord &record);
     void move(const IndexRecord &record);
     void remove(IndexItem item);
