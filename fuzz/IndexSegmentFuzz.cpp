@@ -3,13 +3,15 @@
 #include "IndexFuzzCatalog.h"
 #include "MDQueryParser.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <fuzzer/FuzzedDataProvider.h>
 
 static std::vector<quint32> numbers(const std::string &bytes)
 {
     std::vector<quint32> values(bytes.size() / sizeof(quint32));
-    std::memcpy(values.data(), bytes.data(), values.size() * sizeof(quint32));
+    std::copy_n(bytes.begin(), values.size() * sizeof(quint32),
+                reinterpret_cast<char *>(values.data()));
     return values;
 }
 
