@@ -37,7 +37,7 @@ public:
 
     // The beginning that the phrase stands for, when it is one short enough for the index of
     // beginnings; else empty.
-    static constexpr int longestHead = 3; // characters
+    static constexpr int longestHead = 2; // characters
     static QByteArray headOf(const Phrase &phrase);
 
     // The phrase for FTS5, with `replacement` for the word at `pattern`.

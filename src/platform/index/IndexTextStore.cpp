@@ -15,6 +15,10 @@ static constexpr qint64 smallestWaste = 16 << 20;
 static constexpr qint64 mostRows = 4096;
 static constexpr quint32 documentsARow = 8192;
 
+// SQLite counts its memory under one lock of the whole process, which a thread at idle priority
+// may hold for long. Nobody asks for the count; it must be turned off before first use.
+[[maybe_unused]] static const int memoryIsNotCounted = sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
+
 static QByteArray createTables(qint64 generation)
 {
     // Two tables: positions are needed for phrases, not for beginnings, and cost most of the room.
@@ -117,10 +121,10 @@ std::optional<XPError> IndexTextStore::loadDocuments()
     qint64 count = 0;
     XPLocker lock(m_mutex);
     for (; generations.step(); ++count) {
-        m_generation = generations.integer(0);
-        m_generationFirst = static_cast<quint32>(generations.integer(1));
+        m_table = generations.integer(0);
+        m_tableFirst = static_cast<quint32>(generations.integer(1));
         if (count == 0)
-            m_documents.clear(m_generationFirst);
+            m_documents.clear(m_tableFirst);
     }
     const bool read = (*reader)->begin() && (*reader)->readDocuments(m_documents);
     (*reader)->end();
@@ -128,7 +132,7 @@ std::optional<XPError> IndexTextStore::loadDocuments()
         return XPError::malformed(QStringLiteral("the index of contents is damaged"));
     m_renewing = count > 1;
     m_next = m_documents.next();
-    const quint32 first = m_generationFirst;
+    const quint32 first = m_tableFirst;
     lock.unlock();
     IndexStatement rows(m_writer, "SELECT count(*) FROM docs WHERE first >= ?1");
     const bool many = rows.bind(1, qint64{first}).step() && rows.integer(0) > mostRows;
@@ -194,11 +198,7 @@ XPResult<IndexTextStore::Documents> IndexTextStore::write(const std::vector<Text
 
 XPResult<IndexTextStore::Documents> IndexTextStore::writeRows(const std::vector<Text> &texts)
 {
-    QByteArray number;
-    {
-        const XPLocker lock(m_mutex);
-        number = QByteArray::number(m_generation);
-    }
+    const QByteArray number = QByteArray::number(m_table);
     const QByteArray intoWords = "INSERT INTO words" + number + "(rowid, body) VALUES(?1, ?2)";
     const QByteArray intoHeads = "INSERT INTO heads" + number + "(rowid, body) VALUES(?1, ?2)";
     IndexStatement words(m_writer, intoWords.constData());
@@ -245,7 +245,7 @@ bool IndexTextStore::isStored(IndexItem item, qint64 modified, qint64 size) cons
 {
     const XPLocker lock(m_mutex);
     const IndexTextDocuments::Entry *entry = m_documents.entryOf(item);
-    return entry && m_documents.documentOf(item) >= m_generationFirst &&
+    return entry && m_documents.documentOf(item) >= m_tableFirst &&
            entry->stamp == IndexTextDocuments::stampOf(modified, size);
 }
 
@@ -271,11 +271,7 @@ bool IndexTextStore::isRenewing() const
 
 XPResult<std::vector<IndexItem>> IndexTextStore::beginRenewal()
 {
-    qint64 generation = 0;
-    {
-        const XPLocker lock(m_mutex);
-        generation = m_generation + 1;
-    }
+    const qint64 generation = m_table + 1;
     const QByteArray sql = "BEGIN IMMEDIATE; INSERT INTO generations VALUES(" +
                            QByteArray::number(generation) + ", " + QByteArray::number(m_next) +
                            ");" + createTables(generation) + "COMMIT;";
@@ -283,32 +279,30 @@ XPResult<std::vector<IndexItem>> IndexTextStore::beginRenewal()
         (void)run("ROLLBACK");
         return *error;
     }
+    m_table = generation;
     const XPLocker lock(m_mutex);
-    m_generation = generation;
-    m_generationFirst = m_next;
+    m_tableFirst = m_next;
     m_renewing = true;
     return m_documents.items(m_next);
 }
 
 std::optional<XPError> IndexTextStore::endRenewal()
 {
-    qint64 generation = 0;
     quint32 first = 0;
     {
         const XPLocker lock(m_mutex);
-        generation = m_generation;
-        first = m_generationFirst;
+        first = m_tableFirst;
     }
     QByteArray sql = "BEGIN IMMEDIATE;";
     {
         IndexStatement old(m_writer, "SELECT number FROM generations WHERE number < ?1");
-        old.bind(1, generation);
+        old.bind(1, m_table);
         while (old.step()) {
             const QByteArray number = QByteArray::number(old.integer(0));
             sql += "DROP TABLE words" + number + "; DROP TABLE heads" + number + ';';
         }
     }
-    sql += "DELETE FROM generations WHERE number < " + QByteArray::number(generation) +
+    sql += "DELETE FROM generations WHERE number < " + QByteArray::number(m_table) +
            "; DELETE FROM docs WHERE first < " + QByteArray::number(first) + "; COMMIT;";
     if (auto error = run(sql)) {
         (void)run("ROLLBACK");
@@ -327,10 +321,10 @@ std::optional<XPError> IndexTextStore::startOver()
     {
         const XPLocker lock(m_mutex);
         m_documents.clear();
-        m_generation = 1;
-        m_generationFirst = 1;
+        m_tableFirst = 1;
         m_renewing = false;
-        m_next = 1;
     }
+    m_table = 1;
+    m_next = 1;
     return openWriter();
 }

@@ -75,12 +75,13 @@ private:
     const QString m_path;
     const bool m_writable;
     sqlite3 *m_writer = nullptr; // the writing thread's
-    quint32 m_next = 1;          // the writing thread's: the next document to be written
+    // The writing thread's: the next document to be written, and the table it goes into.
+    quint32 m_next = 1;
+    qint64 m_table = 1;
 
     mutable XPMutex m_mutex;
     mutable IndexTextDocuments m_documents XP_GUARDED_BY(m_mutex);
-    qint64 m_generation XP_GUARDED_BY(m_mutex) = 1; // of the table that is written to
-    quint32 m_generationFirst XP_GUARDED_BY(m_mutex) = 1;
+    quint32 m_tableFirst XP_GUARDED_BY(m_mutex) = 1; // its first document
     bool m_renewing XP_GUARDED_BY(m_mutex) = false;
     mutable std::vector<std::unique_ptr<IndexTextReader>> m_readers XP_GUARDED_BY(m_mutex);
 };
