@@ -182,6 +182,7 @@ const IndexCatalog &IndexCorpus::million()
         IndexCorpus(1'000'000, Bodies::None).batches([&](const IndexBatch &batch) {
             made->apply(batch);
         });
+        made->orderNames(); // as after a crawl
         return made;
     }();
     return *catalog;
