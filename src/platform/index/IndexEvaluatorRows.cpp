@@ -1,5 +1,6 @@
 #include "IndexEvaluatorRows.h"
 
+#include "IndexBothCores.h"
 #include "IndexComparison.h"
 #include "XPPath.h"
 
@@ -12,7 +13,7 @@ using namespace IndexComparison;
 namespace IndexEvaluatorRows {
 
 // How many times longer it takes to look at a single row than at one in a pass over all.
-static constexpr quint32 singleName = 48;
+static constexpr quint32 singleName = 32;
 static constexpr quint32 singleColumn = 8;
 
 static bool isFew(const IndexCatalog &catalog, const RowSet &within, quint32 factor)
@@ -75,26 +76,42 @@ static bool verifiesName(const IndexChunk &chunk, quint32 row, const IndexTextPa
            pattern.matches(XPPath::decode(chunk.name(row)));
 }
 
-// Rows whose folded name matches, in one pass over all names; dead rows too.
-static RowSet scannedNames(const IndexCatalog &catalog, const IndexTextPattern &pattern,
-                           const IndexNeedle &needle, const RowSet &within)
+// A pass over all rows, dead ones too: `find` adds the rows of a chunk that match, counted from
+// `base`. Half of the chunks are another thread's, as a pass is bound by the processor.
+template <typename Find>
+static Roaring passOver(const IndexCatalog &catalog, Find find)
 {
-    Roaring rows;
-    std::vector<IndexSlot> found;
-    for (size_t number = 0; number < catalog.chunkCount(); ++number) {
-        const IndexChunk &chunk = catalog.chunk(number);
-        const auto base = static_cast<IndexSlot>(number << 16);
-        found.clear();
-        chunk.foldedNames().find(
-            needle, base,
-            [&](quint32 row) {
-                return (!within || within->contains(base + row)) &&
-                       verifiesName(chunk, row, pattern, needle);
-            },
-            found);
-        rows.addMany(found.size(), found.data());
+    const size_t count = catalog.chunkCount();
+    std::vector<std::vector<IndexSlot>> found(count);
+    const auto findFrom = [&](size_t first, size_t step) {
+        for (size_t number = first; number < count; number += step)
+            find(catalog.chunk(number), static_cast<IndexSlot>(number << 16), found[number]);
+    };
+    constexpr size_t worthAThread = 4;
+    if (count >= worthAThread) {
+        indexRunBoth([&] { findFrom(0, 2); }, [&] { findFrom(1, 2); });
+    } else {
+        findFrom(0, 1);
     }
-    return shared(std::move(rows));
+    Roaring rows;
+    for (const std::vector<IndexSlot> &some : found)
+        rows.addMany(some.size(), some.data());
+    return rows;
+}
+
+static Roaring scannedNames(const IndexCatalog &catalog, const IndexTextPattern &pattern,
+                            const IndexNeedle &needle, const RowSet &within)
+{
+    return passOver(catalog,
+                    [&](const IndexChunk &chunk, IndexSlot base, std::vector<IndexSlot> &found) {
+                        chunk.foldedNames().find(
+                            needle, base,
+                            [&](quint32 row) {
+                                return (!within || within->contains(base + row)) &&
+                                       verifiesName(chunk, row, pattern, needle);
+                            },
+                            found);
+                    });
 }
 
 static bool matchesName(const IndexCatalog &catalog, const IndexTextPattern &pattern,
@@ -129,16 +146,13 @@ RowSet named(const IndexCatalog &catalog, const MDPredicate &predicate, const Ro
     const RowSet earlier = catalog.recentNames().findShorter(catalog.generation(), literal);
     if (isFew(catalog, earlier, singleName))
         return filtered(intersected(earlier, within), matches);
-    RowSet rows = scannedNames(catalog, pattern, needle, within);
+    Roaring hits = scannedNames(catalog, pattern, needle, within);
     for (const IndexItem root : catalog.roots()) {
         const IndexSlot slot = catalog.slotOf(root);
-        if (matches(slot) == rows->contains(slot))
-            continue;
-        Roaring corrected = *rows;
-        rows->contains(slot) ? corrected.remove(slot) : corrected.add(slot);
-        rows = shared(std::move(corrected));
+        matches(slot) ? hits.add(slot) : hits.remove(slot);
     }
-    rows = shared(*rows & *catalog.alive().snapshot());
+    hits &= catalog.alive().rows();
+    const RowSet rows = shared(std::move(hits));
     if (needle.decides() && pattern.shape() == IndexTextPattern::Shape::Contains)
         catalog.recentNames().remember(catalog.generation(), literal, rows);
     return intersected(rows, within);
@@ -284,19 +298,15 @@ RowSet inColumn(const IndexCatalog &catalog, const MDPredicate &predicate, const
             const qint64 value = valueIn(catalog.chunkOf(slot), IndexCatalog::rowOf(slot), column);
             return value >= range.low && value <= range.high;
         });
-    Roaring rows;
-    std::vector<IndexSlot> found;
-    for (size_t number = 0; number < catalog.chunkCount(); ++number) {
-        const IndexChunk &chunk = catalog.chunk(number);
-        const auto base = static_cast<IndexSlot>(number << 16);
-        found.resize(IndexChunk::capacity);
-        if (column == Column::Birth)
-            scanColumn(chunk.births, chunk.size(), range, base, found);
-        else
-            scanColumn(column == Column::Size ? chunk.sizes : chunk.modified, chunk.size(), range,
-                       base, found);
-        rows.addMany(found.size(), found.data());
-    }
+    const Roaring rows = passOver(
+        catalog, [&](const IndexChunk &chunk, IndexSlot base, std::vector<IndexSlot> &found) {
+            found.resize(IndexChunk::capacity);
+            if (column == Column::Birth)
+                scanColumn(chunk.births, chunk.size(), range, base, found);
+            else
+                scanColumn(column == Column::Size ? chunk.sizes : chunk.modified, chunk.size(),
+                           range, base, found);
+        });
     return shared(rows & (within ? *within : catalog.alive().rows()));
 }
 

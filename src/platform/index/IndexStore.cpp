@@ -1,5 +1,6 @@
 #include "IndexStore.h"
 
+#include "IndexBothCores.h"
 #include "XPAtomicFile.h"
 #include "XPLog.h"
 #include "XPPath.h"
@@ -11,7 +12,6 @@
 #include <filesystem>
 #include <sqlite3.h>
 #include <sys/stat.h>
-#include <thread>
 #include <unistd.h>
 
 namespace fs = std::filesystem;
@@ -291,9 +291,7 @@ std::optional<XPError> IndexStore::loadSegments(IndexCatalog &catalog)
             errors[from] = readSegment(segment, read);
         }
     };
-    std::thread other([&] { readSome(1); });
-    readSome(0);
-    other.join();
+    indexRunBoth([&] { readSome(0); }, [&] { readSome(1); });
     for (const auto &error : errors) {
         if (error)
             return error;
