@@ -1,10 +1,8 @@
 #pragma once
 
-#include "IndexKeeper.h"
+#include "MetadataIndex.h"
 
 #include <QTemporaryDir>
-#include <cstdio>
-#include <cstdlib>
 
 // An index for the length of a measurement, in a folder of its own on the disk at hand.
 namespace XPBench {
@@ -19,14 +17,16 @@ private:
     QTemporaryDir m_folder;
 };
 
-inline std::unique_ptr<IndexKeeper> keep(const QString &store, const QStringList &roots)
+// What stands in the store is loaded when this returns.
+inline std::unique_ptr<MetadataIndex> keep(const QString &store, const QStringList &roots)
 {
-    auto keeper = IndexKeeper::start(store, roots, IndexRules(IndexRules::defaultRules()));
-    if (!keeper) {
-        std::fprintf(stderr, "no index: %s\n", qPrintable(keeper.error().message));
-        std::abort();
-    }
-    return *std::move(keeper);
+    IndexKeeper::Setup setup;
+    setup.path = store;
+    setup.roots = roots;
+    setup.rules = IndexRules(IndexRules::defaultRules());
+    auto index = MetadataIndex::open(setup);
+    index->waitUntilLoaded();
+    return index;
 }
 
 } // namespace XPBench

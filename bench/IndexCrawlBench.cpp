@@ -31,7 +31,7 @@ static QString corpus(const benchmark::State &state)
     return path;
 }
 
-static void expectWhole(const IndexKeeper &keeper, const benchmark::State &state)
+static void expectWhole(const MetadataIndex &keeper, const benchmark::State &state)
 {
     const IndexCatalog::Reading reading(keeper.catalog());
     if (keeper.catalog().count() < state.range(0))
@@ -82,7 +82,8 @@ static void firstRows(benchmark::State &state)
         const StoreFolder folder;
         const auto start = Clock::now();
         const auto keeper = keep(folder.store(), {root});
-        const auto query = MDQuery::create(*keeper, QStringLiteral("kMDItemFSName == \"*.pdf\"c"));
+        const auto query =
+            MDQuery::create(keeper->source(), QStringLiteral("kMDItemFSName == \"*.pdf\"c"));
         bool shown = false;
         const auto look = [&] { shown = shown || (*query)->resultCount() > 0; };
         QObject::connect(query->get(), &MDQuery::progress, look);
@@ -135,7 +136,7 @@ static void openAndAsk(benchmark::State &state)
         const auto start = Clock::now();
         const auto keeper = keep(store, {root});
         const auto query =
-            MDQuery::create(*keeper, QStringLiteral("kMDItemDisplayName == \"*rep*\"cd"));
+            MDQuery::create(keeper->source(), QStringLiteral("kMDItemDisplayName == \"*rep*\"cd"));
         (*query)->execute(MDQuery::Synchronous);
         state.SetIterationTime(secondsSince(start));
         expectWhole(*keeper, state);

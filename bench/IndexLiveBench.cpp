@@ -33,7 +33,7 @@ public:
                 std::abort();
         }
         m_keeper = XPBench::keep(m_store.store(), QStringList{root()} + moreRoots);
-        m_query = *MDQuery::create(*m_keeper, text);
+        m_query = *MDQuery::create(m_keeper->source(), text);
         MDQuery::BatchingParameters batching;
         batching.updateMaxMs = 1; // one change after the other, each as soon as it is known
         m_query->setBatchingParameters(batching);
@@ -47,7 +47,7 @@ public:
 
     QString root() const { return XPPath::absolute(m_work.path()); }
     QByteArray path(const QByteArray &name) const { return XPPath::encode(root()) + '/' + name; }
-    IndexKeeper &keeper() { return *m_keeper; }
+    MetadataIndex &keeper() { return *m_keeper; }
     MDQuery &query() { return *m_query; }
     Mutator &mutator() { return m_mutator; }
 
@@ -99,7 +99,7 @@ public:
 private:
     QTemporaryDir m_work;
     XPBench::StoreFolder m_store;
-    std::unique_ptr<IndexKeeper> m_keeper;
+    std::unique_ptr<MetadataIndex> m_keeper;
     std::unique_ptr<MDQuery> m_query;
     Mutator m_mutator;
     qint64 m_seen = 0;
@@ -140,7 +140,8 @@ static void whileCrawling(benchmark::State &state)
         LiveScene scene(coming, {corpus});
         scene.begin();
         scene.latency("rate " + scene.path("live-199.txt") + " 5", true); // the folder is known
-        for (int i = 0; scene.keeper().status().phase != IndexKeeper::Status::Phase::Live; ++i)
+        for (int i = 0; scene.keeper().keeper()->status().phase != IndexKeeper::Status::Phase::Live;
+             ++i)
             scene.cycle(i, times);
     }
     report(state, times, 50, 50);
@@ -154,7 +155,7 @@ static void whileImporting(benchmark::State &state)
         LiveScene scene(coming, {corpus});
         scene.keeper().sync(false);
         scene.begin();
-        for (int i = 0; i < 200 && scene.keeper().status().contentsWaiting > 0; ++i)
+        for (int i = 0; i < 200 && scene.keeper().keeper()->status().contentsWaiting > 0; ++i)
             scene.cycle(i, times);
     }
     report(state, times, 50, 50);

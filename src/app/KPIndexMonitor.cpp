@@ -34,6 +34,7 @@ KPIndexMonitor::~KPIndexMonitor()
 
 IndexKeeper::Status KPIndexMonitor::readStatus() const
 {
+    // Never asked of another process here: this is the main thread.
     if (const IndexKeeper *keeper = m_index.keeper())
         return keeper->status();
     IndexKeeper::Status status;
@@ -81,7 +82,6 @@ bool KPIndexMonitor::isIndexed(const QString &folder) const
 void KPIndexMonitor::addFolder(const QString &folder)
 {
     MetadataIndex::setRoots(MetadataIndex::roots() + QStringList{folder});
-    if (IndexKeeper *keeper = m_index.keeper())
-        keeper->setRoots(MetadataIndex::roots());
+    m_index.settingsChanged();
     m_timer.start();
 }

@@ -64,8 +64,6 @@ static int run(const KPCommandLine &line, KPCommandOutput &output)
     if (found.folders.isEmpty() && line.has("--in"))
         return output.exitStatus();
     KPIndexSession session(output);
-    if (!session.isOpen())
-        return output.exitStatus();
     if (!session.catchUp(false))
         return KPExitInterrupted;
     KPResultsRun::Options how = *std::move(options);

@@ -74,8 +74,6 @@ static void printJson(const IndexKeeper::Status &status, KPIndexSession &session
 int KPIndexActions::status(const QString &, const KPCommandLine &, KPCommandOutput &output)
 {
     KPIndexSession session(output);
-    if (!session.isOpen())
-        return output.exitStatus();
     // What is degraded is known when the folders were looked at.
     if (!session.catchUp(false))
         return KPExitInterrupted;
@@ -92,8 +90,6 @@ int KPIndexActions::status(const QString &, const KPCommandLine &, KPCommandOutp
 int KPIndexActions::sync(const QString &, const KPCommandLine &line, KPCommandOutput &output)
 {
     KPIndexSession session(output);
-    if (!session.isOpen())
-        return output.exitStatus();
     if (!session.catchUp(!line.has("--no-content")))
         return KPExitInterrupted;
     for (const QString &problem : session.status().problems)
@@ -126,6 +122,12 @@ static const char *text(Difference::Kind kind)
         return "other facts";
     case Difference::Kind::OtherAttributes:
         return "other attributes";
+    case Difference::Kind::OtherType:
+        return "other type";
+    case Difference::Kind::OldContent:
+        return "old content";
+    case Difference::Kind::NoFolder:
+        return "without its folder";
     case Difference::Kind::Unreadable:
         break;
     }
@@ -154,8 +156,6 @@ static std::optional<std::vector<Difference>> compare(KPIndexSession &session, q
 int KPIndexActions::verify(const QString &, const KPCommandLine &, KPCommandOutput &output)
 {
     KPIndexSession session(output);
-    if (!session.isOpen())
-        return output.exitStatus();
     std::vector<Difference> lasting;
     qint64 items = 0;
     // Looked at twice where need be: somebody may be at work on the files.

@@ -5,12 +5,8 @@
 #include <QLocale>
 
 KPIndexSession::KPIndexSession(KPCommandOutput &output)
+    : m_output(output), m_index(MetadataIndex::open())
 {
-    auto index = MetadataIndex::open();
-    if (index)
-        m_index = *std::move(index);
-    else
-        output.fail(QStringLiteral("the index cannot be opened: ") + index.error().message);
 }
 
 QString KPIndexSession::describe(const IndexKeeper::Status &status)
@@ -36,25 +32,27 @@ QString KPIndexSession::describe(const IndexKeeper::Status &status)
 
 bool KPIndexSession::catchUp(bool contents)
 {
-    IndexKeeper *keeper = m_index->keeper();
-    if (!keeper)
-        return true;
     KPProgressLine progress;
-    return keeper->sync(contents, [&] {
+    const auto error = m_index->sync(contents, [&] {
         if (progress.isDue())
-            progress.show(QStringLiteral("murnctl: ") + describe(keeper->status()));
+            progress.show(QStringLiteral("murnctl: ") + describe(status()));
         return m_interrupt.happened();
     });
+    if (!error)
+        return true;
+    if (error->kind == XPError::Kind::Cancelled)
+        return false;
+    m_output.fail(error->message);
+    return true;
 }
 
 IndexKeeper::Status KPIndexSession::status()
 {
-    if (IndexKeeper *keeper = m_index->keeper())
-        return keeper->status();
+    if (const auto status = m_index->status([this] { return m_interrupt.happened(); }))
+        return *status;
     IndexKeeper::Status status;
     status.phase = IndexKeeper::Status::Phase::Live;
-    const IndexCatalog &catalog = m_index->source().catalog();
-    const IndexCatalog::Reading reading(catalog);
-    status.items = catalog.count();
+    const IndexCatalog::Reading reading(m_index->catalog());
+    status.items = m_index->catalog().count();
     return status;
 }

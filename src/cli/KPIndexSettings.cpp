@@ -15,7 +15,8 @@ static int applySettings(KPCommandOutput &output)
         return output.exitStatus();
     }
     KPIndexSession session(output);
-    if (session.isOpen() && !session.catchUp(false))
+    session.index().settingsChanged();
+    if (!session.catchUp(false))
         return KPExitInterrupted;
     return output.exitStatus();
 }

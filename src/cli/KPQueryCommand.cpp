@@ -48,8 +48,6 @@ static int run(const KPCommandLine &line, KPCommandOutput &output)
     if (folders.isEmpty() && line.has("--in"))
         return output.exitStatus();
     KPIndexSession session(output);
-    if (!session.isOpen())
-        return output.exitStatus();
     if (!session.catchUp(asksForContent(**predicate)))
         return KPExitInterrupted;
     return KPResultsRun(*options, session, output).run([&](KPIndexedResults &source) {

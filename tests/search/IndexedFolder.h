@@ -1,7 +1,7 @@
 #pragma once
 
-#include "IndexKeeper.h"
 #include "KPSearchRequest.h"
+#include "MetadataIndex.h"
 #include "TestHome.h"
 
 #include <gtest/gtest.h>
@@ -13,16 +13,17 @@ public:
     // Starts to keep; the files made before are in the index when this returns.
     IndexSource &index()
     {
-        if (!m_keeper) {
-            auto keeper = IndexKeeper::start(m_store.path(QStringLiteral("index.sqlite")), {path()},
-                                             IndexRules::fromSettings());
-            EXPECT_TRUE(keeper) << (keeper ? "" : keeper.error().message.toStdString());
-            m_keeper = *std::move(keeper);
+        if (!m_index) {
+            IndexKeeper::Setup setup;
+            setup.path = m_store.path(QStringLiteral("index.sqlite"));
+            setup.roots = {path()};
+            setup.rules = IndexRules::fromSettings();
+            m_index = MetadataIndex::open(setup);
             catchUp();
         }
-        return *m_keeper;
+        return m_index->source();
     }
-    void catchUp() { EXPECT_TRUE(m_keeper->sync(false)); }
+    void catchUp() { EXPECT_FALSE(m_index->sync(false)); }
 
     KPSearchRequest request(const QString &words = {}) const
     {
@@ -34,5 +35,5 @@ public:
 
 private:
     const TestFolder m_store;
-    std::unique_ptr<IndexKeeper> m_keeper;
+    std::unique_ptr<MetadataIndex> m_index;
 };

@@ -52,30 +52,6 @@ static void setUpServices()
     KPDocIcons::registerIcons();
 }
 
-namespace {
-
-// Without an index nothing is found; the window says why.
-class NoResults : public KPResultSource
-{
-public:
-    explicit NoResults(const QString &reason) : m_reason(reason) {}
-
-    void setRequest(const KPSearchRequest &) override
-    {
-        const auto answer = [this] {
-            Q_EMIT resultsReset();
-            Q_EMIT finished({m_reason});
-        };
-        QMetaObject::invokeMethod(this, answer, Qt::QueuedConnection);
-    }
-    void stop() override {}
-
-private:
-    const QString m_reason;
-};
-
-} // namespace
-
 static int run(const KPCommandLine &line)
 {
     setUpServices();
@@ -83,15 +59,9 @@ static int run(const KPCommandLine &line)
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/app/com.brindle.murn.svg")));
     const KPAppearance appearance(line.colours);
     const auto index = MetadataIndex::open();
-    std::unique_ptr<KPIndexMonitor> monitor;
-    std::unique_ptr<KPResultSource> source;
-    if (index) {
-        monitor = std::make_unique<KPIndexMonitor>(**index);
-        source = std::make_unique<KPIndexedResults>((*index)->source());
-    } else {
-        source = std::make_unique<NoResults>(index.error().message);
-    }
-    KPController controller(std::move(source), line.folders, monitor.get());
+    KPIndexMonitor monitor(*index);
+    KPController controller(std::make_unique<KPIndexedResults>(index->source()), line.folders,
+                            &monitor);
     XPPrompts::install(std::make_unique<KPPrompts>(&controller));
     controller.show();
     if (!line.screenshot.isEmpty())

@@ -164,3 +164,11 @@ const Volume &XPMountTable::volumeOf(QStringView path) const
     const int found = holderAmong(static_cast<int>(after - m_entries.begin()) - 1, path);
     return found < 0 ? none : m_entries[static_cast<size_t>(found)].volume;
 }
+
+QStringList XPMountTable::mountPoints() const
+{
+    QStringList points;
+    for (const Entry &entry : m_entries)
+        points.append(entry.volume.mountPoint);
+    return points;
+}

@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QList>
+#include <QStringList>
 #include <vector>
 
 // The volumes that a mount table names, found by path: a plain value, no file calls. The text is
@@ -17,6 +18,9 @@ public:
     // The volume of the longest mount point that holds the path; one without a name when none
     // does. Logarithmic in the number of volumes.
     const XPVolumes::Volume &volumeOf(QStringView path) const;
+
+    // All mount points, a folder before what is in it.
+    QStringList mountPoints() const;
 
 private:
     struct Entry

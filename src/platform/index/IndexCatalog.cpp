@@ -429,6 +429,12 @@ void IndexCatalog::markSaved()
         chunk->dirty = false;
 }
 
+void IndexCatalog::markUnsaved()
+{
+    for (const auto &chunk : d->chunks)
+        chunk->dirty = true;
+}
+
 void IndexCatalog::prepareForWriting()
 {
     if (d->children.isReady())

@@ -57,6 +57,7 @@ public:
     size_t chunkCount() const { return d->chunks.size(); }
     const IndexChunk &chunk(size_t number) const { return *d->chunks[number]; }
     void markSaved();
+    void markUnsaved(); // all of it
     QByteArray serialiseTables() const;
     const std::vector<quint32> &nameOrder() const { return d->nameRanks; }
     quint64 nameOrderVersion() const { return m_orderVersion; } // differs once it changed

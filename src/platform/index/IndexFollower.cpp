@@ -1,102 +1,154 @@
 #include "IndexFollower.h"
 
+#include "XPFileInfo.h"
 #include "XPLog.h"
 #include "XPPath.h"
 
+#include <chrono>
+#include <fcntl.h>
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <sys/inotify.h>
 #include <unistd.h>
 
-XPResult<std::unique_ptr<IndexFollower>> IndexFollower::start(const QString &path)
-{
-    std::unique_ptr<IndexFollower> follower(new IndexFollower);
-    // The bell is watched before the store is read, so that no ring is missed.
-    follower->m_inotify = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
-    follower->m_stop = ::eventfd(0, EFD_CLOEXEC);
-    ::inotify_add_watch(follower->m_inotify, XPPath::encode(IndexStore::bellPath(path)).constData(),
-                        IN_MODIFY);
-    if (auto error = follower->load(path))
-        return *error;
-    follower->m_thread = std::thread([raw = follower.get()] { raw->loop(); });
-    return follower;
-}
+using namespace std::chrono_literals;
 
-std::optional<XPError> IndexFollower::load(const QString &path)
+IndexFollower::IndexFollower(IndexLive &live, const QString &path)
+    : m_live(live), m_path(path), m_bell(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)),
+      m_wake(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
 {
-    auto store = IndexStore::open(path, IndexStore::Mode::Read);
-    if (!store)
-        return store.error();
-    m_store = *std::move(store);
-    if (auto error = m_store->load(m_catalog))
-        return error;
-    if (auto text = IndexTextStore::open(path + QStringLiteral(".text"), false))
-        m_text = *std::move(text);
-    return {};
+    // The bell is watched before the store is read, so that no ring is missed; it is made here
+    // when the other process has not come so far yet.
+    const QByteArray bell = XPPath::encode(IndexStore::bellPath(path));
+    const XPFileDescriptor made(::open(bell.constData(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
+    ::inotify_add_watch(m_bell.get(), bell.constData(), IN_MODIFY);
+    m_thread = std::thread([this] { loop(); });
 }
 
 IndexFollower::~IndexFollower()
 {
-    if (m_thread.joinable()) {
-        const quint64 one = 1;
-        (void)!::write(m_stop, &one, sizeof one);
-        m_thread.join();
+    stop();
+}
+
+void IndexFollower::stop()
+{
+    if (!m_thread.joinable())
+        return;
+    {
+        const XPLocker lock(m_mutex);
+        m_stopping = true;
     }
-    ::close(m_inotify);
-    ::close(m_stop);
+    wake();
+    m_thread.join();
+    m_refreshed.notify_all();
+}
+
+std::unique_ptr<IndexStore> IndexFollower::finish()
+{
+    stop();
+    catchUp();
+    return std::move(m_store);
+}
+
+void IndexFollower::wake() const
+{
+    const quint64 one = 1;
+    (void)!::write(m_wake.get(), &one, sizeof one);
+}
+
+bool IndexFollower::refresh(const std::function<bool()> &stop)
+{
+    XPLocker lock(m_mutex);
+    const quint64 ours = ++m_asked;
+    wake();
+    while (m_answered < ours && !m_stopping) {
+        if (m_refreshed.wait_for(lock, 50ms) == std::cv_status::timeout && stop && stop())
+            return false;
+    }
+    return m_answered >= ours;
 }
 
 void IndexFollower::loop()
 {
     for (;;) {
-        pollfd waiting[] = {{m_inotify, POLLIN, 0}, {m_stop, POLLIN, 0}};
+        quint64 asked = 0;
+        {
+            const XPLocker lock(m_mutex);
+            if (m_stopping)
+                return;
+            asked = m_asked;
+        }
+        catchUp();
+        {
+            const XPLocker lock(m_mutex);
+            m_answered = asked;
+        }
+        m_refreshed.notify_all();
+        pollfd waiting[] = {{m_bell.get(), POLLIN, 0}, {m_wake.get(), POLLIN, 0}};
         if (::poll(waiting, 2, -1) < 0 && errno != EINTR)
             return;
-        if (waiting[1].revents)
-            return;
-        char rings[4096];
-        while (::read(m_inotify, rings, sizeof rings) > 0)
+        char bytes[4096];
+        while (::read(m_bell.get(), bytes, sizeof bytes) > 0)
             continue;
-        catchUp();
+        (void)!::read(m_wake.get(), bytes, sizeof(quint64));
     }
+}
+
+// --- Reading
+
+// A store that was set aside or deleted leaves an open file that nobody writes any more.
+bool IndexFollower::isReplaced() const
+{
+    const auto info = XPFileInfo::read(m_path);
+    return !info || info->inode != m_inode;
+}
+
+std::optional<XPError> IndexFollower::load()
+{
+    m_store.reset();
+    const auto info = XPFileInfo::read(m_path);
+    if (!info)
+        return info.error();
+    m_inode = info->inode;
+    auto store = IndexStore::open(m_path, IndexStore::Mode::Read);
+    if (!store)
+        return store.error();
+    if (auto error = (*store)->load(m_live.writable()))
+        return error;
+    m_store = *std::move(store);
+    m_hasText = false;
+    return {};
+}
+
+void IndexFollower::openText()
+{
+    if (m_hasText)
+        return;
+    auto text = IndexTextStore::open(m_path + QStringLiteral(".text"), false);
+    m_hasText = text.hasValue();
+    if (m_hasText)
+        m_live.setText(*std::move(text));
 }
 
 void IndexFollower::catchUp()
 {
-    std::vector<IndexItem> touched;
-    const auto tell = [&] {
-        const XPLocker lock(m_listenerMutex);
-        for (const auto &[number, listener] : m_listeners)
-            listener(touched);
-    };
-    const auto batches = m_store->readNew();
-    if (batches) {
-        for (const IndexBatch &batch : *batches) {
-            touched = m_catalog.apply(batch);
-            tell();
+    if (m_store && !isReplaced()) {
+        const auto batches = m_store->readNew();
+        if (batches) {
+            for (const IndexBatch &batch : *batches)
+                m_live.tell(m_live.writable().apply(batch));
+            openText();
+            return;
         }
+        if (batches.error().kind != XPError::Kind::NotFound)
+            qCWarning(xpLog).noquote() << "Index:" << batches.error().message;
+    }
+    if (auto error = load()) {
+        // Not made yet, or damaged and about to be made anew: the bell will ring.
+        if (error->kind != XPError::Kind::NotFound)
+            qCWarning(xpLog).noquote() << "Index:" << error->message;
         return;
     }
-    if (batches.error().kind != XPError::Kind::NotFound) {
-        qCWarning(xpLog).noquote() << batches.error().message;
-        return;
-    }
-    if (auto error = m_store->load(m_catalog))
-        qCWarning(xpLog).noquote() << error->message;
-    for (IndexItem item = 1; item <= m_catalog.lastItem(); ++item)
-        touched.push_back(item);
-    tell();
-}
-
-int IndexFollower::addListener(Listener listener)
-{
-    const XPLocker lock(m_listenerMutex);
-    m_listeners.emplace(++m_lastListener, std::move(listener));
-    return m_lastListener;
-}
-
-void IndexFollower::removeListener(int number)
-{
-    const XPLocker lock(m_listenerMutex);
-    m_listeners.erase(number);
+    openText();
+    m_live.setLoaded();
 }

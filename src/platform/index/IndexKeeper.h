@@ -2,116 +2,149 @@
 
 #include "IndexContentQueue.h"
 #include "IndexCrawler.h"
-#include "IndexSource.h"
-#include "IndexStore.h"
-
-#include <QHash>
-#include <QSet>
-#include <map>
+#include "IndexJobs.h"
+#include "IndexRecents.h"
+#include "IndexReconciler.h"
+#include "IndexStatus.h"
+#include "XPMountTable.h"
 
 // Keeps the index right: crawls the roots, watches them, repairs what was missed, saves.
 //
 // One per machine and user, in the process that holds the writer's lock. All changes are applied
 // by one writer thread in one order; changes that somebody made just now go before what a crawl
-// still finds. A listing that was overtaken by an event in its folder is not applied but read
-// again, so the disk's last word stands.
+// still finds. Roots on volumes whose file calls may hang (networks, FUSE) are read by threads of
+// their own, and the writer makes no file calls there. A root that is not there, or whose volume
+// is not mounted, keeps its rows and is compared with the disk again when it comes back.
 // Threads: the constructor and destructor on one thread; everything else from any.
-class IndexKeeper : public IndexSource
+class IndexKeeper
 {
 public:
-    struct Status
+    using Status = IndexStatus;
+    struct Setup
     {
-        enum class Phase { Opening, Crawling, Verifying, Live };
-        Phase phase = Phase::Opening;
-        qint64 items = 0;
-        qint64 foldersRead = 0;
-        qint64 contentsWaiting = 0;
-        QStringList problems; // what is degraded, in words
+        QString path; // of the store; empty: in memory only
+        QStringList roots;
+        IndexRules rules;
+        QString recents; // the desktop's list of recently used files; empty: none
+        // How often folders without a watch, and volumes that others change, are read again.
+        std::chrono::milliseconds unwatchedInterval = std::chrono::seconds(30);
+        std::chrono::milliseconds distantInterval = std::chrono::minutes(5);
+        std::chrono::seconds patience = std::chrono::seconds(10); // until a root counts as silent
     };
-
-    // Takes the writer's lock; NotPermitted-kind error "another process keeps the index" when it
-    // is taken. Opens or makes the store at `path` and starts to work.
-    static XPResult<std::unique_ptr<IndexKeeper>>
-    start(const QString &path, const QStringList &roots, const IndexRules &rules);
-    ~IndexKeeper() override;
-
-    const IndexCatalog &catalog() const override { return m_catalog; }
-    const IndexText *text() const override { return m_text.get(); }
-    int addListener(Listener listener) override;
-    void removeListener(int number) override;
-    void reimport(const QByteArray &path) override;
+    // The caller holds the writer's lock. `store`: of a follower whose catalog is up to date.
+    // Returns at once: opening, loading and everything else happen on the writer's thread.
+    IndexKeeper(IndexLive &live, const Setup &setup, std::unique_ptr<IndexStore> store = {});
+    ~IndexKeeper();
 
     Status status() const;
-    // Returns when everything that happened before the call is in the index (and saved); false
-    // when `stop` said so before. With a crawl under way that takes as long as the crawl; with
-    // `contents`, as long as what waits to be imported.
+    // Returns when everything that happened before the call is in the index; false when `stop`
+    // said so before. With a crawl under way that takes as long as the crawl; with `contents`, as
+    // long as what waits to be imported. A root that does not answer is not waited for.
     bool sync(bool contents, const std::function<bool()> &stop = {});
+    // The same as a call, on the writer's thread; never, when the keeper ends before.
+    void whenQuiet(bool contents, std::function<void()> done);
+    void reimport(const QByteArray &path);
     void setRoots(const QStringList &roots);
+    void setRules(const IndexRules &rules);
+    IndexProblems &problems() { return m_problems; }
 
 private:
-    using Job = std::function<void()>;
+    using Urgency = IndexJobs::Urgency;
+    using RootState = IndexStatus::Root::State;
 
-    IndexKeeper(const IndexRules &rules, int lock);
-    std::optional<XPError> openStore(const QString &path);
-    void openTextStore(const QString &path);
-    void begin(const QStringList &roots);
-    void loop();
-    void post(Job job, bool urgent);
-    bool nextJob(Job *job);
+    // What reads and watches: one for everything on this machine's disks, one for each root that
+    // is not.
+    struct Crew
+    {
+        ~Crew();
+        bool distant = false;
+        bool isCrawling = false;
+        bool isSilent = false;
+        std::atomic<int> waiting = 0; // listings, for the writer
+        std::shared_ptr<IndexWatcher> watcher;
+        std::unique_ptr<IndexCrawler> crawler;
+        QSet<QByteArray> unwatched;                  // folders
+        std::chrono::steady_clock::time_point since; // the crawl under way
+        std::chrono::milliseconds lastCrawl{};
+        bool isDue = false;      // to be read again on a timer
+        bool overflowed = false; // during the crawl under way
+    };
+    struct Root
+    {
+        QByteArray path;
+        RootState state = RootState::Reading;
+        QString volume; // the mount point it was read under last; empty: never read
+        std::shared_ptr<Crew> crew;
+    };
+
+    void run();
+    void openText();
+    std::shared_ptr<IndexContentQueue> makeContentQueue();
+    std::shared_ptr<Crew> makeCrew(bool distant);
+    IndexFolderReader::Hooks::Known compare(const IndexListing &listing,
+                                            std::span<IndexFolderReader::Seen> seen) const;
 
     // On the writer thread:
     void applyRoots(const QStringList &roots);
-    void addRoot(const QByteArray &path);
-    void applyListing(const IndexListing &listing);
-    void applyEntry(IndexItem folder, const IndexEntry &entry, IndexBatch &batch);
-    void removeMissing(IndexItem folder, const IndexListing &listing, IndexBatch &batch);
-    void removeTree(IndexItem item, IndexBatch &batch);
-    void applyEvents(const std::vector<IndexWatcher::Event> &events);
-    void applyChanged(const QByteArray &folder, const QByteArray &name, IndexBatch &batch);
-    void applyMoved(const IndexWatcher::Event &event, IndexBatch &batch);
-    void applyFolderFacts(const QByteArray &folder, const XPFileInfo &info, IndexBatch &batch);
-    void commit(const IndexBatch &batch);
-    void checkpoint();
-    void queueContents(const IndexBatch &applied);
-    void queueAllContents();
+    void applyRules();
+    void dropRoot(const QByteArray &path);
+    void readRoot(Root &root);
+    bool isMountedAsBefore(const Root &root) const;
+    void setMissing(Root &root, const QString &why);
+    void watchForMissing(const Root &root);
+    bool prepareRoot(Root &root, const IndexListing &listing);
+    Root *rootAt(const QByteArray &path);
+    std::shared_ptr<Crew> crewOf(const QByteArray &path) const; // none: in no root
+    void read(const QByteArray &folder, bool deep);
+    bool applyListing(IndexReconciler::Pending &pending);
+    void applySpecialEvents(const std::shared_ptr<Crew> &crew,
+                            const std::vector<IndexWatcher::Event> &events);
+    void mountsChanged();
+    void crawlDone(const std::shared_ptr<Crew> &crew);
+    void scheduleReading(const std::shared_ptr<Crew> &crew);
+    void readAgain(Crew &crew);
+    void tellOfUnwatched(const Crew &crew);
+    void checkSilence(const std::shared_ptr<Crew> &crew);
+    void updateStatus();
+    bool isQuiet(bool contents) const;
+    void applied(const IndexBatch &batch);
     bool wantsContent(IndexSlot slot) const;
     bool isContentStored(IndexSlot slot) const;
-    std::optional<IndexContentQueue::File> contentFile(IndexItem item) const;
-    bool isQuiet() const;
-    void crawlDone();
-    void recheckUnwatched();
-    IndexItem itemAt(const QByteArray &folder) const;
-    void problem(const QString &key, const QString &text);
+    bool queueWaitingContents(IndexSlot from);
+    void applyImports(IndexBatch &batch);
+    void forgetImport(IndexItem item);
+    std::optional<IndexContentQueue::File> contentFile(IndexItem item) const; // any thread
+    void saveLater();
+    void setRecents(IndexRecents::Times times);
+    void applyRecents();
+    void tellLastUse(IndexItem item, const QByteArray &path, IndexBatch &batch) const;
+    void queueLastUse(IndexItem item);
 
-    const IndexRules m_rules;
-    const int m_lock;
-    std::unique_ptr<IndexStore> m_store;
-    std::unique_ptr<IndexTextStore> m_text;
-    IndexCatalog m_catalog;
+    IndexLive &m_live;
+    const Setup m_setup;
+    IndexProblems m_problems;
+    IndexJobs m_jobs;
 
     // Writer thread only.
-    std::unique_ptr<IndexFolderReader> m_reader;
-    IndexItem m_lastItem = 0;
-    bool m_bulk = false; // a first crawl: chunks are saved whole, the journal is not written
-    size_t m_bulkChunks = 0;
-    std::vector<quint64> m_childrenBefore; // (folder, item) pairs when the crawl began, sorted
-    QSet<QByteArray> m_unwatched;
+    std::unique_ptr<IndexStore> m_takenOver;
+    IndexWriter m_writer;
+    IndexRules m_rules; // as set, without the roots
+    IndexReconciler m_reconciler;
+    std::shared_ptr<Crew> m_local;
+    std::vector<Root> m_roots;
+    XPMountTable m_mounts;
+    std::shared_ptr<IndexTextStore> m_text;
+    IndexContentQueue *m_importer = nullptr; // m_contents
+    IndexRecents::Times m_lastUsed;
+    bool m_hasRecents = false; // the list was read
+    QSet<QByteArray> m_lastUsedNames;
+    bool m_savingLater = false;
+    bool m_hasDistant = false; // roots
 
     mutable XPMutex m_mutex;
-    std::condition_variable_any m_wake;
-    std::condition_variable_any m_room;
-    std::deque<Job> m_urgent XP_GUARDED_BY(m_mutex);
-    std::deque<Job> m_bulkJobs XP_GUARDED_BY(m_mutex);
-    bool m_stopping XP_GUARDED_BY(m_mutex) = false;
-    Status m_status XP_GUARDED_BY(m_mutex);
-    std::map<QString, QString> m_problems XP_GUARDED_BY(m_mutex);
+    IndexStatus m_status XP_GUARDED_BY(m_mutex);
+    std::shared_ptr<IndexContentQueue> m_contents XP_GUARDED_BY(m_mutex);
+    std::atomic<qint64> m_foldersRead = 0;
 
-    XPMutex m_listenerMutex;
-    std::map<int, Listener> m_listeners XP_GUARDED_BY(m_listenerMutex);
-    int m_lastListener XP_GUARDED_BY(m_listenerMutex) = 0;
-
-    std::thread m_thread;
-    std::unique_ptr<IndexWatcher> m_watcher;
-    std::unique_ptr<IndexCrawler> m_crawler;
-    std::unique_ptr<IndexContentQueue> m_contents;
+    std::thread m_thread; // last: joined before anything it uses is destroyed
 };

@@ -41,10 +41,25 @@ IndexRules IndexRules::fromSettings()
     return IndexRules(saved.isArray() ? saved.strings() : defaultRules());
 }
 
+IndexRules IndexRules::withRoots(const QByteArrayList &roots) const
+{
+    IndexRules rules = *this;
+    for (const QByteArray &root : roots) {
+        rules.m_roots.insert(root);
+        rules.m_rootNames.insert(root.mid(root.lastIndexOf('/') + 1));
+    }
+    return rules;
+}
+
 bool IndexRules::excludes(QByteArrayView parent, QByteArrayView name) const
 {
     const QByteArray ownName = name.toByteArray();
     QByteArray path;
+    if (m_rootNames.contains(ownName)) {
+        path = parent == "/" ? '/' + ownName : parent.toByteArray() + '/' + ownName;
+        if (m_roots.contains(path))
+            return true;
+    }
     for (auto rule = m_rules.rbegin(); rule != m_rules.rend(); ++rule) {
         if (rule->isPath && path.isEmpty())
             path = parent == "/" ? '/' + ownName : parent.toByteArray() + '/' + ownName;

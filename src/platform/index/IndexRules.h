@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QByteArrayList>
+#include <QSet>
 #include <QStringList>
 
 // Which folders people do not want to see: hidden ones, caches, version-control stores, build
@@ -20,6 +21,9 @@ public:
     static QStringList defaultRules();
     static IndexRules fromSettings();
 
+    // The same with roots inside other roots (volumes, mostly), which are read on their own.
+    IndexRules withRoots(const QByteArrayList &roots) const;
+
     // Whether the folder `name` in `parent` (bytes, no slash at the end) is left out.
     bool excludes(QByteArrayView parent, QByteArrayView name) const;
     // Whether a folder that holds an entry of this name is a cache or a build tree.
@@ -36,4 +40,6 @@ private:
     };
     QStringList m_texts;
     QList<Rule> m_rules;
+    QSet<QByteArray> m_roots;
+    QSet<QByteArray> m_rootNames;
 };

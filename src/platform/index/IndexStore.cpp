@@ -177,6 +177,17 @@ std::optional<XPError> IndexStore::setUp(Mode mode)
     return {};
 }
 
+std::optional<XPError> IndexStore::becomeWriter(IndexCatalog &catalog)
+{
+    // The rows may stand elsewhere than in the segments of the process that was the writer.
+    catalog.markUnsaved();
+    m_savedOrder = ~0ULL;
+    const qint64 last = m_lastSequence;
+    auto error = setUp(Mode::Write);
+    m_lastSequence = last;
+    return error;
+}
+
 IndexStore::~IndexStore()
 {
     sqlite3_close_v2(m_db);

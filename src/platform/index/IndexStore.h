@@ -50,6 +50,10 @@ public:
     qint64 journalBytes() const { return m_journalBytes; }
     qint64 segmentBytes() const { return m_segmentBytes; } // of the last checkpoint or load
 
+    // A store that was opened for reading and has read its journal to the end goes on as the
+    // writer's, whose lock the caller now holds. The next checkpoint saves everything.
+    std::optional<XPError> becomeWriter(IndexCatalog &catalog);
+
     // For followers: batches after the last one seen. NotFound: the journal no longer reaches
     // back so far; load into a new catalog.
     XPResult<std::vector<IndexBatch>> readNew();

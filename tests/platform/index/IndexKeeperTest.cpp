@@ -1,6 +1,7 @@
-#include "IndexKeeper.h"
 #include "IndexEvaluator.h"
+#include "IndexVerifier.h"
 #include "MDQueryParser.h"
+#include "MetadataIndex.h"
 #include "TestHome.h"
 #include "XPExtendedAttributes.h"
 #include "XPPath.h"
@@ -63,23 +64,24 @@ static std::string differences(const Facts &disk, const Facts &index)
     return text;
 }
 
-static std::unique_ptr<IndexKeeper> keeperOver(const TestFolder &store, const QString &root)
+static std::unique_ptr<MetadataIndex> indexOf(const TestFolder &store, const QString &root)
 {
-    auto keeper =
-        IndexKeeper::start(store.path(QStringLiteral("index.sqlite")), {root}, IndexRules());
-    EXPECT_TRUE(keeper) << (keeper ? "" : keeper.error().message.toStdString());
-    return *std::move(keeper);
+    IndexKeeper::Setup setup;
+    setup.path = store.path(QStringLiteral("index.sqlite"));
+    setup.roots = {root};
+    return MetadataIndex::open(setup);
 }
 
-static QStringList matching(const IndexKeeper &keeper, const QString &text)
+static QStringList matching(MetadataIndex &index, const QString &text)
 {
     const auto predicate = MDQueryParser::parse(text);
     EXPECT_TRUE(predicate) << text.toStdString();
-    const IndexCatalog::Reading reading(keeper.catalog());
+    const IndexCatalog &catalog = index.source().catalog();
+    const IndexCatalog::Reading reading(catalog);
     QStringList names;
-    const RowSet rows = IndexEvaluator(keeper.catalog()).rows(*predicate);
+    const RowSet rows = IndexEvaluator(catalog).rows(*predicate);
     for (const quint32 slot : *rows)
-        names.append(XPPath::fileName(XPPath::decode(keeper.catalog().path(slot))));
+        names.append(XPPath::fileName(XPPath::decode(catalog.path(slot))));
     names.sort();
     return names;
 }
@@ -137,21 +139,24 @@ TEST(IndexKeeper, FollowsRandomChangesOfATree)
     };
     for (int i = 0; i < 300; ++i)
         step();
-    auto keeper = keeperOver(store, tree.path());
+    auto index = indexOf(store, tree.path());
     for (int round = 0; round < 12; ++round) {
         for (int i = 0; i < 150; ++i)
             step();
-        ASSERT_TRUE(keeper->sync(true));
-        ASSERT_EQ(differences(onDisk(tree.path()), inIndex(keeper->catalog())), "") << round;
+        ASSERT_FALSE(index->sync(true));
+        ASSERT_EQ(differences(onDisk(tree.path()), inIndex(index->source().catalog())), "")
+            << round;
     }
+    for (const auto &difference : IndexVerifier(index->source().catalog(), IndexRules()).run())
+        ADD_FAILURE() << static_cast<int>(difference.kind) << difference.path.toStdString();
     // Changes while nobody watches are found at the next start.
-    const Facts before = inIndex(keeper->catalog());
-    keeper.reset();
+    const Facts before = inIndex(index->source().catalog());
+    index.reset();
     for (int i = 0; i < 300; ++i)
         step();
-    keeper = keeperOver(store, tree.path());
-    ASSERT_TRUE(keeper->sync(true));
-    EXPECT_EQ(differences(onDisk(tree.path()), inIndex(keeper->catalog())), "");
+    index = indexOf(store, tree.path());
+    ASSERT_FALSE(index->sync(true));
+    EXPECT_EQ(differences(onDisk(tree.path()), inIndex(index->source().catalog())), "");
 }
 
 TEST(IndexKeeper, FindsByNameTypeTagAndNumber)
@@ -170,8 +175,8 @@ TEST(IndexKeeper, FindsByNameTypeTagAndNumber)
     tag(tree.file(QStringLiteral("sub/Café.txt")), {QStringLiteral("work"), QStringLiteral("x")},
         2);
     (void)tree.file(QStringLiteral("sub/plain.txt"));
-    const auto keeper = keeperOver(store, tree.path());
-    ASSERT_TRUE(keeper->sync(true));
+    const auto index = indexOf(store, tree.path());
+    ASSERT_FALSE(index->sync(true));
     const struct
     {
         const char *query;
@@ -193,5 +198,5 @@ TEST(IndexKeeper, FindsByNameTypeTagAndNumber)
          {QStringLiteral("Rechnung Straße.pdf")}},
     };
     for (const auto &row : rows)
-        EXPECT_EQ(matching(*keeper, QString::fromUtf8(row.query)), row.names) << row.query;
+        EXPECT_EQ(matching(*index, QString::fromUtf8(row.query)), row.names) << row.query;
 }

@@ -1,9 +1,22 @@
 #pragma once
 
-#include "IndexKeeper.h"
+#include "MetadataIndex.h"
 
 #include <QDeadlineTimer>
 #include <gtest/gtest.h>
+#include <thread>
+
+// Waits until it is true; false after half a minute.
+inline bool holdsSoon(const std::function<bool()> &condition)
+{
+    const QDeadlineTimer deadline(30'000);
+    while (!condition()) {
+        if (deadline.hasExpired())
+            return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    }
+    return true;
+}
 
 // An index kept in the test's process.
 class IndexTestKept
@@ -11,23 +24,22 @@ class IndexTestKept
 public:
     IndexTestKept(const QString &store, const QString &root)
     {
-        auto keeper = IndexKeeper::start(store, {root}, IndexRules());
-        if (keeper)
-            m_keeper = *std::move(keeper);
-        else
-            ADD_FAILURE() << keeper.error().message.toStdString();
+        IndexKeeper::Setup setup;
+        setup.path = store;
+        setup.roots = {root};
+        m_index = MetadataIndex::open(setup);
     }
-    bool isOpen() const { return m_keeper != nullptr; }
-    IndexSource &source() { return *m_keeper; }
-    QStringList problems() const { return m_keeper->status().problems; }
+    bool isOpen() const { return m_index->keeper() != nullptr; }
+    IndexSource &source() { return m_index->source(); }
+    QStringList problems() const { return m_index->keeper()->status().problems; }
 
     // Up to date, contents too; false after a minute.
     bool settle()
     {
         const QDeadlineTimer deadline(60'000);
-        return m_keeper->sync(true, [&] { return deadline.hasExpired(); });
+        return !m_index->sync(true, [&] { return deadline.hasExpired(); });
     }
 
 private:
-    std::unique_ptr<IndexKeeper> m_keeper;
+    std::unique_ptr<MetadataIndex> m_index;
 };

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "IndexCatalog.h"
+#include "IndexSource.h"
+#include "XPMutex.h"
+
+#include <atomic>
+#include <condition_variable>
+#include <map>
+
+// The one index of this process: its catalog, its text and those who listen, for as long as the
+// process uses it.
+//
+// Who keeps it up to date may change meanwhile: an IndexFollower while another process keeps the
+// index, an IndexKeeper from then on when that process ends. Queries notice nothing of it. Until
+// it is loaded it is empty; what the load brings reaches the listeners as one large change.
+// Threads: any. Ownership: MetadataIndex's; queries must be gone before it.
+class IndexLive : public IndexSource
+{
+public:
+    const IndexCatalog &catalog() const override { return m_catalog; }
+    const IndexText *text() const override { return m_text; }
+    int addListener(Listener listener) override;
+    void removeListener(int number) override;
+    void reimport(const QByteArray &path) override;
+
+    bool isLoaded() const;
+    // False: `stop` said so before.
+    bool waitUntilLoaded(const std::function<bool()> &stop = {}) const;
+
+    // For the one that keeps it up to date, on its thread.
+    IndexCatalog &writable() { return m_catalog; }
+    // Earlier ones stay until the end: a query may be at work on them.
+    void setText(std::shared_ptr<const IndexText> text);
+    void tell(const std::vector<IndexItem> &touched);
+    void setLoaded(); // after each load: tells of every item, also of those that were before
+    // What reimport() does; nothing before.
+    void setReimport(std::function<void(const QByteArray &path)> reimport);
+
+private:
+    IndexCatalog m_catalog;
+    std::atomic<const IndexText *> m_text = nullptr;
+
+    mutable XPMutex m_mutex;
+    mutable std::condition_variable_any m_wake;
+    bool m_loaded XP_GUARDED_BY(m_mutex) = false;
+    IndexItem m_lastItem XP_GUARDED_BY(m_mutex) = 0; // at the last load
+    std::vector<std::shared_ptr<const IndexText>> m_texts XP_GUARDED_BY(m_mutex);
+    std::function<void(const QByteArray &)> m_reimport XP_GUARDED_BY(m_mutex);
+
+    XPMutex m_listenerMutex; // held while they are called, so that removing waits for that
+    std::map<int, Listener> m_listeners XP_GUARDED_BY(m_listenerMutex);
+    int m_lastListener XP_GUARDED_BY(m_listenerMutex) = 0;
+};

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "XPError.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QStringList>
+
+// How the index is, for people and for other processes.
+// Threads: a value.
+struct IndexStatus
+{
+    enum class Phase { Opening, Crawling, Verifying, Live };
+    struct Root
+    {
+        enum class State {
+            Reading, // being crawled or compared with the disk
+            Live,
+            Missing, // not there, or its volume is not mounted: its files stay in the index
+            Silent,  // does not answer
+        };
+        QString path;
+        State state = State::Reading;
+        bool operator==(const Root &) const = default;
+    };
+
+    Phase phase = Phase::Opening;
+    qint64 items = 0;
+    qint64 foldersRead = 0;
+    qint64 contentsWaiting = 0;
+    QList<Root> roots;
+    QStringList problems; // what is degraded, in words
+
+    QByteArray toBytes() const;
+    static XPResult<IndexStatus> fromBytes(const QByteArray &bytes);
+    bool operator==(const IndexStatus &) const = default;
+};
