@@ -181,6 +181,7 @@ static int keepAndTell(const QString &root, bool contents)
     keeper->sync(contents);
     cost.peak = memory("VmHWM:") - before;
     // What is put off until nothing happens is done by then.
+    keeper->sync(true);
     std::this_thread::sleep_for(12s);
     {
         const IndexCatalog::Reading reading(keeper->catalog());
