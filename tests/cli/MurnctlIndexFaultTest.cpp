@@ -2,6 +2,7 @@
 #include "Murnctl.h"
 #include "TestHome.h"
 #include "TestSystem.h"
+#include "XPFolders.h"
 #include "XPPath.h"
 
 #include <QJsonArray>
@@ -29,6 +30,10 @@ protected:
         use("XDG_DATA_HOME", place.path(QStringLiteral("home/.data")));
         useCache(place.path(QStringLiteral("home/.cache")));
         std::filesystem::create_directory(XPPath::encode(tree).toStdString());
+        // What is always indexed is there too, so that nothing else is degraded.
+        const QString support = XPFolders::ourApplicationSupport();
+        std::filesystem::create_directories(
+            XPPath::encode(support + QStringLiteral("/Pending Documents")).toStdString());
     }
 
     void useCache(const QString &cache)
@@ -100,7 +105,7 @@ TEST_F(MurnctlIndexFault, AFolderWithoutPermissionIsNamedAndReadWhenItMayBe)
         for (const bool open : {false, true, false, true}) {
             ::chmod(closed.constData(), open ? 0755 : 0);
             const MurnctlResult status = run({"index", "status", "--json"});
-            if (degraded(status).contains(QStringLiteral("folder 7")) == open)
+            if (degraded(status).contains(QStringLiteral("cannot be read")) == open)
                 return 1;
             if (open && count("kMDItemFSName == \"*.pdf\"") != "40\n")
                 return 2;
@@ -108,6 +113,26 @@ TEST_F(MurnctlIndexFault, AFolderWithoutPermissionIsNamedAndReadWhenItMayBe)
         return 0;
     });
     EXPECT_EQ(answer, 0) << "1: status is wrong, 2: its file is not found";
+}
+
+TEST_F(MurnctlIndexFault, ACacheFolderThatCannotBeWrittenCostsOnlyTheSaving)
+{
+    makeFiles(50);
+    const QByteArray cache = XPPath::encode(place.path(QStringLiteral("home/.cache")));
+    const int answer = asUser([&] {
+        // First there is nothing in it, then a store, then one that may not be read.
+        for (const ::mode_t mode : {0555, 0755, 0}) {
+            ::chmod(cache.constData(), mode);
+            const MurnctlResult status = run({"index", "status", "--json"});
+            if (degraded(status).contains(QStringLiteral("nothing is saved")) == (mode == 0755))
+                return 1;
+            if (count("kMDItemFSName == \"*.pdf\"") != "50\n")
+                return 2;
+        }
+        return 0;
+    });
+    EXPECT_EQ(answer, 0) << "1: status does not say so, 2: a query does not answer";
+    ::chmod(cache.constData(), 0755);
 }
 
 TEST_F(MurnctlIndexFault, OddTreesAreIndexedWhole)
