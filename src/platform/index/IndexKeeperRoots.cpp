@@ -1,6 +1,7 @@
 #include "IndexKeeper.h"
 
 #include "KPFileType.h"
+#include "XPFolders.h"
 #include "XPPath.h"
 
 #include <algorithm>
@@ -168,9 +169,13 @@ bool IndexKeeper::isMountedAsBefore(const Root &root) const
 void IndexKeeper::setMissing(Root &root, const QString &why)
 {
     root.state = RootState::Missing;
-    m_problems.set(XPPath::decode(root.path),
-                   QStringLiteral("%1: %2; what was found there stays in the index")
-                       .arg(shown(root.path), why));
+    const QString path = XPPath::decode(root.path);
+    QString problem = QStringLiteral("%1: %2").arg(shown(root.path), why);
+    if (m_reconciler.itemAt(root.path))
+        problem += QStringLiteral("; what was found there stays in the index");
+    else if (path.startsWith(XPFolders::ourApplicationSupport() + u'/'))
+        problem.clear(); // our own folders are made when they are needed
+    m_problems.set(path, problem);
     if (root.crew)
         root.crew->watcher->forgetBelow(root.path);
     watchForMissing(root);
