@@ -214,8 +214,8 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPIndexContents" numerus="yes">
         <translation>
-            <numerusform>Der Text von %1 Datei ist noch nicht durchsuchbar</numerusform>
-            <numerusform>Der Text von %1 Dateien ist noch nicht durchsuchbar</numerusform>
+            <numerusform>Text wird gelesen: noch %1 Datei</numerusform>
+            <numerusform>Text wird gelesen: noch %1 Dateien</numerusform>
         </translation>
     </message>
     <message id="KPIndexFolder">

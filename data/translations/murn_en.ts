@@ -216,8 +216,8 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPIndexContents" numerus="yes">
         <translation>
-            <numerusform>%1 file’s text is not searchable yet</numerusform>
-            <numerusform>%1 files’ text is not searchable yet</numerusform>
+            <numerusform>Reading text: %1 file left</numerusform>
+            <numerusform>Reading text: %1 files left</numerusform>
         </translation>
     </message>
     <message id="KPIndexFolder">

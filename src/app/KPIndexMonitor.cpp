@@ -4,13 +4,14 @@
 
 #include <QLocale>
 
-using Phase = IndexKeeper::Status::Phase;
+using Phase = IndexStatus::Phase;
 
 static constexpr std::chrono::milliseconds interval{250};
 
 KPIndexMonitor::KPIndexMonitor(MetadataIndex &index, QObject *parent)
-    : QObject(parent), m_index(index), m_status(readStatus())
+    : QObject(parent), m_index(index)
 {
+    m_asker.setMaxThreadCount(1);
     m_timer.setSingleShot(true);
     m_timer.setInterval(interval);
     connect(&m_timer, &QTimer::timeout, this, &KPIndexMonitor::look);
@@ -29,22 +30,48 @@ KPIndexMonitor::KPIndexMonitor(MetadataIndex &index, QObject *parent)
 
 KPIndexMonitor::~KPIndexMonitor()
 {
+    m_isEnding = true;
+    m_asker.waitForDone();
     m_index.source().removeListener(m_listener);
-}
-
-IndexKeeper::Status KPIndexMonitor::readStatus() const
-{
-    // Never asked of another process here: this is the main thread.
-    if (const IndexKeeper *keeper = m_index.keeper())
-        return keeper->status();
-    IndexKeeper::Status status;
-    status.phase = Phase::Live;
-    return status;
 }
 
 void KPIndexMonitor::look()
 {
-    m_status = readStatus();
+    if (const IndexKeeper *keeper = m_index.keeper())
+        take(keeper->status());
+    else if (!std::exchange(m_isAsking, true))
+        m_asker.start([this] { ask(); });
+}
+
+// On m_asker's thread.
+void KPIndexMonitor::ask()
+{
+    const auto answer = m_index.status([this] { return m_isEnding.load(); });
+    {
+        const XPLocker locker(m_mutex);
+        m_answer = answer.valueOr({});
+        if (!answer) {
+            m_answer.phase = Phase::Live;
+            m_answer.problems = {
+                QStringLiteral("the program that keeps the index does not answer: ") +
+                answer.error().message};
+        }
+    }
+    const auto hand = [this] {
+        m_isAsking = false;
+        IndexStatus status;
+        {
+            const XPLocker locker(m_mutex);
+            status = m_answer;
+        }
+        take(status);
+    };
+    QMetaObject::invokeMethod(this, hand, Qt::QueuedConnection);
+}
+
+void KPIndexMonitor::take(const IndexStatus &status)
+{
+    m_status = status;
     if (!activity().isEmpty())
         m_timer.start();
     Q_EMIT changed();

@@ -3,12 +3,14 @@
 #include "MetadataIndex.h"
 
 #include <QObject>
+#include <QThreadPool>
 #include <QTimer>
 
 // The metadata index as the window sees it: what it does, what is degraded, what it covers.
 //
 // Looks a few times in a second while the index is at work, and after each change; the timer
-// stands still when nothing happens. Threads: main. Ownership: the index must outlive it.
+// stands still when nothing happens. Where another process keeps the index, that one is asked, on
+// a thread of this object's. Threads: main. Ownership: the index must outlive it.
 class KPIndexMonitor : public QObject
 {
     Q_OBJECT
@@ -18,7 +20,7 @@ public:
     ~KPIndexMonitor() override;
 
     // As it was when last looked at.
-    const IndexKeeper::Status &status() const { return m_status; }
+    const IndexStatus &status() const { return m_status; }
     // In the user's language; empty when everything is up to date.
     QString activity() const;
     // The folders were all read once.
@@ -33,10 +35,16 @@ Q_SIGNALS:
 
 private:
     void look();
-    IndexKeeper::Status readStatus() const;
+    void ask();
+    void take(const IndexStatus &status);
 
     MetadataIndex &m_index;
-    IndexKeeper::Status m_status;
+    IndexStatus m_status;
     QTimer m_timer;
     int m_listener;
+    bool m_isAsking = false;
+    std::atomic<bool> m_isEnding = false;
+    XPMutex m_mutex;
+    IndexStatus m_answer XP_GUARDED_BY(m_mutex);
+    QThreadPool m_asker; // one thread
 };

@@ -27,6 +27,7 @@ KPStatusLine::KPStatusLine(QWidget *parent)
     searchBar->setAccessibleName(qtTrId("KPLooking"));
     m_edit = makeProgress(&m_editBar, &m_editLabel, &KPStatusLine::stopEditRequested);
     m_editBar->setAccessibleName(qtTrId("KPEditingName"));
+    m_problemsButton->setObjectName(QStringLiteral("problems"));
     m_problemsButton->setAutoRaise(true);
     m_problemsButton->setIcon(KPDocIcons::symbol(QStringLiteral("warning")));
     m_problemsButton->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);

@@ -4,20 +4,45 @@
 #include "KPProgressLine.h"
 #include "XPPath.h"
 
-#include <QLocale>
 #include <algorithm>
 
-using Phase = IndexKeeper::Status::Phase;
-
-static QByteArray number(qint64 value)
-{
-    return QLocale::c().toString(value).toUtf8();
-}
+using Phase = IndexStatus::Phase;
 
 // --- status
 
-static void printText(const IndexKeeper::Status &status, KPIndexSession &session,
-                      KPCommandOutput &output)
+static const char *stateName(IndexStatus::Root::State state)
+{
+    using State = IndexStatus::Root::State;
+    switch (state) {
+    case State::Reading:
+        return "reading";
+    case State::Live:
+        return "live";
+    case State::Missing:
+        return "missing";
+    case State::Silent:
+        break;
+    }
+    return "silent";
+}
+
+static QByteArray describe(IndexStatus::Root::State state)
+{
+    using State = IndexStatus::Root::State;
+    switch (state) {
+    case State::Reading:
+        return "  (being read)";
+    case State::Live:
+        return {};
+    case State::Missing:
+        return "  (is not there)";
+    case State::Silent:
+        break;
+    }
+    return "  (does not answer)";
+}
+
+static void printText(const IndexStatus &status, KPIndexSession &session, KPCommandOutput &output)
 {
     const auto field = [&](const char *label, const QByteArray &text) {
         output.write(QByteArray(label).leftJustified(12) + text + '\n');
@@ -25,11 +50,15 @@ static void printText(const IndexKeeper::Status &status, KPIndexSession &session
     field("State:", KPIndexSession::describe(status).toUtf8());
     field("Kept by:", session.index().keeper() ? "this command; no other process runs"
                                                : "another process, which follows every change");
-    field("Holds:", number(status.items) + " files and folders");
-    field("Contents:", status.contentsWaiting ? number(status.contentsWaiting) + " files wait"
-                                              : QByteArray("all read"));
-    for (const QString &root : MetadataIndex::roots())
-        field("Folder:", output.name(root));
+    field("Holds:", QByteArray::number(status.items) + " files and folders");
+    field("Contents:", status.contentsWaiting
+                           ? QByteArray::number(status.contentsWaiting) + " files wait"
+                           : QByteArray("all read"));
+    const QStringList wanted = MetadataIndex::roots();
+    for (const IndexStatus::Root &root : status.roots) {
+        if (root.state != IndexStatus::Root::State::Missing || wanted.contains(root.path))
+            field("Folder:", output.name(root.path) + describe(root.state));
+    }
     const IndexRules rules = IndexRules::fromSettings();
     for (const QString &rule : rules.rules())
         field(rule.startsWith(u'!') ? "Taken in:" : "Left out:",
@@ -56,19 +85,21 @@ static const char *phaseName(Phase phase)
     return "live";
 }
 
-static void printJson(const IndexKeeper::Status &status, KPIndexSession &session,
-                      KPCommandOutput &output)
+static void printJson(const IndexStatus &status, KPIndexSession &session, KPCommandOutput &output)
 {
-    const auto value = [](qint64 count) { return QByteArray::number(count); };
-    output.write(
-        QByteArray("{\n  \"phase\": \"") + phaseName(status.phase) + "\",\n  \"keptHere\": " +
-        (session.index().keeper() ? "true" : "false") + ",\n  \"items\": " + value(status.items) +
-        ",\n  \"foldersRead\": " + value(status.foldersRead) +
-        ",\n  \"contentsWaiting\": " + value(status.contentsWaiting) +
-        ",\n  \"degraded\": " + KPCommandOutput::json(status.problems) +
-        ",\n  \"roots\": " + KPCommandOutput::json(MetadataIndex::roots()) +
-        ",\n  \"exclusions\": " + KPCommandOutput::json(IndexRules::fromSettings().rules()) +
-        ",\n  \"store\": " + KPCommandOutput::json(MetadataIndex::storePath()) + "\n}\n");
+    QByteArrayList roots;
+    for (const IndexStatus::Root &root : status.roots)
+        roots.append("{\"path\": " + KPCommandOutput::json(root.path) + ", \"state\": \"" +
+                     stateName(root.state) + "\"}");
+    output.write(QByteArray("{\n  \"phase\": \"") + phaseName(status.phase) +
+                 "\",\n  \"keptHere\": " + (session.index().keeper() ? "true" : "false") +
+                 ",\n  \"items\": " + QByteArray::number(status.items) +
+                 ",\n  \"foldersRead\": " + QByteArray::number(status.foldersRead) +
+                 ",\n  \"contentsWaiting\": " + QByteArray::number(status.contentsWaiting) +
+                 ",\n  \"degraded\": " + KPCommandOutput::json(status.problems) +
+                 ",\n  \"roots\": [" + roots.join(", ") + "],\n  \"exclusions\": " +
+                 KPCommandOutput::json(IndexRules::fromSettings().rules()) +
+                 ",\n  \"store\": " + KPCommandOutput::json(MetadataIndex::storePath()) + "\n}\n");
 }
 
 int KPIndexActions::status(const QString &, const KPCommandLine &, KPCommandOutput &output)
@@ -77,11 +108,11 @@ int KPIndexActions::status(const QString &, const KPCommandLine &, KPCommandOutp
     // What is degraded is known when the folders were looked at.
     if (!session.catchUp(false))
         return KPExitInterrupted;
-    const IndexKeeper::Status status = session.status();
-    if (output.isJson())
-        printJson(status, session, output);
-    else
-        printText(status, session, output);
+    const auto status = session.status();
+    if (status && output.isJson())
+        printJson(*status, session, output);
+    else if (status)
+        printText(*status, session, output);
     return output.exitStatus();
 }
 
@@ -92,8 +123,10 @@ int KPIndexActions::sync(const QString &, const KPCommandLine &line, KPCommandOu
     KPIndexSession session(output);
     if (!session.catchUp(!line.has("--no-content")))
         return KPExitInterrupted;
-    for (const QString &problem : session.status().problems)
-        output.fail(problem);
+    if (const auto status = session.status()) {
+        for (const QString &problem : status->problems)
+            output.fail(problem);
+    }
     return output.exitStatus();
 }
 
@@ -142,8 +175,8 @@ static std::optional<std::vector<Difference>> compare(KPIndexSession &session, q
     IndexVerifier verifier(session.index().source().catalog(), IndexRules::fromSettings());
     auto differences = verifier.run([&](qint64 folders) {
         if (progress.isDue())
-            progress.show(QStringLiteral("murnctl: comparing with the disk: %1 folders")
-                              .arg(QLocale::c().toString(folders)));
+            progress.show(
+                QStringLiteral("murnctl: comparing with the disk: %1 folders").arg(folders));
         interrupted = session.interrupt().happened();
         return !interrupted;
     });
@@ -185,6 +218,7 @@ int KPIndexActions::verify(const QString &, const KPCommandLine &, KPCommandOutp
     if (output.isJson())
         output.write(lasting.empty() ? "[]\n" : "\n]\n");
     else if (lasting.empty())
-        output.write(number(items) + " files and folders compared: the index agrees\n");
-    return lasting.empty() ? output.exitStatus() : (output.exitStatus(), KPExitFailed);
+        output.write(QByteArray::number(items) + " files and folders compared: the index agrees\n");
+    const int written = output.exitStatus();
+    return lasting.empty() ? written : KPExitFailed;
 }

@@ -2,57 +2,58 @@
 
 #include "KPProgressLine.h"
 
-#include <QLocale>
-
 KPIndexSession::KPIndexSession(KPCommandOutput &output)
     : m_output(output), m_index(MetadataIndex::open())
 {
 }
 
-QString KPIndexSession::describe(const IndexKeeper::Status &status)
+QString KPIndexSession::describe(const IndexStatus &status)
 {
-    using Phase = IndexKeeper::Status::Phase;
-    const QString folders = QLocale::c().toString(status.foldersRead);
+    using Phase = IndexStatus::Phase;
     switch (status.phase) {
     case Phase::Opening:
         return QStringLiteral("opening");
     case Phase::Crawling:
         return QStringLiteral("reading folders: %1 read, %2 files")
-            .arg(folders, QLocale::c().toString(status.items));
+            .arg(status.foldersRead)
+            .arg(status.items);
     case Phase::Verifying:
-        return QStringLiteral("comparing with the disk: %1 folders").arg(folders);
+        return QStringLiteral("comparing with the disk: %1 folders").arg(status.foldersRead);
     case Phase::Live:
         break;
     }
     if (status.contentsWaiting > 0)
-        return QStringLiteral("reading contents: %1 files wait")
-            .arg(QLocale::c().toString(status.contentsWaiting));
+        return QStringLiteral("reading contents: %1 files wait").arg(status.contentsWaiting);
     return QStringLiteral("up to date");
 }
 
 bool KPIndexSession::catchUp(bool contents)
 {
     KPProgressLine progress;
-    const auto error = m_index->sync(contents, [&] {
-        if (progress.isDue())
-            progress.show(QStringLiteral("murnctl: ") + describe(status()));
-        return m_interrupt.happened();
-    });
-    if (!error)
-        return true;
-    if (error->kind == XPError::Kind::Cancelled)
+    const auto isInterrupted = [this] { return m_interrupt.happened(); };
+    const auto stop = [&] {
+        if (progress.isDue()) {
+            if (const auto status = m_index->status(isInterrupted))
+                progress.show(QStringLiteral("murnctl: ") + describe(*status));
+        }
+        return isInterrupted();
+    };
+    if (!m_index->waitUntilLoaded(stop))
         return false;
-    m_output.fail(error->message);
+    const auto error = m_index->sync(contents, stop);
+    progress.clear();
+    if (m_interrupt.happened())
+        return false;
+    if (error)
+        m_output.fail(QStringLiteral("the index may not be up to date: ") + error->message);
     return true;
 }
 
-IndexKeeper::Status KPIndexSession::status()
+std::optional<IndexStatus> KPIndexSession::status()
 {
-    if (const auto status = m_index->status([this] { return m_interrupt.happened(); }))
+    const auto status = m_index->status([this] { return m_interrupt.happened(); });
+    if (status)
         return *status;
-    IndexKeeper::Status status;
-    status.phase = IndexKeeper::Status::Phase::Live;
-    const IndexCatalog::Reading reading(m_index->catalog());
-    status.items = m_index->catalog().count();
-    return status;
+    m_output.fail(QStringLiteral("the index does not tell its status: ") + status.error().message);
+    return {};
 }

@@ -6,7 +6,7 @@
 
 // The metadata index for the time of one command: kept by this process when no other does.
 //
-// Threads: main, before any other is started. Queries must be gone before it.
+// Threads: main, made before any other is started. Queries must be gone before it.
 class KPIndexSession
 {
 public:
@@ -15,14 +15,14 @@ public:
     MetadataIndex &index() { return *m_index; }
     KPInterrupt &interrupt() { return m_interrupt; }
 
-    // Brings the index up to date with the disk, with `contents` what is found in files too, and
-    // shows progress. False: interrupted. That a process which keeps the index does not answer is
-    // the command's failure.
+    // Brings the index up to date with the disk, with `contents` what is found in files too, or
+    // waits until the process that keeps it has; shows progress. False: interrupted. That the
+    // other process does not answer is the command's failure, not its end.
     bool catchUp(bool contents);
-    // Where the process that keeps the index does not answer, as much as can be told from here.
-    IndexKeeper::Status status();
+    // That the other process does not answer is the command's failure; nothing then.
+    std::optional<IndexStatus> status();
     // For people: what the index does at the moment.
-    static QString describe(const IndexKeeper::Status &status);
+    static QString describe(const IndexStatus &status);
 
 private:
     KPCommandOutput &m_output;

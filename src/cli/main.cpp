@@ -2,10 +2,12 @@
 #include "KPCommandOutput.h"
 #include "Karvex.h"
 #include "KarvexPrefs.h"
+#include "UserDefaults.h"
 #include "XPFactorySettings.h"
 #include "XPPath.h"
 
 #include <QCoreApplication>
+#include <QLoggingCategory>
 #include <algorithm>
 #include <array>
 #include <clocale>
@@ -87,6 +89,9 @@ static int run(const KPCommand &command, const QStringList &words)
     if (line->has("--help"))
         return printHelp(command);
     XPFactorySettings::registerAll();
+    // Of the log only what is wrong: standard error is for this command's own lines.
+    if (!UserDefaults::standard().boolValue(QStringLiteral("KPDebugLogging")))
+        QLoggingCategory::setFilterRules(QStringLiteral("murn.info=false"));
     KarvexPrefs::chooseDomain();
     // No dialogs from a shell: who may write a file as administrator says so with sudo.
     gAllowKarvexAuthenticationDialogs = false;

@@ -39,7 +39,7 @@ KPIndexCoverage::Kind KPIndexCoverage::of(const IndexSource &source, const QStri
             roots.insert(catalog.path(catalog.slotOf(root)));
     }
     // Those of the settings too: an index that was only just opened knows none yet.
-    for (const QString &root : MetadataIndex::roots())
+    for (const QString &root : MetadataIndex::allRoots())
         roots.insert(XPPath::encode(XPPath::absolute(root)));
     const IndexRules rules = IndexRules::fromSettings();
     Kind kind = Kind::NoRoot;

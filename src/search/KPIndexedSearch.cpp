@@ -119,15 +119,16 @@ std::optional<KPFoundDocument> KPIndexedSearch::document(IndexItem item) const
     const IndexSlot slot = catalog.slotOf(item);
     if (slot == IndexCatalog::noSlot)
         return {};
+    const IndexRecord record = catalog.record(slot);
     KPFoundDocument document;
     document.path = XPPath::decode(catalog.path(slot));
-    document.info = catalog.record(slot).info;
-    const PropertyValue tags = MDItem::attribute(catalog, slot, Karvex::tagsToSearchFor());
+    document.info = record.info;
+    const PropertyValue tags = record.attributes.value(Karvex::tagsToSearchFor());
     if (tags.isNull() || tags.isArrayOfStrings())
         document.tags = tags.strings();
     else
         document.error = unreadable("tags");
-    const PropertyValue rating = MDItem::attribute(catalog, slot, Karvex::starRatingKey);
+    const PropertyValue rating = record.attributes.value(Karvex::starRatingKey);
     const double stars = rating.isNull() ? 0 : rating.doubleValue(std::nan(""));
     if (std::isfinite(stars))
         document.rating = stars;

@@ -29,7 +29,7 @@ static QString readableTags()
     return QStringLiteral("(%1 != * || %1 == \"*\")").arg(Karvex::tagsToSearchFor());
 }
 
-static bool isFulfilledByNone(const KPSearchRequest::Rating &rating)
+static bool isFulfilledByUnrated(const KPSearchRequest::Rating &rating)
 {
     switch (rating.comparison) {
     case Comparison::Less:
@@ -73,7 +73,7 @@ static QString ratingClause(const KPSearchRequest::Rating &rating)
                          ? QStringLiteral("(%1 < %2 || %1 > %2)").arg(name, stars)
                          : QStringLiteral("(%1 %2 %3)")
                                .arg(name, QLatin1String(signOf(rating.comparison)), stars);
-    if (isFulfilledByNone(rating))
+    if (isFulfilledByUnrated(rating))
         clause = QStringLiteral("(%1 || %2 != *)").arg(clause, name);
     return clause;
 }

@@ -23,6 +23,7 @@
 #include <QDockWidget>
 #include <QLineEdit>
 #include <QMimeData>
+#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTest>
 #include <QToolButton>
@@ -213,6 +214,22 @@ TEST_F(Controller, OffersToIndexAFolderThatIsNot)
     EXPECT_TRUE(until([&] { return m_window->isSettled(); }));
     EXPECT_THAT(m_window->findChild<KPStatusLine *>()->problems(), testing::IsEmpty());
     EXPECT_TRUE(MetadataIndex::roots().contains(other.path()));
+}
+
+// Without a place to save the index the window works all the same, and says so.
+TEST_F(Controller, ShowsWhatIsDegraded)
+{
+    const QByteArray caches = qgetenv("XDG_CACHE_HOME");
+    const auto restore = qScopeGuard([&] { qputenv("XDG_CACHE_HOME", caches); });
+    qputenv("XDG_CACHE_HOME", XPPath::encode(m_paths[0] + QStringLiteral("/no folder")));
+    openWindow();
+    const auto *status = m_window->findChild<KPStatusLine *>();
+    ASSERT_TRUE(until([&] { return !status->problems().isEmpty(); }));
+    EXPECT_TRUE(status->problems().join(u'\n').contains(u"saved"))
+        << status->problems().first().toStdString();
+    const auto *button = status->findChild<QToolButton *>(QStringLiteral("problems"));
+    EXPECT_TRUE(button->isVisible());
+    EXPECT_TRUE(button->toolTip().contains(u"saved"));
 }
 
 // Every control says what it is; a document says its name, tags and rating.

@@ -2,11 +2,15 @@
 
 #include "XPPath.h"
 
+#include <QDeadlineTimer>
 #include <algorithm>
 #include <csignal>
 #include <fcntl.h>
+#include <fstream>
 #include <gtest/gtest.h>
+#include <string>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 #include <vector>
 
@@ -44,9 +48,28 @@ Murnctl::~Murnctl()
     wait();
 }
 
+void Murnctl::send(int signal)
+{
+    ::kill(m_process, signal);
+}
+
+// A signal that comes before would end it like any other program.
+static bool isBlockingInterrupts(pid_t process)
+{
+    std::ifstream status("/proc/" + std::to_string(process) + "/status");
+    for (std::string line; std::getline(status, line);) {
+        if (line.rfind("SigBlk:", 0) == 0)
+            return (std::stoull(line.substr(7), nullptr, 16) >> (SIGINT - 1)) & 1;
+    }
+    return false;
+}
+
 void Murnctl::interrupt()
 {
-    ::kill(m_process, SIGINT);
+    const QDeadlineTimer deadline(30'000);
+    while (!isBlockingInterrupts(m_process) && !deadline.hasExpired())
+        std::this_thread::yield();
+    send(SIGINT);
 }
 
 bool Murnctl::readMore()

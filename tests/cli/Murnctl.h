@@ -15,6 +15,8 @@ public:
     Murnctl(const Murnctl &) = delete;
     Murnctl &operator=(const Murnctl &) = delete;
 
+    void send(int signal);
+    // SIGINT, once it waits for that.
     void interrupt();
     // Waits for that line of standard output; false at the end of the output.
     bool waitForLine(const QByteArray &line);

@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonObject>
+#include <csignal>
 #include <filesystem>
 #include <gtest/gtest.h>
 
@@ -127,7 +128,9 @@ TEST_F(MurnctlIndex, TellsWhatItHoldsAndThatItIsRight)
     EXPECT_GE(status[QStringLiteral("items")].toInt(), 4);
     EXPECT_EQ(status[QStringLiteral("contentsWaiting")].toInt(), 0);
     EXPECT_EQ(status[QStringLiteral("phase")].toString(), QStringLiteral("live"));
-    EXPECT_TRUE(status[QStringLiteral("roots")].toArray().contains(folder.path()));
+    const QJsonObject root{{QStringLiteral("path"), folder.path()},
+                           {QStringLiteral("state"), QStringLiteral("live")}};
+    EXPECT_TRUE(status[QStringLiteral("roots")].toArray().contains(root));
     EXPECT_TRUE(run({"index", "status"}).out.contains("up to date"));
     const MurnctlResult verified = run({"index", "verify"});
     EXPECT_EQ(verified.status, 0) << verified.out.constData();
@@ -152,4 +155,47 @@ TEST_F(MurnctlIndex, IsBuiltAnewUnlessAnotherProcessKeepsIt)
     EXPECT_EQ(run({"index", "rebuild"}).status, 0);
     EXPECT_EQ(query({"kMDItemTextContent == \"zanzibar\"cdw"}).out, bytes(letter) + '\n');
     EXPECT_EQ(Karvex::getUserTags(letter).valueOr({}), QStringList{QStringLiteral("Work")});
+}
+
+TEST_F(MurnctlIndex, IsSharedByProcessesAndOutlivesThem)
+{
+    const QByteArrayList words = {"query", "--live", "kMDItemFSName == \"live*\""};
+    const QByteArray first = "+ " + bytes(folder.file(QStringLiteral("live 1")));
+    Murnctl keeper(words, folder.path());
+    ASSERT_TRUE(keeper.waitForLine(first));
+    Murnctl follower(words, folder.path());
+    ASSERT_TRUE(follower.waitForLine(first));
+    EXPECT_FALSE(run({"index", "status", "--json"}).json()[QStringLiteral("keptHere")].toBool());
+    // The settings that a third one changes reach who keeps the index, and so all.
+    const TestFolder more;
+    const QByteArray second = bytes(more.file(QStringLiteral("live 2")));
+    EXPECT_EQ(run({"index", "add", bytes(more.path())}).status, 0);
+    EXPECT_TRUE(keeper.waitForLine("+ " + second));
+    EXPECT_TRUE(follower.waitForLine("+ " + second));
+    EXPECT_EQ(run({"query", "--count", "kMDItemFSName == \"live*\""}).out, "2\n");
+    // Who follows goes on alone.
+    keeper.send(SIGKILL);
+    keeper.wait();
+    EXPECT_EQ(run({"index", "remove", bytes(more.path())}).status, 0);
+    EXPECT_TRUE(follower.waitForLine("- " + second));
+    EXPECT_TRUE(follower.waitForLine("+ " + bytes(folder.file(QStringLiteral("live 3")))));
+    EXPECT_EQ(run({"index", "verify"}).status, 0);
+    follower.interrupt();
+    EXPECT_EQ(follower.wait(), 0) << follower.err.constData();
+}
+
+TEST_F(MurnctlIndex, EndsWithItsOwnStatusWhenInterrupted)
+{
+    Murnctl keeper({"query", "--live", "kMDItemFSName == letter.txt"}, folder.path());
+    ASSERT_TRUE(keeper.waitForLine("+ " + bytes(letter)));
+    keeper.send(SIGSTOP); // so that nobody answers
+    for (const QByteArrayList &words :
+         {QByteArrayList{"index", "sync"}, {"index", "verify"}, {"find"}, {"query", "true"}}) {
+        Murnctl waiting(words, folder.path());
+        waiting.interrupt();
+        EXPECT_EQ(waiting.wait(), 130) << words.join(' ').constData();
+        EXPECT_EQ(waiting.out, "");
+    }
+    keeper.send(SIGCONT);
+    EXPECT_EQ(run({"index", "sync"}).status, 0);
 }

@@ -16,9 +16,10 @@ public:
         if (!m_index) {
             IndexKeeper::Setup setup;
             setup.path = m_store.path(QStringLiteral("index.sqlite"));
-            setup.roots = {path()};
+            setup.roots = QStringList{path()};
             setup.rules = IndexRules::fromSettings();
             m_index = MetadataIndex::open(setup);
+            EXPECT_TRUE(m_index->waitUntilLoaded());
             catchUp();
         }
         return m_index->source();
