@@ -31,7 +31,7 @@ KPInterrupt::~KPInterrupt()
 
 bool KPInterrupt::happened()
 {
-    signalfd_siginfo info;
+    signalfd_siginfo info = {};
     if (::read(m_descriptor, &info, sizeof info) == sizeof info)
         m_happened = true;
     return m_happened;
