@@ -73,7 +73,8 @@ private:
     {
         QByteArray path;
         RootState state = RootState::Reading;
-        QString volume; // the mount point it was read under last; empty: never read
+        bool isAsked = false; // the crawler was asked to read it, and has not done so yet
+        QString volume;       // the mount point it was read under last; empty: never read
         std::shared_ptr<Crew> crew;
     };
 

@@ -150,13 +150,16 @@ void IndexKeeper::readRoot(Root &root)
     }
     const bool distant = m_mounts.volumeOf(path).slow;
     m_hasDistant = m_hasDistant || distant;
-    if (!root.crew || root.crew->distant != distant)
+    if (!root.crew || root.crew->distant != distant) {
         root.crew = distant ? makeCrew(true) : m_local;
-    if (root.crew->isCrawling && root.state == RootState::Reading) {
+        root.isAsked = false;
+    }
+    if (root.isAsked) {
         root.crew->overflowed = true; // once more, after this time
         return;
     }
     root.state = RootState::Reading;
+    root.isAsked = true;
     read(root.path, true);
     updateStatus();
 }
@@ -169,6 +172,7 @@ bool IndexKeeper::isMountedAsBefore(const Root &root) const
 void IndexKeeper::setMissing(Root &root, const QString &why)
 {
     root.state = RootState::Missing;
+    root.isAsked = false;
     const QString path = XPPath::decode(root.path);
     QString problem = QStringLiteral("%1: %2").arg(shown(root.path), why);
     if (m_reconciler.itemAt(root.path))
@@ -229,6 +233,7 @@ bool IndexKeeper::prepareRoot(Root &root, const IndexListing &listing)
     // An empty folder may be what an unmounted volume left.
     m_mounts = readMounts();
     if (!isMountedAsBefore(root)) {
+        root.isAsked = false;
         readRoot(root);
         return false;
     }
@@ -275,6 +280,7 @@ void IndexKeeper::crawlDone(const std::shared_ptr<Crew> &crew)
             (root.state != RootState::Reading && root.state != RootState::Silent))
             continue;
         root.state = RootState::Live;
+        root.isAsked = false;
         if (again)
             readRoot(root);
     }

@@ -91,6 +91,7 @@ void IndexReconciler::applyChanges(Pending &pending, IndexItem folder)
     const size_t end = std::min(listing.changes.size(), pending.next + changesAStep);
     const bool isNew = m_catalog.childCount(folder) == 0;
     std::vector<QByteArray> below;
+    std::vector<QByteArray> early;
     IndexBatch batch;
     batch.reserve(end - pending.next);
     for (; pending.next < end; ++pending.next) {
@@ -105,9 +106,17 @@ void IndexReconciler::applyChanges(Pending &pending, IndexItem folder)
                 m_catalog.record(slot).info.inode != record.info.inode)
                 below.push_back(joined(listing.folder, record.name));
         }
+        // Its own reading may be over and have found nothing that the index does not know.
+        if (!m_early.isEmpty() && listing.descend[pending.next]) {
+            const QByteArray path = joined(listing.folder, record.name);
+            if (m_early.contains(path))
+                early.push_back(path);
+        }
         putEntry(folder, record, known, batch);
     }
     m_writer.commit(batch);
+    for (const QByteArray &path : early)
+        m_calls.read(path, false);
     for (const QByteArray &path : below)
         m_calls.read(path, true);
 }
