@@ -47,7 +47,7 @@ static void content(benchmark::State &state)
     qsizetype found = 0;
     XPBench::measureQuantile(state, static_cast<size_t>(questions().size()), [&](size_t i) {
         const auto query = MDQuery::create(
-            *keeper, QStringLiteral("kMDItemTextContent == \"%1\"cdw").arg(question(i)));
+            keeper->source(), QStringLiteral("kMDItemTextContent == \"%1\"cdw").arg(question(i)));
         (*query)->setMaxCount(firstHits);
         (*query)->execute(MDQuery::Synchronous);
         found += (*query)->resultCount();
