@@ -46,6 +46,11 @@ void IndexKeeper::run()
     openText();
     m_writer.setApplied([this](const IndexBatch &batch) { applied(batch); });
     m_live.writable().prepareForWriting();
+    m_live.writable().orderNames();
+    // Two changes within one tick of the disk's clock leave the same change time. Where the last
+    // run ended, the second one may not have been seen.
+    if (const qint64 written = m_writer.lastWritten())
+        m_trustedBefore = written - 10'000'000'000;
     m_reconciler.begin();
     m_local = makeCrew(false);
     if (!m_local->watcher->isUsable())
@@ -224,7 +229,8 @@ IndexFolderReader::Hooks::Known IndexKeeper::compare(const IndexListing &listing
     for (IndexFolderReader::Seen &entry : seen) {
         const IndexSlot row = catalog.slotOf(
             catalog.childNear(folder, QByteArrayView(entry.name, entry.nameSize), hint));
-        entry.known = row != IndexCatalog::noSlot && catalog.hasFacts(row, entry.info);
+        entry.known = row != IndexCatalog::noSlot && entry.info.changed < m_trustedBefore &&
+                      catalog.hasFacts(row, entry.info);
         hint = row + 1;
     }
     return known;

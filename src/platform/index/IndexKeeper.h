@@ -8,6 +8,8 @@
 #include "IndexStatus.h"
 #include "XPMountTable.h"
 
+#include <limits>
+
 // Keeps the index right: crawls the roots, watches them, repairs what was missed, saves.
 //
 // One per machine and user, in the process that holds the writer's lock. All changes are applied
@@ -146,6 +148,8 @@ private:
     IndexStatus m_status XP_GUARDED_BY(m_mutex);
     std::shared_ptr<IndexContentQueue> m_contents XP_GUARDED_BY(m_mutex);
     std::atomic<qint64> m_foldersRead = 0;
+    // Until the first comparison with the disk is done: rows changed since are read again.
+    std::atomic<qint64> m_trustedBefore = std::numeric_limits<qint64>::max();
 
     std::thread m_thread; // last: joined before anything it uses is destroyed
 };

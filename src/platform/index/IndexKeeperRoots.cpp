@@ -287,6 +287,7 @@ void IndexKeeper::crawlDone(const std::shared_ptr<Crew> &crew)
     if (again)
         return;
     if (crew == m_local) {
+        m_trustedBefore = std::numeric_limits<qint64>::max();
         m_writer.endBulk();
         applyRecents();
         m_problems.set(QStringLiteral("overflow"), {});

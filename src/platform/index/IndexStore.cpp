@@ -139,6 +139,9 @@ XPResult<std::unique_ptr<IndexStore>> IndexStore::open(const QString &path, Mode
 std::optional<XPError> IndexStore::setUp(Mode mode)
 {
     sqlite3_busy_timeout(m_db, 5000);
+    struct stat rung = {};
+    if (::stat(XPPath::encode(bellPath(m_path)).constData(), &rung) == 0)
+        m_lastWritten = rung.st_mtim.tv_sec * qint64{1'000'000'000} + rung.st_mtim.tv_nsec;
     if (mode == Mode::Write) {
         // File names and words of the user's documents stand in here.
         ::chmod(XPPath::encode(m_path).constData(), 0600);

@@ -61,6 +61,10 @@ public:
     std::optional<XPError> setMeta(const QString &key, const QByteArray &value);
     XPResult<std::optional<QByteArray>> meta(const QString &key) const;
 
+    // When something was last written before this object opened it, in nanoseconds since 1970; 0:
+    // never.
+    qint64 lastWritten() const { return m_lastWritten; }
+
     sqlite3 *handle() const { return m_db; }
     const QString &path() const { return m_path; }
     // The file whose change tells followers of a new journal entry.
@@ -103,6 +107,7 @@ private:
     qint64 m_journalBytes = 0;
     qint64 m_segmentBytes = 0;
     qint64 m_nextFile = 1;
+    qint64 m_lastWritten = 0;
     quint64 m_savedOrder = ~0ULL;      // the catalog's nameOrderVersion() that is on disk
     std::set<QByteArray> m_superseded; // files that a follower may be reading still
     int m_bell = -1;

@@ -145,8 +145,10 @@ void IndexWriter::save()
 {
     if (!m_store)
         return;
-    if (!m_bulk)
+    if (!m_bulk) {
         m_live.writable().compact();
+        m_live.writable().orderNames();
+    }
     const auto error = m_store->checkpoint(m_live.writable(), m_bulk || m_unsaved);
     m_unsaved = error.has_value();
     m_problems.set(saving, error ? error->message : QString());
@@ -165,6 +167,7 @@ void IndexWriter::endBulk()
 {
     if (!m_bulk)
         return;
+    m_live.writable().orderNames();
     save();
     m_bulk = false;
     setNote(unfinishedKey, {});

@@ -48,6 +48,8 @@ public:
     void beginBulk();
     void endBulk();
     bool isBulk() const { return m_bulk; }
+    // When the last run wrote last, in nanoseconds since 1970; 0: there was none.
+    qint64 lastWritten() const { return m_store ? m_store->lastWritten() : 0; }
     // Whether the last run ended before its first crawl did.
     bool isUnfinished() const { return m_unfinished; }
 

@@ -269,11 +269,9 @@ std::vector<IndexItem> MDQuery::scopeFolders(const IndexCatalog &catalog) const
 {
     std::vector<IndexItem> folders;
     for (const QByteArray &path : m_scopePaths) {
-        if (const IndexItem item = catalog.itemAtPath(path)) {
+        if (const IndexItem item = catalog.itemAtPath(path))
             folders.push_back(item);
-            continue;
-        }
-        // A folder above the roots holds them whole.
+        // Roots within the folder (volumes, or all of them above the highest) are no rows below it.
         for (const IndexItem root : catalog.roots()) {
             if (path == "/" || catalog.path(catalog.slotOf(root)).startsWith(path + '/'))
                 folders.push_back(root);
