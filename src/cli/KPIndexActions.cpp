@@ -172,7 +172,8 @@ static std::optional<std::vector<Difference>> compare(KPIndexSession &session, q
 {
     KPProgressLine progress;
     bool interrupted = false;
-    IndexVerifier verifier(session.index().source().catalog(), IndexRules::fromSettings());
+    IndexVerifier verifier(session.index().source().catalog(),
+                           IndexRules::fromSettings().withoutStore(MetadataIndex::storePath()));
     auto differences = verifier.run([&](qint64 folders) {
         if (progress.isDue())
             progress.show(

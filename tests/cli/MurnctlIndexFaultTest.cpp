@@ -170,3 +170,12 @@ TEST_F(MurnctlIndexFault, OddTreesAreIndexedWhole)
     EXPECT_EQ(count("kMDItemFSName == \"*.pdf\" || kMDItemContentType == com.apple.alias-file"),
               "9\n");
 }
+
+TEST_F(MurnctlIndexFault, AStoreInsideAnIndexedFolderIsNoNews)
+{
+    useCache(tree + QStringLiteral("/cache"));
+    makeFiles(10);
+    EXPECT_EQ(run({"index", "sync"}).status, 0);
+    EXPECT_EQ(count("kMDItemFSName == \"index.sqlite*\""), "0\n");
+    EXPECT_EQ(run({"index", "verify"}).status, 0);
+}

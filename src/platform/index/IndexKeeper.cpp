@@ -277,7 +277,8 @@ void IndexKeeper::applied(const IndexBatch &batch)
                 backlog.push_back({change.record.info.modified, item});
             else
                 m_importer->add(item);
-        } else if (m_writer.catalog().importedRows().contains(slot)) {
+        } else if (m_writer.catalog().importedRows().contains(slot) ||
+                   (m_text && m_text->hasText(item))) {
             forgetImport(item);
         }
     }

@@ -99,7 +99,8 @@ void IndexKeeper::applyRules()
     QByteArrayList paths;
     for (const Root &root : m_roots)
         paths.append(root.path);
-    const auto rules = std::make_shared<const IndexRules>(m_rules.withRoots(paths));
+    const auto rules =
+        std::make_shared<const IndexRules>(m_rules.withRoots(paths).withoutStore(m_setup.path));
     m_reconciler.setRules(rules);
     m_local->crawler->setRules(rules);
     for (const Root &root : m_roots) {
@@ -146,6 +147,11 @@ void IndexKeeper::readRoot(Root &root)
         setMissing(
             root,
             QStringLiteral("its volume %1 is not mounted").arg(XPPath::printable(root.volume)));
+        return;
+    }
+    const QString store = XPPath::folder(XPPath::absolute(m_setup.path));
+    if (!m_setup.path.isEmpty() && (path == store || path.startsWith(store + u'/'))) {
+        setMissing(root, QStringLiteral("the index itself is kept there"));
         return;
     }
     const bool distant = m_mounts.volumeOf(path).slow;

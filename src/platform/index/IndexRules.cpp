@@ -4,6 +4,7 @@
 #include "XPFolders.h"
 #include "XPPath.h"
 
+#include <cstdlib>
 #include <fnmatch.h>
 
 QStringList IndexRules::defaultRules()
@@ -44,20 +45,39 @@ IndexRules IndexRules::fromSettings()
 IndexRules IndexRules::withRoots(const QByteArrayList &roots) const
 {
     IndexRules rules = *this;
-    for (const QByteArray &root : roots) {
-        rules.m_roots.insert(root);
-        rules.m_rootNames.insert(root.mid(root.lastIndexOf('/') + 1));
+    for (const QByteArray &root : roots)
+        rules.leaveOut(root);
+    return rules;
+}
+
+IndexRules IndexRules::withoutStore(const QString &store) const
+{
+    IndexRules rules = *this;
+    if (store.isEmpty())
+        return rules;
+    const QByteArray folder = XPPath::encode(XPPath::folder(XPPath::absolute(store)));
+    rules.leaveOut(folder);
+    // A root may lead there by another way than the cache's path does.
+    if (char *real = ::realpath(folder.constData(), nullptr)) {
+        rules.leaveOut(real);
+        std::free(real); // NOLINT(cppcoreguidelines-no-malloc): realpath's own
     }
     return rules;
+}
+
+void IndexRules::leaveOut(const QByteArray &folder)
+{
+    m_folders.insert(folder);
+    m_folderNames.insert(folder.mid(folder.lastIndexOf('/') + 1));
 }
 
 bool IndexRules::excludes(QByteArrayView parent, QByteArrayView name) const
 {
     const QByteArray ownName = name.toByteArray();
     QByteArray path;
-    if (m_rootNames.contains(ownName)) {
+    if (m_folderNames.contains(ownName)) {
         path = parent == "/" ? '/' + ownName : parent.toByteArray() + '/' + ownName;
-        if (m_roots.contains(path))
+        if (m_folders.contains(path))
             return true;
     }
     for (auto rule = m_rules.rbegin(); rule != m_rules.rend(); ++rule) {

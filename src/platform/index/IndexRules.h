@@ -23,6 +23,9 @@ public:
 
     // The same with roots inside other roots (volumes, mostly), which are read on their own.
     IndexRules withRoots(const QByteArrayList &roots) const;
+    // The same without the folder that holds the store: an index that reads of its own writing
+    // would have no end. `store`: the store's file; an empty path changes nothing.
+    IndexRules withoutStore(const QString &store) const;
 
     // Whether the folder `name` in `parent` (bytes, no slash at the end) is left out.
     bool excludes(QByteArrayView parent, QByteArrayView name) const;
@@ -40,6 +43,8 @@ private:
     };
     QStringList m_texts;
     QList<Rule> m_rules;
-    QSet<QByteArray> m_roots;
-    QSet<QByteArray> m_rootNames;
+    void leaveOut(const QByteArray &folder);
+
+    QSet<QByteArray> m_folders; // left out whatever the rules say
+    QSet<QByteArray> m_folderNames;
 };
