@@ -418,6 +418,15 @@ void IndexKeeper::applySpecialEvents(const std::shared_ptr<Crew> &crew,
         } else if (event.kind == Kind::FolderGone) {
             if (Root *root = rootAt(event.folder))
                 readRoot(*root);
+        } else if (event.isFolder && (event.kind == Kind::Gone || event.kind == Kind::Moved)) {
+            // The folder above may be watched too, and tell first: then the root's own watch is
+            // taken away before it can.
+            const QByteArray path = IndexReconciler::joined(event.folder, event.name);
+            for (Root &root : m_roots) {
+                if (root.state != RootState::Missing &&
+                    (root.path == path || isInside(root.path, path)))
+                    readRoot(root);
+            }
         }
     }
     for (Root &root : m_roots) {
