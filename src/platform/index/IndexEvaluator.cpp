@@ -74,22 +74,44 @@ quint64 IndexEvaluator::estimate(const MDPredicate &predicate) const
                                                     : m_catalog.slotCount();
 }
 
+// What all must hold, in the order in which it is found out. A column's comparisons are one test.
+struct IndexEvaluator::Test
+{
+    int cost;
+    quint64 estimate;
+    std::vector<const MDPredicate *> predicates;
+};
+
+void IndexEvaluator::addTests(const MDPredicate &predicate, std::vector<Test> &tests) const
+{
+    for (const MDPredicatePtr &child : predicate.children) {
+        if (child->kind == Kind::And) {
+            addTests(*child, tests);
+            continue;
+        }
+        const bool column = (child->kind == Kind::Compare || child->kind == Kind::InRange) &&
+                            child->op != Op::NotEqual && isColumn(child->attribute);
+        const auto same = std::find_if(tests.begin(), tests.end(), [&](const Test &test) {
+            return column && test.predicates.front()->attribute == child->attribute &&
+                   test.predicates.front()->op != Op::NotEqual;
+        });
+        if (same != tests.end())
+            same->predicates.push_back(child.get());
+        else
+            tests.push_back({cost(*child), estimate(*child), {child.get()}});
+    }
+}
+
 RowSet IndexEvaluator::andRows(const MDPredicate &predicate, RowSet within) const
 {
-    struct Test
-    {
-        int cost;
-        quint64 estimate;
-        const MDPredicate *predicate;
-    };
     std::vector<Test> tests;
-    for (const MDPredicatePtr &child : predicate.children)
-        tests.push_back({cost(*child), estimate(*child), child.get()});
+    addTests(predicate, tests);
     std::stable_sort(tests.begin(), tests.end(), [](const Test &a, const Test &b) {
         return a.cost != b.cost ? a.cost < b.cost : a.estimate < b.estimate;
     });
     for (const Test &test : tests) {
-        within = rows(*test.predicate, within);
+        within = test.predicates.size() > 1 ? inColumn(m_catalog, test.predicates, within)
+                                            : rows(*test.predicates.front(), within);
         if (within->isEmpty())
             break;
     }
@@ -127,8 +149,8 @@ RowSet IndexEvaluator::equalOrOrdered(const MDPredicate &predicate, const RowSet
         out |= *withAnyText(m_catalog, predicate, within);
         return shared(std::move(out));
     }
-    if (RowSet rows = inColumn(m_catalog, predicate, within))
-        return rows;
+    if (isColumn(name))
+        return inColumn(m_catalog, {&predicate}, within);
     return withAttribute(m_catalog, predicate, within);
 }
 

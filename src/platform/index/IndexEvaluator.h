@@ -34,6 +34,8 @@ public:
 
 private:
     RowSet all(const RowSet &within) const;
+    struct Test;
+    void addTests(const MDPredicate &predicate, std::vector<Test> &tests) const;
     RowSet andRows(const MDPredicate &predicate, RowSet within) const;
     RowSet compare(const MDPredicate &predicate, const RowSet &within) const;
     RowSet equalOrOrdered(const MDPredicate &predicate, const RowSet &within) const;

@@ -13,7 +13,7 @@ using namespace IndexComparison;
 namespace IndexEvaluatorRows {
 
 // How many times longer it takes to look at a single row than at one in a pass over all.
-static constexpr quint32 singleName = 32;
+static constexpr quint32 singleName = 128;
 static constexpr quint32 singleColumn = 8;
 
 static bool isFew(const IndexCatalog &catalog, const RowSet &within, quint32 factor)
@@ -72,8 +72,10 @@ static RowSet filtered(const RowSet &rows, Accept accept)
 static bool verifiesName(const IndexChunk &chunk, quint32 row, const IndexTextPattern &pattern,
                          const IndexNeedle &needle)
 {
-    return (needle.decidesAscii() && chunk.isAsciiName(row)) ||
-           pattern.matches(XPPath::decode(chunk.name(row)));
+    if (needle.decidesAscii() &&
+        (chunk.isAsciiName(row) || needle.standsIn(chunk.caselessName(row))))
+        return true;
+    return pattern.matches(XPPath::decode(chunk.name(row)));
 }
 
 // A pass over all rows, dead ones too: `find` adds the rows of a chunk that match, counted from
@@ -82,21 +84,24 @@ template <typename Find>
 static Roaring passOver(const IndexCatalog &catalog, Find find)
 {
     const size_t count = catalog.chunkCount();
-    std::vector<std::vector<IndexSlot>> found(count);
+    std::vector<Roaring> parts(count);
     const auto findFrom = [&](size_t first, size_t step) {
-        for (size_t number = first; number < count; number += step)
-            find(catalog.chunk(number), static_cast<IndexSlot>(number << 16), found[number]);
+        std::vector<IndexSlot> found;
+        for (size_t number = first; number < count; number += step) {
+            found.clear();
+            find(catalog.chunk(number), static_cast<IndexSlot>(number << 16), found);
+            parts[number].addMany(found.size(), found.data());
+        }
     };
     constexpr size_t worthAThread = 4;
-    if (count >= worthAThread) {
+    if (count >= worthAThread)
         indexRunBoth([&] { findFrom(0, 2); }, [&] { findFrom(1, 2); });
-    } else {
+    else
         findFrom(0, 1);
-    }
-    Roaring rows;
-    for (const std::vector<IndexSlot> &some : found)
-        rows.addMany(some.size(), some.data());
-    return rows;
+    std::vector<const Roaring *> all;
+    for (const Roaring &part : parts)
+        all.push_back(&part);
+    return Roaring::fastunion(all.size(), all.data());
 }
 
 static Roaring scannedNames(const IndexCatalog &catalog, const IndexTextPattern &pattern,
@@ -283,16 +288,25 @@ static qint64 valueIn(const IndexChunk &chunk, quint32 row, Column column)
     }
 }
 
-RowSet inColumn(const IndexCatalog &catalog, const MDPredicate &predicate, const RowSet &within)
+bool isColumn(const QString &attribute)
 {
-    const Column column = columnOf(predicate.attribute);
-    if (column == Column::None)
-        return nullptr;
-    const bool present = predicate.value.type == MDPredicate::Value::Type::Present;
-    const Interval interval = present ? Interval() : intervalOf(predicate);
-    if (interval.isEmpty())
-        return shared({});
-    const ColumnRange range = rangeOf(interval, column);
+    return columnOf(attribute) != Column::None;
+}
+
+RowSet inColumn(const IndexCatalog &catalog, const std::vector<const MDPredicate *> &comparisons,
+                const RowSet &within)
+{
+    const Column column = columnOf(comparisons.front()->attribute);
+    ColumnRange range = rangeOf(Interval(), column);
+    for (const MDPredicate *comparison : comparisons) {
+        if (comparison->value.type == MDPredicate::Value::Type::Present)
+            continue;
+        const Interval interval = intervalOf(*comparison);
+        if (interval.isEmpty())
+            return shared({});
+        const ColumnRange one = rangeOf(interval, column);
+        range = {std::max(range.low, one.low), std::min(range.high, one.high)};
+    }
     if (isFew(catalog, within, singleColumn))
         return filtered(within, [&](IndexSlot slot) {
             const qint64 value = valueIn(catalog.chunkOf(slot), IndexCatalog::rowOf(slot), column);

@@ -9,8 +9,11 @@ namespace IndexEvaluatorRows {
 
 RowSet named(const IndexCatalog &catalog, const MDPredicate &predicate, const RowSet &within);
 RowSet atPath(const IndexCatalog &catalog, const MDPredicate &predicate, const RowSet &within);
-// Sizes and times, which stand in columns. Null: the attribute is none of these.
-RowSet inColumn(const IndexCatalog &catalog, const MDPredicate &predicate, const RowSet &within);
+// Sizes and times, which stand in columns.
+bool isColumn(const QString &attribute);
+// All of these comparisons with one column, in one pass.
+RowSet inColumn(const IndexCatalog &catalog, const std::vector<const MDPredicate *> &comparisons,
+                const RowSet &within);
 RowSet withAttribute(const IndexCatalog &catalog, const MDPredicate &predicate,
                      const RowSet &within);
 // The texts of all attributes.

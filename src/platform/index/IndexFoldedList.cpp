@@ -83,6 +83,23 @@ IndexNeedle::IndexNeedle(const IndexTextPattern &pattern)
         m_bytes.append('\0');
 }
 
+bool IndexNeedle::standsIn(QByteArrayView name) const
+{
+    const bool ascii =
+        std::all_of(m_bytes.begin(), m_bytes.end(), [](char byte) { return !(byte & 0x80); });
+    if (!ascii)
+        return false;
+    // With the zeros that the pattern's own ones stand for.
+    QByteArray text(1, '\0');
+    text.append(name);
+    text.append('\0');
+    for (char &byte : text) {
+        if (byte >= 'A' && byte <= 'Z')
+            byte = static_cast<char>(byte + ('a' - 'A'));
+    }
+    return text.contains(m_bytes);
+}
+
 IndexNeedle::Verdict IndexNeedle::verdict(const char *hit) const
 {
     if (m_decided)

@@ -16,6 +16,9 @@ public:
     bool decides() const { return m_decided; }
     // The same where the text itself is ASCII: it has no marks that could differ.
     bool decidesAscii() const { return m_decidesAscii; }
+    // Where decidesAscii() holds: whether the name has the very letters of an ASCII pattern in the
+    // right place, whatever else is in it. Otherwise it may match all the same.
+    bool standsIn(QByteArrayView name) const;
     bool isEmpty() const { return m_bytes.isEmpty(); } // nothing to look for: each text is verified
     QByteArrayView bytes() const { return m_bytes; }
 
