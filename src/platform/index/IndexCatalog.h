@@ -199,6 +199,7 @@ private:
     static bool readTables(QByteArrayView bytes, Data &data, IndexItem *last,
                            std::vector<IndexSlot> *rows);
     static bool placeRows(Data &data, IndexItem last);
+    static bool postValues(Data &data, const std::vector<IndexSlot> &rows);
 
     mutable std::shared_mutex m_mutex;
     quint64 m_generation = 0;

@@ -1,5 +1,7 @@
 #include "IndexCatalog.h"
 
+#include "IndexBothCores.h"
+
 #include <QDataStream>
 #include <QIODevice>
 #include <algorithm>
@@ -128,7 +130,10 @@ bool IndexCatalog::placeRows(Data &data, IndexItem last)
             if (chunk->parents[row] == 0)
                 data.roots.push_back(item);
         }
-        data.alive.addAll(alive);
+        if (alive.size() == chunk->size())
+            data.alive.addRange(slot - chunk->size(), slot);
+        else
+            data.alive.addAll(alive);
         data.imported.addAll(imported);
         data.system.addAll(system);
         for (size_t type = 0; type < ofType.size(); ++type) {
@@ -138,6 +143,22 @@ bool IndexCatalog::placeRows(Data &data, IndexItem last)
         alive.clear();
         imported.clear();
         system.clear();
+    }
+    return true;
+}
+
+// Rebuilds the sets of rows of each value; `rows` are those that have any.
+bool IndexCatalog::postValues(Data &data, const std::vector<IndexSlot> &rows)
+{
+    for (const IndexSlot row : rows) {
+        if (data.chunks[row >> 16]->hasFlag(rowOf(row), IndexChunk::Dead))
+            return false;
+        for (const IndexValues::Entry &entry :
+             IndexValues::effective(*data.values.constFind(row))) {
+            if (data.postings.size() <= entry.name)
+                data.postings.resize(entry.name + size_t{1});
+            data.postings[entry.name].add(row, entry);
+        }
     }
     return true;
 }
@@ -156,21 +177,17 @@ std::optional<XPError> IndexCatalog::load(std::vector<std::unique_ptr<IndexChunk
     IndexItem last = 0;
     std::vector<IndexSlot> rows; // that have values
     // Numbers are not used again, so there may be more items than rows; not wildly more, though.
-    if (!readTables(tables, *data, &last, &rows) || last > data->slotCount + 500'000'000ULL ||
-        !placeRows(*data, last))
+    if (!readTables(tables, *data, &last, &rows) || last > data->slotCount + 500'000'000ULL)
         return damaged;
     if (nameRanks.size() <= data->slotCount)
         data->nameRanks = std::move(nameRanks);
     data->children.setReady(data->chunks.empty());
-    for (const IndexSlot row : rows) {
-        if (data->chunks[row >> 16]->hasFlag(rowOf(row), IndexChunk::Dead))
-            return damaged;
-        for (const IndexValues::Entry &entry : IndexValues::effective(data->values.value(row))) {
-            if (data->postings.size() <= entry.name)
-                data->postings.resize(entry.name + size_t{1});
-            data->postings[entry.name].add(row, entry);
-        }
-    }
+    bool placed = false;
+    bool posted = false;
+    indexRunBoth([&] { placed = placeRows(*data, last); },
+                 [&] { posted = postValues(*data, rows); });
+    if (!placed || !posted)
+        return damaged;
     const std::unique_lock lock(m_mutex);
     d.swap(data);
     ++m_typesVersion;

@@ -95,11 +95,15 @@ void IndexContentQueue::addBacklog(std::vector<Waiting> &&items)
 {
     {
         const XPLocker lock(m_mutex);
-        if (m_backlog.empty())
+        if (m_backlog.empty()) {
             m_backlog = std::move(items);
-        else
-            m_backlog.insert(m_backlog.end(), items.begin(), items.end());
-        std::make_heap(m_backlog.begin(), m_backlog.end(), isOlder);
+            std::make_heap(m_backlog.begin(), m_backlog.end(), isOlder);
+        } else {
+            for (const Waiting &item : items) {
+                m_backlog.push_back(item);
+                std::push_heap(m_backlog.begin(), m_backlog.end(), isOlder);
+            }
+        }
         m_hasBacklog = true;
     }
     m_wake.notify_one();

@@ -45,6 +45,7 @@ void IndexKeeper::run()
         m_writer.open(m_setup.path);
     openText();
     m_writer.setApplied([this](const IndexBatch &batch) { applied(batch); });
+    m_live.setLoaded(); // queries need nothing of what follows
     m_live.writable().prepareForWriting();
     m_live.writable().orderNames();
     // Two changes within one tick of the disk's clock leave the same change time. Where the last
@@ -57,7 +58,6 @@ void IndexKeeper::run()
         m_problems.set(QStringLiteral("watch"),
                        QStringLiteral("changes are found by looking again only: the system gives "
                                       "no watches (sysctl fs.inotify.max_user_instances)"));
-    m_live.setLoaded();
     queueWaitingContents(0);
     std::optional<IndexRecents> recents;
     if (!m_setup.recents.isEmpty()) {

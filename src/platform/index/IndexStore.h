@@ -46,6 +46,9 @@ public:
     // Saves what changed of the columns and empties the journal but for what followers may need.
     // `withoutJournal`: batches were applied that append() was not told of (a first crawl).
     std::optional<XPError> checkpoint(IndexCatalog &catalog, bool withoutJournal = false);
+    // Deletes the segments that were replaced before the last call, and notes those since, which a
+    // follower may be reading still. A checkpoint calls it.
+    void sweepSegments();
     qint64 journalSize() const { return m_lastSequence - m_checkpointSequence; } // batches
     qint64 journalBytes() const { return m_journalBytes; }
     qint64 segmentBytes() const { return m_segmentBytes; } // of the last checkpoint or load
@@ -96,7 +99,6 @@ private:
     std::optional<XPError> saveSegment(qint64 number, const IndexSegment::Writer &segment);
     std::optional<XPError> saveChanged(const IndexCatalog &catalog);
     std::optional<XPError> saveTransaction(const IndexCatalog &catalog);
-    void sweepSegments();
     QByteArray segmentPath(const QByteArray &file) const;
     void ringBell() const;
 

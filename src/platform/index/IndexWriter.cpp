@@ -181,6 +181,7 @@ void IndexWriter::close()
     if (m_bulk || m_unsaved || m_store->journalSize() > journalWorthSaving)
         save();
     setNote(itemsKey, QByteArray::number(m_lastItem));
+    m_store->sweepSegments();
     m_store.reset();
 }
 
