@@ -2,6 +2,8 @@
 
 #include "XPLog.h"
 
+#include <malloc.h>
+
 static constexpr size_t largestBatch = 2000; // changes applied under one lock
 static constexpr qint64 shortestJournal = 4 << 20;
 static constexpr qint64 journalWorthSaving = 300; // batches
@@ -171,6 +173,9 @@ void IndexWriter::endBulk()
     save();
     m_bulk = false;
     setNote(unfinishedKey, {});
+#ifdef __GLIBC__
+    ::malloc_trim(0); // what the crawl needed for a while goes back to the system
+#endif
 }
 
 void IndexWriter::close()
