@@ -1,7 +1,6 @@
 #include "IndexTextPattern.h"
 
-#include <unicode/uchar.h>
-#include <unicode/uscript.h>
+#include "IndexWords.h"
 
 IndexTextPattern::IndexTextPattern(const MDPredicate::Value &value) : m_words(value.wordBased)
 {
@@ -58,25 +57,7 @@ static bool isWordUnit(const QString &text, qsizetype at)
 {
     if (at > 0 && text[at].isLowSurrogate() && text[at - 1].isHighSurrogate())
         --at;
-    const char32_t c = characterAt(text, at);
-    return QChar::isLetterOrNumber(c) || QChar::isMark(c);
-}
-
-static bool isWithoutBlanks(char32_t c)
-{
-    UErrorCode status = U_ZERO_ERROR;
-    switch (uscript_getScript(static_cast<UChar32>(c), &status)) {
-    case USCRIPT_HAN:
-    case USCRIPT_HIRAGANA:
-    case USCRIPT_KATAKANA:
-    case USCRIPT_THAI:
-    case USCRIPT_LAO:
-    case USCRIPT_KHMER:
-    case USCRIPT_MYANMAR:
-        return true;
-    default:
-        return false;
-    }
+    return IndexWords::isWordCharacter(characterAt(text, at));
 }
 
 // Whether a word begins at `at` (or ended just before it).
@@ -90,7 +71,7 @@ static bool isWordBoundary(const QString &text, qsizetype at)
     const bool here = isWordUnit(text, at);
     if (before != here || !here)
         return true;
-    return !QChar::isMark(characterAt(text, at)) && isWithoutBlanks(characterAt(text, at));
+    return !QChar::isMark(characterAt(text, at)) && IndexWords::isSign(characterAt(text, at));
 }
 
 bool IndexTextPattern::matchesAt(const QString &text, qsizetype start, bool words) const
