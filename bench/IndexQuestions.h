@@ -22,6 +22,7 @@ public:
     int addListener(Listener) override { return 1; } // nothing ever changes
     void removeListener(int) override {}
     void reimport(const QByteArray &) override {}
+    bool waitUntilLoaded(const std::function<bool()> &) const override { return true; }
 };
 
 } // namespace IndexQuestions

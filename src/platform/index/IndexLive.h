@@ -24,9 +24,9 @@ public:
     void removeListener(int number) override;
     void reimport(const QByteArray &path) override;
 
+    bool waitUntilLoaded(const std::function<bool()> &stop = {}) const override;
+
     bool isLoaded() const;
-    // False: `stop` said so before.
-    bool waitUntilLoaded(const std::function<bool()> &stop = {}) const;
 
     // For the one that keeps it up to date, on its thread.
     IndexCatalog &writable() { return m_catalog; }

@@ -24,4 +24,7 @@ public:
 
     // Asks for the path to be read again now; returns before it was.
     virtual void reimport(const QByteArray &path) = 0;
+
+    // Returns when the catalog holds what was known of the files; false: `stop` said so before.
+    virtual bool waitUntilLoaded(const std::function<bool()> &stop) const = 0;
 };

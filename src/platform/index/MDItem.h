@@ -18,6 +18,7 @@ public:
     static std::shared_ptr<MDItem> create(const IndexSource &source, const QString &path);
     static std::shared_ptr<MDItem> withNumber(const IndexSource &source, IndexItem number);
 
+    const IndexSource &source() const { return m_source; }
     IndexItem number() const { return m_number; }
     // The present path; empty when the file is gone.
     QString path() const;

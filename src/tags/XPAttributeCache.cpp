@@ -1,0 +1,348 @@
+#include "XPAttributeCache.h"
+
+#include "MDItem.h"
+#include "XPItemPaths.h"
+#include "XPLog.h"
+#include "XPPath.h"
+
+#include <QTimer>
+
+static constexpr qsizetype defaultMaxQuerySize = 50'000;
+static constexpr qsizetype itemsAReading = 256;
+static constexpr std::chrono::seconds fixPathsInterval{1};
+
+// Caches whose first bulk query is not over, and whether there ever was one.
+static std::atomic<int> sNetNumPrefetchCachesNotDone = 0;
+static std::atomic<bool> sStartedCaching = false;
+
+XPAttributeCache::XPAttributeCache(IndexSource &source, const QString &attributeKey,
+                                   qsizetype maxQuerySize,
+                                   const QStringList &changeNotificationsToSend,
+                                   Transformer transformer)
+    : m_source(source), m_singleAttributeKey(attributeKey),
+      m_maxQuerySize(maxQuerySize > 0 ? maxQuerySize : defaultMaxQuerySize),
+      m_notificationStrings(changeNotificationsToSend), m_transformer(std::move(transformer)),
+      m_onThread(new QObject)
+{
+    ++sNetNumPrefetchCachesNotDone;
+    sStartedCaching = true;
+    XPItemPaths::begin(m_source);
+    m_thread.setObjectName(QStringLiteral("murn-attributes"));
+    m_fixPathsTimer = new QTimer(m_onThread);
+    m_fixPathsTimer->setInterval(fixPathsInterval);
+    QObject::connect(m_fixPathsTimer, &QTimer::timeout, m_onThread, [this] { fixPaths(); });
+    m_onThread->moveToThread(&m_thread);
+    // On the thread itself, after its event loop.
+    QObject::connect(&m_thread, &QThread::finished, m_onThread, [this] {
+        m_mdQuery.reset();
+        m_onThread->deleteLater();
+    });
+    m_thread.start();
+    QMetaObject::invokeMethod(
+        m_onThread, [this] { startSearch(); }, Qt::QueuedConnection);
+}
+
+XPAttributeCache::~XPAttributeCache()
+{
+    m_stopping = true;
+    m_thread.quit();
+    m_thread.wait();
+    prefetchDone();
+    XPItemPaths::end(m_source);
+}
+
+// --- Reading and writing
+
+XPAttributeValuePtr XPAttributeCache::attributeAtPath(KPPooledString path)
+{
+    XPAttributeTable::Found found = m_values.find(path);
+    if (found.isUnknown)
+        addPathToFix(path);
+    return std::move(found.value);
+}
+
+XPAttributeValuePtr XPAttributeCache::attributeAtPathCacheOnly(KPPooledString path) const
+{
+    return m_values.find(path).value;
+}
+
+void XPAttributeCache::setAttribute(const XPAttributeValuePtr &value, KPPooledString path)
+{
+    m_values.store(path, value);
+    XPNotificationCenter::instance().post(QStringLiteral("documentChanging"), path.toString());
+}
+
+void XPAttributeCache::unCacheDataAtPath(KPPooledString path)
+{
+    m_values.setNotLookedUp(path);
+}
+
+QList<std::pair<KPPooledString, XPAttributeValuePtr>> XPAttributeCache::values() const
+{
+    return m_values.values();
+}
+
+QList<XPAttributeValuePtr> XPAttributeCache::allObjects() const
+{
+    QList<XPAttributeValuePtr> objects;
+    for (const auto &[path, value] : m_values.values())
+        objects.append(value);
+    return objects;
+}
+
+bool XPAttributeCache::allCachingDone()
+{
+    return sStartedCaching && sNetNumPrefetchCachesNotDone == 0;
+}
+
+// --- The bulk query
+
+void XPAttributeCache::startSearch()
+{
+    if (!m_source.waitUntilLoaded([this] { return m_stopping.load(); }))
+        return;
+    QString text = QStringLiteral("(%1 == *)");
+    text.replace(QStringLiteral("%1"), m_singleAttributeKey);
+    auto query = MDQuery::create(m_source, text, {m_singleAttributeKey});
+    if (!query) {
+        qCWarning(xpLog).noquote()
+            << QStringLiteral("Attribute query failed to start in Murn. Query (%1) is bad or, it "
+                              "is likely that you have to wait a while or restart to fix this "
+                              "issue")
+                   .arg(text);
+        m_activeMDQuery = false;
+        prefetchDone();
+        return;
+    }
+    m_mdQuery = *std::move(query);
+    m_mdQuery->setSearchScope({MDQuery::scopeComputer, MDQuery::scopeNetwork});
+    m_mdQuery->setMaxCount(m_maxQuerySize);
+    QObject::connect(m_mdQuery.get(), &MDQuery::progress, m_onThread, [this] { takeResults(); });
+    QObject::connect(m_mdQuery.get(), &MDQuery::finished, m_onThread,
+                     [this] { finishedMDQuery(); });
+    QObject::connect(m_mdQuery.get(), &MDQuery::updated, m_onThread,
+                     [this](const auto &added, const auto &changed, const auto &removed) {
+                         updatedMDQuery(added, changed, removed);
+                     });
+    m_mdQuery->execute(MDQuery::WantsUpdates);
+}
+
+void XPAttributeCache::takeResults()
+{
+    QList<IndexItem> items;
+    while (m_taken < m_mdQuery->resultCount() && !m_stopping) {
+        items.clear();
+        const qsizetype end = std::min(m_mdQuery->resultCount(), m_taken + itemsAReading);
+        for (; m_taken < end; ++m_taken)
+            items.append(m_mdQuery->itemAt(m_taken));
+        for (const Row &row : rows(items)) {
+            if (row.path.isEmpty())
+                continue;
+            XPItemPaths::setIfNone(m_source, row.item, row.path);
+            m_values.store(row.path, transformed(row.raw));
+        }
+    }
+}
+
+void XPAttributeCache::finishedMDQuery()
+{
+    takeResults();
+    m_isUpToDate = !isNearLimit();
+    prefetchDone();
+    notifyMainQ();
+}
+
+bool XPAttributeCache::isNearLimit() const
+{
+    return m_mdQuery->resultCount() * 100 >= m_maxQuerySize * 95;
+}
+
+void XPAttributeCache::prefetchDone()
+{
+    if (std::exchange(m_prefetching, false))
+        --sNetNumPrefetchCachesNotDone;
+}
+
+// All under one Reading; what they lead to is done without.
+std::vector<XPAttributeCache::Row> XPAttributeCache::rows(const QList<IndexItem> &items) const
+{
+    std::vector<Row> rows;
+    rows.reserve(static_cast<size_t>(items.size()));
+    const IndexCatalog &catalog = m_source.catalog();
+    const IndexCatalog::Reading reading(catalog);
+    for (const IndexItem item : items) {
+        Row &row = rows.emplace_back(Row{item, {}, {}});
+        const IndexSlot slot = catalog.slotOf(item);
+        if (slot == IndexCatalog::noSlot)
+            continue;
+        row.path = KPPool::pooledString(XPPath::decode(catalog.path(slot)));
+        row.raw = MDItem::attribute(catalog, slot, m_singleAttributeKey);
+    }
+    return rows;
+}
+
+XPAttributeValuePtr XPAttributeCache::transformed(const PropertyValue &raw) const
+{
+    if (raw.isNull())
+        return {};
+    return m_transformer ? m_transformer(raw) : XPAttributeOf<PropertyValue>::make(raw);
+}
+
+// --- Live updates
+
+void XPAttributeCache::updatedMDQuery(const QList<IndexItem> &added,
+                                      const QList<IndexItem> &changed,
+                                      const QList<IndexItem> &removed)
+{
+    if (isNearLimit())
+        m_isUpToDate = false;
+    bool news = false;
+    takeRemoved(removed, &news);
+    const std::vector<Row> present = rows(added + changed);
+    // What leaves its path goes before anything takes one: two files may have changed names.
+    for (const Row &row : present) {
+        const auto before = XPItemPaths::setIfNone(m_source, row.item, row.path);
+        if (row.path.isEmpty() || !before || *before == row.path)
+            continue;
+        m_values.remove(*before);
+        announce(row.item);
+        news = true;
+    }
+    for (const Row &row : present) {
+        if (row.path.isEmpty() || !m_values.store(row.path, transformed(row.raw)))
+            continue;
+        announce(row.item);
+        news = true;
+    }
+    if (news)
+        notifyMainQ();
+}
+
+void XPAttributeCache::takeRemoved(const QList<IndexItem> &removed, bool *news)
+{
+    for (const Row &row : rows(removed)) {
+        const auto before = XPItemPaths::find(m_source, row.item);
+        bool changed = before && *before != row.path && m_values.remove(*before);
+        // The file may be there still and only have lost the attribute.
+        if (!row.path.isEmpty() && m_values.store(row.path, transformed(row.raw)))
+            changed = true;
+        if (!changed && !row.path.isEmpty())
+            continue;
+        announce(row.item);
+        *news = *news || changed;
+    }
+}
+
+// --- To the main thread
+
+void XPAttributeCache::announce(IndexItem item)
+{
+    const XPLocker lock(m_mutex);
+    if (m_isAnnounced.contains(item))
+        return;
+    m_isAnnounced.insert(item);
+    m_announced.append(item);
+}
+
+void XPAttributeCache::notifyMainQ()
+{
+    {
+        const XPLocker lock(m_mutex);
+        m_notify = true;
+        if (std::exchange(m_woken, true))
+            return;
+    }
+    QMetaObject::invokeMethod(
+        &m_onMain, [this] { deliverNotices(); }, Qt::QueuedConnection);
+}
+
+// As many as go into a part of a frame; the rest in later turns of the event loop.
+void XPAttributeCache::deliverNotices()
+{
+    QElapsedTimer timer;
+    timer.start();
+    for (;;) {
+        IndexItem item = 0;
+        {
+            const XPLocker lock(m_mutex);
+            if (m_announced.isEmpty()) {
+                m_woken = false;
+                if (!std::exchange(m_notify, false))
+                    return;
+            } else if (timer.elapsed() < 8) {
+                item = m_announced.takeFirst();
+                m_isAnnounced.remove(item);
+            } else {
+                QTimer::singleShot(0, &m_onMain, [this] { deliverNotices(); });
+                return;
+            }
+        }
+        if (item == 0) {
+            mainThreadNotifyUpdatedInfo();
+            return;
+        }
+        tellOfItem(item);
+    }
+}
+
+void XPAttributeCache::tellOfItem(IndexItem number)
+{
+    const auto item = MDItem::withNumber(m_source, number);
+    const auto before = cachedMDITemGetPathIfExists(*item);
+    const QString name = QStringLiteral("documentChanging");
+    const bool isGone = item->path().isEmpty();
+    // Another file may stand where one that is gone was.
+    if (isGone && before && MDItem::create(m_source, before->toString()))
+        XPNotificationCenter::instance().post(name, before->toString());
+    else
+        XPNotificationCenter::instance().post(name, item);
+    cachedMDITemUpdatePathGetPath(*item);
+}
+
+void XPAttributeCache::mainThreadNotifyUpdatedInfo()
+{
+    if (QThread::currentThread() != m_onMain.thread())
+        return;
+    for (const QString &name : m_notificationStrings)
+        XPNotificationCenter::instance().post(name);
+}
+
+// --- Items and paths
+
+void XPAttributeCache::setCacheForItem(const MDItem &item, KPPooledString path)
+{
+    XPItemPaths::set(item.source(), item.number(), path);
+}
+
+std::optional<KPPooledString> XPAttributeCache::cachedMDITemGetPath(const MDItem &item)
+{
+    const auto known = cachedMDITemGetPathIfExists(item);
+    return known ? known : cachedMDITemUpdatePathGetPath(item);
+}
+
+std::optional<KPPooledString> XPAttributeCache::cachedMDITemGetPathIfExists(const MDItem &item)
+{
+    return XPItemPaths::find(item.source(), item.number());
+}
+
+std::optional<KPPooledString> XPAttributeCache::cachedMDITemUpdatePathGetPath(const MDItem &item)
+{
+    const QString path = item.path();
+    if (path.isEmpty()) {
+        clearCacheForItem(item);
+        return {};
+    }
+    const KPPooledString pooled = KPPool::pooledString(path);
+    setCacheForItem(item, pooled);
+    return pooled;
+}
+
+void XPAttributeCache::clearCacheForItem(const MDItem &item)
+{
+    XPItemPaths::remove(item.source(), item.number());
+}
+
+qsizetype XPAttributeCache::dictCount()
+{
+    return XPItemPaths::count();
+}

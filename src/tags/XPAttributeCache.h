@@ -1,0 +1,134 @@
+#pragma once
+
+#include "MDQuery.h"
+#include "XPAttributeTable.h"
+
+#include <QElapsedTimer>
+#include <QSet>
+#include <QThread>
+#include <functional>
+#include <memory>
+
+class QTimer;
+
+// One attribute of all documents, known without touching a file: path to value.
+//
+// Filled in bulk by a live query over the whole index, kept up to date by it, and completed path
+// by path, within about a second, for what is read and not there. A value that came to differ is
+// told on the main thread: "documentChanging" about the item (or, after setAttribute(), the path),
+// and the names given at construction, with no object, once for each lot of changes.
+// Whoever observes "documentChanging" about an item finds in the table below the path at which
+// the item was before; once all were told, the table follows.
+// Threads: construct and destroy on the main thread; everything else from any. The query and the
+// fixing run on a thread of its own, which the destructor stops and joins.
+// Ownership: the caller's; the source must outlive it.
+class XPAttributeCache
+{
+public:
+    // A raw value of the attribute as it is to be held; null: as if there were none. Called on
+    // the cache's threads, with no lock held.
+    using Transformer = std::function<XPAttributeValuePtr(const PropertyValue &raw)>;
+
+    // Runs from now on. `maxQuerySize` limits the bulk query; 0: 50000. Without a transformer
+    // values are XPAttributeOf<PropertyValue>.
+    XPAttributeCache(IndexSource &source, const QString &attributeKey, qsizetype maxQuerySize,
+                     const QStringList &changeNotificationsToSend, Transformer transformer = {});
+    ~XPAttributeCache();
+    XPAttributeCache(const XPAttributeCache &) = delete;
+    XPAttributeCache &operator=(const XPAttributeCache &) = delete;
+
+    // Null when there is no value; when it is not known, also queues the path to be fixed.
+    XPAttributeValuePtr attributeAtPath(KPPooledString path);
+    // Never queues.
+    XPAttributeValuePtr attributeAtPathCacheOnly(KPPooledString path) const;
+    // A value that this program just wrote; null: it removed the attribute.
+    void setAttribute(const XPAttributeValuePtr &value, KPPooledString path);
+    // The next read queues it.
+    void unCacheDataAtPath(KPPooledString path);
+
+    void addPathToFix(KPPooledString path) { addPathsToFix({path}); }
+    void addPathsToFix(const QList<KPPooledString> &paths);
+    qsizetype numPathsToFix() const;
+
+    // Every real value, with its path; the values alone. A copy, in no order.
+    QList<std::pair<KPPooledString, XPAttributeValuePtr>> values() const;
+    QList<XPAttributeValuePtr> allObjects() const;
+
+    bool usingQuery() const { return m_activeMDQuery; }
+    // The bulk query found everything with room to spare: an absent path has no value.
+    bool isUpToDate() const { return m_isUpToDate; }
+    // Only then may a missing value be taken for "none".
+    bool okToCalculateMissingItems() const { return !usingQuery() || isUpToDate(); }
+    // Some cache was started, and the first bulk query of each is over.
+    static bool allCachingDone();
+
+    // Where items were last seen, by the whole process; nothing for one that has no path.
+    static void setCacheForItem(const MDItem &item, KPPooledString path);
+    static std::optional<KPPooledString> cachedMDITemGetPath(const MDItem &item); // asks the item
+    static std::optional<KPPooledString> cachedMDITemGetPathIfExists(const MDItem &item);
+    static std::optional<KPPooledString> cachedMDITemUpdatePathGetPath(const MDItem &item);
+    static void clearCacheForItem(const MDItem &item);
+    static qsizetype dictCount();
+
+private:
+    // A result as the index holds it; an empty path: it is gone.
+    struct Row
+    {
+        IndexItem item = 0;
+        KPPooledString path;
+        PropertyValue raw;
+    };
+
+    // On m_thread:
+    void startSearch();
+    void takeResults();
+    void finishedMDQuery();
+    void updatedMDQuery(const QList<IndexItem> &added, const QList<IndexItem> &changed,
+                        const QList<IndexItem> &removed);
+    bool isNearLimit() const;
+    std::vector<Row> rows(const QList<IndexItem> &items) const;
+    void takeRemoved(const QList<IndexItem> &removed, bool *news);
+    XPAttributeValuePtr transformed(const PropertyValue &raw) const;
+    void prefetchDone();
+    void fixPaths();
+    void fixSome();
+    void fix(const QList<KPPooledString> &paths);
+
+    // To the main thread, and there:
+    void announce(IndexItem item) XP_EXCLUDES(m_mutex);
+    void notifyMainQ() XP_EXCLUDES(m_mutex);
+    void deliverNotices() XP_EXCLUDES(m_mutex);
+    void tellOfItem(IndexItem item);
+    void mainThreadNotifyUpdatedInfo();
+
+    IndexSource &m_source;
+    const QString m_singleAttributeKey;
+    const qsizetype m_maxQuerySize;
+    const QStringList m_notificationStrings;
+    const Transformer m_transformer;
+    XPAttributeTable m_values;
+    std::atomic<bool> m_activeMDQuery = true;
+    std::atomic<bool> m_isUpToDate = false;
+    std::atomic<bool> m_stopping = false;
+
+    mutable XPMutex m_pathsToFixLock;
+    QSet<KPPooledString> m_pathsToFix XP_GUARDED_BY(m_pathsToFixLock);
+
+    XPMutex m_mutex;
+    QList<IndexItem> m_announced XP_GUARDED_BY(m_mutex);
+    QSet<IndexItem> m_isAnnounced XP_GUARDED_BY(m_mutex);
+    bool m_notify XP_GUARDED_BY(m_mutex) = false;
+    bool m_woken XP_GUARDED_BY(m_mutex) = false;
+
+    // m_thread's alone:
+    std::unique_ptr<MDQuery> m_mdQuery;
+    qsizetype m_taken = 0;
+    bool m_prefetching = true;
+    QTimer *m_fixPathsTimer = nullptr;            // m_onThread's child
+    QList<KPPooledString> m_currentlyFixingPaths; // the rest of the pass at hand
+    QElapsedTimer m_sinceNotified;
+
+    QThread m_thread;
+    QObject *m_onThread; // where calls to m_thread are queued; destroyed there
+    QObject m_onMain;    // the same for the main thread
+};

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "PropertyValue.h"
+
+#include <QExplicitlySharedDataPointer>
+
+// A value that an attribute cache holds: shared by all who read it, and never changed.
+// Threads: any.
+class XPAttributeValue : public QSharedData
+{
+public:
+    virtual ~XPAttributeValue() = default;
+    virtual bool isEqual(const XPAttributeValue &other) const = 0;
+};
+
+// Null: nothing.
+using XPAttributeValuePtr = QExplicitlySharedDataPointer<const XPAttributeValue>;
+
+// A value of a given type. Without a transformer a cache holds XPAttributeOf<PropertyValue>.
+template <typename T>
+class XPAttributeOf : public XPAttributeValue
+{
+public:
+    explicit XPAttributeOf(T held) : value(std::move(held)) {}
+    static XPAttributeValuePtr make(T held)
+    {
+        return XPAttributeValuePtr(new XPAttributeOf(std::move(held)));
+    }
+    // What `pointer` holds, good for as long as it; null when that is nothing or of another type.
+    static const T *in(const XPAttributeValuePtr &pointer)
+    {
+        const auto *same = dynamic_cast<const XPAttributeOf *>(pointer.data());
+        return same ? &same->value : nullptr;
+    }
+    bool isEqual(const XPAttributeValue &other) const override
+    {
+        const auto *same = dynamic_cast<const XPAttributeOf *>(&other);
+        return same && same->value == value;
+    }
+
+    const T value;
+};
