@@ -38,12 +38,14 @@ IndexContentQueue::IndexContentQueue(IndexTextStore &store, Callbacks callbacks,
                                      Importers importers)
     : m_store(store), m_callbacks(std::move(callbacks)), m_importers(std::move(importers))
 {
+    m_store.setDamaged([this](quint64 inode) { storeIsDamaged(inode); });
     m_idleThread = std::thread([this] { idleLoop(); });
     m_feedThread = std::thread([this] { feed(); });
 }
 
 IndexContentQueue::~IndexContentQueue()
 {
+    m_store.setDamaged({});
     {
         const XPLocker lock(m_mutex);
         m_stopping = true;
@@ -118,10 +120,19 @@ void IndexContentQueue::retry()
     m_wake.notify_one();
 }
 
+void IndexContentQueue::storeIsDamaged(quint64 inode)
+{
+    {
+        const XPLocker lock(m_mutex);
+        m_damaged = inode;
+    }
+    m_wake.notify_one();
+}
+
 qsizetype IndexContentQueue::count() const
 {
     return static_cast<qsizetype>(m_changed.size() + m_backlog.size() + m_resting.size()) +
-           m_atWork;
+           m_atWork + (m_damaged != 0 ? 1 : 0);
 }
 
 qsizetype IndexContentQueue::waiting() const
@@ -142,6 +153,16 @@ void IndexContentQueue::feed()
 {
     XPLocker lock(m_mutex);
     while (!m_stopping) {
+        if (m_damaged != 0 && (!m_pausedUntil || *m_pausedUntil <= Clock::now())) {
+            const quint64 inode = m_damaged;
+            lock.unlock();
+            if (m_store.isFile(inode))
+                startOver();
+            lock.lock();
+            if (m_damaged == inode)
+                m_damaged = 0;
+            continue;
+        }
         takeTasks();
         if (!m_work.tasks.empty()) {
             m_atWork = static_cast<qsizetype>(m_work.tasks.size());
@@ -282,12 +303,21 @@ void IndexContentQueue::putBack(size_t first)
 void IndexContentQueue::storeFailed(const XPError &error)
 {
     qCWarning(xpLog).noquote() << error.message;
-    if (error.kind == XPError::Kind::Malformed && !m_store.startOver()) {
-        putBack(0);
-        m_callbacks.startedOver();
-        return;
-    }
     putBack(0);
+    if (error.kind == XPError::Kind::Malformed)
+        return startOver();
+    pause(error);
+}
+
+void IndexContentQueue::startOver()
+{
+    if (auto error = m_store.startOver())
+        return pause(*error);
+    m_callbacks.startedOver();
+}
+
+void IndexContentQueue::pause(const XPError &error)
+{
     m_pause = m_pause == Clock::duration::zero()
                   ? Clock::duration(shortestPause)
                   : std::min<Clock::duration>(m_pause * 2, longestPause);

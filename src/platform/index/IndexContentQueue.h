@@ -63,6 +63,8 @@ public:
     void addBacklog(std::vector<Waiting> &&items);
     void forget(IndexItem item); // the file is gone, or its type no longer accepted
     void retry();                // now, what could not be stored (there is room again)
+    // Somebody found the store's file damaged: it is set aside, if it still is that one.
+    void storeIsDamaged(quint64 inode);
     qsizetype waiting() const;   // what can be done now; 0: all of it is done and stored
     qsizetype postponed() const; // the same while storing fails: tried again in a while
 
@@ -94,6 +96,8 @@ private:
     void finishWork(Clock::time_point began);
     void putBack(size_t first);
     void storeFailed(const XPError &error);
+    void startOver();
+    void pause(const XPError &error);
     void renewIfWorthIt();
     IndexImporter *importerFor(const QString &type) const;
 
@@ -117,6 +121,7 @@ private:
     std::optional<Clock::time_point> m_pausedUntil XP_GUARDED_BY(m_mutex); // storing failed
     qsizetype m_atWork XP_GUARDED_BY(m_mutex) = 0;
     bool m_hasBacklog XP_GUARDED_BY(m_mutex) = false; // addBacklog() was called
+    quint64 m_damaged XP_GUARDED_BY(m_mutex) = 0;     // the inode of a damaged file
     bool m_stopping XP_GUARDED_BY(m_mutex) = false;
 
     // The feeding thread's.

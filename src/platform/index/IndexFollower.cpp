@@ -1,5 +1,6 @@
 #include "IndexFollower.h"
 
+#include "IndexRequests.h"
 #include "XPFileInfo.h"
 #include "XPLog.h"
 #include "XPPath.h"
@@ -126,8 +127,12 @@ void IndexFollower::openText()
         return;
     auto text = IndexTextStore::open(m_path + QStringLiteral(".text"), false);
     m_hasText = text.hasValue();
-    if (m_hasText)
-        m_live.setText(*std::move(text));
+    if (!m_hasText)
+        return;
+    (*text)->setDamaged([path = m_path](quint64 inode) {
+        (void)IndexRequests::tell(path, IndexRequests::Kind::Damage, QByteArray::number(inode));
+    });
+    m_live.setText(*std::move(text));
 }
 
 void IndexFollower::catchUp()

@@ -482,6 +482,17 @@ void IndexKeeper::reimport(const QByteArray &path)
         Urgency::Now);
 }
 
+void IndexKeeper::textIsDamaged(quint64 inode)
+{
+    std::shared_ptr<IndexContentQueue> contents;
+    {
+        const XPLocker lock(m_mutex);
+        contents = m_contents;
+    }
+    if (contents)
+        contents->storeIsDamaged(inode);
+}
+
 IndexStatus IndexKeeper::status() const
 {
     std::shared_ptr<IndexContentQueue> contents;

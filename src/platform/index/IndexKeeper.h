@@ -46,6 +46,8 @@ public:
     // The same as a call, on the writer's thread; never, when the keeper ends before.
     void whenQuiet(bool contents, std::function<void()> done);
     void reimport(const QByteArray &path);
+    // Another process found the index of contents damaged: it is begun anew.
+    void textIsDamaged(quint64 inode);
     void setRoots(const QStringList &roots);
     void setRules(const IndexRules &rules);
     IndexProblems &problems() { return m_problems; }

@@ -24,6 +24,7 @@ public:
         Sync = 's',     // "1": contents too; answered (empty) when all is in the journal
         Status = 't',   // answered with IndexStatus as bytes
         Settings = 'c', // roots or rules were changed; not answered
+        Damage = 'd',   // the inode of a damaged index of contents; not answered
     };
     using Answer = std::function<void(const QByteArray &)>;
     using Handler = std::function<void(Kind, const QByteArray &, const Answer &)>;

@@ -26,10 +26,17 @@ IndexTextReader::Statement IndexTextReader::prepare(const QByteArray &sql) const
 
 XPError IndexTextReader::failure() const
 {
-    return XPError::make(XPError::Kind::Io,
-                         QStringLiteral("the index of contents: ") +
-                             QString::fromUtf8(m_db ? sqlite3_errmsg(m_db) : "out of memory"),
+    return XPError::make(XPError::Kind::Io, QStringLiteral("the index of contents: ") + m_failure,
                          m_path);
+}
+
+// At once, as the next call, be it a COMMIT, overwrites what SQLite knows of it.
+bool IndexTextReader::fail()
+{
+    const int code = m_db ? sqlite3_errcode(m_db) & 0xFF : SQLITE_NOMEM; // without the extension
+    m_damaged = code == SQLITE_CORRUPT || code == SQLITE_NOTADB;
+    m_failure = QString::fromUtf8(m_db ? sqlite3_errmsg(m_db) : "out of memory");
+    return false;
 }
 
 XPResult<std::unique_ptr<IndexTextReader>> IndexTextReader::open(const QString &path)
@@ -43,14 +50,18 @@ XPResult<std::unique_ptr<IndexTextReader>> IndexTextReader::open(const QString &
     reader->m_inode = info->inode;
     // Not read-only, as a reader may be the first to need the shared memory of the log.
     if (sqlite3_open_v2(bytes.constData(), &reader->m_db,
-                        SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_READWRITE, nullptr) != SQLITE_OK)
+                        SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_READWRITE, nullptr) != SQLITE_OK) {
+        reader->fail();
         return reader->failure();
+    }
     sqlite3_busy_timeout(reader->m_db, 5000);
     reader->m_begin = reader->prepare("BEGIN");
     reader->m_commit = reader->prepare("COMMIT");
     reader->m_version = reader->prepare("PRAGMA data_version");
-    if (!registerIndexTokenizers(reader->m_db) || !reader->m_version)
+    if (!registerIndexTokenizers(reader->m_db) || !reader->m_version) {
+        reader->fail();
         return reader->failure();
+    }
     return reader;
 }
 
@@ -69,18 +80,18 @@ bool IndexTextReader::isCurrent() const
     return info && info->device == m_device && info->inode == m_inode;
 }
 
-bool IndexTextReader::step(sqlite3_stmt *statement) const
+bool IndexTextReader::step(sqlite3_stmt *statement)
 {
     const int result = sqlite3_step(statement);
     sqlite3_reset(statement);
-    return result == SQLITE_ROW || result == SQLITE_DONE;
+    return result == SQLITE_ROW || result == SQLITE_DONE || fail();
 }
 
 bool IndexTextReader::begin()
 {
     if (!step(m_begin.get()))
         return false;
-    const bool known = sqlite3_step(m_version.get()) == SQLITE_ROW;
+    const bool known = sqlite3_step(m_version.get()) == SQLITE_ROW || fail();
     if (known)
         m_now = sqlite3_column_int64(m_version.get(), 0);
     sqlite3_reset(m_version.get());
@@ -101,7 +112,8 @@ bool IndexTextReader::readGenerations()
 {
     const Statement rows = prepare("SELECT number FROM generations ORDER BY number");
     std::vector<Generation> generations;
-    while (rows && sqlite3_step(rows.get()) == SQLITE_ROW) {
+    int result = rows ? SQLITE_ROW : SQLITE_ERROR;
+    while (rows && (result = sqlite3_step(rows.get())) == SQLITE_ROW) {
         Generation generation;
         generation.number = sqlite3_column_int64(rows.get(), 0);
         const auto known =
@@ -119,23 +131,25 @@ bool IndexTextReader::readGenerations()
                                        number + " MATCH ?1 AND rowid BETWEEN ?2 AND ?3");
         }
         if (!generation.words || !generation.heads)
-            return false;
+            return fail();
         generations.push_back(std::move(generation));
     }
+    if (result != SQLITE_DONE)
+        return fail();
     m_generations = std::move(generations);
-    return rows != nullptr;
+    return true;
 }
 
 bool IndexTextReader::readDocuments(IndexTextDocuments &documents)
 {
-    if (m_documentsRead == m_now)
+    if (m_documentsRead == m_now && documents.next() >= m_documentsNext)
         return true;
     // Rows hold as many documents as were stored at once; the first new one may stand inside.
     const Statement rows =
         prepare("SELECT first, entries FROM docs WHERE first >= coalesce((SELECT max(first) FROM "
                 "docs WHERE first <= ?1), 0) ORDER BY first");
     if (!rows || sqlite3_bind_int64(rows.get(), 1, documents.next()) != SQLITE_OK)
-        return false;
+        return fail();
     int result = SQLITE_ROW;
     while ((result = sqlite3_step(rows.get())) == SQLITE_ROW) {
         const qint64 first = sqlite3_column_int64(rows.get(), 0);
@@ -144,12 +158,16 @@ bool IndexTextReader::readDocuments(IndexTextDocuments &documents)
         if (first > documents.next())
             documents.clear(static_cast<quint32>(first)); // what was known is dropped by now
         const auto known = qsizetype(documents.next() - first) * qsizetype{12};
-        if (known < bytes.size() && !documents.appendEncoded(bytes.sliced(known)))
+        if (known < bytes.size() && !documents.appendEncoded(bytes.sliced(known))) {
+            m_failure = QStringLiteral("the list of documents is damaged");
+            m_damaged = true;
             return false;
+        }
     }
     if (result != SQLITE_DONE)
-        return false;
+        return fail();
     m_documentsRead = m_now;
+    m_documentsNext = documents.next();
     return true;
 }
 
@@ -183,8 +201,9 @@ bool IndexTextReader::run(sqlite3_stmt *statement, const QByteArray &match, quin
     int result = SQLITE_ROW;
     while (!stopped && (result = sqlite3_step(statement)) == SQLITE_ROW)
         stopped = !take(static_cast<quint32>(sqlite3_column_int64(statement, 0)));
+    const bool good = stopped || result == SQLITE_DONE || fail();
     sqlite3_reset(statement);
-    return stopped || result == SQLITE_DONE;
+    return good;
 }
 
 bool IndexTextReader::findPattern(const Generation &generation,
@@ -197,7 +216,7 @@ bool IndexTextReader::findPattern(const Generation &generation,
     const QByteArray table = "CREATE VIRTUAL TABLE IF NOT EXISTS temp.vocabulary" + number +
                              " USING fts5vocab(main, words" + number + ", row)";
     if (sqlite3_exec(m_db, table.constData(), nullptr, nullptr, nullptr) != SQLITE_OK)
-        return false;
+        return fail();
     const auto wildcard = std::find_if(pattern.begin(), pattern.end(), [](char byte) {
         return byte == IndexTextExpression::anyOne || byte == IndexTextExpression::anyRun;
     });
@@ -206,7 +225,7 @@ bool IndexTextReader::findPattern(const Generation &generation,
     const Statement words =
         prepare("SELECT term FROM vocabulary" + number + " WHERE term >= ?1 AND term < ?2");
     if (!words)
-        return false;
+        return fail();
     sqlite3_bind_text(words.get(), 1, low8.constData(), static_cast<int>(low8.size()),
                       SQLITE_STATIC);
     sqlite3_bind_text(words.get(), 2, high8.constData(), static_cast<int>(high8.size()),
@@ -225,6 +244,8 @@ bool IndexTextReader::findPattern(const Generation &generation,
             expressions.back() += " OR ";
         expressions.back() += '(' + IndexTextExpression::match(phrase, at, word) + ')';
     }
+    if (result != SQLITE_DONE && result != SQLITE_ROW)
+        return fail();
     sqlite3_reset(words.get());
     // A document may hold several of the words.
     std::vector<quint32> documents;
@@ -243,5 +264,5 @@ bool IndexTextReader::findPattern(const Generation &generation,
     documents.erase(std::unique(documents.begin(), documents.end()), documents.end());
     for (size_t i = 0; i < documents.size() && !stopped; ++i)
         stopped = !take(documents[i]);
-    return result == SQLITE_DONE || result == SQLITE_ROW;
+    return true;
 }

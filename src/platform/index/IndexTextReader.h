@@ -36,7 +36,10 @@ public:
     using Take = std::function<bool(quint32 document)>;
     bool find(const IndexTextExpression::Phrase &phrase, quint32 low, quint32 high,
               const Take &take);
-    XPError failure() const;
+    XPError failure() const; // why the last of these answered false
+    // That was because the file's bytes are not what was written; it is to be begun anew.
+    bool isDamaged() const { return m_damaged; }
+    quint64 inode() const { return m_inode; }
 
 private:
     struct Finalize
@@ -53,7 +56,8 @@ private:
 
     explicit IndexTextReader(const QString &path) : m_path(path) {}
     Statement prepare(const QByteArray &sql) const;
-    bool step(sqlite3_stmt *statement) const;
+    bool fail(); // notes why; false
+    bool step(sqlite3_stmt *statement);
     bool readGenerations();
     bool run(sqlite3_stmt *statement, const QByteArray &match, quint32 low, quint32 high,
              const Take &take, bool &stopped);
@@ -64,6 +68,8 @@ private:
     sqlite3 *m_db = nullptr;
     quint64 m_device = 0;
     quint64 m_inode = 0;
+    QString m_failure;
+    bool m_damaged = false;
     Statement m_begin;
     Statement m_commit;
     Statement m_version;
@@ -71,5 +77,6 @@ private:
     qint64 m_now = 0;
     qint64 m_generationsRead = -1;
     qint64 m_documentsRead = -1;
+    quint32 m_documentsNext = 0; // after that
     std::vector<Generation> m_generations;
 };

@@ -2,6 +2,7 @@
 
 #include "IndexStore.h"
 #include "IndexTextTokenizer.h"
+#include "XPFileInfo.h"
 #include "XPPath.h"
 
 #include <QScopeGuard>
@@ -99,17 +100,24 @@ std::optional<XPError> IndexTextStore::openWriter()
     if (found != 0 && found != textSchema)
         return XPError::malformed(QStringLiteral("another version made the index of contents"));
     if (found == 0) {
-        const QByteArray sql =
-            "BEGIN IMMEDIATE; CREATE TABLE generations(number INTEGER PRIMARY KEY, first INTEGER "
-            "NOT NULL); CREATE TABLE docs(first INTEGER PRIMARY KEY, entries BLOB NOT NULL);"
-            "INSERT INTO generations VALUES(1, 1);" +
-            createTables(1) + "PRAGMA user_version=" + QByteArray::number(textSchema) + "; COMMIT;";
-        if (auto error = run(sql)) {
-            (void)run("ROLLBACK");
+        if (auto error = createFile())
             return error;
-        }
     }
     return loadDocuments();
+}
+
+std::optional<XPError> IndexTextStore::createFile()
+{
+    const QByteArray sql =
+        "BEGIN IMMEDIATE; CREATE TABLE generations(number INTEGER PRIMARY KEY, first INTEGER "
+        "NOT NULL); CREATE TABLE docs(first INTEGER PRIMARY KEY, entries BLOB NOT NULL);"
+        "INSERT INTO generations VALUES(1, " +
+        QByteArray::number(m_next) + ");" + createTables(1) +
+        "PRAGMA user_version=" + QByteArray::number(textSchema) + "; COMMIT;";
+    auto error = run(sql);
+    if (error)
+        (void)run("ROLLBACK");
+    return error;
 }
 
 std::optional<XPError> IndexTextStore::loadDocuments()
@@ -290,8 +298,10 @@ std::optional<XPError> IndexTextStore::endRenewal()
 {
     quint32 first = 0;
     {
+        // Before the tables go, so that a question that misses them notices.
         const XPLocker lock(m_mutex);
         first = m_tableFirst;
+        m_documents.dropBefore(first);
     }
     QByteArray sql = "BEGIN IMMEDIATE;";
     {
@@ -309,7 +319,6 @@ std::optional<XPError> IndexTextStore::endRenewal()
         return error;
     }
     const XPLocker lock(m_mutex);
-    m_documents.dropBefore(first);
     m_renewing = false;
     return {};
 }
@@ -320,11 +329,24 @@ std::optional<XPError> IndexTextStore::startOver()
     IndexStore::setAside(m_path);
     {
         const XPLocker lock(m_mutex);
-        m_documents.clear();
-        m_tableFirst = 1;
+        m_documents.clear(m_next);
+        m_tableFirst = m_next;
         m_renewing = false;
     }
     m_table = 1;
-    m_next = 1;
     return openWriter();
+}
+
+// --- Damage
+
+void IndexTextStore::setDamaged(Damaged damaged)
+{
+    const XPLocker lock(m_damagedMutex);
+    m_damaged = std::move(damaged);
+}
+
+bool IndexTextStore::isFile(quint64 inode) const
+{
+    const auto info = XPFileInfo::read(m_path);
+    return info && info->inode == inode;
 }

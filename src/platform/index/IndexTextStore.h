@@ -48,8 +48,13 @@ public:
     bool isRenewing() const;
     // Drops the old tables. Text that was not put anew meanwhile is no longer found.
     std::optional<XPError> endRenewal();
-    // Sets the file aside and begins an empty one: what is left to do after put() found it damaged.
+    // Sets the file aside and begins an empty one: what is left to do with a damaged one. Documents
+    // are numbered on, so that a question asked meanwhile notices.
     std::optional<XPError> startOver();
+    // Whom to tell, on the thread that asked a question, that the file (by its inode) is damaged.
+    using Damaged = std::function<void(quint64 inode)>;
+    void setDamaged(Damaged damaged);
+    bool isFile(quint64 inode) const; // the path still names that one
 
 private:
     explicit IndexTextStore(const QString &path, bool writable) : m_path(path), m_writable(writable)
@@ -62,14 +67,20 @@ private:
     XPError failure() const;
     XPResult<Documents> writeRows(const std::vector<Text> &texts);
 
+    std::optional<XPError> createFile();
     std::unique_ptr<IndexTextReader> takeReader() const;
+    void readFailed(const IndexTextReader &reader) const;
     void giveBack(std::unique_ptr<IndexTextReader> reader) const;
     struct Question;
-    void prepare(Question &question, const std::vector<IndexItem> *among) const;
+    bool begin(IndexTextReader &reader, Question &question,
+               const std::vector<IndexItem> *among) const;
+    void prepare(Question &question, const std::vector<IndexItem> *among) const
+        XP_REQUIRES(m_mutex);
     bool ask(IndexTextReader &reader, Question &question) const;
     bool askPhrase(IndexTextReader &reader, Question &question) const;
     bool askPhrases(IndexTextReader &reader, Question &question) const;
     std::vector<IndexItem> answer(const MDPredicate::Value &value, Question &&question) const;
+    bool isOvertaken(const Question &question) const;
     bool addItems(const std::vector<quint32> &documents, Question &question) const;
 
     const QString m_path;
@@ -81,7 +92,11 @@ private:
 
     mutable XPMutex m_mutex;
     mutable IndexTextDocuments m_documents XP_GUARDED_BY(m_mutex);
-    quint32 m_tableFirst XP_GUARDED_BY(m_mutex) = 1; // its first document
+    mutable quint64 m_documentsFile XP_GUARDED_BY(m_mutex) = 0; // its inode, where only read
+    quint32 m_tableFirst XP_GUARDED_BY(m_mutex) = 1;            // its first document
     bool m_renewing XP_GUARDED_BY(m_mutex) = false;
     mutable std::vector<std::unique_ptr<IndexTextReader>> m_readers XP_GUARDED_BY(m_mutex);
+
+    mutable XPMutex m_damagedMutex; // held while told, so that setDamaged() waits for that
+    Damaged m_damaged XP_GUARDED_BY(m_damagedMutex);
 };

@@ -2,7 +2,6 @@
 #include "IndexTextStore.h"
 #include "XPLog.h"
 
-#include <QScopeGuard>
 #include <algorithm>
 #include <sqlite3.h>
 
@@ -25,10 +24,10 @@ struct IndexTextStore::Question
     const size_t limit;             // 0: none
     const bool restricted;          // to `documents`
     std::vector<quint32> documents; // ascending
-    quint32 began = 0;              // the first document put after the question was asked
+    quint32 first = 0;              // the first document there was when the question was asked
+    quint32 began = 0;              // the first one put after that
     std::vector<IndexItem> items;
     std::vector<IndexItem> replaced; // matched by a text that was replaced meanwhile
-    bool overtaken = false;          // matched in a table that was dropped meanwhile
 
     bool isFull() const { return limit > 0 && items.size() >= limit; }
 };
@@ -46,24 +45,23 @@ std::unique_ptr<IndexTextReader> IndexTextStore::takeReader() const
         }
     }
     if (!reader || !reader->isCurrent()) {
-        const bool another = reader != nullptr; // stands in the place of the one before
         auto opened = IndexTextReader::open(m_path);
         if (!opened)
             return nullptr;
         reader = *std::move(opened);
-        const XPLocker lock(m_mutex);
-        if (another && !m_writable)
-            m_documents.clear();
     }
-    if (m_writable)
-        return reader;
-    // What another process put in since. Under the lock, as only one may append it.
-    const XPLocker lock(m_mutex);
-    const bool read = reader->begin() && reader->readDocuments(m_documents);
-    if (!read)
-        qCWarning(xpLog).noquote() << reader->failure().message;
-    reader->end();
-    return read ? std::move(reader) : nullptr;
+    return reader;
+}
+
+void IndexTextStore::readFailed(const IndexTextReader &reader) const
+{
+    qCWarning(xpLog).noquote() << reader.failure().message;
+    // One that was replaced meanwhile only looks damaged.
+    if (!reader.isDamaged() || !reader.isCurrent())
+        return;
+    const XPLocker lock(m_damagedMutex);
+    if (m_damaged)
+        m_damaged(reader.inode());
 }
 
 void IndexTextStore::giveBack(std::unique_ptr<IndexTextReader> reader) const
@@ -87,22 +85,50 @@ std::vector<IndexItem> IndexTextStore::itemsMatching(const MDPredicate::Value &v
         if (!reader)
             return {};
         Question question(expression, limit, among);
-        prepare(question, among);
-        if (!expression.isPresence() && !ask(*reader, question)) {
-            qCWarning(xpLog).noquote() << reader->failure().message;
+        const bool begun = begin(*reader, question, among);
+        const bool asked = begun && (expression.isPresence() || ask(*reader, question));
+        if (begun)
+            reader->end();
+        if (!asked) {
+            readFailed(*reader);
             continue;
         }
         giveBack(std::move(reader));
-        if (!question.overtaken)
+        if (!isOvertaken(question))
             return answer(value, std::move(question));
     }
     return {};
 }
 
-// Before anything is read: what is put in from here on shows by its number.
+// Fixes what is read of the file, and which documents were known then.
+bool IndexTextStore::begin(IndexTextReader &reader, Question &question,
+                           const std::vector<IndexItem> *among) const
+{
+    XPLocker lock(m_mutex);
+    if (m_writable) {
+        // Before anything is read: what is put in from here on shows by its number.
+        prepare(question, among);
+        lock.unlock();
+        return reader.begin();
+    }
+    // What another process put in since, of just the state that is asked: of a later one the
+    // documents would not be known. Under one lock, so that no other thread knows later ones.
+    if (!reader.begin())
+        return false;
+    if (m_documentsFile != reader.inode()) // another file stands in the place of the one before
+        m_documents.clear();
+    m_documentsFile = reader.inode();
+    if (!reader.readDocuments(m_documents)) {
+        reader.end();
+        return false;
+    }
+    prepare(question, among);
+    return true;
+}
+
 void IndexTextStore::prepare(Question &question, const std::vector<IndexItem> *among) const
 {
-    const XPLocker lock(m_mutex);
+    question.first = m_documents.first();
     question.began = m_documents.next();
     if (among) {
         for (const IndexItem item : *among) {
@@ -137,18 +163,24 @@ std::vector<IndexItem> IndexTextStore::answer(const MDPredicate::Value &value,
     return std::move(question.items);
 }
 
+// A table was dropped meanwhile: what was asked for may have moved from it to the next unseen.
+bool IndexTextStore::isOvertaken(const Question &question) const
+{
+    const XPLocker lock(m_mutex);
+    return m_documents.first() != question.first;
+}
+
 // Takes over the items of documents that matched; false when there are enough.
 bool IndexTextStore::addItems(const std::vector<quint32> &documents, Question &question) const
 {
     const XPLocker lock(m_mutex);
     for (const quint32 document : documents) {
-        if (const IndexItem item = m_documents.itemOf(document))
-            question.items.push_back(item);
-        else if (const IndexItem owner = m_documents.ownerOf(document);
-                 owner != 0 && m_documents.documentOf(owner) >= question.began)
+        // Put in since: its item may already stand among the answers by the text before.
+        if (const IndexItem owner = m_documents.ownerOf(document);
+            owner != 0 && m_documents.documentOf(owner) >= question.began)
             question.replaced.push_back(owner);
-        else if (document < m_documents.first())
-            question.overtaken = true;
+        else if (const IndexItem item = m_documents.itemOf(document))
+            question.items.push_back(item);
     }
     return !question.isFull();
 }
@@ -157,9 +189,6 @@ bool IndexTextStore::ask(IndexTextReader &reader, Question &question) const
 {
     if (question.restricted && question.documents.empty())
         return true;
-    if (!reader.begin())
-        return false;
-    const auto end = qScopeGuard([&] { reader.end(); });
     return question.expression.phrases().size() > 1 ? askPhrases(reader, question)
                                                     : askPhrase(reader, question);
 }

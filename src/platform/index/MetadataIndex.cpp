@@ -236,6 +236,9 @@ void MetadataIndex::answer(IndexRequests::Kind kind, const QByteArray &request,
         (void)UserDefaults::standard().synchronise();
         applySettings();
         break;
+    case IndexRequests::Kind::Damage:
+        kept->textIsDamaged(request.toULongLong());
+        break;
     }
 }
 

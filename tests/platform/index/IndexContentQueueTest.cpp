@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 
@@ -83,6 +84,11 @@ public:
     {
         const XPLocker lock(m_mutex);
         return m_problems;
+    }
+    bool startedOver()
+    {
+        const XPLocker lock(m_mutex);
+        return m_startedOver;
     }
 
 private:
@@ -286,6 +292,37 @@ TEST(IndexContentQueue, TriesAgainWhatCouldNotBeStored)
     ASSERT_TRUE(becomes([&] { return queue.waiting() == 0 && queue.postponed() == 0; }));
     EXPECT_EQ(found(*store, "needle"), Items{1});
     EXPECT_EQ(files.problems().last(), QString());
+}
+
+// Bytes on the disk that only a question meets, be it another process's.
+TEST(IndexContentQueue, BeginsAnewWhenAQuestionMeetsDamage)
+{
+    for (const bool ours : {true, false}) {
+        SCOPED_TRACE(ours);
+        Files files;
+        files.write(1, "one");
+        ASSERT_FALSE((*IndexTextStore::open(files.storePath(), true))->put({{1, "one", 1, 3}}));
+        sqlite3 *db = nullptr;
+        ASSERT_EQ(sqlite3_open(files.storePath().toUtf8().constData(), &db), SQLITE_OK);
+        ASSERT_EQ(sqlite3_exec(db, "UPDATE words1_data SET block = zeroblob(3) WHERE id > 10",
+                               nullptr, nullptr, nullptr),
+                  SQLITE_OK);
+        sqlite3_close(db);
+        const auto store = *IndexTextStore::open(files.storePath(), true);
+        IndexContentQueue queue(*store, files.callbacks());
+        const auto follower = *IndexTextStore::open(files.storePath(), false);
+        follower->setDamaged([&](quint64 inode) { queue.storeIsDamaged(inode); });
+        EXPECT_EQ(found(ours ? *store : *follower, "one"), Items{});
+        ASSERT_TRUE(becomes([&] { return files.startedOver(); }));
+        queue.addBacklog({{1, 1}});
+        ASSERT_TRUE(drained(queue));
+        EXPECT_EQ(found(*store, "one"), Items{1});
+        EXPECT_EQ(found(*follower, "one"), Items{1});
+        // Told late of the file that was set aside, or of one that never was.
+        queue.storeIsDamaged(1);
+        ASSERT_TRUE(drained(queue));
+        EXPECT_EQ(found(*store, "one"), Items{1});
+    }
 }
 
 TEST(IndexPlainTextImporter, ReadsWhatIsText)
