@@ -4,6 +4,7 @@
 #include "XPItemPaths.h"
 #include "XPLog.h"
 #include "XPPath.h"
+#include "XPRecentItems.h"
 
 #include <QTimer>
 
@@ -22,11 +23,10 @@ XPAttributeCache::XPAttributeCache(IndexSource &source, const QString &attribute
     : m_source(source), m_singleAttributeKey(attributeKey),
       m_maxQuerySize(maxQuerySize > 0 ? maxQuerySize : defaultMaxQuerySize),
       m_notificationStrings(changeNotificationsToSend), m_transformer(std::move(transformer)),
-      m_onThread(new QObject)
+      m_isFirst(XPItemPaths::begin(source)), m_onThread(new QObject)
 {
     ++sNetNumPrefetchCachesNotDone;
     sStartedCaching = true;
-    XPItemPaths::begin(m_source);
     m_thread.setObjectName(QStringLiteral("murn-attributes"));
     m_fixPathsTimer = new QTimer(m_onThread);
     m_fixPathsTimer->setInterval(fixPathsInterval);
@@ -35,6 +35,8 @@ XPAttributeCache::XPAttributeCache(IndexSource &source, const QString &attribute
     // On the thread itself, after its event loop.
     QObject::connect(&m_thread, &QThread::finished, m_onThread, [this] {
         m_mdQuery.reset();
+        m_recentItems.reset();
+        m_reader.reset();
         m_onThread->deleteLater();
     });
     m_thread.start();
@@ -125,6 +127,8 @@ void XPAttributeCache::startSearch()
                          updatedMDQuery(added, changed, removed);
                      });
     m_mdQuery->execute(MDQuery::WantsUpdates);
+    if (m_isFirst)
+        m_recentItems = std::make_unique<XPRecentItems>(m_source);
 }
 
 void XPAttributeCache::takeResults()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "MDQuery.h"
+#include "XPAttributeReader.h"
 #include "XPAttributeTable.h"
 
 #include <QElapsedTimer>
@@ -10,11 +11,13 @@
 #include <memory>
 
 class QTimer;
+class XPRecentItems;
 
 // One attribute of all documents, known without touching a file: path to value.
 //
 // Filled in bulk by a live query over the whole index, kept up to date by it, and completed path
-// by path, within about a second, for what is read and not there. A value that came to differ is
+// by path, within about a second, for what is read and not there; what is outside the index is
+// then read from the file. A value that came to differ is
 // told on the main thread: "documentChanging" about the item (or, after setAttribute(), the path),
 // and the names given at construction, with no object, once for each lot of changes.
 // Whoever observes "documentChanging" about an item finds in the table below the path at which
@@ -93,6 +96,8 @@ private:
     void fixPaths();
     void fixSome();
     void fix(const QList<KPPooledString> &paths);
+    std::vector<Row> rowsAt(const QList<KPPooledString> &paths) const;
+    void takeRead(const XPAttributeReader::Values &values);
 
     // To the main thread, and there:
     void announce(IndexItem item) XP_EXCLUDES(m_mutex);
@@ -127,7 +132,10 @@ private:
     QTimer *m_fixPathsTimer = nullptr;            // m_onThread's child
     QList<KPPooledString> m_currentlyFixingPaths; // the rest of the pass at hand
     QElapsedTimer m_sinceNotified;
+    std::unique_ptr<XPAttributeReader> m_reader; // made when first needed
+    std::unique_ptr<XPRecentItems> m_recentItems;
 
+    const bool m_isFirst; // cache of the source
     QThread m_thread;
     QObject *m_onThread; // where calls to m_thread are queued; destroyed there
     QObject m_onMain;    // the same for the main thread

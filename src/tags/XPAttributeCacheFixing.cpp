@@ -72,23 +72,55 @@ void XPAttributeCache::fixSome()
     notifyMainQ();
 }
 
+std::vector<XPAttributeCache::Row>
+XPAttributeCache::rowsAt(const QList<KPPooledString> &paths) const
+{
+    std::vector<Row> rows;
+    rows.reserve(static_cast<size_t>(paths.size()));
+    const IndexCatalog &catalog = m_source.catalog();
+    const IndexCatalog::Reading reading(catalog);
+    for (const KPPooledString path : paths) {
+        Row &row = rows.emplace_back(Row{0, path, {}});
+        row.item = catalog.itemAtPath(XPPath::encode(path.toString()));
+        if (const IndexSlot slot = catalog.slotOf(row.item); slot != IndexCatalog::noSlot)
+            row.raw = MDItem::attribute(catalog, slot, m_singleAttributeKey);
+    }
+    return rows;
+}
+
 void XPAttributeCache::fix(const QList<KPPooledString> &paths)
 {
-    std::vector<Row> found;
-    found.reserve(static_cast<size_t>(paths.size()));
-    {
-        const IndexCatalog &catalog = m_source.catalog();
-        const IndexCatalog::Reading reading(catalog);
-        for (const KPPooledString path : paths) {
-            Row &row = found.emplace_back(Row{0, path, {}});
-            row.item = catalog.itemAtPath(XPPath::encode(path.toString()));
-            if (const IndexSlot slot = catalog.slotOf(row.item); slot != IndexCatalog::noSlot)
-                row.raw = MDItem::attribute(catalog, slot, m_singleAttributeKey);
+    QList<KPPooledString> unknown;
+    for (const Row &row : rowsAt(paths)) {
+        if (row.item == 0) {
+            unknown.append(row.path);
+            continue;
         }
-    }
-    for (const Row &row : found) {
-        if (row.item)
-            XPItemPaths::setIfNone(m_source, row.item, row.path);
+        XPItemPaths::setIfNone(m_source, row.item, row.path);
         m_values.store(row.path, transformed(row.raw));
     }
+    if (unknown.isEmpty())
+        return;
+    if (!m_reader) {
+        m_reader = std::make_unique<XPAttributeReader>(
+            m_singleAttributeKey, [this](const XPAttributeReader::Values &values) {
+                QMetaObject::invokeMethod(
+                    m_onThread, [this, values] { takeRead(values); }, Qt::QueuedConnection);
+            });
+    }
+    m_reader->read(unknown);
+}
+
+// What came into the index meanwhile is what the index says.
+void XPAttributeCache::takeRead(const XPAttributeReader::Values &values)
+{
+    QList<KPPooledString> paths;
+    for (const auto &[path, raw] : values)
+        paths.append(path);
+    auto value = values.begin();
+    for (const Row &row : rowsAt(paths)) {
+        m_values.store(row.path, transformed(row.item ? row.raw : value->second));
+        ++value;
+    }
+    notifyMainQ();
 }

@@ -3,6 +3,7 @@
 #include "Karvex.h"
 #include "KeptFolder.h"
 #include "MDItem.h"
+#include "XPExtendedAttributes.h"
 #include "XPNotificationCenter.h"
 #include "XPPath.h"
 
@@ -166,6 +167,44 @@ TEST_F(AttributeCache, FixesWhatItsQueryDidNotFind)
     EXPECT_FALSE(m_cache->attributeAtPath(pooled(other)));
     EXPECT_TRUE(isSoon(other, 1));
     EXPECT_TRUE(m_told.isEmpty()) << "filling in what was unknown is no news";
+}
+
+TEST_F(AttributeCache, ReadsFromTheFileWhatIsNotIndexed)
+{
+    const TestFolder elsewhere;
+    const QString rated = elsewhere.file(QStringLiteral("rated"));
+    ASSERT_FALSE(Karvex::setRating(4, rated));
+    const QString damaged = elsewhere.file(QStringLiteral("damaged"));
+    ASSERT_FALSE(XPExtendedAttributes::write(damaged, Karvex::spotlightKey(Karvex::starRatingKey),
+                                             "bplist00 not"));
+    const QStringList none{damaged, elsewhere.path(QStringLiteral("missing")),
+                           QString(QChar(0xD800)) /* no path at all */};
+    start();
+    for (const QString &path : none + QStringList{rated})
+        EXPECT_FALSE(m_cache->attributeAtPath(pooled(path)));
+    EXPECT_TRUE(isSoon(rated, 4));
+    EXPECT_TRUE(holdsSoon([this] { return m_notices >= 2 && m_cache->numPathsToFix() == 0; }));
+    for (const QString &path : none)
+        EXPECT_FALSE(m_cache->attributeAtPath(pooled(path)));
+    EXPECT_EQ(m_cache->numPathsToFix(), 0);
+}
+
+TEST_F(AttributeCache, KnowsTheItemsInTheUsersFolders)
+{
+    const QByteArray home = qgetenv("HOME");
+    qputenv("HOME", XPPath::encode(m_folder.path()));
+    const QString onDesktop = m_folder.file(QStringLiteral("Desktop/a"));
+    const QString deep = m_folder.file(QStringLiteral("deep/b"));
+    start();
+    qputenv("HOME", home);
+    EXPECT_TRUE(holdsSoon([] { return XPAttributeCache::dictCount() == 1; }));
+    const auto item = MDItem::create(m_folder.index(), onDesktop);
+    EXPECT_EQ(XPAttributeCache::cachedMDITemGetPathIfExists(*item), pooled(onDesktop));
+    const auto other = MDItem::create(m_folder.index(), deep);
+    EXPECT_FALSE(XPAttributeCache::cachedMDITemGetPathIfExists(*other));
+    EXPECT_EQ(XPAttributeCache::cachedMDITemGetPath(*other), pooled(deep));
+    XPAttributeCache::clearCacheForItem(*other);
+    EXPECT_EQ(XPAttributeCache::dictCount(), 1);
 }
 
 TEST_F(AttributeCache, ShowsWhatThisProgramWroteAtOnce)

@@ -98,6 +98,16 @@ QString XPFolders::downloads()
     return userFolder("XDG_DOWNLOAD_DIR", QStringLiteral("Downloads"));
 }
 
+QString XPFolders::pictures()
+{
+    return userFolder("XDG_PICTURES_DIR", QStringLiteral("Pictures"));
+}
+
+QString XPFolders::videos()
+{
+    return userFolder("XDG_VIDEOS_DIR", QStringLiteral("Videos"));
+}
+
 QString XPFolders::configuration()
 {
     return baseFolder("XDG_CONFIG_HOME", QStringLiteral(".config"));

@@ -14,6 +14,8 @@ QString home(); // $HOME, else what the user database says
 QString documents();
 QString desktop();
 QString downloads();
+QString pictures();
+QString videos();
 
 QString configuration();      // $XDG_CONFIG_HOME
 QString applicationSupport(); // $XDG_DATA_HOME: the base that programs make folders in
