@@ -16,6 +16,8 @@ _murnctl_options() {
         find) printf '%s\n' --tag --not-tag --rating --in --count --limit --live --json \
             --print0 --help ;;
         query) printf '%s\n' --in --count --limit --live --json --print0 --help ;;
+        backup) printf '%s\n' --to --json --help ;;
+        restore) printf '%s\n' --from --dry-run --json --help ;;
         index) printf '%s\n' --no-content --json --print0 --help ;;
         types) printf '%s\n' --extension --tree --all --groups --json --help ;;
         *) printf '%s\n' --help --version ;;
@@ -29,7 +31,7 @@ _murnctl() {
         if [[ $cur == -* ]]; then
             _murnctl_offer < <(_murnctl_options)
         else
-            _murnctl_offer <<<$'tags\ntag\nrate\nfind\ntypes\nquery\nindex'
+            _murnctl_offer <<<$'tags\ntag\nrate\nfind\ntypes\nquery\nbackup\nrestore\nindex'
         fi
         return
     fi
@@ -41,6 +43,11 @@ _murnctl() {
         --in)
             compopt -o filenames
             mapfile -t COMPREPLY < <(compgen -d -- "$cur")
+            return
+            ;;
+        --to | --from)
+            compopt -o filenames
+            mapfile -t COMPREPLY < <(compgen -f -- "$cur")
             return
             ;;
         --rating | --limit | --extension) return ;;
@@ -56,7 +63,7 @@ _murnctl() {
     elif [[ $command == index ]]; then
         compopt -o filenames
         mapfile -t COMPREPLY < <(compgen -d -- "$cur")
-    elif [[ $command != find && $command != query ]]; then
+    elif [[ $command == tag* || $command == rate || $command == types ]]; then
         compopt -o filenames
         mapfile -t COMPREPLY < <(compgen -f -- "$cur")
     fi

@@ -39,4 +39,6 @@ extern const KPCommand kpRateCommand;
 extern const KPCommand kpFindCommand;
 extern const KPCommand kpTypesCommand;
 extern const KPCommand kpQueryCommand;
+extern const KPCommand kpBackupCommand;
+extern const KPCommand kpRestoreCommand;
 extern const KPCommand kpIndexCommand;

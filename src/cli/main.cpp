@@ -17,9 +17,9 @@
 #include <fcntl.h>
 #include <langinfo.h>
 
-static constexpr std::array commands = {&kpTagsCommand, &kpTagCommand,   &kpRateCommand,
-                                        &kpFindCommand, &kpTypesCommand, &kpQueryCommand,
-                                        &kpIndexCommand};
+static constexpr std::array commands = {&kpTagsCommand,   &kpTagCommand,     &kpRateCommand,
+                                        &kpFindCommand,   &kpTypesCommand,   &kpQueryCommand,
+                                        &kpBackupCommand, &kpRestoreCommand, &kpIndexCommand};
 
 // A closed standard stream must not let the next file that is opened take its number.
 static void keepStandardStreamsTaken()
@@ -73,7 +73,7 @@ static int printHelp()
               "\n"
               "Commands:");
     for (const KPCommand *command : commands)
-        std::printf("  %-6s %s\n", command->name, command->summary);
+        std::printf("  %-8s %s\n", command->name, command->summary);
     std::puts(
         "\n"
         "'murnctl COMMAND --help' explains a command; 'murnctl --version' prints the version.\n"

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "KarvexBackupFile.h"
+#include "KarvexProgress.h"
+
+class IndexSource;
+
+// Backs up the tags and ratings of all files that the index knows.
+//
+// The values are the index's: no file is touched, so that a volume that hangs holds up nobody.
+// Records of files that carry tags no more stay, and so do tags or a rating that a file lost
+// without a trace. A location that cannot be read as a backup is set aside (".damaged"), one that
+// cannot be read at all is left alone, and where nothing changes nothing is written.
+// Threads: any but main; one run at a time on this machine, whichever process.
+class KarvexBackup
+{
+public:
+    struct Result
+    {
+        QString status; // "12 backups done, file written to ~/…", or what failed
+        bool worked = false;
+        qsizetype itemCount = 0;
+        QStringList problems; // a line each; set aside files too, which are no failure
+        QStringList written;  // the locations that were
+        bool stopped = false;
+    };
+
+    // The merged backups of all locations, the earlier ones first, are written to each of them.
+    static Result writeSingleFile(IndexSource &source, const QStringList &locations,
+                                  const KarvexProgress &progress = {});
+};

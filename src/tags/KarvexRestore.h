@@ -1,0 +1,63 @@
+#pragma once
+
+#include "KarvexBackupFile.h"
+#include "KarvexProgress.h"
+
+class IndexSource;
+
+// Gives files back the tags and ratings that a backup has of them.
+//
+// Tags are written when the backup's are later than the file's, or the file's have no time; the
+// rating likewise. What the backup has no time of is written only to a file that has nothing in
+// its place. A file that is not at its path any more is looked for by name: where just one file
+// has the name, and no record of its own, that one is treated as it; several are only listed.
+// Threads: any but main. Reads and writes the files: one that hangs holds the run up.
+class KarvexRestore
+{
+public:
+    struct Change
+    {
+        QString path;
+        QString recordedAt; // the path in the backup
+        KarvexBackupRecord before;
+        KarvexBackupRecord after; // what was not written is as before
+    };
+    struct Several
+    {
+        QString recordedAt;
+        QStringList candidates;
+    };
+    struct Result
+    {
+        std::optional<XPError> error; // nothing usable: no backup, or not readable
+        qsizetype records = 0;
+        QList<Change> changes; // done, or to be done
+        QList<Several> several;
+        qsizetype missing = 0;   // files that are nowhere
+        QList<XPError> failures; // by file
+        bool stopped = false;
+        QString status; // "3 restores done", or what failed
+    };
+    struct Options
+    {
+        bool dryRun = false; // only finds out
+        KarvexProgress progress;
+    };
+
+    KarvexRestore(IndexSource &source, Options options);
+    Result readSingleFile(const QString &path);
+
+private:
+    void restore(const KarvexBackupRecord &record, const QString &path);
+    std::optional<XPError> write(const Change &change) const;
+    void findMissing();
+    void searchAndRestore(const QList<KarvexBackupRecord> &records);
+    std::optional<QStringList> filesNamed(const QString &name) const;
+
+    IndexSource &m_source;
+    const Options m_options;
+    KarvexBackupFile::Records m_records;
+    QList<KarvexBackupRecord> m_missing;
+    qsizetype m_done = 0;
+    Result m_result;
+};
