@@ -3,6 +3,7 @@
 #include "XPFileDescriptor.h"
 #include "XPFolders.h"
 #include "XPPath.h"
+#include "XPRename.h"
 
 #include <atomic>
 #include <cerrno>
@@ -200,16 +201,6 @@ std::optional<XPError> XPAtomicFile::write(const QString &path, QByteArrayView b
     return Replacement(*target).replaceWith(bytes);
 }
 
-// 0 or the errno. Never replaces: without the kernel's own way, a second name is made first.
-static int renameToFreeName(const char *from, const char *to)
-{
-    if (::renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE) == 0)
-        return 0;
-    if (errno != EINVAL && errno != ENOSYS)
-        return errno;
-    return ::link(from, to) == 0 && ::unlink(from) == 0 ? 0 : errno;
-}
-
 XPResult<QString> XPAtomicFile::setAside(const QString &path)
 {
     const auto target = behindLinks(path);
@@ -220,7 +211,7 @@ XPResult<QString> XPAtomicFile::setAside(const QString &path)
         QString aside = *target + QStringLiteral(".damaged");
         if (number > 1)
             aside += u'-' + QString::number(number);
-        const int error = renameToFreeName(from.constData(), XPPath::encode(aside).constData());
+        const int error = XPRename::toFreeName(from.constData(), XPPath::encode(aside).constData());
         if (error == 0)
             return aside;
         if (error != EEXIST)
