@@ -9,6 +9,8 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDesktopServices>
+#include <gio/gdesktopappinfo.h>
+#include <memory>
 
 std::optional<XPError> XPWorkspace::open(const QString &path)
 {
@@ -16,6 +18,28 @@ std::optional<XPError> XPWorkspace::open(const QString &path)
         return {};
     return XPError::make(XPError::Kind::Unsupported,
                          QStringLiteral("no program to open files with was found"), path);
+}
+
+std::optional<XPError> XPWorkspace::openWith(const QStringList &paths, const QString &desktopEntry)
+{
+    const auto unreference = [](GDesktopAppInfo *info) { g_object_unref(info); };
+    const std::unique_ptr<GDesktopAppInfo, decltype(unreference)> program(
+        g_desktop_app_info_new(desktopEntry.toUtf8().constData()), unreference);
+    if (!program)
+        return XPError::make(XPError::Kind::NotFound,
+                             QStringLiteral("no such program is installed: %1")
+                                 .arg(XPPath::printable(desktopEntry)));
+    GList *urls = nullptr;
+    for (const QString &path : paths)
+        urls = g_list_append(urls, g_strdup(XPFileUrls::encoded(path).constData()));
+    GError *error = nullptr;
+    const bool isLaunched =
+        g_app_info_launch_uris(G_APP_INFO(program.get()), urls, nullptr, &error) != FALSE;
+    g_list_free_full(urls, g_free);
+    if (isLaunched)
+        return {};
+    const std::unique_ptr<GError, decltype(&g_error_free)> owned(error, &g_error_free);
+    return XPError::make(XPError::Kind::Io, QString::fromUtf8(error->message), paths.value(0));
 }
 
 static void openFolderOf(const QString &path)

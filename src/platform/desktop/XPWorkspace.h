@@ -12,6 +12,10 @@ namespace XPWorkspace {
 // whether there was somebody to ask; that program's own failures are its own business.
 std::optional<XPError> open(const QString &path);
 
+// The same with a program of the user's choice, by the name of its desktop entry
+// ("org.example.App.desktop"). NotFound when no such program is installed.
+std::optional<XPError> openWith(const QStringList &paths, const QString &desktopEntry);
+
 // Shows the files, selected, in the file manager (org.freedesktop.FileManager1); where there is
 // none, opens the folder of the first.
 void reveal(const QStringList &paths);
