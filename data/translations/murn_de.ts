@@ -50,6 +50,12 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPCannotOpen">
         <translation>„%1“ konnte nicht geöffnet werden</translation>
     </message>
+    <message id="KPChangeExtensionText">
+        <translation>Danach lässt sich das Dokument vielleicht nicht mehr richtig öffnen.</translation>
+    </message>
+    <message id="KPChangeExtensionTitle">
+        <translation>Soll die Dateiendung wirklich von „.%1“ in „.%2“ geändert werden?</translation>
+    </message>
     <message id="KPChangedMeanwhile">
         <translation>inzwischen hat ein anderes Programm sie geändert</translation>
     </message>
@@ -233,6 +239,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPInspectorShown">
         <translation>&amp;Informationen</translation>
     </message>
+    <message id="KPKeepExtension">
+        <translation>.%1 behalten</translation>
+    </message>
     <message id="KPLooking">
         <translation>Suche läuft …</translation>
     </message>
@@ -268,6 +277,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPNoSuchFolder">
         <translation>es gibt keinen Ordner „%1“</translation>
+    </message>
+    <message id="KPNoTagsToDelete">
+        <translation>Keine Schlagwörter zu löschen</translation>
     </message>
     <message id="KPNotIndexed">
         <translation>„%1“ ist nicht indiziert</translation>
@@ -422,6 +434,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPTagsHint">
         <translation>Schlagwort hinzufügen …</translation>
     </message>
+    <message id="KPTagsReadOnly">
+        <translation>Einige der Schlagwörter sind nur zum Lesen und können nicht gelöscht werden. Löschen lassen sich nur selbst eingegebene Schlagwörter. Die anderen kann man im Abschnitt Schlagwörter ausblenden.</translation>
+    </message>
     <message id="KPTagsUnreadable">
         <translation>Schlagwörter nicht lesbar</translation>
     </message>
@@ -454,6 +469,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPUnknownUTITagTemplate">
         <translation>Unbekannte Art %1</translation>
+    </message>
+    <message id="KPUseExtension">
+        <translation>.%2 verwenden</translation>
     </message>
     <message id="KPZoom">
         <translation>Größe der Bilder</translation>

@@ -52,6 +52,12 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPCannotOpen">
         <translation>“%1” could not be opened</translation>
     </message>
+    <message id="KPChangeExtensionText">
+        <translation>If you make this change, your document may not open properly anymore.</translation>
+    </message>
+    <message id="KPChangeExtensionTitle">
+        <translation>Are you sure you want to change the extension from ".%1" to ".%2"?</translation>
+    </message>
     <message id="KPChangedMeanwhile">
         <translation>it was changed by another program since</translation>
     </message>
@@ -235,6 +241,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPInspectorShown">
         <translation>&amp;Inspector</translation>
     </message>
+    <message id="KPKeepExtension">
+        <translation>Keep .%1</translation>
+    </message>
     <message id="KPLooking">
         <translation>Looking…</translation>
     </message>
@@ -270,6 +279,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPNoSuchFolder">
         <translation>there is no folder “%1”</translation>
+    </message>
+    <message id="KPNoTagsToDelete">
+        <translation>No Tags to Delete</translation>
     </message>
     <message id="KPNotIndexed">
         <translation>“%1” is not indexed</translation>
@@ -424,6 +436,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPTagsHint">
         <translation>Add a tag…</translation>
     </message>
+    <message id="KPTagsReadOnly">
+        <translation>Some tags are of a read only nature and cannot be deleted. Only tags entered by users can be deleted. You can turn off read only tags under the tags section.</translation>
+    </message>
     <message id="KPTagsUnreadable">
         <translation>tags cannot be read</translation>
     </message>
@@ -456,6 +471,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPUnknownUTITagTemplate">
         <translation>Unknown type %1</translation>
+    </message>
+    <message id="KPUseExtension">
+        <translation>Use .%2</translation>
     </message>
     <message id="KPZoom">
         <translation>Size of the pictures</translation>

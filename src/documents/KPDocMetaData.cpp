@@ -1,0 +1,250 @@
+#include "KPDocMetaData.h"
+
+#include "KPDoc.h"
+#include "Karvex.h"
+#include "XPPath.h"
+
+#include <QCoreApplication>
+#include <QTimer>
+#include <array>
+#include <chrono>
+#include <thread>
+
+using namespace std::chrono_literals;
+using KPDocMetaData::Attribute;
+
+static constexpr qsizetype maximumQuerySize = 50000;
+
+namespace {
+
+// What one cache holds, whom it tells and when it starts.
+struct Kind
+{
+    QString key;
+    QStringList notifications;
+    XPAttributeCache::Transformer transformer;
+    std::optional<std::chrono::milliseconds> delay; // none: when first asked for
+};
+
+// An object that is used by any thread and taken away by the main thread: readers count
+// themselves in for the time of one look.
+template <typename T>
+class Shared
+{
+public:
+    template <typename Use>
+    void with(Use use)
+    {
+        m_readers.fetch_add(1);
+        if (T *object = m_object.load())
+            use(*object);
+        m_readers.fetch_sub(1);
+    }
+    bool isSet() const { return m_object.load() != nullptr; }
+    void set(T *object) { m_object.store(object); }
+    // After it nobody uses the object any more.
+    T *take()
+    {
+        T *object = m_object.exchange(nullptr);
+        while (m_readers.load() != 0)
+            std::this_thread::yield();
+        return object;
+    }
+
+private:
+    std::atomic<T *> m_object = nullptr;
+    std::atomic<int> m_readers = 0;
+};
+
+struct State
+{
+    Shared<IndexSource> source;
+    std::array<Shared<XPAttributeCache>, KPDocMetaData::attributeCount> caches;
+    std::array<std::atomic<bool>, KPDocMetaData::attributeCount> asked = {};
+    std::unique_ptr<QObject> timers; // main thread; dies with the searching
+};
+
+} // namespace
+
+static State &state()
+{
+    static auto *const state = new State; // asked to the very end
+    return *state;
+}
+
+static const Kind &kindOf(Attribute attribute)
+{
+    static const QString tagsChanged = QStringLiteral("KPNotificationDocumentTagsChanged");
+    static const std::array<Kind, KPDocMetaData::attributeCount> kinds = {
+        Kind{Karvex::tagsToSearchFor(), {tagsChanged}, KPDocMetaData::makeTagNames, 0ms},
+        Kind{Karvex::starRatingKey,
+             {QStringLiteral("KPNotificationDocumentRatingChanged")},
+             {},
+             2000ms},
+        Kind{QStringLiteral("kMDItemKeywords"),
+             {tagsChanged, QStringLiteral("KPNotificationDocumentKeywordsChanged")},
+             KPDocMetaData::makeKeywordTagNames,
+             5000ms},
+        Kind{Karvex::bookmarksKey,
+             {QStringLiteral("KPNotificationDocumentBookmarksChanged")},
+             {},
+             std::nullopt},
+        Kind{QStringLiteral("kMDItemFinderComment"),
+             {QStringLiteral("KPNotificationSpotlightCommentChanged")},
+             {},
+             std::nullopt},
+    };
+    return kinds[attribute];
+}
+
+static void start(Attribute attribute) XP_REQUIRES(xpGuiThread)
+{
+    auto &cache = state().caches[attribute];
+    if (cache.isSet())
+        return;
+    state().source.with([&](IndexSource &source) {
+        const Kind &kind = kindOf(attribute);
+        cache.set(new XPAttributeCache(source, kind.key, maximumQuerySize, kind.notifications,
+                                       kind.transformer));
+    });
+}
+
+void KPDoc::startMetaDataSearching(IndexSource &source)
+{
+    State &all = state();
+    if (all.source.isSet())
+        return;
+    all.source.set(&source);
+    all.timers = std::make_unique<QObject>();
+    for (const Attribute attribute :
+         {KPDocMetaData::UserTags, KPDocMetaData::Rating, KPDocMetaData::Keywords}) {
+        const auto delay = *kindOf(attribute).delay;
+        if (delay == 0ms) {
+            start(attribute);
+            continue;
+        }
+        QTimer::singleShot(delay, all.timers.get(), [attribute] {
+            xpGuiThread.assertHere();
+            start(attribute);
+        });
+    }
+}
+
+void KPDoc::stopMetaDataSearching()
+{
+    State &all = state();
+    all.timers.reset();
+    all.source.take();
+    for (auto &each : all.caches)
+        const std::unique_ptr<XPAttributeCache> cache(each.take());
+    for (auto &asked : all.asked)
+        asked = false;
+}
+
+void KPDoc::updateUserTagCacheForFilePaths(const QStringList &paths)
+{
+    KPDocMetaData::updateCacheForFilePaths(KPDocMetaData::UserTags, paths);
+}
+
+// Caches are made on the main thread only; whoever asks first gets the answer later.
+static void startWhenFirstAsked(Attribute attribute)
+{
+    if (kindOf(attribute).delay || !state().source.isSet() ||
+        state().asked[attribute].exchange(true))
+        return;
+    QMetaObject::invokeMethod(
+        QCoreApplication::instance(),
+        [attribute] {
+            xpGuiThread.assertHere();
+            start(attribute);
+        },
+        Qt::QueuedConnection);
+}
+
+XPAttributeValuePtr KPDocMetaData::value(Attribute attribute, KPPooledString path)
+{
+    startWhenFirstAsked(attribute);
+    XPAttributeValuePtr value;
+    state().caches[attribute].with(
+        [&](XPAttributeCache &cache) { value = cache.attributeAtPath(path); });
+    return value;
+}
+
+KPTagName::Tags KPDocMetaData::tags(Attribute attribute, KPPooledString path)
+{
+    const XPAttributeValuePtr held = value(attribute, path);
+    const auto *tags = XPAttributeOf<KPTagName::Tags>::in(held);
+    return tags ? *tags : KPTagName::Tags();
+}
+
+void KPDocMetaData::setValue(Attribute attribute, KPPooledString path,
+                             const XPAttributeValuePtr &value)
+{
+    state().caches[attribute].with(
+        [&](XPAttributeCache &cache) { cache.setAttribute(value, path); });
+}
+
+void KPDocMetaData::unCacheDataAtPath(KPPooledString path)
+{
+    for (auto &each : state().caches)
+        each.with([&](XPAttributeCache &cache) { cache.unCacheDataAtPath(path); });
+}
+
+void KPDocMetaData::updateCacheForFilePaths(Attribute attribute, const QStringList &paths)
+{
+    QList<KPPooledString> pooled;
+    for (const QString &path : paths)
+        pooled.append(KPPool::pooledString(path));
+    state().caches[attribute].with([&](XPAttributeCache &cache) { cache.addPathsToFix(pooled); });
+}
+
+QList<std::pair<KPPooledString, XPAttributeValuePtr>> KPDocMetaData::values(Attribute attribute)
+{
+    QList<std::pair<KPPooledString, XPAttributeValuePtr>> values;
+    state().caches[attribute].with([&](XPAttributeCache &cache) { values = cache.values(); });
+    return values;
+}
+
+PropertyValue KPDocMetaData::indexed(const QString &path, const QString &key)
+{
+    PropertyValue value;
+    state().source.with([&](IndexSource &source) {
+        if (const auto item = MDItem::create(source, path))
+            value = item->copyAttribute(key);
+    });
+    return value;
+}
+
+QStringList KPDocMetaData::indexedPaths(const QString &query, const QString &attribute,
+                                        const Accept &accept)
+{
+    QStringList paths;
+    state().source.with([&](IndexSource &source) {
+        const auto created = MDQuery::create(source, query, {attribute});
+        if (!created)
+            return;
+        MDQuery &run = **created;
+        run.execute(MDQuery::Synchronous);
+        for (qsizetype i = 0; i < run.resultCount(); ++i) {
+            const QString path = run.resultAt(i)->path();
+            if (!path.isEmpty() && accept(run.valueAt(i, attribute)))
+                paths.append(path);
+        }
+    });
+    return paths;
+}
+
+static XPAttributeValuePtr heldTags(const KPTagName::Tags &tags)
+{
+    return tags.isEmpty() ? XPAttributeValuePtr() : XPAttributeOf<KPTagName::Tags>::make(tags);
+}
+
+XPAttributeValuePtr KPDocMetaData::makeTagNames(const PropertyValue &raw)
+{
+    return heldTags(KPTagName::tagNamesForUserEnteredTags(raw.strings(), true));
+}
+
+XPAttributeValuePtr KPDocMetaData::makeKeywordTagNames(const PropertyValue &raw)
+{
+    return heldTags(KPTagName::tagNamesForReadOnlyTags(raw.strings(), true));
+}

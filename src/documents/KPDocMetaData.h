@@ -1,0 +1,42 @@
+#pragma once
+
+#include "KPTagName.h"
+#include "XPAttributeCache.h"
+
+// The five attribute caches that records read from: user tags, ratings, keywords, web addresses
+// and comments.
+//
+// KPDoc::startMetaDataSearching() starts them: tags at once, ratings after 2 seconds, keywords
+// after 5, the other two when first asked for. Before that, and after stopMetaDataSearching(),
+// nothing is known. Stopping waits for readers, each of which is in a cache for one look.
+// Threads: any.
+namespace KPDocMetaData {
+
+enum Attribute { UserTags, Rating, Keywords, Urls, Comment, attributeCount };
+
+// Null: no value, or not known yet.
+XPAttributeValuePtr value(Attribute attribute, KPPooledString path);
+// The path's tags of the caches of tags.
+KPTagName::Tags tags(Attribute attribute, KPPooledString path);
+// A value that this program wrote.
+void setValue(Attribute attribute, KPPooledString path, const XPAttributeValuePtr &value);
+// Every cache looks the path up again when it is next asked.
+void unCacheDataAtPath(KPPooledString path);
+// Has a cache look at these files soon.
+void updateCacheForFilePaths(Attribute attribute, const QStringList &paths);
+
+// Everything that a cache knows.
+QList<std::pair<KPPooledString, XPAttributeValuePtr>> values(Attribute attribute);
+
+// What the index holds of a file; null when it is not indexed.
+PropertyValue indexed(const QString &path, const QString &key);
+
+// The indexed files that match a query text and whose raw value of the attribute `accept` takes.
+using Accept = std::function<bool(const PropertyValue &raw)>;
+QStringList indexedPaths(const QString &query, const QString &attribute, const Accept &accept);
+
+// Raw values as tags; null for none.
+XPAttributeValuePtr makeTagNames(const PropertyValue &raw);
+XPAttributeValuePtr makeKeywordTagNames(const PropertyValue &raw);
+
+} // namespace KPDocMetaData
