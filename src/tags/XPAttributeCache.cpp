@@ -142,7 +142,7 @@ void XPAttributeCache::takeResults()
         for (const Row &row : rows(items)) {
             if (row.path.isEmpty())
                 continue;
-            XPItemPaths::setIfNone(m_source, row.item, row.path);
+            checkForChangedPath(row);
             m_values.store(row.path, transformed(row.raw));
         }
     }
@@ -205,12 +205,10 @@ void XPAttributeCache::updatedMDQuery(const QList<IndexItem> &added,
     const std::vector<Row> present = rows(added + changed);
     // What leaves its path goes before anything takes one: two files may have changed names.
     for (const Row &row : present) {
-        const auto before = XPItemPaths::setIfNone(m_source, row.item, row.path);
-        if (row.path.isEmpty() || !before || *before == row.path)
-            continue;
-        m_values.remove(*before);
-        announce(row.item);
-        news = true;
+        if (!row.path.isEmpty() && checkForChangedPath(row)) {
+            announce(row.item);
+            news = true;
+        }
     }
     for (const Row &row : present) {
         if (row.path.isEmpty() || !m_values.store(row.path, transformed(row.raw)))
@@ -222,18 +220,31 @@ void XPAttributeCache::updatedMDQuery(const QList<IndexItem> &added,
         notifyMainQ();
 }
 
+// Notes where the item is now; true when it was elsewhere, from where its value goes. The table of
+// all caches keeps the old path until the change was told.
+bool XPAttributeCache::checkForChangedPath(const Row &row)
+{
+    XPItemPaths::setIfNone(m_source, row.item, row.path);
+    KPPooledString &storedAt = m_storedAt[row.item];
+    const KPPooledString before = std::exchange(storedAt, row.path);
+    if (before.isEmpty() || before == row.path)
+        return false;
+    m_values.remove(before);
+    return true;
+}
+
 void XPAttributeCache::takeRemoved(const QList<IndexItem> &removed, bool *news)
 {
     for (const Row &row : rows(removed)) {
-        const auto before = XPItemPaths::find(m_source, row.item);
-        bool changed = before && *before != row.path && m_values.remove(*before);
+        const KPPooledString before = m_storedAt.take(row.item);
+        bool changed = !before.isEmpty() && before != row.path && m_values.remove(before);
         // The file may be there still and only have lost the attribute.
         if (!row.path.isEmpty() && m_values.store(row.path, transformed(row.raw)))
             changed = true;
         if (!changed && !row.path.isEmpty())
             continue;
         announce(row.item);
-        *news = *news || changed;
+        *news = true;
     }
 }
 

@@ -91,6 +91,7 @@ private:
     bool isNearLimit() const;
     std::vector<Row> rows(const QList<IndexItem> &items) const;
     void takeRemoved(const QList<IndexItem> &removed, bool *news);
+    bool checkForChangedPath(const Row &row);
     XPAttributeValuePtr transformed(const PropertyValue &raw) const;
     void prefetchDone();
     void fixPaths();
@@ -128,6 +129,7 @@ private:
     // m_thread's alone:
     std::unique_ptr<MDQuery> m_mdQuery;
     qsizetype m_taken = 0;
+    QHash<IndexItem, KPPooledString> m_storedAt; // the query's results, as they are in m_values
     bool m_prefetching = true;
     QTimer *m_fixPathsTimer = nullptr;            // m_onThread's child
     QList<KPPooledString> m_currentlyFixingPaths; // the rest of the pass at hand
