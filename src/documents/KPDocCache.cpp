@@ -1,6 +1,5 @@
 #include "KPDocCache.h"
 
-#include "KPDocTable.h"
 #include "XPLog.h"
 
 #include <array>
@@ -9,91 +8,81 @@
 
 namespace {
 
-// A part of the table. Outside of renames a record stands in it under its own path.
-struct alignas(64) Shard
-{
-    XPMutex mutex;
-    KPDocTable table XP_GUARDED_BY(mutex);
-};
-
-// Where records lie. By folder, so that those of one folder lie together: they are looked at in
-// that order.
+// Where records lie. By folder, so that those of one folder lie together, as they are looked at
+// one after the other.
 struct alignas(64) Slab
 {
     XPMutex mutex;
     std::deque<KPDoc> docs XP_GUARDED_BY(mutex);
 };
 
-struct Tables
+struct Records
 {
-    static constexpr size_t shardCount = 64;
     static constexpr size_t slabCount = 16;
 
-    std::array<Shard, shardCount> shards;
     std::array<Slab, slabCount> slabs;
-    // Held for the three steps of a rename: the new key, the record's path, the old key. Who
-    // finds a record under another path than its own waits here and looks again.
+    // Held for the three steps of a rename: attached to the new path, the record's own path,
+    // detached from the old path. Who finds a record at another path than its own waits here and
+    // looks again.
     XPMutex renames;
 
-    Shard &shard(size_t hash) { return shards[hash % shardCount]; }
-    Slab &slab(KPPooledString parent) { return slabs[KPDocTable::hash(parent) % slabCount]; }
+    Slab &slab(KPPooledString folder) { return slabs[qHash(folder) % slabCount]; }
 };
 
 } // namespace
 
 // Never destroyed: other static objects may ask to the end.
-static Tables &tables()
+static Records &records()
 {
-    static auto *const tables = new Tables;
-    return *tables;
+    static auto *const records = new Records;
+    return *records;
 }
 
-static KPDoc *lookUp(KPPooledString path, size_t hash)
+// The record is attached to its pooled path: finding it takes no table and no lock.
+static KPDoc *attachedTo(KPPooledString path)
 {
-    Shard &shard = tables().shard(hash);
-    const XPLocker lock(shard.mutex);
-    return shard.table.find(path, hash);
+    return static_cast<KPDoc *>(path.attachment().load(std::memory_order_acquire));
 }
 
-static KPDoc *find(KPPooledString path, size_t hash)
+static KPDoc *find(KPPooledString path)
 {
-    KPDoc *doc = lookUp(path, hash);
+    KPDoc *doc = attachedTo(path);
     if (doc == nullptr || doc->pooledPath() == path)
         return doc;
-    const XPLocker lock(tables().renames);
-    return lookUp(path, hash);
+    const XPLocker lock(records().renames);
+    return attachedTo(path);
 }
 
-static KPDoc *make(KPDoc::Place place, const XPFileInfo &info, size_t hash)
+static KPDoc *make(KPDoc::Place place, const XPFileInfo &info)
 {
     const KPPooledString path = place.path;
-    Slab &slab = tables().slab(place.parent);
-    Shard &shard = tables().shard(hash);
-    const XPLocker lock(shard.mutex);
-    if (KPDoc *doc = shard.table.find(path, hash))
+    Slab &slab = records().slab(place.parent);
+    const XPLocker lock(slab.mutex);
+    if (KPDoc *doc = attachedTo(path))
         return doc; // made by another thread meanwhile
-    const XPLocker slabLock(slab.mutex);
     KPDoc *doc = &slab.docs.emplace_back(std::move(place), info);
-    shard.table.put(path, hash, doc);
-    return doc;
+    void *other = nullptr;
+    if (path.attachment().compare_exchange_strong(other, doc, std::memory_order_acq_rel))
+        return doc;
+    slab.docs.pop_back(); // a renamed one has come to the path, and nobody has seen this one
+    return static_cast<KPDoc *>(other);
 }
 
 KPDoc *KPDocCache::docAtPath(KPPooledString path, const XPFileInfo *lstatInfo)
 {
     if (path.isEmpty() || path == KPDoc::gonePath())
         return nullptr;
-    const size_t hash = KPDocTable::hash(path);
-    if (KPDoc *doc = find(path, hash)) {
+    if (KPDoc *doc = find(path)) {
         if (lstatInfo != nullptr)
             doc->updateFromLStat(*lstatInfo);
         return doc;
     }
     KPDoc::Place place(path);
     if (lstatInfo != nullptr)
-        return make(std::move(place), *lstatInfo, hash);
+        return make(std::move(place), *lstatInfo);
     const XPFileInfo info =
         XPFileInfo::readAt(AT_FDCWD, place.representation.constData()).valueOr({});
-    return make(std::move(place), info, hash);
+    return make(std::move(place), info);
 }
 
 KPDoc *KPDocCache::docAtPath(const QString &path, const XPFileInfo *lstatInfo)
@@ -103,7 +92,7 @@ KPDoc *KPDocCache::docAtPath(const QString &path, const XPFileInfo *lstatInfo)
 
 KPDoc *KPDocCache::docAtPathIfExists(KPPooledString path)
 {
-    return path.isEmpty() ? nullptr : find(path, KPDocTable::hash(path));
+    return path.isEmpty() ? nullptr : find(path);
 }
 
 KPDoc *KPDocCache::docAtPathIfExists(const QString &path)
@@ -126,7 +115,7 @@ KPDoc::Docs KPDocCache::docsAtPaths(const QStringList &paths)
 qsizetype KPDocCache::totalDocs()
 {
     qsizetype count = 0;
-    for (Slab &slab : tables().slabs) {
+    for (Slab &slab : records().slabs) {
         const XPLocker lock(slab.mutex);
         count += static_cast<qsizetype>(slab.docs.size());
     }
@@ -137,24 +126,18 @@ std::optional<KPDocCache::Moved> KPDocCache::move(KPDoc *doc, KPDoc::Place place
 {
     const KPPooledString path = place.path;
     const bool isKept = !path.isEmpty() && path != KPDoc::gonePath();
-    const XPLocker lock(tables().renames);
+    const XPLocker lock(records().renames);
     Moved moved{doc->pooledPath()};
     if (moved.oldPath == path)
         return {};
-    if (isKept) {
-        const size_t hash = KPDocTable::hash(path);
-        Shard &shard = tables().shard(hash);
-        const XPLocker shardLock(shard.mutex);
-        moved.displaced = shard.table.put(path, hash, doc);
-    }
+    if (isKept)
+        moved.displaced = static_cast<KPDoc *>(path.attachment().exchange(doc));
     doc->setPlace(std::move(place));
     // The file that it stood for was replaced by this one.
     if (moved.displaced != nullptr)
         moved.displaced->setPlace(KPDoc::Place(KPDoc::gonePath()));
-    const size_t hash = KPDocTable::hash(moved.oldPath);
-    Shard &shard = tables().shard(hash);
-    const XPLocker shardLock(shard.mutex);
-    shard.table.remove(moved.oldPath, hash, doc);
+    void *self = doc;
+    moved.oldPath.attachment().compare_exchange_strong(self, nullptr);
     return moved;
 }
 

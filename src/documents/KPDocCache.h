@@ -5,9 +5,8 @@
 
 // The records of this process: one for each path, made when first asked for, kept for good.
 //
-// Records are found by their pooled path in a table of many parts with a lock each, so that
-// searchers on several threads hardly ever wait. No file is read and nobody is told anything
-// under these locks.
+// A record is attached to its pooled path, so that finding it takes no lock; making one waits only
+// for others of some folders. No file is read and nobody is told anything under a lock here.
 // Threads: any, but for intializeGlobals().
 class KPDocCache
 {
@@ -41,7 +40,7 @@ private:
         KPPooledString oldPath;
         KPDoc *displaced = nullptr; // stood for the new path so far, and is gone now
     };
-    // Gives the record its new path, in the table and in itself. Nothing when it has that path
+    // Gives the record its new path and attaches it there. Nothing when it has that path
     // already.
     static std::optional<Moved> move(KPDoc *doc, KPDoc::Place place);
 };

@@ -10,6 +10,7 @@
 #include "XPText.h"
 
 #include <cerrno>
+#include <cstdio>
 
 // The longest name that file systems here take, in bytes.
 static constexpr qsizetype longestName = 255;
@@ -63,27 +64,40 @@ static std::optional<XPError> refusal(const QString &name, const QString &path)
     return {};
 }
 
-// Another file that has the name, in this spelling or a canonically equivalent one. A rename
-// replaces none; the equivalent spellings would be two files that look the same.
-static bool isTaken(const QString &from, const QString &to)
+static bool isSameFile(const XPFileInfo &one, const XPFileInfo &other)
 {
-    const auto own = XPFileInfo::read(from);
-    for (const QString &spelling : {decomposed(to), to.normalized(QString::NormalizationForm_C)}) {
-        const auto there =
-            spelling == from ? XPResult<XPFileInfo>(XPError()) : XPFileInfo::read(spelling);
-        const bool isSame =
-            there && own && there->inode == own->inode && there->device == own->device;
-        if (there && !isSame)
-            return true;
-    }
-    return false;
+    return one.inode == other.inode && one.device == other.device;
 }
 
-static std::optional<XPError> renameFile(const QString &from, const QString &to)
+static QString pathIn(const QString &folder, const QString &name)
 {
-    if (isTaken(from, to))
-        return XPError::fromErrno(EEXIST, to);
-    return XPRename::toFreeName(from, to);
+    return folder == u"/" ? u'/' + name : folder + u'/' + name;
+}
+
+// Renames within the folder. The name counts as taken when another file has it in any canonically
+// equivalent spelling, as the two would look the same.
+static std::optional<XPError> renameFile(const QString &from, const QString &folder,
+                                         const QString &name)
+{
+    const auto own = XPFileInfo::read(from);
+    if (!own)
+        return own.error();
+    for (const QString &spelling :
+         {decomposed(name), name.normalized(QString::NormalizationForm_C)}) {
+        const auto there = XPFileInfo::read(pathIn(folder, spelling));
+        if (there && !isSameFile(*there, *own))
+            return XPError::fromErrno(EEXIST, pathIn(folder, spelling));
+    }
+    const QString to = pathIn(folder, name);
+    auto error = XPRename::toFreeName(from, to);
+    if (!error || error->code != EEXIST)
+        return error;
+    // Where upper and lower case make no difference, the file itself has the new name already.
+    const auto there = XPFileInfo::read(to);
+    if (there && isSameFile(*there, *own) && own->links == 1 &&
+        std::rename(XPPath::encode(from).constData(), XPPath::encode(to).constData()) == 0)
+        return {};
+    return error;
 }
 
 static QString withExtension(const QString &name, const QString &extension)
@@ -132,7 +146,7 @@ static void performRename(KPDoc *doc, const QString &name, const KPDoc::Done &do
         return;
     }
     const QString folder = doc->parentPath();
-    const QString to = folder == u"/" ? u'/' + name : folder + u'/' + name;
+    const QString to = pathIn(folder, name);
     if (to == from) {
         done({});
         return;
@@ -145,7 +159,7 @@ static void performRename(KPDoc *doc, const QString &name, const KPDoc::Done &do
     const auto outcome = std::make_shared<Outcome>();
     KPDocServices::current().runFileWork(
         [=] {
-            outcome->error = renameFile(from, to);
+            outcome->error = renameFile(from, folder, name);
             if (auto info = XPFileInfo::read(to))
                 outcome->info = *info;
         },

@@ -10,7 +10,7 @@
 static constexpr size_t blockSize = 64 * 1024;
 static constexpr size_t shardCount = 64;
 
-constinit const KPPooledString::Entry KPPooledString::emptyEntry{0, 0, {0}};
+constinit const KPPooledString::Entry KPPooledString::emptyEntry{0, 0, nullptr, {0}};
 
 struct alignas(64) KPPool::Shard
 {
@@ -49,7 +49,7 @@ const KPPool::Shard::Entry *KPPool::Shard::add(QStringView text, quint32 hash)
         free += bytes;
         left -= bytes;
     }
-    // The pages are zeroed, which ends the text.
+    // The pages are zeroed: that ends the text, and nothing is attached.
     auto *entry = reinterpret_cast<Entry *>(place);
     entry->hash = hash;
     entry->size = static_cast<qint32>(text.size());

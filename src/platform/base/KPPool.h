@@ -2,6 +2,7 @@
 
 #include <QHashFunctions>
 #include <QString>
+#include <atomic>
 
 // One string of the pool: a pointer. Equality and hash are by identity, which the pool makes
 // the same as equality of code units. Default-constructed: the pool's empty string.
@@ -19,6 +20,9 @@ public:
     bool isEmpty() const { return m_entry->size == 0; }
     // Of the text (XPTextTable::hash), not of the address.
     quint32 textHash() const { return m_entry->hash; }
+    // Room for one pointer, null at first, that goes with the string: found without a table. It
+    // belongs to the document cache, which keeps the record of a path there.
+    std::atomic<void *> &attachment() const { return m_entry->attached; }
 
     friend bool operator==(KPPooledString a, KPPooledString b) { return a.m_entry == b.m_entry; }
     friend bool operator!=(KPPooledString a, KPPooledString b) { return a.m_entry != b.m_entry; }
@@ -35,6 +39,7 @@ private:
     {
         quint32 hash;
         qint32 size;
+        mutable std::atomic<void *> attached;
         char16_t text[1]; // `size` units and a terminating 0
 
         quint32 textHash() const { return hash; }
