@@ -19,6 +19,7 @@ _murnctl_options() {
         backup) printf '%s\n' --to --json --help ;;
         restore) printf '%s\n' --from --dry-run --json --help ;;
         index) printf '%s\n' --no-content --json --print0 --help ;;
+        info) printf '%s\n' --json --help ;;
         types) printf '%s\n' --extension --tree --all --groups --json --help ;;
         *) printf '%s\n' --help --version ;;
     esac
@@ -31,7 +32,7 @@ _murnctl() {
         if [[ $cur == -* ]]; then
             _murnctl_offer < <(_murnctl_options)
         else
-            _murnctl_offer <<<$'tags\ntag\nrate\nfind\ntypes\nquery\nbackup\nrestore\nindex'
+            _murnctl_offer <<<$'tags\ntag\nrate\nfind\ninfo\ntypes\nquery\nbackup\nrestore\nindex'
         fi
         return
     fi
@@ -63,7 +64,7 @@ _murnctl() {
     elif [[ $command == index ]]; then
         compopt -o filenames
         mapfile -t COMPREPLY < <(compgen -d -- "$cur")
-    elif [[ $command == tag* || $command == rate || $command == types ]]; then
+    elif [[ $command == tag* || $command == rate || $command == info || $command == types ]]; then
         compopt -o filenames
         mapfile -t COMPREPLY < <(compgen -f -- "$cur")
     fi

@@ -37,6 +37,7 @@ extern const KPCommand kpTagsCommand;
 extern const KPCommand kpTagCommand;
 extern const KPCommand kpRateCommand;
 extern const KPCommand kpFindCommand;
+extern const KPCommand kpInfoCommand;
 extern const KPCommand kpTypesCommand;
 extern const KPCommand kpQueryCommand;
 extern const KPCommand kpBackupCommand;

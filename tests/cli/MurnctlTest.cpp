@@ -55,6 +55,8 @@ TEST_F(MurnctlFiles, AnswersWrongUsageWithTwoAndChangesNothing)
                                     {"rate", "nan", "a"},
                                     {"rate", "1e0", "a"},
                                     {"rate", "", "a"},
+                                    {"info"},
+                                    {"info", "--tree", "a"},
                                     {"types"},
                                     {"types", "--extension", "pdf", "a"},
                                     {"types", "--extension", ""},
@@ -224,4 +226,48 @@ TEST_F(MurnctlFiles, TellsTheTypesOfFilesAndExtensions)
     EXPECT_EQ(answers[1][QStringLiteral("type")].toString(), QStringLiteral("public.png"));
     EXPECT_TRUE(
         answers[1][QStringLiteral("typeTree")].toArray().contains(QStringLiteral("public.item")));
+}
+
+TEST_F(MurnctlFiles, ShowsTheRecordsOfFiles)
+{
+    const QString path = folder.file(QStringLiteral("scan.pdf"), "12345");
+    ASSERT_FALSE(Karvex::setUserTags(
+        PropertyValue(QStringList{QStringLiteral("Tax"), QStringLiteral("2024")}), path));
+    ASSERT_FALSE(Karvex::setRating(2.5, path));
+    ASSERT_FALSE(Karvex::setXAttrMetaData(PropertyValue::boolean(true), Karvex::managedKey, path));
+    ASSERT_FALSE(Karvex::setXAttrMetaData(PropertyValue(QStringList{QStringLiteral("rent")}),
+                                          QStringLiteral("kMDItemKeywords"), path));
+    ASSERT_EQ(::symlink("scan.pdf", folder.path(QStringLiteral("link")).toUtf8().constData()), 0);
+    (void)damagedFile();
+    const MurnctlResult result =
+        run({"info", "--json", "scan.pdf", "gone", "link", "damaged", "./scan.pdf", "."});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.err.count('\n'), 2) << result.err.constData();
+    const QJsonArray answers = result.json().array();
+    ASSERT_EQ(answers.size(), 5);
+    const QJsonObject scan = answers[0].toObject();
+    const auto expect = [&](const char *key, const QJsonValue &value) {
+        EXPECT_EQ(scan[QLatin1String(key)], value) << key;
+    };
+    expect("path", path);
+    expect("name", QStringLiteral("scan.pdf"));
+    expect("type", QStringLiteral("com.adobe.pdf"));
+    expect("size", 5);
+    expect("sizeGroup", QStringLiteral("KPGroupNameLessThan10k"));
+    expect("tags", QJsonArray{QStringLiteral("Tax"), QStringLiteral("2024")});
+    expect("rating", 2.5);
+    expect("stars", 3);
+    expect("managed", true);
+    expect("keywords", QJsonArray{QStringLiteral("rent")});
+    EXPECT_TRUE(scan[QStringLiteral("modified")].toString().endsWith(u'Z'));
+    EXPECT_FALSE(scan[QStringLiteral("parentFolderForDisplay")].toString().isEmpty());
+    EXPECT_EQ(answers[1][QStringLiteral("type")], QStringLiteral("com.apple.alias-file"));
+    EXPECT_TRUE(answers[2][QStringLiteral("tags")].isNull()) << "not read is not none";
+    EXPECT_EQ(answers[3].toObject(), scan);
+    EXPECT_EQ(answers[4][QStringLiteral("sizeGroup")], QStringLiteral("KPGroupNameFolder"));
+
+    const QByteArray text = run({"info", "scan.pdf", "a"}).out;
+    EXPECT_TRUE(text.contains("\nType:     com.adobe.pdf (PDF document)\nSize:     5 bytes\n"));
+    EXPECT_TRUE(text.contains("\nTags:     Tax, 2024\nRating:   2.5\nKeywords: rent\n"));
+    EXPECT_TRUE(text.contains("\n\nPath:     ")) << "between two files";
 }
