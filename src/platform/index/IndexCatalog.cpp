@@ -4,6 +4,9 @@
 
 using IndexValues::Origin;
 
+// Numbers are given one after the other, but for those reserved by processes that were killed.
+static constexpr size_t mostSkipped = size_t{1} << 24;
+
 IndexCatalog::Data::Data()
 {
     slotOfItem.assign(1, noSlot); // item 0 is nobody
@@ -91,11 +94,11 @@ void IndexCatalog::applyChange(const IndexChange &change)
 
 // --- Rows
 
-// A journal may hold anything: an item in a folder that is not there, or below itself, is passed
-// over.
+// A journal may hold anything: an item in a folder that is not there, or below itself, or with a
+// number far beyond the last, which would cost as much memory, is passed over.
 bool IndexCatalog::isPlaceable(const IndexRecord &record) const
 {
-    if (record.item == 0)
+    if (record.item == 0 || record.item > d->slotOfItem.size() + mostSkipped)
         return false;
     if (record.parent == 0)
         return true;

@@ -53,11 +53,15 @@ static char32_t characterAt(const QString &text, qsizetype at)
     return text[at].unicode();
 }
 
+// Where the character begins that the unit belongs to.
+static qsizetype characterStart(const QString &text, qsizetype at)
+{
+    return at > 0 && text[at].isLowSurrogate() && text[at - 1].isHighSurrogate() ? at - 1 : at;
+}
+
 static bool isWordUnit(const QString &text, qsizetype at)
 {
-    if (at > 0 && text[at].isLowSurrogate() && text[at - 1].isHighSurrogate())
-        --at;
-    return IndexWords::isWordCharacter(characterAt(text, at));
+    return IndexWords::isWordCharacter(characterAt(text, characterStart(text, at)));
 }
 
 // Whether a word begins at `at` (or ended just before it).
@@ -71,7 +75,13 @@ static bool isWordBoundary(const QString &text, qsizetype at)
     const bool here = isWordUnit(text, at);
     if (before != here || !here)
         return true;
-    return !QChar::isMark(characterAt(text, at)) && IndexWords::isSign(characterAt(text, at));
+    // Each sign is a word, with the marks that follow it.
+    if (QChar::isMark(characterAt(text, at)))
+        return false;
+    qsizetype base = characterStart(text, at - 1);
+    while (base > 0 && QChar::isMark(characterAt(text, base)))
+        base = characterStart(text, base - 1);
+    return IndexWords::isSign(characterAt(text, at)) || IndexWords::isSign(characterAt(text, base));
 }
 
 bool IndexTextPattern::matchesAt(const QString &text, qsizetype start, bool words) const

@@ -83,6 +83,7 @@ TEST(IndexTextStore, FindsWhatThePatternMatches)
         "Grüße aus der Straße",
         "grusse aus der strasse",
         "日本語の文書",
+        "日本abc語",
         "foo bar baz",
         "bar foo",
         "foobar",
@@ -105,7 +106,8 @@ TEST(IndexTextStore, FindsWhatThePatternMatches)
         "\"fo?\"",         "\"*nvoic*\"",  "\"o'clock\"", "\"10:30\"",    "\"name.txt*\"",
         "\"resume\"",      "\"ω*\"",       "\"wor?*\"",   "\"word?\"",    "\"a\"",
         "\"a*\"",          "\"ОДИН два\"", "\"два*\"",    "\"don't*\"",   "\"unpaid\"",
-        "\"in?oice *19\"", "\"\"",         "\"...\"",     "\"2?19 for\"",
+        "\"in?oice *19\"", "\"\"",         "\"...\"",     "\"2?19 for\"", "\"abc\"",
+        "\"本ab*\"",       "\"bc\"",       "\"語\"",
     };
     const TestFolder folder;
     const auto store = storeAt(folder.path(QStringLiteral("text")));
@@ -126,8 +128,8 @@ TEST(IndexTextStore, FindsWhatThePatternMatches)
         EXPECT_EQ(items, expected) << pattern;
     }
     // What differs by intent: blanks and punctuation between words do not count, nor do modifiers.
-    EXPECT_EQ(found(*store, "\"foo, bar\""), Items{7});
-    EXPECT_EQ(found(*store, "\"c++*\"cdw"), Items{16});
+    EXPECT_EQ(found(*store, "\"foo, bar\""), Items{8});
+    EXPECT_EQ(found(*store, "\"c++*\"cdw"), Items{17});
     EXPECT_EQ(found(*store, "invoice"), (Items{1, 2}));
     EXPECT_EQ(found(*store, "2019"), Items{1});
     EXPECT_EQ(found(*store, "*").size(), std::size(texts) - 1);
