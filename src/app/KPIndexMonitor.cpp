@@ -15,16 +15,15 @@ KPIndexMonitor::KPIndexMonitor(MetadataIndex &index, QObject *parent)
     m_timer.setSingleShot(true);
     m_timer.setInterval(interval);
     connect(&m_timer, &QTimer::timeout, this, &KPIndexMonitor::look);
-    // What is asked for twice before it is done starts the timer once.
-    m_listener = m_index.source().addListener([this](const std::vector<IndexItem> &) {
-        QMetaObject::invokeMethod(
-            this,
-            [this] {
-                if (!m_timer.isActive())
-                    m_timer.start();
-            },
+    const auto startTimer = [this] {
+        if (!m_timer.isActive())
+            m_timer.start();
+    };
+    connect(this, &KPIndexMonitor::itemsChanged, this, startTimer, Qt::QueuedConnection);
+    connect(this, &KPIndexMonitor::answered, this, &KPIndexMonitor::takeAnswer,
             Qt::QueuedConnection);
-    });
+    m_listener = m_index.source().addListener(
+        [this](const std::vector<IndexItem> &) { Q_EMIT itemsChanged(QPrivateSignal()); });
     m_timer.start();
 }
 
@@ -57,16 +56,18 @@ void KPIndexMonitor::ask()
                 answer.error().message};
         }
     }
-    const auto hand = [this] {
-        m_isAsking = false;
-        IndexStatus status;
-        {
-            const XPLocker locker(m_mutex);
-            status = m_answer;
-        }
-        take(status);
-    };
-    QMetaObject::invokeMethod(this, hand, Qt::QueuedConnection);
+    Q_EMIT answered(QPrivateSignal());
+}
+
+void KPIndexMonitor::takeAnswer()
+{
+    m_isAsking = false;
+    IndexStatus status;
+    {
+        const XPLocker locker(m_mutex);
+        status = std::exchange(m_answer, {});
+    }
+    take(status);
 }
 
 void KPIndexMonitor::take(const IndexStatus &status)

@@ -32,10 +32,13 @@ public:
 
 Q_SIGNALS:
     void changed();
+    void itemsChanged(QPrivateSignal); // from the index's thread
+    void answered(QPrivateSignal);     // from m_asker's
 
 private:
     void look();
     void ask();
+    void takeAnswer();
     void take(const IndexStatus &status);
 
     MetadataIndex &m_index;

@@ -12,10 +12,12 @@ KPIndexedResults::KPIndexedResults(IndexSource &source, Mode mode, QObject *pare
             Qt::QueuedConnection);
     m_thread.setObjectName(QStringLiteral("murn-search"));
     m_onThread->moveToThread(&m_thread);
+    connect(this, &KPIndexedResults::requestWaiting, m_onThread, [this] { startNext(); });
     // On the thread itself, after its event loop.
     connect(&m_thread, &QThread::finished, m_onThread, [this] {
         m_search.reset();
         m_onThread->deleteLater();
+        const XPLocker ended(m_mutex); // see the destructor
     });
     m_thread.start();
 }
@@ -25,6 +27,9 @@ KPIndexedResults::~KPIndexedResults()
     supersede({});
     m_thread.quit();
     m_thread.wait();
+    // What the thread did last is seen from here on; Qt's waiting alone does not say so to tools
+    // that watch threads.
+    const XPLocker ended(m_mutex);
 }
 
 void KPIndexedResults::setRequest(const KPSearchRequest &request)
@@ -62,8 +67,7 @@ void KPIndexedResults::supersede(const std::optional<KPIndexedSearch::Query> &qu
         if (query)
             m_reports.push_back({KPResultReport::Kind::Reset, {}, {}});
     }
-    QMetaObject::invokeMethod(
-        m_onThread, [this] { startNext(); }, Qt::QueuedConnection);
+    Q_EMIT requestWaiting(QPrivateSignal());
     if (query)
         Q_EMIT reportsWaiting(QPrivateSignal());
 }

@@ -32,7 +32,8 @@ public:
     void stop() override XP_EXCLUDES(m_mutex);
 
 Q_SIGNALS:
-    void reportsWaiting(QPrivateSignal);
+    void requestWaiting(QPrivateSignal); // to m_thread
+    void reportsWaiting(QPrivateSignal); // from it
 
 private:
     void supersede(const std::optional<KPIndexedSearch::Query> &query) XP_EXCLUDES(m_mutex);

@@ -224,7 +224,7 @@ qsizetype IndexCatalog::memoryUsed() const
                  d->children.memoryUsed();
     for (const auto &chunk : d->chunks)
         bytes += chunk->memoryUsed();
-    for (const QByteArray &values : d->values)
+    for (const QByteArray &values : std::as_const(d->values))
         bytes += values.size() + 80;
     return bytes;
 }

@@ -33,7 +33,7 @@ QByteArray IndexCatalog::serialiseTables() const
     // A text that nobody has any more is not kept: its number is saved as an empty text.
     std::vector<bool> used(d->texts.size(), false);
     std::vector<IndexTexts::Number> texts;
-    for (const QByteArray &row : d->values) {
+    for (const QByteArray &row : std::as_const(d->values)) {
         IndexValues::Reader reader(row);
         texts.clear();
         for (IndexValues::Entry entry; reader.next(&entry);)

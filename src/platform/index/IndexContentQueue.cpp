@@ -15,8 +15,9 @@ using namespace std::chrono_literals;
 static constexpr size_t filesATime = 256;
 static constexpr qsizetype bytesATime = 2 << 20;
 // A file that changes all the time rests this long between imports, or this many times as long as
-// the import took.
+// the import took; which is long on a busy machine, so that there is a limit.
 static constexpr auto shortestRest = 200ms;
+static constexpr auto longestRest = 5s;
 static constexpr int restFactor = 20;
 // After a failure to store, doubled with each.
 static constexpr auto shortestPause = 5s;
@@ -267,7 +268,8 @@ void IndexContentQueue::finishWork(Clock::time_point began)
     }
     const Clock::time_point now = Clock::now();
     if (!m_work.isBacklog) {
-        const auto rest = std::max<Clock::duration>(shortestRest, (now - began) * restFactor);
+        const auto rest =
+            std::clamp<Clock::duration>((now - began) * restFactor, shortestRest, longestRest);
         for (size_t i = 0; i < m_work.finished; ++i)
             m_restUntil.insert(m_work.tasks[i].waiting.item, now + rest);
     }

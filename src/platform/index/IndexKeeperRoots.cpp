@@ -467,12 +467,13 @@ void IndexKeeper::mountsChanged()
 void IndexKeeper::updateStatus()
 {
     using Phase = IndexStatus::Phase;
-    const XPLocker lock(m_mutex);
-    m_status.phase = Phase::Live;
-    m_status.roots.clear();
+    IndexStatus status; // a new list, not the one that others may be reading
+    status.phase = Phase::Live;
     for (const Root &root : m_roots) {
-        m_status.roots.append({XPPath::decode(root.path), root.state});
+        status.roots.append({XPPath::decode(root.path), root.state});
         if (root.state == RootState::Reading)
-            m_status.phase = m_writer.isBulk() ? Phase::Crawling : Phase::Verifying;
+            status.phase = m_writer.isBulk() ? Phase::Crawling : Phase::Verifying;
     }
+    const XPLocker lock(m_mutex);
+    m_status = std::move(status);
 }

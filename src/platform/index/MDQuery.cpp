@@ -32,8 +32,7 @@ struct MDQuery::Inbox
             return;
         touched.insert(touched.end(), items.begin(), items.end());
         if (!std::exchange(woken, true))
-            QMetaObject::invokeMethod(
-                query, [query = query] { query->takeChanges(); }, Qt::QueuedConnection);
+            Q_EMIT query->changesWaiting(QPrivateSignal());
     }
 };
 
@@ -41,6 +40,7 @@ MDQuery::MDQuery(IndexSource &source, MDPredicatePtr predicate, const QStringLis
     : m_source(source), m_predicate(std::move(predicate)), m_valueList(valueList),
       m_inbox(std::make_shared<Inbox>())
 {
+    connect(this, &MDQuery::changesWaiting, this, &MDQuery::takeChanges, Qt::QueuedConnection);
 }
 
 MDQuery::~MDQuery()
@@ -155,8 +155,7 @@ void MDQuery::takeChanges()
         return;
     if (!m_complete) {
         // The first results come first; the changes wait for them.
-        QMetaObject::invokeMethod(
-            this, [this] { takeChanges(); }, Qt::QueuedConnection);
+        Q_EMIT changesWaiting(QPrivateSignal());
         return;
     }
     std::vector<IndexItem> touched;

@@ -72,6 +72,9 @@ Q_SIGNALS:
     void finished();
     void updated(const QList<IndexItem> &added, const QList<IndexItem> &changed,
                  const QList<IndexItem> &removed);
+    // For itself, from any thread: a connection made before, as a function handed over by Qt's
+    // queue is nothing that thread-sanitizer builds can follow.
+    void changesWaiting(QPrivateSignal);
 
 private:
     MDQuery(IndexSource &source, MDPredicatePtr predicate, const QStringList &valueList);
