@@ -18,6 +18,7 @@ _murnctl_options() {
         query) printf '%s\n' --in --count --limit --live --json --print0 --help ;;
         backup) printf '%s\n' --to --json --help ;;
         restore) printf '%s\n' --from --dry-run --json --help ;;
+        healed) printf '%s\n' --undo --accept --json --help ;;
         index) printf '%s\n' --no-content --json --print0 --help ;;
         info) printf '%s\n' --json --help ;;
         types) printf '%s\n' --extension --tree --all --groups --json --help ;;
@@ -32,7 +33,7 @@ _murnctl() {
         if [[ $cur == -* ]]; then
             _murnctl_offer < <(_murnctl_options)
         else
-            _murnctl_offer <<<$'tags\ntag\nrate\nfind\ninfo\ntypes\nquery\nbackup\nrestore\nindex'
+            _murnctl_offer <<<$'tags\ntag\nrate\nfind\ninfo\ntypes\nquery\nbackup\nrestore\nhealed\nindex'
         fi
         return
     fi
@@ -49,6 +50,13 @@ _murnctl() {
         --to | --from)
             compopt -o filenames
             mapfile -t COMPREPLY < <(compgen -f -- "$cur")
+            return
+            ;;
+        --undo | --accept)
+            _murnctl_offer < <(
+                "${COMP_WORDS[0]}" healed 2>/dev/null | cut -f1
+                echo all
+            )
             return
             ;;
         --rating | --limit | --extension) return ;;

@@ -42,4 +42,5 @@ extern const KPCommand kpTypesCommand;
 extern const KPCommand kpQueryCommand;
 extern const KPCommand kpBackupCommand;
 extern const KPCommand kpRestoreCommand;
+extern const KPCommand kpHealedCommand;
 extern const KPCommand kpIndexCommand;

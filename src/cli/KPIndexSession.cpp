@@ -3,7 +3,7 @@
 #include "KPProgressLine.h"
 
 KPIndexSession::KPIndexSession(KPCommandOutput &output)
-    : m_output(output), m_index(MetadataIndex::open())
+    : m_output(output), m_index(MetadataIndex::open()), m_healer(*m_index)
 {
 }
 

@@ -2,6 +2,7 @@
 
 #include "KPCommandOutput.h"
 #include "KPInterrupt.h"
+#include "KPTagHealer.h"
 #include "MetadataIndex.h"
 
 // The metadata index for the time of one command: kept by this process when no other does.
@@ -28,4 +29,5 @@ private:
     KPCommandOutput &m_output;
     KPInterrupt m_interrupt;
     std::unique_ptr<MetadataIndex> m_index;
+    KPTagHealer m_healer;
 };

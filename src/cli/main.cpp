@@ -17,9 +17,10 @@
 #include <fcntl.h>
 #include <langinfo.h>
 
-static constexpr std::array commands = {
-    &kpTagsCommand,  &kpTagCommand,   &kpRateCommand,   &kpFindCommand,    &kpInfoCommand,
-    &kpTypesCommand, &kpQueryCommand, &kpBackupCommand, &kpRestoreCommand, &kpIndexCommand};
+static constexpr std::array commands = {&kpTagsCommand,   &kpTagCommand,    &kpRateCommand,
+                                        &kpFindCommand,   &kpInfoCommand,   &kpTypesCommand,
+                                        &kpQueryCommand,  &kpBackupCommand, &kpRestoreCommand,
+                                        &kpHealedCommand, &kpIndexCommand};
 
 // A closed standard stream must not let the next file that is opened take its number.
 static void keepStandardStreamsTaken()

@@ -13,7 +13,8 @@ class KeptFolder : public TestFolder
 {
 public:
     // Starts to keep; the files made before are in the index when this returns.
-    IndexSource &index()
+    IndexSource &index() { return kept().source(); }
+    MetadataIndex &kept()
     {
         if (!m_index) {
             IndexKeeper::Setup setup;
@@ -23,8 +24,9 @@ public:
             EXPECT_TRUE(m_index->waitUntilLoaded());
             catchUp();
         }
-        return m_index->source();
+        return *m_index;
     }
+    void endKeeping() { m_index.reset(); }
     void catchUp() { EXPECT_FALSE(m_index->sync(false)); }
 
 private:

@@ -7,6 +7,7 @@
 #include "KPIndexedResults.h"
 #include "KPPrompts.h"
 #include "KPScreenshot.h"
+#include "KPTagHealer.h"
 #include "KPTagName.h"
 #include "Karvex.h"
 #include "KarvexPrefs.h"
@@ -59,6 +60,7 @@ static int run(const KPCommandLine &line)
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/app/com.brindle.murn.svg")));
     const KPAppearance appearance(line.colours);
     const auto index = MetadataIndex::open();
+    const KPTagHealer healer(*index);
     KPIndexMonitor monitor(*index);
     KPController controller(std::make_unique<KPIndexedResults>(index->source()), line.folders,
                             &monitor);

@@ -23,7 +23,8 @@ IndexKeeper::IndexKeeper(IndexLive &live, const Setup &setup, std::unique_ptr<In
                     [this](const QByteArray &folder) {
                         const auto crew = crewOf(folder);
                         return crew && crew->distant;
-                    }})
+                    },
+                    [&live](IndexLoss loss) { live.tellLoss(std::move(loss)); }})
 {
     setRoots(setup.roots);
     m_live.setReimport([this](const QByteArray &path) { reimport(path); });

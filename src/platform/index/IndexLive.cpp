@@ -27,6 +27,29 @@ void IndexLive::tell(const std::vector<IndexItem> &touched)
         listener(touched);
 }
 
+// Nobody may ever listen.
+static constexpr size_t mostLosses = 1000;
+
+void IndexLive::tellLoss(IndexLoss loss)
+{
+    const XPLocker lock(m_listenerMutex);
+    if (m_lossListener)
+        m_lossListener(std::move(loss));
+    else if (m_losses.size() < mostLosses)
+        m_losses.push_back(std::move(loss));
+}
+
+void IndexLive::setLossListener(IndexLosses::Report listener)
+{
+    const XPLocker lock(m_listenerMutex);
+    m_lossListener = std::move(listener);
+    if (!m_lossListener)
+        return;
+    for (IndexLoss &loss : m_losses)
+        m_lossListener(std::move(loss));
+    m_losses.clear();
+}
+
 void IndexLive::reimport(const QByteArray &path)
 {
     std::function<void(const QByteArray &)> reimport;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "IndexCatalog.h"
+#include "IndexLosses.h"
 #include "IndexSource.h"
 #include "XPMutex.h"
 
@@ -28,11 +29,17 @@ public:
 
     bool isLoaded() const;
 
+    // Told of files that lost attributes, while this process keeps the index; also of those that
+    // were found before it was set. Called on the writer's thread, under the lock of the
+    // listeners, so it only takes note. It is not called any more once another one was set.
+    void setLossListener(IndexLosses::Report listener);
+
     // For the one that keeps it up to date, on its thread.
     IndexCatalog &writable() { return m_catalog; }
     // Earlier ones stay until the end: a query may be at work on them.
     void setText(std::shared_ptr<const IndexText> text);
     void tell(const std::vector<IndexItem> &touched);
+    void tellLoss(IndexLoss loss);
     void setLoaded(); // after each load: tells of every item, also of those that were before
     // What reimport() does; nothing before.
     void setReimport(std::function<void(const QByteArray &path)> reimport);
@@ -51,4 +58,6 @@ private:
     XPMutex m_listenerMutex; // held while they are called, so that removing waits for that
     std::map<int, Listener> m_listeners XP_GUARDED_BY(m_listenerMutex);
     int m_lastListener XP_GUARDED_BY(m_listenerMutex) = 0;
+    IndexLosses::Report m_lossListener XP_GUARDED_BY(m_listenerMutex);
+    std::vector<IndexLoss> m_losses XP_GUARDED_BY(m_listenerMutex); // while there is no listener
 };

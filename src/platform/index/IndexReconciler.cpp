@@ -11,7 +11,7 @@ static constexpr int questionsWorthATable = 4;
 IndexReconciler::IndexReconciler(IndexWriter &writer, std::shared_ptr<const IndexRules> rules,
                                  Calls calls)
     : m_writer(writer), m_catalog(writer.catalog()), m_rules(std::move(rules)),
-      m_calls(std::move(calls))
+      m_calls(std::move(calls)), m_losses(m_calls.lost)
 {
 }
 
@@ -134,11 +134,21 @@ void IndexReconciler::putEntry(IndexItem folder, IndexRecord &record, IndexItem 
                    before.attributes == record.attributes) {
             return;
         }
+        if (known && !before.attributes.isEmpty())
+            m_losses.replaced(pathIn(folder, record.name), before, record,
+                              m_eventTime && before.info.inode != record.info.inode);
+    } else if (m_eventTime) {
+        m_losses.made(pathIn(folder, record.name), record, m_eventTime);
     }
     IndexChange &change = batch.emplace_back();
     change.record = std::move(record);
     change.record.item = known ? known : m_writer.newItem();
     change.record.parent = folder;
+}
+
+QByteArray IndexReconciler::pathIn(IndexItem folder, const QByteArray &name) const
+{
+    return joined(m_catalog.path(m_catalog.slotOf(folder)), name);
 }
 
 void IndexReconciler::removeMissing(IndexItem folder, const IndexListing &listing,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "IndexFolderReader.h"
+#include "IndexLosses.h"
 #include "IndexWatcher.h"
 #include "IndexWriter.h"
 
@@ -22,6 +23,7 @@ public:
         std::function<void(const QByteArray &folder, bool deep)> read; // asks the crawler
         std::function<bool(const QByteArray &folder)> isCrawling;      // of the volume it is on
         std::function<bool(const QByteArray &folder)> isDistant;       // file calls may hang
+        IndexLosses::Report lost;
     };
     IndexReconciler(IndexWriter &writer, std::shared_ptr<const IndexRules> rules, Calls calls);
 
@@ -67,6 +69,8 @@ private:
     // Listings:
     void applyChanges(Pending &pending, IndexItem folder);
     void putEntry(IndexItem folder, IndexRecord &record, IndexItem known, IndexBatch &batch);
+    void noteGone(const IndexWatcher::Event &event, IndexItem item);
+    QByteArray pathIn(IndexItem folder, const QByteArray &name) const;
     void removeMissing(IndexItem folder, const IndexListing &listing, IndexBatch &batch);
     std::vector<IndexItem> membersOf(IndexItem folder);
     void putFolderFacts(const QByteArray &folder, const XPFileInfo &info, IndexBatch &batch);
@@ -74,6 +78,7 @@ private:
     // Events:
     static std::vector<bool> supersededIn(std::vector<IndexWatcher::Event> &events);
     void applyEvent(const IndexWatcher::Event &event, IndexBatch &batch);
+    void applyTimedEvent(const IndexWatcher::Event &event, IndexBatch &batch);
     void applyChanged(const QByteArray &folder, const QByteArray &name, bool made,
                       IndexBatch &batch);
     void applyGone(const IndexWatcher::Event &event, IndexBatch &batch);
@@ -88,6 +93,8 @@ private:
     std::shared_ptr<const IndexRules> m_rules;
     const Calls m_calls;
     std::unique_ptr<IndexFolderReader> m_reader;
+    IndexLosses m_losses;
+    qint64 m_eventTime = 0; // of the event being applied; 0: a listing is
 
     std::atomic<quint64> m_stamp = 0;
     QHash<Name, quint64> m_noted;       // what events told of during a crawl, with the stamp

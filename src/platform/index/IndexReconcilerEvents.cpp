@@ -67,6 +67,13 @@ bool IndexReconciler::apply(Events &events)
 // Each change is applied before the next is judged, unless both only concern facts.
 void IndexReconciler::applyEvent(const Event &event, IndexBatch &batch)
 {
+    m_eventTime = event.time;
+    applyTimedEvent(event, batch);
+    m_eventTime = 0;
+}
+
+void IndexReconciler::applyTimedEvent(const Event &event, IndexBatch &batch)
+{
     if (event.kind == Event::Kind::Changed) {
         note(event.folder, event.name);
         applyChanged(event.folder, event.name, event.isMade, batch);
@@ -109,11 +116,20 @@ void IndexReconciler::applyChanged(const QByteArray &folder, const QByteArray &n
     }
 }
 
+void IndexReconciler::noteGone(const Event &event, IndexItem item)
+{
+    if (!event.isFolder)
+        m_losses.gone(joined(event.folder, event.name), m_catalog.record(m_catalog.slotOf(item)),
+                      event.time);
+}
+
 void IndexReconciler::applyGone(const Event &event, IndexBatch &batch)
 {
     const IndexItem item = m_catalog.child(itemAt(event.folder), event.name);
-    if (item)
+    if (item) {
+        noteGone(event, item);
         removeTree(item, batch);
+    }
     // Another one may stand there already, and its watches may have gone with the old one's.
     if (event.isFolder) {
         flush(batch);
@@ -129,6 +145,9 @@ void IndexReconciler::applyMoved(const Event &event, IndexBatch &batch)
         applyChanged(event.toFolder, event.toName, true, batch);
         return;
     }
+    // Some programs save by renaming the old file aside and writing a new one.
+    if (event.folder == event.toFolder)
+        noteGone(event, item);
     auto entry = m_reader->readEntry(event.toFolder, event.toName);
     if (target == 0 ||
         (!entry && event.isFolder && m_rules->excludes(event.toFolder, event.toName))) {
@@ -159,6 +178,7 @@ void IndexReconciler::applyMoved(const Event &event, IndexBatch &batch)
         applyChanged(event.toFolder, event.toName, true, batch);
         return;
     } else {
+        m_losses.made(joined(event.toFolder, event.toName), entry->record, event.time);
         change.record = entry->record;
         change.record.item = item;
         change.record.parent = target;

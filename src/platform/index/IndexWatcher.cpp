@@ -1,5 +1,7 @@
 #include "IndexWatcher.h"
 
+#include "IndexLosses.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
@@ -218,10 +220,12 @@ bool IndexWatcher::completeMove(quint32 cookie, const Event &to, std::vector<Eve
 
 void IndexWatcher::translate(const char *bytes, size_t size, std::vector<Event> &out)
 {
+    const qint64 time = IndexLosses::now();
     for (size_t at = 0; at < size;) {
         const auto *event = reinterpret_cast<const inotify_event *>(bytes + at);
         at += sizeof(inotify_event) + event->len;
         Event translated;
+        translated.time = time;
         translated.isFolder = event->mask & IN_ISDIR;
         if (event->mask & IN_Q_OVERFLOW) {
             translated.kind = Event::Kind::Overflow;

@@ -25,6 +25,11 @@ public:
     bool waitUntilLoaded(const std::function<bool()> &stop = {}) const;
     // Null while another process keeps the index; stays until the end once it is there.
     IndexKeeper *keeper() const { return m_keeper; }
+    // See IndexLive. Nothing is told while another process keeps the index.
+    void setLossListener(IndexLosses::Report listener)
+    {
+        m_live.setLossListener(std::move(listener));
+    }
 
     // Whichever process keeps the index. Cancelled when `stop` said so, else an error when that
     // process does not answer.

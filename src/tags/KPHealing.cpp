@@ -1,0 +1,88 @@
+#include "KPHealing.h"
+
+#include "Karvex.h"
+#include "KarvexFileLock.h"
+#include "XPExtendedAttributes.h"
+
+#include <QSet>
+
+// What another program brings with a file when it knows of tags.
+bool KPHealing::haveNoTags(const QStringList &names)
+{
+    static const QSet<QString> known = {Karvex::userTagsKey,
+                                        Karvex::systemTagsKey,
+                                        Karvex::userTagTimeKey,
+                                        Karvex::starRatingKey,
+                                        Karvex::ratingTimeKey,
+                                        Karvex::managedKey,
+                                        QStringLiteral("_kMDItemUserTags")};
+    return std::none_of(names.begin(), names.end(),
+                        [](const QString &name) { return known.contains(name); });
+}
+
+XPResult<bool> KPHealing::hasNoTags(const QString &path)
+{
+    const auto names = XPExtendedAttributes::list(path);
+    if (!names)
+        return names.error();
+    const QString prefix = Karvex::spotlightKey({});
+    QStringList known;
+    for (const QString &name : *names) {
+        if (name.startsWith(prefix))
+            known.append(name.mid(prefix.size()));
+    }
+    return haveNoTags(known);
+}
+
+static void removeAll(const QStringList &names, const QString &path)
+{
+    for (const QString &name : names)
+        (void)XPExtendedAttributes::remove(path, name);
+}
+
+std::optional<XPError> KPHealing::heal()
+{
+    const KarvexFileLock lock(path);
+    const auto isBare = hasNoTags(path);
+    if (!isBare)
+        return isBare.error();
+    if (!*isBare)
+        return XPError::make(XPError::Kind::NotFound, QStringLiteral("it has tags again"), path);
+    QStringList written;
+    for (auto attribute = attributes.begin(); attribute != attributes.end(); ++attribute) {
+        const QString name = Karvex::spotlightKey(attribute.key());
+        const auto present = XPExtendedAttributes::read(path, name);
+        if (present && *present)
+            continue;
+        if (const auto error = XPExtendedAttributes::write(path, name, *attribute)) {
+            removeAll(written, path);
+            return error;
+        }
+        written.append(name);
+    }
+    return {};
+}
+
+std::optional<XPError> KPHealing::undo()
+{
+    const KarvexFileLock lock(path);
+    QStringList changed;
+    for (auto attribute = attributes.begin(); attribute != attributes.end(); ++attribute) {
+        const QString name = Karvex::spotlightKey(attribute.key());
+        const auto present = XPExtendedAttributes::read(path, name);
+        if (!present)
+            return present.error();
+        if (!*present)
+            continue;
+        if (**present != *attribute) {
+            changed.append(attribute.key());
+        } else if (auto error = XPExtendedAttributes::remove(path, name)) {
+            return error;
+        }
+    }
+    if (changed.isEmpty())
+        return {};
+    return XPError::make(
+        XPError::Kind::InvalidArgument,
+        QStringLiteral("changed since, and left: ") + changed.join(QStringLiteral(", ")), path);
+}

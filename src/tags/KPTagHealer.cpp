@@ -1,0 +1,172 @@
+#include "KPTagHealer.h"
+
+#include "Karvex.h"
+#include "MetadataIndex.h"
+#include "UserDefaults.h"
+#include "XPLog.h"
+#include "XPPath.h"
+#include "XPPropertyList.h"
+
+using namespace std::chrono_literals;
+
+// For a program that sets attributes itself after it made the file.
+static constexpr auto settling = 500ms;
+// A file that is replaced again before the index saw the attributes is not heard of.
+static constexpr auto lookAgainAfter = 1500ms;
+
+KPTagHealer::KPTagHealer(MetadataIndex &index) : m_index(index)
+{
+    m_thread = std::thread([this] { loop(); });
+    m_index.setLossListener([this](IndexLoss loss) { take(std::move(loss)); });
+}
+
+KPTagHealer::~KPTagHealer()
+{
+    m_index.setLossListener({});
+    {
+        const XPLocker lock(m_mutex);
+        m_stopping = true;
+    }
+    m_wake.notify_all();
+    m_thread.join();
+}
+
+void KPTagHealer::take(IndexLoss loss)
+{
+    {
+        const XPLocker lock(m_mutex);
+        const auto due = Clock::now() + settling;
+        const auto place =
+            std::upper_bound(m_tasks.begin(), m_tasks.end(), due,
+                             [](auto time, const Task &task) { return time < task.due; });
+        m_tasks.insert(place, Task{due, std::move(loss), {}, {}});
+    }
+    m_wake.notify_all();
+}
+
+void KPTagHealer::lookAgainLater(const Task &task)
+{
+    const XPLocker lock(m_mutex);
+    m_tasks.push_back(task);
+    m_tasks.back().due = Clock::now() + lookAgainAfter; // nothing is due later
+}
+
+void KPTagHealer::loop()
+{
+    for (;;) {
+        std::vector<Task> tasks = nextTasks();
+        if (tasks.empty())
+            return;
+        if (UserDefaults::standard().value(QStringLiteral("KPHealLostTags")).boolValue(true))
+            work(std::move(tasks));
+    }
+}
+
+std::vector<KPTagHealer::Task> KPTagHealer::nextTasks()
+{
+    XPLocker lock(m_mutex);
+    while (!m_stopping && (m_tasks.empty() || m_tasks.front().due > Clock::now())) {
+        if (m_tasks.empty())
+            m_wake.wait(lock);
+        else
+            m_wake.wait_until(lock, m_tasks.front().due);
+    }
+    std::vector<Task> tasks;
+    while (!m_tasks.empty() && (m_stopping || m_tasks.front().due <= Clock::now())) {
+        tasks.push_back(std::move(m_tasks.front()));
+        m_tasks.pop_front();
+    }
+    return tasks;
+}
+
+// The index holds values. A binary property list of the same value says the same, whichever form
+// the file had; what the index could not read it holds as the bytes that they were.
+static QMap<QString, QByteArray> bytesOf(const IndexRecord::Attributes &attributes)
+{
+    QMap<QString, QByteArray> bytes;
+    for (auto attribute = attributes.begin(); attribute != attributes.end(); ++attribute) {
+        if (attribute->kind() == PropertyValue::Kind::Data)
+            bytes.insert(attribute.key(), attribute->data());
+        else if (const auto list = XPPropertyList::writeBinary(*attribute))
+            bytes.insert(attribute.key(), *list);
+    }
+    return bytes;
+}
+
+static KPHealing healingOf(const IndexLoss &loss)
+{
+    KPHealing healing;
+    healing.path = XPPath::decode(loss.path);
+    healing.time = PropertyValue::Date::now();
+    healing.attributes = bytesOf(loss.attributes);
+    if (loss.typeBefore != loss.type)
+        healing.why = QStringLiteral("the file was of type %1 and is now of type %2")
+                          .arg(loss.typeBefore, loss.type);
+    else if (!loss.isSeen)
+        healing.why = QStringLiteral("the file was replaced while nobody watched");
+    return healing;
+}
+
+// The log is written before any file, so that what a file had is never in memory alone.
+void KPTagHealer::work(std::vector<Task> tasks)
+{
+    std::vector<Task *> fresh;
+    for (Task &task : tasks) {
+        if (task.healing.number)
+            continue;
+        task.healing = healingOf(task.loss);
+        // One that nobody saw may be on a volume that hangs: no file call.
+        if (!task.healing.attributes.isEmpty() && KPHealing::haveNoTags(task.loss.present) &&
+            (!task.loss.isSeen || KPHealing::hasNoTags(task.healing.path).valueOr(false)))
+            fresh.push_back(&task);
+    }
+    const auto save = [](const auto &change) {
+        const auto error = KPHealingLog::change(change);
+        if (error)
+            qCWarning(xpLog).noquote()
+                << "the log of healed files cannot be written:" << error->message;
+        return !error;
+    };
+    const bool isSaved = fresh.empty() || save([&](QList<KPHealing> &cases) {
+                             for (Task *task : fresh) {
+                                 task->healing.number = KPHealingLog::nextNumber(cases);
+                                 cases.append(task->healing);
+                             }
+                         });
+    if (!isSaved)
+        return;
+    for (Task &task : tasks) {
+        if (task.healing.number && task.healing.why.isEmpty())
+            healOne(task);
+    }
+    if (fresh.empty())
+        return;
+    save([&](QList<KPHealing> &cases) {
+        QHash<qint64, KPHealing> done;
+        for (const Task *task : fresh)
+            done.insert(task->healing.number, task->healing);
+        for (KPHealing &each : cases)
+            each = done.value(each.number, each);
+    });
+}
+
+void KPTagHealer::healOne(Task &task)
+{
+    KPHealing &healing = task.healing;
+    const auto info = XPFileInfo::read(healing.path);
+    // Somebody removed them from the very file that was healed: on purpose.
+    if (!info || (info->inode == task.healed.inode && info->birth == task.healed.birth))
+        return;
+    if (const auto error = healing.heal()) {
+        if (task.healed.inode == 0) {
+            healing.state = KPHealing::State::Failed;
+            healing.why = error->reason();
+        }
+        return;
+    }
+    healing.state = KPHealing::State::Healed;
+    task.healed = *info;
+    qCInfo(xpLog).noquote() << "tags were put back that a program dropped:"
+                            << XPPath::printable(healing.path);
+    lookAgainLater(task);
+}
