@@ -303,15 +303,15 @@ void KPController::showCounts()
 
 void KPController::showSelection()
 {
-    QList<KPFoundDocument> documents;
+    QList<KPShownDocument> documents;
     for (const QString &path : m_view->selectedPaths())
         documents.append(m_model->document(m_model->indexForPath(path).row()));
     KPInspector::Appearance appearance;
     m_shownPath.clear();
     if (!documents.isEmpty()) {
         m_shownPath = documents.first().path;
-        const KPFoundDocument &first = documents.first();
-        const auto look = m_loader->look(first.path, first.info.modified);
+        const KPShownDocument &first = documents.first();
+        const auto look = m_loader->look(first.path, first.doc->unixModificationTime());
         appearance = {look.picture, look.uti.isEmpty() ? KPFileType::preferredUTIForExtension(
                                                              XPPath::extension(first.path))
                                                        : look.uti};

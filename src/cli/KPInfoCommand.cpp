@@ -5,12 +5,11 @@
 #include "KPFileType.h"
 #include "KPIndexSession.h"
 #include "Karvex.h"
+#include "MDItem.h"
 #include "XPPath.h"
 #include "XPTranslations.h"
 
-#include <QFile>
 #include <QLocale>
-#include <cmath>
 
 namespace {
 
@@ -92,13 +91,6 @@ static QByteArray numberText(double number)
     return QByteArray::number(number, 'g', QLocale::FloatingPointShortest);
 }
 
-static QDateTime createdTime(const KPDoc &doc)
-{
-    const double seconds = doc.creationTimeSince1970();
-    return seconds == 0 ? QDateTime()
-                        : QDateTime::fromMSecsSinceEpoch(std::llround(seconds * 1000), Qt::UTC);
-}
-
 // --- JSON
 
 static QByteArray jsonTime(const QDateTime &time)
@@ -119,7 +111,7 @@ static QByteArray jsonObject(const Answer &answer)
         {"size", QByteArray::number(doc.unixFileSize())},
         {"sizeGroup", KPCommandOutput::json(doc.fileSizeGroup())},
         {"modified", jsonTime(doc.unixFileModificationDate())},
-        {"created", jsonTime(createdTime(doc))},
+        {"created", jsonTime(doc.creationDate())},
         {"tags", answer.tags ? KPCommandOutput::json(*answer.tags) : null},
         {"rating", answer.rating ? numberText(*answer.rating) : null},
         {"stars", answer.rating ? QByteArray::number(KPDoc::ratingsToStars(*answer.rating)) : null},
@@ -166,8 +158,8 @@ static void printText(const Answer &answer, KPCommandOutput &output)
                       output.name(KPFileType::displayNameForUTI(doc.fileType())) + ')');
     print("Size", QByteArray::number(doc.unixFileSize()) + " bytes");
     print("Modified", time(doc.unixFileModificationDate()));
-    if (createdTime(doc).isValid())
-        print("Created", time(createdTime(doc)));
+    if (doc.creationDate().isValid())
+        print("Created", time(doc.creationDate()));
     if (answer.tags && !answer.tags->isEmpty())
         print("Tags", list(*answer.tags));
     if (answer.rating && *answer.rating != 0)

@@ -10,6 +10,7 @@
 
 #include <QCoreApplication>
 #include <QThread>
+#include <cmath>
 #include <fcntl.h>
 
 const QString KPDoc::willChangeNotification = QStringLiteral("KPDocWillChange");
@@ -104,6 +105,13 @@ QDateTime KPDoc::unixFileModificationDate() const
     const qint64 time = unixModificationTime();
     const qint64 rest = time % perMillisecond;
     return QDateTime::fromMSecsSinceEpoch(time / perMillisecond - (rest < 0 ? 1 : 0), Qt::UTC);
+}
+
+QDateTime KPDoc::creationDate() const
+{
+    const double seconds = creationTimeSince1970();
+    return seconds == 0 ? QDateTime()
+                        : QDateTime::fromMSecsSinceEpoch(std::llround(seconds * 1000), Qt::UTC);
 }
 
 void KPDoc::modificationYearMonthDay(int *year, int *month, int *day) const

@@ -54,6 +54,7 @@ public:
     QDateTime unixFileModificationDate() const; // UTC; invalid when unknown
     // Seconds; 0 when unknown, before 1970 or after 2033.
     double creationTimeSince1970() const { return m_created.load(std::memory_order_relaxed); }
+    QDateTime creationDate() const; // UTC; invalid when not known
     void modificationYearMonthDay(int *year, int *month, int *day) const; // local time
     bool isRegularFile() const { return S_ISREG(unixFileMode()); }
     bool isDirectory() const; // a folder that is no package

@@ -2,7 +2,7 @@
 
 #include "KPDoc.h"
 #include "Karvex.h"
-#include "XPPath.h"
+#include "XPAttributeCache.h"
 
 #include <QCoreApplication>
 #include <QTimer>

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "KPTagName.h"
-#include "XPAttributeCache.h"
+#include "XPAttributeValue.h"
+
+#include <functional>
 
 // The five attribute caches that records read from: user tags, ratings, keywords, web addresses
 // and comments.

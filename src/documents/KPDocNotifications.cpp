@@ -1,6 +1,7 @@
 // KPDocCache: what it hears of changed documents, on the main thread.
 #include "KPDocCache.h"
 
+#include "XPAttributeCache.h"
 #include "XPNotificationCenter.h"
 
 #include <vector>

@@ -86,8 +86,8 @@ static void paintThumbnail(QPainter *painter, const QRect &square, const QPixmap
 void KPDocDelegate::paintPicture(QPainter *painter, const QStyleOptionViewItem &option,
                                  const QModelIndex &index) const
 {
-    const KPFoundDocument &document = m_model->document(index.row());
-    const auto look = m_loader->look(document.path, document.info.modified);
+    const KPShownDocument &document = m_model->document(index.row());
+    const auto look = m_loader->look(document.path, document.doc->unixModificationTime());
     const QRect square = m_layout.picture();
     if (!look.picture.isNull()) {
         paintThumbnail(painter, square, look.picture,

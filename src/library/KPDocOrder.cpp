@@ -30,8 +30,9 @@ KPDocOrder KPDocOrder::fromText(const QString &text)
     return {};
 }
 
-KPOrderedDocument::KPOrderedDocument(const KPFoundDocument &found, const QCollator &collator)
-    : document(found), nameKey(collator.sortKey(XPPath::fileName(found.path)))
+KPOrderedDocument::KPOrderedDocument(const KPShownDocument &shown, const QCollator &collator)
+    : document(shown), modified(shown.doc->unixModificationTime()), size(shown.doc->unixFileSize()),
+      nameKey(collator.sortKey(XPPath::fileName(shown.path)))
 {
 }
 
@@ -46,11 +47,11 @@ static int compareByKey(KPDocOrder::Key key, const KPOrderedDocument &a, const K
     case KPDocOrder::Key::Name:
         return a.nameKey.compare(b.nameKey);
     case KPDocOrder::Key::Modified:
-        return compareNumbers(a.document.info.modified, b.document.info.modified);
+        return compareNumbers(a.modified, b.modified);
     case KPDocOrder::Key::Rating:
         return compareNumbers(a.document.rating, b.document.rating);
     case KPDocOrder::Key::Size:
-        return compareNumbers(a.document.info.size, b.document.info.size);
+        return compareNumbers(a.size, b.size);
     }
     return 0;
 }

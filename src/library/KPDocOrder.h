@@ -1,6 +1,6 @@
 #pragma once
 
-#include "KPResultSource.h"
+#include "KPShownDocument.h"
 
 #include <QCollator>
 
@@ -21,14 +21,17 @@ struct KPDocOrder
     static KPDocOrder fromText(const QString &text); // anything else: by name
 };
 
-// A document with what comparing it costs once: the collation key of its name.
+// A document with what it is compared by: the collation key of its name, and facts of the record
+// as they were when it took its place, for they may change at any time.
 struct KPOrderedDocument
 {
-    KPFoundDocument document;
+    KPShownDocument document;
+    qint64 modified;
+    qint64 size;
     QCollatorSortKey nameKey;
     int row = 0; // its place in the model
 
-    KPOrderedDocument(const KPFoundDocument &found, const QCollator &collator);
+    KPOrderedDocument(const KPShownDocument &shown, const QCollator &collator);
 };
 
 // Whether `a` comes before `b`.

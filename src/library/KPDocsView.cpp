@@ -108,8 +108,9 @@ void KPDocsView::askForLooks()
     for (int row = first.row(); first.isValid() && row < m_model->rowCount(); ++row) {
         if (visualRect(m_model->index(row)).top() > viewport()->height())
             break;
-        const KPFoundDocument &document = m_model->document(row);
-        wanted.push_back({document.path, document.info.modified, document.info.mode, side});
+        const KPShownDocument &document = m_model->document(row);
+        wanted.push_back({document.path, document.doc->unixModificationTime(),
+                          document.doc->unixFileMode(), side});
     }
     m_loader->want(wanted);
 }
@@ -250,10 +251,10 @@ void KPDocsView::startDrag(Qt::DropActions)
         return;
     auto *drag = new QDrag(this);
     drag->setMimeData(XPFileUrls::mimeData(paths));
-    const KPFoundDocument &document =
+    const KPShownDocument &document =
         m_model->document(currentIndex().isValid() ? currentIndex().row()
                                                    : m_model->indexForPath(paths.first()).row());
-    const auto look = m_loader->look(document.path, document.info.modified);
+    const auto look = m_loader->look(document.path, document.doc->unixModificationTime());
     if (!look.picture.isNull())
         drag->setPixmap(look.picture.scaled(96, 96, Qt::KeepAspectRatio, Qt::SmoothTransformation));
     drag->exec(Qt::CopyAction, Qt::CopyAction);

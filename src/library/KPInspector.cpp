@@ -139,7 +139,7 @@ void KPInspector::focusTags()
 
 // Showing.
 
-void KPInspector::show(const QList<KPFoundDocument> &documents, const Appearance &appearance)
+void KPInspector::show(const QList<KPShownDocument> &documents, const Appearance &appearance)
 {
     m_facts = KPSelectionFacts(documents);
     m_nothing->setVisible(documents.isEmpty());
@@ -160,7 +160,7 @@ void KPInspector::show(const QList<KPFoundDocument> &documents, const Appearance
     showEditors();
 }
 
-void KPInspector::showNames(const QList<KPFoundDocument> &documents)
+void KPInspector::showNames(const QList<KPShownDocument> &documents)
 {
     if (documents.size() == 1)
         m_name->setText(breakable(KPLibraryModel::displayName(documents.first().path)));
@@ -180,13 +180,12 @@ void KPInspector::addFact(const char *id, const QString &value)
     m_details->addRow(name, label);
 }
 
-static QString dateText(qint64 nanoseconds)
+static QString dateText(const QDateTime &date)
 {
-    return QLocale().toString(QDateTime::fromMSecsSinceEpoch(nanoseconds / 1'000'000),
-                              QLocale::ShortFormat);
+    return QLocale().toString(date.toLocalTime(), QLocale::ShortFormat);
 }
 
-void KPInspector::showFacts(const QList<KPFoundDocument> &documents, const QString &uti)
+void KPInspector::showFacts(const QList<KPShownDocument> &documents, const QString &uti)
 {
     while (m_details->rowCount() > 0)
         m_details->removeRow(0);
@@ -195,14 +194,14 @@ void KPInspector::showFacts(const QList<KPFoundDocument> &documents, const QStri
         addFact(QT_TRID_NOOP("KPFactTotalSize"), size);
         return;
     }
-    const KPFoundDocument &document = documents.first();
+    const KPDoc &doc = *documents.first().doc;
     addFact(QT_TRID_NOOP("KPFactType"), KPFileType::displayNameForUTI(uti));
     addFact(QT_TRID_NOOP("KPFactSize"), size);
-    addFact(QT_TRID_NOOP("KPFactModified"), dateText(document.info.modified));
-    if (document.info.birth > 0)
-        addFact(QT_TRID_NOOP("KPFactCreated"), dateText(document.info.birth));
+    addFact(QT_TRID_NOOP("KPFactModified"), dateText(doc.unixFileModificationDate()));
+    if (const QDateTime created = doc.creationDate(); created.isValid())
+        addFact(QT_TRID_NOOP("KPFactCreated"), dateText(created));
     addFact(QT_TRID_NOOP("KPFactFolder"),
-            breakable(XPPath::printable(shortened(XPPath::folder(document.path)))));
+            breakable(XPPath::printable(shortened(XPPath::folder(documents.first().path)))));
 }
 
 void KPInspector::showEditors()

@@ -29,7 +29,7 @@ public:
         QPixmap picture;
         QString uti;
     };
-    void show(const QList<KPFoundDocument> &documents, const Appearance &appearance);
+    void show(const QList<KPShownDocument> &documents, const Appearance &appearance);
 
     void setSuggestions(std::function<QStringList()> suggestions);
     void focusTags();
@@ -39,8 +39,8 @@ Q_SIGNALS:
     void left(); // Escape
 
 private:
-    void showNames(const QList<KPFoundDocument> &documents);
-    void showFacts(const QList<KPFoundDocument> &documents, const QString &uti);
+    void showNames(const QList<KPShownDocument> &documents);
+    void showFacts(const QList<KPShownDocument> &documents, const QString &uti);
     void showEditors();
     void addFact(const char *id, const QString &value);
     void requestTags();

@@ -15,7 +15,7 @@ KPLibraryModel::KPLibraryModel(KPResultSource *source, QObject *parent) : QAbstr
     connect(&m_gathering, &QTimer::timeout, this, &KPLibraryModel::takeGathered);
     connect(source, &KPResultSource::resultsReset, this, &KPLibraryModel::reset);
     connect(source, &KPResultSource::documentsAdded, this, &KPLibraryModel::gather);
-    connect(source, &KPResultSource::documentsChanged, this, &KPLibraryModel::change);
+    connect(source, &KPResultSource::documentsChanged, this, &KPLibraryModel::take);
     connect(source, &KPResultSource::documentsRemoved, this, &KPLibraryModel::remove);
     connect(source, &KPResultSource::finished, this, &KPLibraryModel::takeGathered);
 }
@@ -27,7 +27,7 @@ int KPLibraryModel::rowCount(const QModelIndex &parent) const
     return parent.isValid() ? 0 : static_cast<int>(m_documents.size());
 }
 
-const KPFoundDocument &KPLibraryModel::document(int row) const
+const KPShownDocument &KPLibraryModel::document(int row) const
 {
     return m_documents[static_cast<size_t>(row)]->document;
 }
@@ -88,16 +88,17 @@ void KPLibraryModel::takeGathered()
 
 void KPLibraryModel::append(const QList<KPFoundDocument> &documents)
 {
-    QList<KPFoundDocument> known;
+    QList<KPShownDocument> known;
     std::vector<Document> added;
     added.reserve(static_cast<size_t>(documents.size()));
     for (const KPFoundDocument &found : documents) {
-        if (m_byPath.contains(found.path)) {
-            known.append(found);
+        const KPShownDocument shown(found);
+        if (m_byPath.contains(shown.path)) {
+            known.append(shown);
             continue;
         }
-        added.push_back(std::make_unique<KPOrderedDocument>(found, m_collator));
-        m_byPath.insert(found.path, added.back().get());
+        added.push_back(std::make_unique<KPOrderedDocument>(shown, m_collator));
+        m_byPath.insert(shown.path, added.back().get());
     }
     if (!added.empty()) {
         const auto oldCount = m_documents.size();
@@ -112,7 +113,7 @@ void KPLibraryModel::append(const QList<KPFoundDocument> &documents)
         change(known);
 }
 
-void KPLibraryModel::update(KPOrderedDocument &old, const KPFoundDocument &now, bool *moved)
+void KPLibraryModel::update(KPOrderedDocument &old, const KPShownDocument &now, bool *moved)
 {
     KPOrderedDocument changed(now, m_collator);
     changed.row = old.row;
@@ -120,13 +121,21 @@ void KPLibraryModel::update(KPOrderedDocument &old, const KPFoundDocument &now, 
     old = std::move(changed);
 }
 
-void KPLibraryModel::change(const QList<KPFoundDocument> &documents)
+void KPLibraryModel::take(const QList<KPFoundDocument> &documents)
+{
+    QList<KPShownDocument> shown;
+    for (const KPFoundDocument &found : documents)
+        shown.append(KPShownDocument(found));
+    change(shown);
+}
+
+void KPLibraryModel::change(const QList<KPShownDocument> &documents)
 {
     takeGathered();
     bool moved = false;
     int first = rowCount();
     int last = -1;
-    for (const KPFoundDocument &now : documents) {
+    for (const KPShownDocument &now : documents) {
         KPOrderedDocument *old = m_byPath.value(now.path);
         if (!old)
             continue;
@@ -202,7 +211,7 @@ void KPLibraryModel::sortDocuments()
 
 void KPLibraryModel::setTags(const QHash<QString, QStringList> &tagsByPath)
 {
-    QList<KPFoundDocument> changed;
+    QList<KPShownDocument> changed;
     for (auto each = tagsByPath.begin(); each != tagsByPath.end(); ++each) {
         if (const KPOrderedDocument *old = m_byPath.value(each.key())) {
             changed.append(old->document);
@@ -214,7 +223,7 @@ void KPLibraryModel::setTags(const QHash<QString, QStringList> &tagsByPath)
 
 void KPLibraryModel::setRatings(const QHash<QString, double> &ratingsByPath)
 {
-    QList<KPFoundDocument> changed;
+    QList<KPShownDocument> changed;
     for (auto each = ratingsByPath.begin(); each != ratingsByPath.end(); ++each) {
         if (const KPOrderedDocument *old = m_byPath.value(each.key())) {
             changed.append(old->document);

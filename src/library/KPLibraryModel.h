@@ -34,7 +34,7 @@ public:
     QVariant data(const QModelIndex &index, int role) const override;
     Qt::ItemFlags flags(const QModelIndex &index) const override;
 
-    const KPFoundDocument &document(int row) const;
+    const KPShownDocument &document(int row) const;
     QModelIndex indexForPath(const QString &path) const; // invalid: not among the results
 
     const KPDocOrder &order() const { return m_order; }
@@ -57,9 +57,10 @@ private:
     void gather(const QList<KPFoundDocument> &documents);
     void takeGathered();
     void append(const QList<KPFoundDocument> &documents);
-    void change(const QList<KPFoundDocument> &documents);
+    void take(const QList<KPFoundDocument> &documents);
+    void change(const QList<KPShownDocument> &documents);
     void remove(const QStringList &paths);
-    void update(KPOrderedDocument &old, const KPFoundDocument &now, bool *moved);
+    void update(KPOrderedDocument &old, const KPShownDocument &now, bool *moved);
     // Puts the documents in a new order and takes persistent indexes along; `arrange` gets them
     // in the old one.
     template <typename Arrange>

@@ -20,7 +20,7 @@ static QString starsInWords(double rating)
 }
 
 // "report.pdf, tags work, invoice, 4 stars"
-static QString accessibleText(const KPFoundDocument &document)
+static QString accessibleText(const KPShownDocument &document)
 {
     QStringList parts{KPLibraryModel::displayName(document.path)};
     if (!document.tags.isEmpty())
@@ -35,7 +35,7 @@ static QString accessibleText(const KPFoundDocument &document)
 
 // A tooltip that begins with plain text is rich text to Qt as soon as it looks like it: escaped,
 // inside a tag of ours, it never does.
-static QString tooltip(const KPFoundDocument &document)
+static QString tooltip(const KPShownDocument &document)
 {
     QStringList lines{KPLibraryModel::displayName(document.path),
                       XPPath::printable(XPPath::folder(document.path))};
@@ -51,7 +51,7 @@ QVariant KPLibraryModel::data(const QModelIndex &index, int role) const
 {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid))
         return {};
-    const KPFoundDocument &document = this->document(index.row());
+    const KPShownDocument &document = this->document(index.row());
     switch (role) {
     case Qt::DisplayRole:
         return displayName(document.path);

@@ -7,12 +7,12 @@
 
 // The same rule as Karvex::getCommonUserTags(), on what the live search knows already. Documents
 // without readable tags are passed over: an edit refuses them one by one.
-static QStringList commonTags(const QList<KPFoundDocument> &documents)
+static QStringList commonTags(const QList<KPShownDocument> &documents)
 {
     QHash<QString, QString> common;
     QStringList hint;
     bool first = true;
-    for (const KPFoundDocument &document : documents) {
+    for (const KPShownDocument &document : documents) {
         if (!document.error.isEmpty())
             continue;
         QHash<QString, QString> own;
@@ -29,13 +29,13 @@ static QStringList commonTags(const QList<KPFoundDocument> &documents)
     return Karvex::orderedArrayWithDict(common, hint);
 }
 
-KPSelectionFacts::KPSelectionFacts(const QList<KPFoundDocument> &documents)
+KPSelectionFacts::KPSelectionFacts(const QList<KPShownDocument> &documents)
     : commonTags(::commonTags(documents))
 {
     bool differs = false;
-    for (const KPFoundDocument &document : documents) {
+    for (const KPShownDocument &document : documents) {
         paths.append(document.path);
-        size += document.info.size;
+        size += document.doc->unixFileSize();
         if (!document.error.isEmpty() && !unreadable++)
             error = document.error;
         differs = differs || (rating && *rating != document.rating);

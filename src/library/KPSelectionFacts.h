@@ -1,13 +1,13 @@
 #pragma once
 
-#include "KPResultSource.h"
+#include "KPShownDocument.h"
 
 #include <optional>
 
 // What the selected documents have in common. Threads: any; a value.
 struct KPSelectionFacts
 {
-    explicit KPSelectionFacts(const QList<KPFoundDocument> &documents = {});
+    explicit KPSelectionFacts(const QList<KPShownDocument> &documents = {});
 
     QStringList paths;
     QStringList commonTags;       // by lower case, in the order and spelling of the last document

@@ -121,11 +121,11 @@ TEST_F(FileEdit, CommonTagsAreThoseOfTheStorageLayer)
     };
     int number = 0;
     for (const auto &lists : cases) {
-        QList<KPFoundDocument> documents;
+        QList<KPShownDocument> documents;
         QStringList paths;
         for (const QStringList &tags : lists) {
             paths.append(makeFile(QByteArray::number(number++).constData(), tags));
-            documents.append(found(paths.last(), tags));
+            documents.append(KPShownDocument(found(paths.last(), tags)));
         }
         EXPECT_EQ(KPSelectionFacts(documents).commonTags,
                   Karvex::getCommonUserTags(paths).valueOr({}));

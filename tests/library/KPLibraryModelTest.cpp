@@ -1,5 +1,6 @@
 #include "KPLibraryModel.h"
 
+#include "KPDocCache.h"
 #include "TestSource.h"
 
 #include <QAbstractItemModelTester>
@@ -115,4 +116,26 @@ TEST(LibraryModel, KnowsTagsOnceByCaseMostUsedFirst)
     Q_EMIT source.finished({});
     EXPECT_THAT(model.knownTags(), testing::SizeIs(2));
     EXPECT_EQ(model.knownTags().first().toLower(), u"work");
+}
+
+// A record changes at any time: what a row is sorted by is what it was when it took its place.
+TEST(LibraryModel, ShowsTheOneRecordOfEachPathInTheOrderOfItsFacts)
+{
+    TestSource source;
+    KPLibraryModel model(&source);
+    model.setOrder({KPDocOrder::Key::Size, true});
+    QList<KPFoundDocument> documents = {found(QStringLiteral("/r/a")),
+                                        found(QStringLiteral("/r/b"))};
+    documents[0].info.size = 1;
+    documents[1].info.size = 2;
+    Q_EMIT source.documentsAdded(documents);
+    Q_EMIT source.finished({});
+    ASSERT_EQ(paths(model), (QStringList{QStringLiteral("/r/a"), QStringLiteral("/r/b")}));
+    KPDoc *doc = KPDocCache::docAtPathIfExists(QStringLiteral("/r/a"));
+    EXPECT_EQ(model.document(0).doc, doc);
+    documents[0].info.size = 3;
+    doc->updateFromLStat(documents[0].info);
+    Q_EMIT source.documentsChanged({documents[0]});
+    EXPECT_EQ(paths(model), (QStringList{QStringLiteral("/r/b"), QStringLiteral("/r/a")}));
+    EXPECT_EQ(model.document(1).doc->unixFileSize(), 3);
 }

@@ -1,7 +1,9 @@
 #include "KPAppearance.h"
 #include "KPCommandLine.h"
 #include "KPController.h"
+#include "KPDocCache.h"
 #include "KPDocIcons.h"
+#include "KPDocPrefs.h"
 #include "KPFileTypeRegistry.h"
 #include "KPIndexMonitor.h"
 #include "KPIndexedResults.h"
@@ -59,8 +61,11 @@ static int run(const KPCommandLine &line)
     QGuiApplication::setApplicationDisplayName(qtTrId("KPApplicationName"));
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/app/com.brindle.murn.svg")));
     const KPAppearance appearance(line.colours);
+    xpGuiThread.assertHere();
     const auto index = MetadataIndex::open();
     const KPTagHealer healer(*index);
+    KPDocCache::intializeGlobals();
+    KPDoc::startMetaDataSearching(index->source());
     KPIndexMonitor monitor(*index);
     KPController controller(std::make_unique<KPIndexedResults>(index->source()), line.folders,
                             &monitor);
@@ -69,8 +74,12 @@ static int run(const KPCommandLine &line)
     if (!line.screenshot.isEmpty())
         new KPScreenshot(&controller, line.screenshot, line.selection); // the controller's
     const int status = QApplication::exec();
-    if (const auto error = KPFileTypeRegistry::instance().writeFileTypesPlist())
-        qCWarning(xpLog).noquote() << error->message;
+    KPDoc::stopMetaDataSearching();
+    for (const auto &error :
+         {KPFileTypeRegistry::instance().writeFileTypesPlist(), KPDocPrefs::saveState()}) {
+        if (error)
+            qCWarning(xpLog).noquote() << error->message;
+    }
     return status;
 }
 
