@@ -136,8 +136,9 @@ void KPDoc::updateFromLStat(const XPFileInfo &info)
         setLStatInfo(info);
     }
     constexpr double latest = 2'000'000'000;
-    const double born = static_cast<double>(info.birth / nanosecondsPerSecond) +
-                        static_cast<double>(info.birth % nanosecondsPerSecond) * 1e-9;
+    const qint64 seconds = info.birth / nanosecondsPerSecond;
+    const qint64 rest = info.birth % nanosecondsPerSecond;
+    const double born = static_cast<double>(seconds) + static_cast<double>(rest) * 1e-9;
     const double created = born < 0 || born > latest ? 0 : born;
     if (created != creationTimeSince1970())
         m_created.store(created, std::memory_order_relaxed);

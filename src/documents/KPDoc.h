@@ -115,7 +115,7 @@ public:
     double rating() const;
     double ratingFast() const { return rating(); }
     int starsToShow() const { return ratingsToStars(rating()); }
-    static int ratingsToStars(double rating) { return static_cast<int>(rating + 0.5); }
+    static int ratingsToStars(double rating);        // 0 to 5, whatever another writer stored
     std::optional<XPError> setRating(double rating); // Blocking
     QString url() const;                             // the first web address
     QStringList getURLsForEditing() const;

@@ -59,7 +59,7 @@ QString KPDoc::parentFolderForDisplay() const
         if (it != known->texts.cend())
             return *it;
     }
-    const QString text = displayedFolder(folder.toString());
+    QString text = displayedFolder(folder.toString());
     const XPLocker lock(known->mutex);
     known->texts.insert(folder, text);
     return text;

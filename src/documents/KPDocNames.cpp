@@ -23,7 +23,7 @@ QString KPDoc::fsDisplayNameLC() const
         if ((m_cachedInfo & DisplayNameLC) && m_rare)
             return m_rare->displayNameLC;
     }
-    const QString name = lowerCase(decomposed(XPPath::fileName(path.toString())));
+    QString name = lowerCase(decomposed(XPPath::fileName(path.toString())));
     const KPDocLocker lock(m_lock);
     if (m_filePath.load() == path) {
         rare().displayNameLC = name;

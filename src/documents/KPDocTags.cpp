@@ -9,6 +9,7 @@
 #include "XPText.h"
 
 #include <algorithm>
+#include <cmath>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
@@ -141,6 +142,12 @@ double KPDoc::rating() const
     return number ? number->doubleValue() : 0;
 }
 
+int KPDoc::ratingsToStars(double rating)
+{
+    constexpr double most = 5;
+    return static_cast<int>(std::clamp(std::floor(rating + 0.5), 0.0, most));
+}
+
 // As if the file had been saved just now; its access time stays.
 static void touch(const QByteArray &path)
 {
@@ -154,7 +161,7 @@ std::optional<XPError> KPDoc::setRating(double rating)
     const PropertyValue::Dictionary key = {{QStringLiteral("key"), QStringLiteral("rating")}};
     XPNotificationCenter &center = XPNotificationCenter::instance();
     center.post(willChangeNotification, path.toString(), key);
-    const auto error = Karvex::setRating(rating, path.toString());
+    auto error = Karvex::setRating(rating, path.toString());
     if (!error) {
         constexpr double most = 5;
         KPDocMetaData::setValue(KPDocMetaData::Rating, path,

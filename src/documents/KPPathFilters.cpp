@@ -22,7 +22,7 @@ enum Found : unsigned {
 struct Part
 {
     QByteArrayView text;
-    unsigned found;
+    unsigned found = Nothing;
 };
 
 // The user's own folders, each with what may follow: "" matches whatever begins with these

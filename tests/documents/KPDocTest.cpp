@@ -58,6 +58,8 @@ TEST(Doc, RoundsRatingsToStars)
     EXPECT_EQ(KPDoc::ratingsToStars(2.5), 3);
     EXPECT_EQ(KPDoc::ratingsToStars(2.49), 2);
     EXPECT_EQ(KPDoc::ratingsToStars(0), 0);
+    EXPECT_EQ(KPDoc::ratingsToStars(1e300), 5);
+    EXPECT_EQ(KPDoc::ratingsToStars(-7), 0);
 }
 
 TEST(Doc, KnowsWhetherTheFileIsManaged)
