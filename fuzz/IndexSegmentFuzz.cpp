@@ -40,16 +40,17 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const std::string ranks = input.ConsumeRandomLengthString();
     const std::string bytes = input.ConsumeRemainingBytesAsString();
     IndexSegment::Reader in(QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())));
-    std::vector<std::unique_ptr<IndexChunk>> chunks;
-    while (!in.atEnd() && chunks.size() < 3) {
+    IndexCatalog::Loading loading;
+    while (!in.atEnd() && loading.chunks.size() < 3) {
         auto chunk = IndexChunk::read(in);
         if (!chunk)
             break;
-        chunks.push_back(std::make_unique<IndexChunk>(*std::move(chunk)));
+        loading.chunks.push_back(std::make_unique<IndexChunk>(*std::move(chunk)));
     }
     IndexCatalog catalog;
     const QByteArray saved = QByteArray::fromStdString(tables);
-    if (catalog.load(std::move(chunks), saved, numbers(ranks)))
+    loading.nameRanks = numbers(ranks);
+    if (!loading.readTables(saved) || catalog.load(std::move(loading)))
         return 0;
     readEverything(catalog);
     catalog.prepareForWriting();

@@ -21,6 +21,8 @@
 // Reading ends. Nobody does file work under it.
 class IndexCatalog
 {
+    struct Data;
+
 public:
     // Shared access for a scope.
     class Reading
@@ -61,9 +63,26 @@ public:
     QByteArray serialiseTables() const;
     const std::vector<quint32> &nameOrder() const { return d->nameRanks; }
     quint64 nameOrderVersion() const { return m_orderVersion; } // differs once it changed
-    // Replaces everything; on failure leaves it as it was. `nameRanks` may be missing or short.
-    std::optional<XPError> load(std::vector<std::unique_ptr<IndexChunk>> chunks,
-                                QByteArrayView tables, std::vector<quint32> nameRanks);
+    // What was saved, on its way into the catalog. The tables may be read while another thread
+    // reads the chunks.
+    class Loading
+    {
+    public:
+        Loading();
+        ~Loading();
+        bool readTables(QByteArrayView bytes); // false: damaged
+
+        std::vector<std::unique_ptr<IndexChunk>> chunks;
+        std::vector<quint32> nameRanks; // may be missing or short
+
+    private:
+        friend class IndexCatalog;
+        std::unique_ptr<Data> m_data;
+        IndexItem m_lastItem = 0;
+        std::vector<IndexSlot> m_rows; // that have values
+    };
+    // Replaces everything; on failure leaves it as it was.
+    std::optional<XPError> load(Loading &&loading);
 
     // --- For readers: everything below needs a Reading (or the thread that changes)
 
@@ -199,7 +218,7 @@ private:
     static bool readTables(QByteArrayView bytes, Data &data, IndexItem *last,
                            std::vector<IndexSlot> *rows);
     static bool placeRows(Data &data, IndexItem last);
-    static bool postValues(Data &data, const std::vector<IndexSlot> &rows);
+    static void postValues(Data &data, const std::vector<IndexSlot> &rows);
 
     mutable std::shared_mutex m_mutex;
     quint64 m_generation = 0;

@@ -1,7 +1,5 @@
 #include "IndexCatalog.h"
 
-#include "IndexBothCores.h"
-
 #include <QDataStream>
 #include <QIODevice>
 #include <algorithm>
@@ -91,8 +89,7 @@ bool IndexCatalog::readTables(QByteArrayView bytes, Data &data, IndexItem *last,
         IndexSlot slot = 0;
         QByteArray values;
         in >> slot >> values;
-        if (slot >= data.slotCount ||
-            !IndexValues::isSound(values, data.names.size(), data.texts.size()))
+        if (!IndexValues::isSound(values, data.names.size(), data.texts.size()))
             return false;
         data.values.insert(slot, values);
         rows->push_back(slot);
@@ -148,11 +145,9 @@ bool IndexCatalog::placeRows(Data &data, IndexItem last)
 }
 
 // Rebuilds the sets of rows of each value; `rows` are those that have any.
-bool IndexCatalog::postValues(Data &data, const std::vector<IndexSlot> &rows)
+void IndexCatalog::postValues(Data &data, const std::vector<IndexSlot> &rows)
 {
     for (const IndexSlot row : rows) {
-        if (data.chunks[row >> 16]->hasFlag(rowOf(row), IndexChunk::Dead))
-            return false;
         for (const IndexValues::Entry &entry :
              IndexValues::effective(*data.values.constFind(row))) {
             if (data.postings.size() <= entry.name)
@@ -160,34 +155,44 @@ bool IndexCatalog::postValues(Data &data, const std::vector<IndexSlot> &rows)
             data.postings[entry.name].add(row, entry);
         }
     }
+}
+
+IndexCatalog::Loading::Loading() : m_data(std::make_unique<Data>())
+{
+}
+
+IndexCatalog::Loading::~Loading() = default;
+
+bool IndexCatalog::Loading::readTables(QByteArrayView bytes)
+{
+    if (!IndexCatalog::readTables(bytes, *m_data, &m_lastItem, &m_rows))
+        return false;
+    postValues(*m_data, m_rows);
     return true;
 }
 
-std::optional<XPError> IndexCatalog::load(std::vector<std::unique_ptr<IndexChunk>> chunks,
-                                          QByteArrayView tables, std::vector<quint32> nameRanks)
+std::optional<XPError> IndexCatalog::load(Loading &&loading)
 {
     const auto damaged = XPError::malformed(QStringLiteral("damaged tables in the index"));
-    auto data = std::make_unique<Data>();
-    for (size_t i = 0; i < chunks.size(); ++i) {
-        if (i + 1 < chunks.size() && !chunks[i]->isFull())
+    auto data = std::move(loading.m_data);
+    for (const auto &chunk : loading.chunks) {
+        if (&chunk != &loading.chunks.back() && !chunk->isFull())
             return damaged;
-        data->slotCount += chunks[i]->size();
+        data->slotCount += chunk->size();
     }
-    data->chunks = std::move(chunks);
-    IndexItem last = 0;
-    std::vector<IndexSlot> rows; // that have values
+    data->chunks = std::move(loading.chunks);
+    const bool rowsHold =
+        std::all_of(loading.m_rows.begin(), loading.m_rows.end(), [&](IndexSlot row) {
+            return row < data->slotCount &&
+                   !data->chunks[row >> 16]->hasFlag(rowOf(row), IndexChunk::Dead);
+        });
     // Numbers are not used again, so there may be more items than rows; not wildly more, though.
-    if (!readTables(tables, *data, &last, &rows) || last > data->slotCount + 500'000'000ULL)
+    const IndexItem last = loading.m_lastItem;
+    if (!rowsHold || last > data->slotCount + 500'000'000ULL || !placeRows(*data, last))
         return damaged;
-    if (nameRanks.size() <= data->slotCount)
-        data->nameRanks = std::move(nameRanks);
+    if (loading.nameRanks.size() <= data->slotCount)
+        data->nameRanks = std::move(loading.nameRanks);
     data->children.setReady(data->chunks.empty());
-    bool placed = false;
-    bool posted = false;
-    indexRunBoth([&] { placed = placeRows(*data, last); },
-                 [&] { posted = postValues(*data, rows); });
-    if (!placed || !posted)
-        return damaged;
     const std::unique_lock lock(m_mutex);
     d.swap(data);
     ++m_typesVersion;

@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QScopeGuard>
 #include <array>
+#include <atomic>
 #include <fcntl.h>
 #include <filesystem>
 #include <sqlite3.h>
@@ -275,49 +276,74 @@ std::optional<XPError> IndexStore::loadSegments(IndexCatalog &catalog)
     if (!segments)
         return segments.error();
     m_segmentBytes = 0;
-    std::vector<std::unique_ptr<IndexChunk>> chunks;
-    QByteArray tables;
-    std::vector<quint32> names;
+    if (segments->empty()) {
+        catalog.clear();
+        return {};
+    }
+    IndexCatalog::Loading loading;
+    std::vector<const Segment *> chunks;
     for (const auto &[number, segment] : *segments) {
         m_segmentBytes += segment.size;
         if (number >= 0 && number != static_cast<qint64>(chunks.size()))
             return damaged("a part is missing");
         if (number >= 0)
-            chunks.emplace_back();
+            chunks.push_back(&segment);
     }
-    // Two at a time: a read from memory is mostly checking and copying.
-    std::array<std::optional<XPError>, 2> errors;
-    const auto readSome = [&](size_t from) {
-        for (const auto &[number, segment] : *segments) {
-            if (errors[from] || static_cast<size_t>(number & 1) != from)
-                continue;
-            const auto read = [&](IndexSegment::Reader &in) {
-                if (number == tablesSegment)
-                    return in.read(&tables, static_cast<quint64>(segment.size));
-                if (number == namesSegment)
-                    return in.read(&names, static_cast<quint64>(segment.size) / sizeof(quint32));
+    loading.chunks.resize(chunks.size());
+    // On both cores: reading what is in memory already is mostly checking and copying, and the
+    // tables take as long as half of the chunks.
+    std::atomic<size_t> next = 0;
+    const auto readChunks = [&](std::optional<XPError> &error) {
+        for (size_t i = next++; i < chunks.size() && !error; i = next++) {
+            error = readSegment(*chunks[i], [&](IndexSegment::Reader &in) {
                 auto chunk = IndexChunk::read(in);
                 if (chunk)
-                    chunks[static_cast<size_t>(number)] =
-                        std::make_unique<IndexChunk>(*std::move(chunk));
+                    loading.chunks[i] = std::make_unique<IndexChunk>(*std::move(chunk));
                 return chunk.has_value();
-            };
-            errors[from] = readSegment(segment, read);
+            });
         }
     };
-    indexRunBoth([&] { readSome(0); }, [&] { readSome(1); });
+    std::array<std::optional<XPError>, 2> errors;
+    indexRunBoth(
+        [&] {
+            errors[0] = loadTables(*segments, loading);
+            readChunks(errors[0]);
+        },
+        [&] { readChunks(errors[1]); });
     for (const auto &error : errors) {
         if (error)
             return error;
     }
-    if (segments->empty()) {
-        catalog.clear();
-        return {};
-    }
-    if (auto error = catalog.load(std::move(chunks), tables, std::move(names)))
+    if (auto error = catalog.load(std::move(loading)))
         return error;
     m_savedOrder = catalog.nameOrderVersion();
     return {};
+}
+
+std::optional<XPError> IndexStore::loadTables(const Segments &segments,
+                                              IndexCatalog::Loading &loading) const
+{
+    const auto names = segments.find(namesSegment);
+    if (names != segments.end()) {
+        const Segment &segment = names->second;
+        const auto read = [&](IndexSegment::Reader &in) {
+            return in.read(&loading.nameRanks,
+                           static_cast<quint64>(segment.size) / sizeof(quint32));
+        };
+        if (auto error = readSegment(segment, read))
+            return error;
+    }
+    const auto tables = segments.find(tablesSegment);
+    if (tables == segments.end())
+        return damaged("a part is missing");
+    const Segment &segment = tables->second;
+    QByteArray bytes;
+    const auto read = [&](IndexSegment::Reader &in) {
+        return in.read(&bytes, static_cast<quint64>(segment.size));
+    };
+    if (auto error = readSegment(segment, read))
+        return error;
+    return loading.readTables(bytes) ? std::nullopt : std::optional(damaged("damaged tables"));
 }
 
 std::optional<XPError>

@@ -96,6 +96,8 @@ private:
     readSegment(const Segment &segment,
                 const std::function<bool(IndexSegment::Reader &in)> &read) const;
     std::optional<XPError> loadSegments(IndexCatalog &catalog);
+    std::optional<XPError> loadTables(const Segments &segments,
+                                      IndexCatalog::Loading &loading) const;
     std::optional<XPError> saveSegment(qint64 number, const IndexSegment::Writer &segment);
     std::optional<XPError> saveChanged(const IndexCatalog &catalog);
     std::optional<XPError> saveTransaction(const IndexCatalog &catalog);

@@ -89,7 +89,6 @@ bool IndexTextDocuments::appendEncoded(QByteArrayView bytes)
 {
     if (bytes.size() % static_cast<qsizetype>(sizeof(Entry)) != 0)
         return false;
-    m_entries.reserve(m_entries.size() + static_cast<size_t>(bytes.size()) / sizeof(Entry));
     for (qsizetype at = 0; at < bytes.size(); at += static_cast<qsizetype>(sizeof(Entry))) {
         Entry entry;
         std::memcpy(static_cast<void *>(&entry), bytes.data() + at, sizeof entry);
