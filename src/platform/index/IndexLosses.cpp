@@ -17,8 +17,15 @@ void IndexLosses::gone(const QByteArray &path, const IndexRecord &record, qint64
 {
     if (record.attributes.isEmpty() || !record.info.isRegular())
         return;
-    m_gone.removeIf([&](const auto &entry) { return entry.value().time < time - longestGap; });
+    for (; !m_inOrder.empty() && m_inOrder.front().second < time - longestGap;
+         m_inOrder.pop_front()) {
+        const auto &[oldest, when] = m_inOrder.front();
+        if (const auto known = m_gone.constFind(oldest);
+            known != m_gone.cend() && known->time == when)
+            m_gone.erase(known);
+    }
     m_gone.insert(path, {record, time});
+    m_inOrder.emplace_back(path, time);
 }
 
 void IndexLosses::made(const QByteArray &path, const IndexRecord &record, qint64 time)

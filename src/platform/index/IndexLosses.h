@@ -4,6 +4,7 @@
 
 #include <QHash>
 #include <QStringList>
+#include <deque>
 #include <functional>
 
 // A file that came in the place of another one and lacks attributes that the other had.
@@ -46,4 +47,5 @@ private:
     };
     const Report m_report;
     QHash<QByteArray, Gone> m_gone; // of the last two seconds, files with attributes only
+    std::deque<std::pair<QByteArray, qint64>> m_inOrder; // the same by their time, oldest first
 };
