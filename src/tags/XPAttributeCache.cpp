@@ -38,10 +38,10 @@ XPAttributeCache::XPAttributeCache(IndexSource &source, const QString &attribute
         m_recentItems.reset();
         m_reader.reset();
         m_onThread->deleteLater();
+        const XPLocker ended(m_mutex); // see the destructor
     });
+    QObject::connect(&m_thread, &QThread::started, m_onThread, [this] { startSearch(); });
     m_thread.start();
-    QMetaObject::invokeMethod(
-        m_onThread, [this] { startSearch(); }, Qt::QueuedConnection);
 }
 
 XPAttributeCache::~XPAttributeCache()
@@ -49,6 +49,9 @@ XPAttributeCache::~XPAttributeCache()
     m_stopping = true;
     m_thread.quit();
     m_thread.wait();
+    // What the thread did last is seen from here on; Qt's waiting alone does not say so to tools
+    // that watch threads.
+    const XPLocker ended(m_mutex);
     prefetchDone();
     XPItemPaths::end(m_source);
 }

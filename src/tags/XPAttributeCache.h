@@ -98,7 +98,7 @@ private:
     void fixSome();
     void fix(const QList<KPPooledString> &paths);
     std::vector<Row> rowsAt(const QList<KPPooledString> &paths) const;
-    void takeRead(const XPAttributeReader::Values &values);
+    void takeRead() XP_EXCLUDES(m_mutex);
 
     // To the main thread, and there:
     void announce(IndexItem item) XP_EXCLUDES(m_mutex);
@@ -123,6 +123,7 @@ private:
     XPMutex m_mutex;
     QList<IndexItem> m_announced XP_GUARDED_BY(m_mutex);
     QSet<IndexItem> m_isAnnounced XP_GUARDED_BY(m_mutex);
+    XPAttributeReader::Values m_read XP_GUARDED_BY(m_mutex); // from files, for m_thread
     bool m_notify XP_GUARDED_BY(m_mutex) = false;
     bool m_woken XP_GUARDED_BY(m_mutex) = false;
 

@@ -104,16 +104,26 @@ void XPAttributeCache::fix(const QList<KPPooledString> &paths)
     if (!m_reader) {
         m_reader = std::make_unique<XPAttributeReader>(
             m_singleAttributeKey, [this](const XPAttributeReader::Values &values) {
+                {
+                    const XPLocker lock(m_mutex);
+                    for (const auto &[path, raw] : values)
+                        m_read.emplaceBack(path, raw);
+                }
                 QMetaObject::invokeMethod(
-                    m_onThread, [this, values] { takeRead(values); }, Qt::QueuedConnection);
+                    m_onThread, [this] { takeRead(); }, Qt::QueuedConnection);
             });
     }
     m_reader->read(unknown);
 }
 
 // What came into the index meanwhile is what the index says.
-void XPAttributeCache::takeRead(const XPAttributeReader::Values &values)
+void XPAttributeCache::takeRead()
 {
+    XPAttributeReader::Values values;
+    {
+        const XPLocker lock(m_mutex);
+        values.swap(m_read);
+    }
     QList<KPPooledString> paths;
     for (const auto &[path, raw] : values)
         paths.append(path);

@@ -200,6 +200,7 @@ void IndexReconciler::look(const QByteArray &path)
         return;
     }
     note(folder, name);
+    m_eventTime = IndexLosses::now(); // whoever asked knows of an event
     IndexBatch batch;
     const auto entry = m_reader->readEntry(folder, name);
     const IndexItem known = m_catalog.child(itemAt(folder), name);
@@ -208,6 +209,7 @@ void IndexReconciler::look(const QByteArray &path)
     else if (entry.error().kind == XPError::Kind::NotFound && known)
         removeTree(known, batch);
     flush(batch);
+    m_eventTime = 0;
     m_reader->closeFolder();
 }
 
