@@ -30,17 +30,21 @@ XPAttributeCache::XPAttributeCache(IndexSource &source, const QString &attribute
     m_thread.setObjectName(QStringLiteral("murn-attributes"));
     m_fixPathsTimer = new QTimer(m_onThread);
     m_fixPathsTimer->setInterval(fixPathsInterval);
-    QObject::connect(m_fixPathsTimer, &QTimer::timeout, m_onThread, [this] { fixPaths(); });
+    connect(m_fixPathsTimer, &QTimer::timeout, m_onThread, [this] { fixPaths(); });
     m_onThread->moveToThread(&m_thread);
+    connect(this, &XPAttributeCache::pathsWaiting, m_fixPathsTimer, qOverload<>(&QTimer::start));
+    connect(this, &XPAttributeCache::readingsWaiting, m_onThread, [this] { takeRead(); });
+    connect(this, &XPAttributeCache::noticesWaiting, this, &XPAttributeCache::deliverNotices,
+            Qt::QueuedConnection);
     // On the thread itself, after its event loop.
-    QObject::connect(&m_thread, &QThread::finished, m_onThread, [this] {
+    connect(&m_thread, &QThread::finished, m_onThread, [this] {
         m_mdQuery.reset();
         m_recentItems.reset();
         m_reader.reset();
         m_onThread->deleteLater();
         const XPLocker ended(m_mutex); // see the destructor
     });
-    QObject::connect(&m_thread, &QThread::started, m_onThread, [this] { startSearch(); });
+    connect(&m_thread, &QThread::started, m_onThread, [this] { startSearch(); });
     m_thread.start();
 }
 
@@ -122,13 +126,12 @@ void XPAttributeCache::startSearch()
     m_mdQuery = *std::move(query);
     m_mdQuery->setSearchScope({MDQuery::scopeComputer, MDQuery::scopeNetwork});
     m_mdQuery->setMaxCount(m_maxQuerySize);
-    QObject::connect(m_mdQuery.get(), &MDQuery::progress, m_onThread, [this] { takeResults(); });
-    QObject::connect(m_mdQuery.get(), &MDQuery::finished, m_onThread,
-                     [this] { finishedMDQuery(); });
-    QObject::connect(m_mdQuery.get(), &MDQuery::updated, m_onThread,
-                     [this](const auto &added, const auto &changed, const auto &removed) {
-                         updatedMDQuery(added, changed, removed);
-                     });
+    connect(m_mdQuery.get(), &MDQuery::progress, m_onThread, [this] { takeResults(); });
+    connect(m_mdQuery.get(), &MDQuery::finished, m_onThread, [this] { finishedMDQuery(); });
+    connect(m_mdQuery.get(), &MDQuery::updated, m_onThread,
+            [this](const auto &added, const auto &changed, const auto &removed) {
+                updatedMDQuery(added, changed, removed);
+            });
     m_mdQuery->execute(MDQuery::WantsUpdates);
     if (m_isFirst)
         m_recentItems = std::make_unique<XPRecentItems>(m_source);
@@ -270,8 +273,7 @@ void XPAttributeCache::notifyMainQ()
         if (std::exchange(m_woken, true))
             return;
     }
-    QMetaObject::invokeMethod(
-        &m_onMain, [this] { deliverNotices(); }, Qt::QueuedConnection);
+    Q_EMIT noticesWaiting(QPrivateSignal());
 }
 
 // As many as go into a part of a frame; the rest in later turns of the event loop.
@@ -291,7 +293,7 @@ void XPAttributeCache::deliverNotices()
                 item = m_announced.takeFirst();
                 m_isAnnounced.remove(item);
             } else {
-                QTimer::singleShot(0, &m_onMain, [this] { deliverNotices(); });
+                QTimer::singleShot(0, this, &XPAttributeCache::deliverNotices);
                 return;
             }
         }
@@ -319,7 +321,7 @@ void XPAttributeCache::tellOfItem(IndexItem number)
 
 void XPAttributeCache::mainThreadNotifyUpdatedInfo()
 {
-    if (QThread::currentThread() != m_onMain.thread())
+    if (QThread::currentThread() != thread())
         return;
     for (const QString &name : m_notificationStrings)
         XPNotificationCenter::instance().post(name);

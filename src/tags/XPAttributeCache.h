@@ -25,8 +25,10 @@ class XPRecentItems;
 // Threads: construct and destroy on the main thread; everything else from any. The query and the
 // fixing run on a thread of its own, which the destructor stops and joins.
 // Ownership: the caller's; the source must outlive it.
-class XPAttributeCache
+class XPAttributeCache : public QObject
 {
+    Q_OBJECT
+
 public:
     // A raw value of the attribute as it is to be held; null: as if there were none. Called on
     // the cache's threads, with no lock held.
@@ -36,9 +38,7 @@ public:
     // values are XPAttributeOf<PropertyValue>.
     XPAttributeCache(IndexSource &source, const QString &attributeKey, qsizetype maxQuerySize,
                      const QStringList &changeNotificationsToSend, Transformer transformer = {});
-    ~XPAttributeCache();
-    XPAttributeCache(const XPAttributeCache &) = delete;
-    XPAttributeCache &operator=(const XPAttributeCache &) = delete;
+    ~XPAttributeCache() override;
 
     // Null when there is no value; when it is not known, also queues the path to be fixed.
     XPAttributeValuePtr attributeAtPath(KPPooledString path);
@@ -72,6 +72,12 @@ public:
     static std::optional<KPPooledString> cachedMDITemUpdatePathGetPath(const MDItem &item);
     static void clearCacheForItem(const MDItem &item);
     static qsizetype dictCount();
+
+Q_SIGNALS:
+    // For itself, from any thread; see MDQuery.
+    void pathsWaiting(QPrivateSignal);    // to m_thread, to be fixed
+    void readingsWaiting(QPrivateSignal); // to m_thread
+    void noticesWaiting(QPrivateSignal);  // to the main thread
 
 private:
     // A result as the index holds it; an empty path: it is gone.
@@ -141,5 +147,4 @@ private:
     const bool m_isFirst; // cache of the source
     QThread m_thread;
     QObject *m_onThread; // where calls to m_thread are queued; destroyed there
-    QObject m_onMain;    // the same for the main thread
 };

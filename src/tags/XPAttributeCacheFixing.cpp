@@ -24,8 +24,7 @@ void XPAttributeCache::addPathsToFix(const QList<KPPooledString> &paths)
     }
     // The timer stands still while there is nothing to fix.
     if (wasEmpty)
-        QMetaObject::invokeMethod(
-            m_fixPathsTimer, [timer = m_fixPathsTimer] { timer->start(); }, Qt::QueuedConnection);
+        Q_EMIT pathsWaiting(QPrivateSignal());
 }
 
 qsizetype XPAttributeCache::numPathsToFix() const
@@ -109,8 +108,7 @@ void XPAttributeCache::fix(const QList<KPPooledString> &paths)
                     for (const auto &[path, raw] : values)
                         m_read.emplaceBack(path, raw);
                 }
-                QMetaObject::invokeMethod(
-                    m_onThread, [this] { takeRead(); }, Qt::QueuedConnection);
+                Q_EMIT readingsWaiting(QPrivateSignal());
             });
     }
     m_reader->read(unknown);
