@@ -135,8 +135,10 @@ size_t PackedColumns::count(quint16 type, quint8 rating, bool managed, quint16 d
 #endif
     size_t hits = 0;
     for (size_t row = 0; row < m_type.size(); ++row)
-        hits += (m_type[row] == type) & (m_rating[row] >= rating) &
-                (m_managed[row] == static_cast<quint8>(managed)) & (m_day[row] > day);
+        hits += m_type[row] == type && m_rating[row] >= rating &&
+                        m_managed[row] == static_cast<quint8>(managed) && m_day[row] > day
+                    ? 1U
+                    : 0U;
     return hits;
 }
 

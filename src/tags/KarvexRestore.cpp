@@ -150,7 +150,9 @@ void KarvexRestore::restore(const KarvexBackupRecord &record, const QString &pat
 // Under the file's lock.
 std::optional<XPError> KarvexRestore::write(const Change &change) const
 {
-    const auto &[path, recorded, before, after] = change;
+    const QString &path = change.path;
+    const KarvexBackupRecord &before = change.before;
+    const KarvexBackupRecord &after = change.after;
     std::optional<XPError> error;
     if (after.tagDate && (after.tags != before.tags || after.tagDate != before.tagDate))
         error = KarvexTimeStamp::writeWith(Karvex::userTagTimeKey, *after.tagDate, path, [&] {

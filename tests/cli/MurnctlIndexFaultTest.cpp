@@ -121,10 +121,10 @@ TEST_F(MurnctlIndexFault, ACacheFolderThatCannotBeWrittenCostsOnlyTheSaving)
     const QByteArray cache = XPPath::encode(place.path(QStringLiteral("home/.cache")));
     const int answer = asUser([&] {
         // First there is nothing in it, then a store, then one that may not be read.
-        for (const ::mode_t mode : {0555, 0755, 0}) {
+        for (const ::mode_t mode : {0555U, 0755U, 0U}) {
             ::chmod(cache.constData(), mode);
             const MurnctlResult status = run({"index", "status", "--json"});
-            if (degraded(status).contains(QStringLiteral("nothing is saved")) == (mode == 0755))
+            if (degraded(status).contains(QStringLiteral("nothing is saved")) == (mode == 0755U))
                 return 1;
             if (count("kMDItemFSName == \"*.pdf\"") != "50\n")
                 return 2;
