@@ -3,8 +3,10 @@
 #include "Karvex.h"
 #include "KarvexFileLock.h"
 #include "XPExtendedAttributes.h"
+#include "XPFileInfo.h"
 
 #include <QSet>
+#include <cerrno>
 
 // What another program brings with a file when it knows of tags.
 bool KPHealing::haveNoTags(const QStringList &names)
@@ -40,9 +42,17 @@ static void removeAll(const QStringList &names, const QString &path)
         (void)XPExtendedAttributes::remove(path, name);
 }
 
+static bool isOtherFile(const XPFileInfo &one, const XPFileInfo &other)
+{
+    return one.inode != other.inode || one.birth != other.birth;
+}
+
 std::optional<XPError> KPHealing::heal()
 {
     const KarvexFileLock lock(path);
+    const auto file = XPFileInfo::read(path);
+    if (!file)
+        return file.error();
     const auto isBare = hasNoTags(path);
     if (!isBare)
         return isBare.error();
@@ -60,7 +70,18 @@ std::optional<XPError> KPHealing::heal()
         }
         written.append(name);
     }
-    return {};
+    // Saved once more meanwhile: one part may stand on the file before and the rest on this one,
+    // which would then look as if it had tags.
+    const auto now = XPFileInfo::read(path);
+    if (now && !isOtherFile(*file, *now))
+        return {};
+    for (auto attribute = attributes.begin(); attribute != attributes.end(); ++attribute) {
+        const QString name = Karvex::spotlightKey(attribute.key());
+        const auto present = XPExtendedAttributes::read(path, name);
+        if (written.contains(name) && present && *present == *attribute)
+            (void)XPExtendedAttributes::remove(path, name);
+    }
+    return XPError::fromErrno(ESTALE, path);
 }
 
 std::optional<XPError> KPHealing::undo()

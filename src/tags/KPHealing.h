@@ -32,7 +32,8 @@ struct KPHealing
     static XPResult<bool> hasNoTags(const QString &path);
 
     // Puts the attributes on the file, if it has no tags (NotFound, in words, when it has): all of
-    // them or none. Those of another name that it has stay as they are.
+    // them or none. ESTALE: it was replaced by another one meanwhile. Those of another name that it
+    // has stay as they are.
     std::optional<XPError> heal();
     // Takes those away that are still as they were put there, and says which were not.
     std::optional<XPError> undo();

@@ -7,6 +7,9 @@
 #include "XPPath.h"
 #include "XPPropertyList.h"
 
+#include <QHash>
+#include <cerrno>
+
 using namespace std::chrono_literals;
 
 // For a program that sets attributes itself after it made the file.
@@ -135,16 +138,17 @@ void KPTagHealer::work(std::vector<Task> tasks)
                          });
     if (!isSaved)
         return;
+    QHash<qint64, KPHealing> done;
     for (Task &task : tasks) {
+        const KPHealing::State before = task.healing.state;
         if (task.healing.number && task.healing.why.isEmpty())
             healOne(task);
+        if (task.healing.state != before)
+            done.insert(task.healing.number, task.healing);
     }
-    if (fresh.empty())
+    if (done.isEmpty())
         return;
     save([&](QList<KPHealing> &cases) {
-        QHash<qint64, KPHealing> done;
-        for (const Task *task : fresh)
-            done.insert(task->healing.number, task->healing);
         for (KPHealing &each : cases)
             each = done.value(each.number, each);
     });
@@ -158,6 +162,10 @@ void KPTagHealer::healOne(Task &task)
     if (!info || (info->inode == task.healed.inode && info->birth == task.healed.birth))
         return;
     if (const auto error = healing.heal()) {
+        if (error->code == ESTALE) { // saved once more while they were put back
+            lookAgainLater(task);
+            return;
+        }
         if (task.healed.inode == 0) {
             healing.state = KPHealing::State::Failed;
             healing.why = error->reason();
