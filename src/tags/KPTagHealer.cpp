@@ -8,6 +8,7 @@
 #include "XPPropertyList.h"
 
 #include <QHash>
+#include <algorithm>
 #include <cerrno>
 
 using namespace std::chrono_literals;
@@ -110,14 +111,45 @@ static KPHealing healingOf(const IndexLoss &loss)
     return healing;
 }
 
+// A file that was replaced while attributes were put on it, one after the other, may be told of
+// with a part of them: what was being put there counts then.
+void KPTagHealer::completeFromRecent(std::vector<Task> &tasks)
+{
+    QHash<QString, QMap<QString, QByteArray>> recent;
+    const auto note = [&](const Task &task) {
+        if (task.healing.number)
+            recent.insert(task.healing.path, task.healing.attributes);
+    };
+    std::for_each(tasks.begin(), tasks.end(), note);
+    {
+        const XPLocker lock(m_mutex);
+        std::for_each(m_tasks.begin(), m_tasks.end(), note);
+    }
+    for (Task &task : tasks) {
+        const auto whole = recent.constFind(task.healing.path);
+        if (task.healing.number || whole == recent.cend())
+            continue;
+        const auto &part = task.healing.attributes;
+        const bool isPart = std::all_of(part.keyBegin(), part.keyEnd(), [&](const QString &name) {
+            return whole->value(name) == part.value(name);
+        });
+        if (isPart)
+            task.healing.attributes = *whole;
+    }
+}
+
 // The log is written before any file, so that what a file had is never in memory alone.
 void KPTagHealer::work(std::vector<Task> tasks)
 {
     std::vector<Task *> fresh;
     for (Task &task : tasks) {
+        if (!task.healing.number)
+            task.healing = healingOf(task.loss);
+    }
+    completeFromRecent(tasks);
+    for (Task &task : tasks) {
         if (task.healing.number)
             continue;
-        task.healing = healingOf(task.loss);
         // One that nobody saw may be on a volume that hangs: no file call.
         if (!task.healing.attributes.isEmpty() && KPHealing::haveNoTags(task.loss.present) &&
             (!task.loss.isSeen || KPHealing::hasNoTags(task.healing.path).valueOr(false)))

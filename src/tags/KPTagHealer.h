@@ -43,6 +43,7 @@ private:
     void loop() XP_EXCLUDES(m_mutex);
     std::vector<Task> nextTasks() XP_EXCLUDES(m_mutex); // empty: the end
     void work(std::vector<Task> tasks) XP_EXCLUDES(m_mutex);
+    void completeFromRecent(std::vector<Task> &tasks) XP_EXCLUDES(m_mutex);
     void healOne(Task &task);
     void lookAgainLater(const Task &task) XP_EXCLUDES(m_mutex);
 
