@@ -122,7 +122,7 @@ void IndexReconciler::applyChanges(Pending &pending, IndexItem folder)
 }
 
 void IndexReconciler::putEntry(IndexItem folder, IndexRecord &record, IndexItem known,
-                               IndexBatch &batch)
+                               IndexBatch &batch, bool made)
 {
     const IndexSlot slot = m_catalog.slotOf(known);
     if (slot != IndexCatalog::noSlot) {
@@ -136,7 +136,7 @@ void IndexReconciler::putEntry(IndexItem folder, IndexRecord &record, IndexItem 
         }
         if (known && !before.attributes.isEmpty())
             m_losses.replaced(pathIn(folder, record.name), before, record,
-                              m_eventTime && before.info.inode != record.info.inode);
+                              m_eventTime && (made || before.info.inode != record.info.inode));
     } else if (m_eventTime) {
         m_losses.made(pathIn(folder, record.name), record, m_eventTime);
     }

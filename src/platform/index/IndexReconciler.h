@@ -68,7 +68,9 @@ private:
 
     // Listings:
     void applyChanges(Pending &pending, IndexItem folder);
-    void putEntry(IndexItem folder, IndexRecord &record, IndexItem known, IndexBatch &batch);
+    // `made`: an event told that another file came to the name; its inode may be used again.
+    void putEntry(IndexItem folder, IndexRecord &record, IndexItem known, IndexBatch &batch,
+                  bool made = false);
     void noteGone(const IndexWatcher::Event &event, IndexItem item);
     QByteArray pathIn(IndexItem folder, const QByteArray &name) const;
     void removeMissing(IndexItem folder, const IndexListing &listing, IndexBatch &batch);

@@ -109,7 +109,7 @@ void IndexReconciler::applyChanged(const QByteArray &folder, const QByteArray &n
     const IndexSlot slot = m_catalog.slotOf(known);
     const bool again = made || slot == IndexCatalog::noSlot || m_unreadable.contains(path) ||
                        m_catalog.record(slot).info.inode != found.record.info.inode;
-    putEntry(parent, found.record, known, batch);
+    putEntry(parent, found.record, known, batch, made);
     if (found.descend && again) {
         flush(batch);
         m_calls.read(path, true);
@@ -160,7 +160,7 @@ void IndexReconciler::applyMoved(const Event &event, IndexBatch &batch)
             // Saved by writing a new file and renaming it over the old one: the old item goes on.
             removeTree(item, batch);
             IndexFolderReader::Entry found = *std::move(entry);
-            putEntry(target, found.record, overwritten, batch);
+            putEntry(target, found.record, overwritten, batch, true);
             return;
         }
         removeTree(overwritten, batch);
