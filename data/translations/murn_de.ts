@@ -3,6 +3,12 @@
 <TS version="2.1" language="de">
 <context>
     <name></name>
+    <message id=" but not ">
+        <translation>, aber nicht </translation>
+    </message>
+    <message id=" or ">
+        <translation> oder </translation>
+    </message>
     <message id="KPAbout">
         <translation>Ü&amp;ber Murn</translation>
     </message>
@@ -79,6 +85,27 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPCountsSelected">
         <translation>%1, %2 ausgewählt</translation>
+    </message>
+    <message id="KPCrumbTrailAnyDate">
+        <translation>Jedes Datum</translation>
+    </message>
+    <message id="KPCrumbTrailBeforeYear">
+        <translation>Vor %1</translation>
+    </message>
+    <message id="KPCrumbTrailLast30Days">
+        <translation>Letzte 30 Tage</translation>
+    </message>
+    <message id="KPCrumbTrailLast365Days">
+        <translation>Letzte 365 Tage</translation>
+    </message>
+    <message id="KPCrumbTrailLast7Days">
+        <translation>Letzte 7 Tage</translation>
+    </message>
+    <message id="KPCrumbTrailToday">
+        <translation>Letzte 24 Stunden</translation>
+    </message>
+    <message id="KPCrumbTrailYesterday">
+        <translation>Die 24 Stunden davor</translation>
     </message>
     <message id="KPDetails">
         <translation>Details</translation>
@@ -338,8 +365,20 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPRating">
         <translation>Bewertung</translation>
     </message>
+    <message id="KPRatingAtLeast">
+        <translation>Mindestens %1 Sterne</translation>
+    </message>
+    <message id="KPRatingAtMost">
+        <translation>Ohne Bewertung bis %1 Sterne</translation>
+    </message>
+    <message id="KPRatingExactly">
+        <translation>%1 Sterne</translation>
+    </message>
     <message id="KPRatingHint">
         <translation>0 bis 5 Sterne; die Zifferntasten setzen sie</translation>
+    </message>
+    <message id="KPRatingUnrated">
+        <translation>Ohne Bewertung</translation>
     </message>
     <message id="KPRatingsDiffer">
         <translation>Die Bewertungen sind verschieden.</translation>
@@ -425,6 +464,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
             <numerusform>%n Sterne</numerusform>
         </translation>
     </message>
+    <message id="KPStatusPromptNoFileTypeSet">
+        <translation>Alle Arten</translation>
+    </message>
     <message id="KPStop">
         <translation>Anhalten</translation>
     </message>
@@ -484,6 +526,15 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KarvexAuthenticationPrompt">
         <translation>Um an manchen Dateien Metadaten wie Schlagwörter zu setzen, ist eine Legitimation nötig.</translation>
+    </message>
+    <message id="not ">
+        <translation>nicht </translation>
+    </message>
+    <message id="or %d other kinds" numerus="yes">
+        <translation>
+            <numerusform>oder %n andere Art</numerusform>
+            <numerusform>oder %n andere Arten</numerusform>
+        </translation>
     </message>
 </context>
 </TS>

@@ -5,6 +5,12 @@
 <TS version="2.1" language="en">
 <context>
     <name></name>
+    <message id=" but not ">
+        <translation> but not </translation>
+    </message>
+    <message id=" or ">
+        <translation> or </translation>
+    </message>
     <message id="KPAbout">
         <translation>&amp;About Murn</translation>
     </message>
@@ -81,6 +87,27 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPCountsSelected">
         <translation>%1, %2 selected</translation>
+    </message>
+    <message id="KPCrumbTrailAnyDate">
+        <translation>Any date</translation>
+    </message>
+    <message id="KPCrumbTrailBeforeYear">
+        <translation>Before %1</translation>
+    </message>
+    <message id="KPCrumbTrailLast30Days">
+        <translation>Last 30 days</translation>
+    </message>
+    <message id="KPCrumbTrailLast365Days">
+        <translation>Last 365 days</translation>
+    </message>
+    <message id="KPCrumbTrailLast7Days">
+        <translation>Last 7 days</translation>
+    </message>
+    <message id="KPCrumbTrailToday">
+        <translation>Last 24 hours</translation>
+    </message>
+    <message id="KPCrumbTrailYesterday">
+        <translation>The 24 hours before</translation>
     </message>
     <message id="KPDetails">
         <translation>Details</translation>
@@ -340,8 +367,20 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPRating">
         <translation>Rating</translation>
     </message>
+    <message id="KPRatingAtLeast">
+        <translation>%1 stars or more</translation>
+    </message>
+    <message id="KPRatingAtMost">
+        <translation>Unrated to %1 stars</translation>
+    </message>
+    <message id="KPRatingExactly">
+        <translation>%1 stars</translation>
+    </message>
     <message id="KPRatingHint">
         <translation>0 to 5 stars; the digits set them</translation>
+    </message>
+    <message id="KPRatingUnrated">
+        <translation>Unrated</translation>
     </message>
     <message id="KPRatingsDiffer">
         <translation>The ratings differ.</translation>
@@ -427,6 +466,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
             <numerusform>%n stars</numerusform>
         </translation>
     </message>
+    <message id="KPStatusPromptNoFileTypeSet">
+        <translation>All kinds</translation>
+    </message>
     <message id="KPStop">
         <translation>Stop</translation>
     </message>
@@ -486,6 +528,15 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KarvexAuthenticationPrompt">
         <translation>You need to authorize to set metadata like tags on some files.</translation>
+    </message>
+    <message id="not ">
+        <translation>not </translation>
+    </message>
+    <message id="or %d other kinds" numerus="yes">
+        <translation>
+            <numerusform>or %n other kind</numerusform>
+            <numerusform>or %n other kinds</numerusform>
+        </translation>
     </message>
 </context>
 </TS>

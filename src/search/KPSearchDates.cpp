@@ -1,0 +1,73 @@
+#include "KPSearchDates.h"
+
+#include <QDateTime>
+#include <QStringList>
+#include <algorithm>
+
+using namespace KPSearchDates;
+
+namespace {
+constexpr double secondsADay = 86400;
+constexpr int oldestYears = 100; // what is older than the year before last goes back this far
+} // namespace
+
+// Since the start of the year that many years ago.
+static double daysSinceYear(int yearsAgo)
+{
+    const QDateTime now = QDateTime::currentDateTime();
+    const QDateTime start = QDate(now.date().year() - yearsAgo, 1, 1).startOfDay();
+    return static_cast<double>(start.msecsTo(now)) / 1000 / secondsADay;
+}
+
+Range KPSearchDates::rangeOf(const QString &key)
+{
+    if (key == today)
+        return {1, {}};
+    if (key == yesterday)
+        return {2, 1};
+    if (key == last7Days)
+        return {7, {}};
+    if (key == last30Days)
+        return {30, {}};
+    if (key == last365Days)
+        return {365, {}};
+    if (key == thisYear)
+        return {daysSinceYear(0), {}};
+    if (key == lastYear)
+        return {daysSinceYear(1), daysSinceYear(0)};
+    if (key == yearBeforeLastYear)
+        return {daysSinceYear(2), daysSinceYear(1)};
+    if (key == olderThanYearBeforeLastYear)
+        return {daysSinceYear(oldestYears), daysSinceYear(2)};
+    return {};
+}
+
+QStringList KPSearchDates::allKeys()
+{
+    return {anyDate,     today,    yesterday, last7Days,          last30Days,
+            last365Days, thisYear, lastYear,  yearBeforeLastYear, olderThanYearBeforeLastYear};
+}
+
+static bool isWithin(const Range &inner, const Range &outer)
+{
+    return *inner.start <= *outer.start && inner.end.value_or(0) >= outer.end.value_or(0);
+}
+
+Narrowed KPSearchDates::narrow(const QString &key, const QString &otherKey)
+{
+    const Range one = rangeOf(key);
+    const Range two = rangeOf(otherKey);
+    if (!one.start || !two.start)
+        return {Narrowed::Kind::Key, one.start ? key : two.start ? otherKey : QString(), {}};
+    // The same moment was counted twice, a little apart, where two years meet: within a second.
+    constexpr double instant = 1 / secondsADay;
+    const double start = std::min(*one.start, *two.start);
+    const double end = std::max(one.end.value_or(0), two.end.value_or(0));
+    if (start - end < instant)
+        return {Narrowed::Kind::None, {}, {}};
+    if (key == otherKey || isWithin(one, two))
+        return {Narrowed::Kind::Key, key, {}};
+    if (isWithin(two, one))
+        return {Narrowed::Kind::Key, otherKey, {}};
+    return {Narrowed::Kind::Range, {}, {start, end > 0 ? std::optional(end) : std::nullopt}};
+}
