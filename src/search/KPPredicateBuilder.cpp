@@ -117,6 +117,8 @@ QString KPPredicateBuilder::stripExtensionIfLooksGood(const QString &text,
         return text;
     const bool isExplicit = text.startsWith(u'.') && !text.contains(u' ');
     QString extension = isExplicit ? text.mid(1) : XPPath::extension(text);
+    if (extension.isEmpty())
+        return text;
     QString name = isExplicit ? QString() : text.chopped(extension.size() + 1);
     if (extension.endsWith(u'"')) {
         if (!name.isEmpty())

@@ -9,6 +9,7 @@
 #include "XPText.h"
 
 #include <algorithm>
+#include <cmath>
 
 using namespace KPSearchStateKey;
 
@@ -435,8 +436,8 @@ KPSearchDates::Range KPSearchState::getStart() const
     if (const QString key = dateString(); !key.isEmpty())
         return dateStringToDayRange(key);
     const auto days = [this](const QString &key) -> std::optional<double> {
-        const PropertyValue &value = plainValue(m_dictionary, key);
-        return value.isNull() ? std::nullopt : std::optional(value.doubleValue());
+        const double number = plainValue(m_dictionary, key).doubleValue(std::nan(""));
+        return std::isfinite(number) ? std::optional(number) : std::nullopt;
     };
     return {days(relativeStart), days(relativeEnd)};
 }

@@ -76,11 +76,14 @@ void IndexTextExpression::readWords(const MDPredicate::Value &value, Phrase &wor
         const QString run = value.text.mid(start, at - start);
         // A blank between a wildcard and a word keeps them apart.
         open = open && IndexWords::isWordCharacter(run.front().unicode());
-        for (const QByteArray &word : IndexWords::of(run)) {
+        const auto wordsOfRun = IndexWords::of(run);
+        for (const QByteArray &word : wordsOfRun) {
             append(word);
             open = false;
         }
-        open = IndexWords::isWordCharacter(run.back().unicode()) || run.back().isSurrogate();
+        // A run may hold no word at all: half a character, marks alone.
+        open = !wordsOfRun.empty() && (IndexWords::isWordCharacter(run.back().unicode()) ||
+                                       run.back().isSurrogate());
     }
     for (QByteArray &word : words)
         word.truncate(IndexWords::longestWord);

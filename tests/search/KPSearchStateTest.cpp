@@ -1,0 +1,436 @@
+#include "KPSearchState.h"
+
+#include "KPOptimizedFolders.h"
+#include "KPSearchPlaces.h"
+#include "KPSearchStateKeys.h"
+
+#include <QRandomGenerator>
+#include <gtest/gtest.h>
+#include <limits>
+#include <thread>
+
+using Ptr = KPSearchState::Ptr;
+using Saved = KPSearchState::SavedDictionary;
+using Tags = KPTagName::Tags;
+
+namespace Key = KPSearchStateKey;
+namespace Dates = KPSearchDates;
+
+static QString text(const char *utf8)
+{
+    return QString::fromUtf8(utf8);
+}
+
+static KPTagName *type(const char *identifier)
+{
+    return KPTagName::tagNameForUTITag(text(identifier), {});
+}
+
+static PropertyValue yes()
+{
+    return PropertyValue::boolean(true);
+}
+
+static Ptr empty()
+{
+    return KPSearchState::searchStateWithNativeDictionary({});
+}
+
+static Ptr with(const Saved &saved)
+{
+    return KPSearchState::searchStateWithDictionary(saved);
+}
+
+TEST(SearchState, IsTheManagedDocumentsAtFirst)
+{
+    EXPECT_EQ(KPSearchState().searchStateDictionary(), (Saved{{Key::showManagedDocuments, yes()}}));
+    EXPECT_TRUE(KPSearchState().isBlank());
+    EXPECT_TRUE(empty()->isBlank());
+    EXPECT_FALSE(empty()->searchStateByAddingTag(text("x"))->isBlank());
+    EXPECT_FALSE(empty()->mdQueryString());
+    EXPECT_FALSE(empty()->isSearchGoodEnoughToPerformSearch());
+}
+
+TEST(SearchState, IsEqualByWhatItAsksFor)
+{
+    const Tags pdfAndText = {type("com.adobe.pdf"), type("tree_public.text")};
+    const auto one = empty()->searchStateWithNewTags({text("b"), text("A"), text("a")});
+    const auto same = empty()->searchStateWithNewTags({text("a"), text("A"), text("b")});
+    EXPECT_TRUE(one->isEqualToSearchState(*same));
+    EXPECT_FALSE(one->isEqualToSearchState(*empty()->searchStateWithNewTags({text("a")})));
+    EXPECT_TRUE(empty()
+                    ->searchStateWithNewUTIs(pdfAndText)
+                    ->isEqualToSearchState(
+                        *empty()->searchStateWithNewUTIs({pdfAndText.last(), pdfAndText.first()})));
+    EXPECT_TRUE(with({{Key::showManagedDocuments, PropertyValue::integer(1)}})
+                    ->isEqualToSearchState(KPSearchState()));
+    const auto listing = empty()->searchStateWithNewFinderListing(true, true);
+    const auto narrowed = listing->searchStateWithNewPostContstraintFolders({text("/a")});
+    EXPECT_FALSE(listing->isEqualToSearchState(*narrowed));
+    EXPECT_TRUE(listing->isEqualToSearchStateIgnorePostContraint(*narrowed));
+    const auto flat = listing->searchStateWithDeepAndBundleRemoved();
+    EXPECT_FALSE(flat->isEqualToSearchStateIgnorePostContraint(
+        *flat->searchStateWithNewPostContstraintFolders({text("/a")})));
+}
+
+// --- The stored form
+
+TEST(SearchState, ReadsRelativeDays)
+{
+    const std::pair<double, QString> cases[] = {{1, Dates::today},        {2, Dates::yesterday},
+                                                {7, Dates::last7Days},    {30, Dates::last30Days},
+                                                {14, Dates::last365Days}, {-3, Dates::last365Days}};
+    for (const auto &[start, key] : cases) {
+        const auto state = with({{Key::relativeStart, PropertyValue::real(start)},
+                                 {Key::relativeEnd, PropertyValue::integer(0)}});
+        EXPECT_EQ(state->searchStateDictionary(), (Saved{{Key::dateSearch, PropertyValue(key)}}));
+    }
+    const auto onlyEnd = with({{Key::relativeEnd, PropertyValue::integer(7)}});
+    EXPECT_TRUE(onlyEnd->nativeDictionary().isEmpty());
+}
+
+TEST(SearchState, LeavesOutWhatIsOfTheWrongKind)
+{
+    const PropertyValue wrong[] = {PropertyValue(text("x")),
+                                   PropertyValue::real(std::numeric_limits<double>::quiet_NaN()),
+                                   PropertyValue(PropertyValue::Array{PropertyValue::integer(1)}),
+                                   PropertyValue(Saved{{text("a"), yes()}}),
+                                   PropertyValue(QByteArray("data")),
+                                   PropertyValue()};
+    const QString keys[] = {Key::withTags,     Key::fileUTIs,      Key::dateSearch,
+                            Key::ratingSearch, Key::relativeStart, Key::showTaggedDocuments,
+                            Key::fileList,     Key::searchStrings, Key::constraintFolders};
+    const QSet<QString> texts = {Key::dateSearch, Key::ratingSearch};
+    for (const QString &key : keys) {
+        for (const PropertyValue &value : wrong) {
+            if (value.isString() && texts.contains(key))
+                continue;
+            const auto state = with({{key, value}, {Key::showManagedDocuments, yes()}});
+            EXPECT_TRUE(state->isEqualToSearchState(KPSearchState()))
+                << key.toStdString() << ' ' << static_cast<int>(value.kind());
+        }
+    }
+    // Adopted as it is, such a value reads as absent.
+    for (const QString &key : keys) {
+        const auto state = KPSearchState::searchStateWithNativeDictionary(
+            {{key, PropertyValue(Saved{{text("a"), yes()}})}});
+        EXPECT_FALSE(state->mdQueryString()) << key.toStdString();
+        EXPECT_EQ(state->searchStateDictionary().size(), 1);
+    }
+}
+
+static QStringList someOf(QRandomGenerator &random, const QStringList &all)
+{
+    QStringList some;
+    for (const QString &each : all) {
+        if (random.bounded(2) == 0)
+            some.append(each);
+    }
+    return some;
+}
+
+static Saved randomSaved(QRandomGenerator &random)
+{
+    const QStringList texts = {text("work"), text("Work"), text("caf\xC3\xA9"),
+                               text("/a/b"), text("/a"),   text("a\"b"),
+                               text("*")};
+    const QStringList types = {text("com.adobe.pdf"), text("tree_public.image"),
+                               text("KPExtensionSearch_x"), text("dyn.ah62d4rv4ge80k2p0")};
+    Saved saved;
+    const auto perhaps = [&] { return random.bounded(3) == 0; };
+    for (const QString &key : {Key::searchStrings, Key::constraintFolders,
+                               Key::postConstraintFolders, Key::excludeFolders, Key::fileList}) {
+        if (perhaps())
+            saved.insert(key, someOf(random, texts));
+    }
+    for (const QString &key :
+         {Key::withTags, Key::excludeTags, Key::fileUTIs, Key::fileUTIsToExclude}) {
+        if (perhaps()) {
+            QStringList some =
+                someOf(random, key == Key::withTags || key == Key::excludeTags ? texts : types);
+            std::sort(some.begin(), some.end(), [](const QString &a, const QString &b) {
+                const int order = a.compare(b, Qt::CaseInsensitive);
+                return order != 0 ? order < 0 : a < b;
+            });
+            saved.insert(key, some);
+        }
+    }
+    for (const QString &key :
+         {Key::searchContents, Key::searchMetaData, Key::searchFileNames, Key::fileListGoDeep,
+          Key::finderListingMode, Key::showTaggedDocuments, Key::documentsWithNoTagsOnly,
+          Key::showManagedDocuments, Key::searchUserTags, Key::searchReadOnlyKeywords}) {
+        if (perhaps())
+            saved.insert(key, PropertyValue::boolean(random.bounded(2) == 0));
+    }
+    if (perhaps())
+        saved.insert(Key::dateSearch, Dates::allKeys().value(random.bounded(11)));
+    if (perhaps())
+        saved.insert(Key::ratingSearch, text(">= 3"));
+    if (perhaps())
+        saved.insert(text("OfANewerProgram"),
+                     PropertyValue::Array{PropertyValue::integer(1), yes()});
+    return saved;
+}
+
+TEST(SearchState, ComesBackFromItsStoredForm)
+{
+    QRandomGenerator random(20); // NOLINT: the same states each time
+    for (int i = 0; i < 500; ++i) {
+        const Saved saved = randomSaved(random);
+        EXPECT_EQ(with(saved)->searchStateDictionary(), saved);
+    }
+}
+
+// --- Changes
+
+TEST(SearchState, ChangesOneCriterion)
+{
+    const auto untagged = empty()->searchStateWithNewUntaggedFiles(true);
+    EXPECT_FALSE(untagged->searchStateByAddingTag(text("x"))->isShowingUntaggedDocuments());
+    EXPECT_FALSE(untagged->searchStateByAddingExcludeTag(text("x"))->isShowingUntaggedDocuments());
+    EXPECT_TRUE(untagged->searchStateWithNewTags({})->isShowingUntaggedDocuments());
+    const auto tagged = untagged->searchStateWithNewTaggedFiles(true);
+    EXPECT_TRUE(tagged->isShowingTaggedDocuments() && !tagged->isShowingUntaggedDocuments());
+    EXPECT_FALSE(tagged->searchStateWithNewUntaggedFiles(true)->isShowingTaggedDocuments());
+
+    const auto searching =
+        empty()->searchStateWithNewSearchString(text("caf\xC3\xA9"), true, false, true);
+    EXPECT_EQ(searching->searchString(), text("cafe\xCC\x81"));
+    EXPECT_EQ(searching->nativeDictionary().size(), 4);
+    EXPECT_TRUE(searching->searchStateWithNewSearchString({}, true, true, true)
+                    ->nativeDictionary()
+                    .isEmpty());
+
+    const auto tags = empty()
+                          ->searchStateWithNewTags({text("Work"), text("x")})
+                          ->searchStateWithNewExcludeTags({text("work"), text("y")});
+    const auto cleared = tags->searchStateByClearingTag(text("WORK"));
+    EXPECT_EQ(cleared->searchTags(), QStringList{text("x")});
+    EXPECT_EQ(cleared->searchStateByClearingTag(text("Work"))->excludeTags(),
+              QStringList{text("y")});
+    EXPECT_TRUE(tags->searchStateByClearingTag(text("z"))->isEqualToSearchState(*tags));
+    EXPECT_TRUE(tags->searchStateWithNewFileList(QStringList{text("/f")})->excludeTags().isEmpty());
+    EXPECT_TRUE(empty()->searchStateWithNewTags({text("x")})->tagsOnly());
+    EXPECT_TRUE(tags->tagsOnly());
+    EXPECT_FALSE(tags->searchStateWithNewRating(text(">= 1"))->tagsOnly());
+
+    EXPECT_TRUE(empty()->searchReadOnlyKeywords());
+    EXPECT_FALSE(
+        empty()->searchStateWithNewSearchReadOnlyKeywords(false)->searchReadOnlyKeywords());
+    const auto noUserTags = empty()->searchStateWithNewSearchUserTags(false);
+    EXPECT_EQ(noUserTags->nativeDictionary().size(), 1);
+    EXPECT_TRUE(noUserTags->searchUserTags());
+    EXPECT_TRUE(noUserTags->searchStateWithNewSearchUserTags(true)->nativeDictionary().isEmpty());
+}
+
+TEST(SearchState, KeepsNarrowerFoldersOnlyWhereTheyAreAllowed)
+{
+    const auto listing = empty()
+                             ->searchStateWithNewFinderListing(true, true)
+                             ->searchStateWithNewContstraintFolders({text("/a")})
+                             ->searchStateWithNewPostContstraintFolders({text("/a/b")});
+    EXPECT_EQ(listing->constraintFolders(), QStringList{text("/a")});
+    EXPECT_EQ(listing->searchStateWithDeepAndBundleRemoved()->constraintFolders(),
+              QStringList{text("/a/b")});
+    EXPECT_FALSE(listing->searchStateWithNewContstraintFolders({text("/c")})
+                     ->postConstraintFolders()
+                     .isEmpty());
+    EXPECT_TRUE(listing->searchStateWithNewPostContstraintFolders({text("/elsewhere")})
+                    ->searchStateWithNewContstraintFolders({text("/c")})
+                    ->postConstraintFolders()
+                    .isEmpty());
+}
+
+// --- Combination
+
+TEST(SearchStateAND, AsksForBoth)
+{
+    const auto one = empty()
+                         ->searchStateWithNewTags({text("Work"), text("x")})
+                         ->searchStateWithNewExcludeTags({text("old")})
+                         ->searchStateWithNewSearchString(text("tax"), true, true, true)
+                         ->searchStateWithNewContstraintFolders({text("/a"), text("/b/c")})
+                         ->searchStateWithNewExcludeFolders({text("/a/no")})
+                         ->searchStateWithNewShowBundleContents(true);
+    const auto two = empty()
+                         ->searchStateWithNewTags({text("work")})
+                         ->searchStateWithNewExcludeTags({text("X"), text("Old"), text("new")})
+                         ->searchStateWithNewSearchString(text("report"), true, false, true)
+                         ->searchStateWithNewContstraintFolders({text("/a/d"), text("/b")})
+                         ->searchStateWithNewExcludeFolders({text("/a/no"), text("/b/no")})
+                         ->searchStateWithNewRating(text(">= 3"));
+    const auto both = one->searchStateWithAND(*two);
+    EXPECT_EQ(both->searchTags(), (QStringList{text("Work"), text("x")}));
+    EXPECT_EQ(both->excludeTags(), (QStringList{text("old"), text("new")}));
+    EXPECT_EQ(both->searchString(), text("tax report"));
+    EXPECT_TRUE(both->searchContents() && !both->searchMetaData() && both->searchFileNames());
+    EXPECT_EQ(both->constraintFolders(), (QStringList{text("/b/c"), text("/a/d")}));
+    EXPECT_EQ(both->excludeFolders(), (QStringList{text("/a/no"), text("/b/no")}));
+    EXPECT_EQ(both->ratingString(), text(">= 3"));
+    EXPECT_FALSE(both->isShowBundleContents());
+    EXPECT_FALSE(both->utiIsInconsistent());
+    EXPECT_TRUE(empty()->searchStateWithAND(*one)->isEqualToSearchState(*one));
+    EXPECT_TRUE(one->searchStateWithAND(*empty())->isEqualToSearchState(*one));
+}
+
+TEST(SearchStateAND, CombinesModes)
+{
+    const auto untagged = empty()->searchStateWithNewUntaggedFiles(true);
+    const auto tagged = empty()->searchStateWithNewTaggedFiles(true);
+    const auto rated = empty()->searchStateWithNewRating(text("<= 2"));
+    EXPECT_TRUE(untagged->searchStateWithAND(*rated)->isShowingUntaggedDocuments());
+    EXPECT_FALSE(untagged->searchStateWithAND(*tagged)->isShowingUntaggedDocuments());
+    EXPECT_TRUE(untagged->searchStateWithAND(*tagged)->isShowingTaggedDocuments());
+    const auto bundles =
+        KPSearchState::searchStateWithDictionary({{Key::showBundleContents, yes()}});
+    EXPECT_TRUE(rated->searchStateWithAND(*bundles)->boolValueForKey(Key::showBundleContents));
+    EXPECT_EQ(KPSearchState::combineBools({}, {}), std::nullopt);
+    EXPECT_EQ(KPSearchState::combineBools(true, {}), true);
+    EXPECT_EQ(KPSearchState::combineBools(true, false), false);
+}
+
+TEST(SearchStateAND, FindsTheTypesOfBoth)
+{
+    const auto combined = [](const Tags &one, const Tags &two) {
+        return KPTagName::arrayForSavingUTITags(KPSearchState::utiArrayAND(one, two));
+    };
+    const struct
+    {
+        Tags one, two;
+        QStringList both;
+    } cases[] = {
+        {{}, {type("com.adobe.pdf")}, {text("com.adobe.pdf")}},
+        {{type("tree_public.image")}, {type("public.jpeg")}, {text("public.jpeg")}},
+        {{type("tree_public.image"), type("com.adobe.pdf")},
+         {type("tree_public.data")},
+         {text("tree_public.image"), text("com.adobe.pdf")}},
+        {{type("KPExtensionSearch_x")},
+         {type("KPExtensionSearch_x")},
+         {text("KPExtensionSearch_x")}},
+        {{type("KPExtensionSearch_x")},
+         {type("tree_public.data")},
+         {KPSearchState::inconsistentUTI}},
+        {{type("com.adobe.pdf")}, {type("public.jpeg")}, {KPSearchState::inconsistentUTI}},
+    };
+    for (const auto &each : cases)
+        EXPECT_EQ(combined(each.one, each.two), each.both) << each.both.first().toStdString();
+}
+
+TEST(SearchStateAND, ShowsNothingWhereNothingCanBe)
+{
+    const auto dated = [](const QString &key) {
+        return empty()->searchStateWithNewDateString(key);
+    };
+    const auto in = [](const char *folder) {
+        return empty()->searchStateWithNewContstraintFolders({text(folder)});
+    };
+    const std::pair<Ptr, Ptr> pairs[] = {
+        {dated(Dates::today), dated(Dates::yesterday)},
+        {dated(Dates::lastYear), dated(Dates::thisYear)},
+        {dated(Dates::olderThanYearBeforeLastYear), dated(Dates::last365Days)},
+        {in("/a"), in("/ab")},
+        {empty()->searchStateWithNewFileList(QStringList{text("/a")}),
+         empty()->searchStateWithNewFileList(QStringList{text("/b")})},
+        {empty()->searchStateWithNewRating(text("!= *")),
+         empty()->searchStateWithNewRating(text(">= 1"))},
+    };
+    for (const auto &[one, two] : pairs) {
+        EXPECT_TRUE(one->searchStateWithAND(*two)->utiIsInconsistent());
+        EXPECT_TRUE(two->searchStateWithAND(*one)->utiIsInconsistent());
+        EXPECT_FALSE(one->searchStateWithAND(*one)->utiIsInconsistent());
+    }
+}
+
+TEST(SearchDates, NarrowToWhatBothHold)
+{
+    const QString none;
+    const std::tuple<QString, QString, QString> cases[] = {
+        {none, Dates::last7Days, Dates::last7Days},
+        {Dates::anyDate, Dates::thisYear, Dates::thisYear},
+        {text("unknown"), Dates::lastYear, Dates::lastYear},
+        {none, Dates::anyDate, none},
+        {Dates::last30Days, Dates::last7Days, Dates::last7Days},
+        {Dates::last30Days, Dates::yesterday, Dates::yesterday},
+        {Dates::lastYear, Dates::lastYear, Dates::lastYear},
+    };
+    for (const auto &[one, two, both] : cases) {
+        EXPECT_EQ(KPSearchState::narrowDateRange(one, two), both) << both.toStdString();
+        EXPECT_EQ(KPSearchState::narrowDateRange(two, one), both) << both.toStdString();
+    }
+    // Some of last year is less than 365 days ago, but for its first day: no key says which.
+    const auto both = Dates::narrow(Dates::lastYear, Dates::last365Days);
+    ASSERT_EQ(both.kind, Dates::Narrowed::Kind::Range);
+    EXPECT_EQ(both.range.start, 365);
+    EXPECT_NEAR(*both.range.end, *Dates::rangeOf(Dates::lastYear).end, 0.001);
+    const auto state =
+        empty()
+            ->searchStateWithNewDateString(Dates::lastYear)
+            ->searchStateWithAND(*empty()->searchStateWithNewDateString(Dates::last365Days));
+    EXPECT_EQ(state->getStart().start, 365);
+    EXPECT_TRUE(state->searchHasDateRange());
+}
+
+// --- Folders and ratings
+
+TEST(OptimizedFolders, HoldWhatIsBelow)
+{
+    using Reach = KPOptimizedFolders::Reach;
+    const QStringList given = {text("/b/"), text("/a/x"), text("/a-b"),
+                               text("/a"),  text("~/d"),  text("/a/x/y")};
+    const KPOptimizedFolders below(given, Reach::Below);
+    EXPECT_EQ(below.folders().size(), 4); // /a, /a-b, /b, ~/d
+    for (const char *path : {"/a/f", "/a/x/f", "/a-b/f", "/b/c/d/f"})
+        EXPECT_TRUE(below.holds(text(path))) << path;
+    for (const char *path : {"/a", "/ab/f", "/a-bc/f", "/c/f", "/", ""})
+        EXPECT_FALSE(below.holds(text(path))) << path;
+    const KPOptimizedFolders inside(given, Reach::Inside);
+    for (const char *path : {"/a/f", "/a/x/f", "/a/x/y/f", "/b/f"})
+        EXPECT_TRUE(inside.holds(text(path))) << path;
+    for (const char *path : {"/a/z/f", "/b/c/f", "/a/", "/f"})
+        EXPECT_FALSE(inside.holds(text(path))) << path;
+    const KPOptimizedFolders disk({text("/")}, Reach::Below);
+    EXPECT_TRUE(disk.holds(text("/usr/x")));
+    EXPECT_FALSE(disk.holds(text("/Volumes/Stick/x")));
+    EXPECT_FALSE(disk.holds(text("/media/ann/stick/x")));
+    EXPECT_TRUE(KPOptimizedFolders({KPSearchPlaces::everywhere}, Reach::Below)
+                    .holds(text("/media/ann/stick/x")));
+    EXPECT_TRUE(KPOptimizedFolders({text("nonsense")}, Reach::Below).isEmpty());
+    EXPECT_EQ(KPSearchState::reduceScopeOfFilesToParentFolders(
+                  {text("/a/f"), text("/a/x/g"), text("/ab/h"), text("/a/z")}),
+              (QStringList{text("/a"), text("/ab")}));
+    EXPECT_EQ(KPSearchState::reduceScopeOfFilesToParentFolders({text("/f"), text("/a/g")}),
+              QStringList{text("/")});
+}
+
+TEST(SearchState, SaysWhichRatingPasses)
+{
+    const std::pair<const char *, std::optional<double>> cases[] = {
+        {"", {}}, {">= 3", 3}, {"<= 4", 2}, {"!= *", 0}, {"> 3", {}}, {">= x", {}}};
+    for (const auto &[condition, rating] : cases)
+        EXPECT_EQ(empty()->searchStateWithNewRating(text(condition))->ratingThatPasses(), rating)
+            << condition;
+}
+
+TEST(SearchState, AnswersManyThreadsThatAskFirst)
+{
+    for (int round = 0; round < 20; ++round) {
+        const auto state = KPSearchState::blankSearchState()
+                               ->searchStateWithNewTags({text("a"), text("b")})
+                               ->searchStateWithNewUTIs({type("tree_public.image")})
+                               ->searchStateWithNewExcludeFolders({text("/a")});
+        std::vector<std::thread> threads;
+        std::atomic<int> same = 0;
+        for (int i = 0; i < 4; ++i) {
+            threads.emplace_back([&] {
+                const auto &query = state->mdQueryString();
+                const bool right = query && state->searchTagsLC().size() == 2 &&
+                                   state->treedFileTypeNames().size() == 1 &&
+                                   state->optimizedExcludeFolders().folders().size() == 1;
+                same += right && &query == &state->mdQueryString() ? 1 : 0;
+            });
+        }
+        for (auto &thread : threads)
+            thread.join();
+        EXPECT_EQ(same, 4);
+    }
+}
