@@ -61,6 +61,7 @@ struct KPSearchState::Caches
     XPLazy<FileTypes> fileTypes;
     XPLazy<KPOptimizedFolders> constraintFolders;
     XPLazy<KPOptimizedFolders> excludeFolders;
+    std::atomic<quintptr> lastFolder = 0; // see docPassesContraintFolders()
     XPLazy<QSet<KPPooledString>> fileList;
     XPLazy<std::optional<Window>> dateWindow;
     XPLazy<std::optional<KPStarCondition::Bounds>> ratingBounds;

@@ -183,9 +183,20 @@ bool KPSearchState::docPassesContraintFolders(const KPDoc &doc) const
 {
     if (modes().isFileList)
         return true;
-    const QStringView path = doc.pooledPath().view();
+    // The answer is that of the document's folder, and a walk brings those of one folder in a row:
+    // the last folder's address is kept, with the answer in its lowest bit.
+    const KPPooledString folder = doc.pooledParentPath();
+    const auto address = reinterpret_cast<quintptr>(folder.data());
+    const quintptr last = m_caches->lastFolder.load(std::memory_order_relaxed);
+    if ((last & ~quintptr(1)) == address)
+        return (last & 1) != 0;
+    const QString anyFile =
+        (folder.size() > 1 ? folder.toString() : QString()) + QStringLiteral("/x");
     const KPOptimizedFolders &wanted = optimizedConstraintFolders();
-    return (wanted.isEmpty() || wanted.holds(path)) && !optimizedExcludeFolders().holds(path);
+    const bool passes =
+        (wanted.isEmpty() || wanted.holds(anyFile)) && !optimizedExcludeFolders().holds(anyFile);
+    m_caches->lastFolder.store(address | (passes ? 1 : 0), std::memory_order_relaxed);
+    return passes;
 }
 
 bool KPSearchState::docPassesFileList(const KPDoc &doc) const

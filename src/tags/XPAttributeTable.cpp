@@ -32,7 +32,7 @@ XPAttributeTable::Found XPAttributeTable::find(KPPooledString path) const
 {
     const Shard &shard = m_shards[shardOf(path)];
     const XPLocker lock(shard.mutex);
-    const auto entry = shard.entries.constFind(path);
+    const auto entry = shard.entries.constFind({path});
     if (entry == shard.entries.cend() || *entry == notLookedUp())
         return {{}, true};
     if (*entry == noItem())
@@ -46,7 +46,7 @@ bool XPAttributeTable::store(KPPooledString path, const XPAttributeValuePtr &val
     Shard &shard = m_shards[shardOf(path)];
     XPAttributeValuePtr old; // destroyed after the lock
     const XPLocker lock(shard.mutex);
-    XPAttributeValuePtr &entry = shard.entries[path];
+    XPAttributeValuePtr &entry = shard.entries[{path}];
     if (entry && (entry == stored || (value && entry->isEqual(*value))))
         return false;
     old = std::exchange(entry, stored);
@@ -58,7 +58,7 @@ void XPAttributeTable::setNotLookedUp(KPPooledString path)
     Shard &shard = m_shards[shardOf(path)];
     XPAttributeValuePtr old;
     const XPLocker lock(shard.mutex);
-    old = std::exchange(shard.entries[path], notLookedUp());
+    old = std::exchange(shard.entries[{path}], notLookedUp());
 }
 
 bool XPAttributeTable::remove(KPPooledString path)
@@ -66,7 +66,7 @@ bool XPAttributeTable::remove(KPPooledString path)
     Shard &shard = m_shards[shardOf(path)];
     XPAttributeValuePtr old;
     const XPLocker lock(shard.mutex);
-    old = shard.entries.take(path);
+    old = shard.entries.take({path});
     return old && old != noItem() && old != notLookedUp();
 }
 
@@ -77,7 +77,7 @@ QList<std::pair<KPPooledString, XPAttributeValuePtr>> XPAttributeTable::values()
         const XPLocker lock(shard.mutex);
         for (auto entry = shard.entries.cbegin(); entry != shard.entries.cend(); ++entry) {
             if (*entry != noItem() && *entry != notLookedUp())
-                values.emplaceBack(entry.key(), entry.value());
+                values.emplaceBack(entry.key().path, entry.value());
         }
     }
     return values;

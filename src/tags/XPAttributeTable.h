@@ -37,14 +37,36 @@ public:
     QList<std::pair<KPPooledString, XPAttributeValuePtr>> values() const;
 
 private:
+    // A path, hashed so that those that lie together in the pool, as the files of a folder do,
+    // lie together in the table: a walk finds most of them in the processor's cache.
+    struct Key
+    {
+        KPPooledString path;
+
+        static constexpr int slotBits = 6;  // addresses that share a slot
+        static constexpr int groupBits = 4; // slots that stay together
+        friend bool operator==(Key a, Key b) { return a.path == b.path; }
+        friend size_t qHash(Key key, size_t /*seed*/ = 0) noexcept
+        {
+            const auto slot = reinterpret_cast<size_t>(key.path.data()) >> slotBits;
+            return (groupHash(slot >> groupBits) << groupBits) | (slot & ((1 << groupBits) - 1));
+        }
+        static size_t groupHash(size_t group) noexcept
+        {
+            return QT_PREPEND_NAMESPACE(qHash)(group);
+        }
+    };
     struct alignas(64) Shard
     {
         mutable XPMutex mutex;
-        QHash<KPPooledString, XPAttributeValuePtr> entries XP_GUARDED_BY(mutex);
+        QHash<Key, XPAttributeValuePtr> entries XP_GUARDED_BY(mutex);
     };
     static constexpr size_t shardCount = 1 << 6;
     // By the upper bits of the hash; the tables split by the lower ones.
-    static size_t shardOf(KPPooledString path) { return qHash(path) >> (sizeof(size_t) * 8 - 6); }
+    static size_t shardOf(KPPooledString path)
+    {
+        return qHash(Key{path}) >> (sizeof(size_t) * 8 - 6);
+    }
 
     std::array<Shard, shardCount> m_shards;
 };
