@@ -3,7 +3,6 @@
 #include "XPLog.h"
 
 #include <algorithm>
-#include <linux/ioprio.h>
 #include <sched.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -347,11 +346,15 @@ void IndexContentQueue::renewIfWorthIt()
 
 // --- The idle thread
 
+// As in <linux/ioprio.h>, which some versions of the kernel's headers write in C only.
+static constexpr int ioprioOfProcess = 1;
+static constexpr int ioprioIdle = 3 << 13;
+
 static void makeIdle()
 {
     const sched_param none = {};
     ::pthread_setschedparam(::pthread_self(), SCHED_IDLE, &none);
-    ::syscall(SYS_ioprio_set, IOPRIO_WHO_PROCESS, 0, IOPRIO_PRIO_VALUE(IOPRIO_CLASS_IDLE, 0));
+    ::syscall(SYS_ioprio_set, ioprioOfProcess, 0, ioprioIdle);
 }
 
 void IndexContentQueue::idleLoop()
