@@ -56,6 +56,18 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPCannotOpen">
         <translation>„%1“ konnte nicht geöffnet werden</translation>
     </message>
+    <message id="KPCannotRename">
+        <translation>„%1“ konnte nicht umbenannt werden</translation>
+    </message>
+    <message id="KPCannotTrash">
+        <translation>„%1“ konnte nicht in den Papierkorb gelegt werden</translation>
+    </message>
+    <message id="KPCannotTrashSome" numerus="yes">
+        <translation>
+            <numerusform>%1 Dokument konnte nicht in den Papierkorb gelegt werden</numerusform>
+            <numerusform>%1 Dokumente konnten nicht in den Papierkorb gelegt werden</numerusform>
+        </translation>
+    </message>
     <message id="KPChangeExtensionText">
         <translation>Danach lässt sich das Dokument vielleicht nicht mehr richtig öffnen.</translation>
     </message>
@@ -287,6 +299,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPMenuView">
         <translation>&amp;Ansicht</translation>
     </message>
+    <message id="KPMoveToTrash">
+        <translation>In den &amp;Papierkorb</translation>
+    </message>
     <message id="KPNoDocuments">
         <translation>Hier sind keine Dokumente</translation>
     </message>
@@ -413,6 +428,18 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPRedoNamed">
         <translation>&amp;Wiederholen: %1</translation>
     </message>
+    <message id="KPRenameButton">
+        <translation>Umbenennen</translation>
+    </message>
+    <message id="KPRenameFile">
+        <translation>&amp;Umbenennen …</translation>
+    </message>
+    <message id="KPRenameLabel">
+        <translation>Neuer Name:</translation>
+    </message>
+    <message id="KPRenameTitle">
+        <translation>Umbenennen</translation>
+    </message>
     <message id="KPReveal">
         <translation>In der Datei&amp;verwaltung zeigen</translation>
     </message>
@@ -499,6 +526,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
             <numerusform>Bewertung von %n Dokument</numerusform>
             <numerusform>Bewertung von %n Dokumenten</numerusform>
         </translation>
+    </message>
+    <message id="KPUndoRename">
+        <translation>Umbenennen</translation>
     </message>
     <message id="KPUndoTags" numerus="yes">
         <translation>

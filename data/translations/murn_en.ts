@@ -58,6 +58,18 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPCannotOpen">
         <translation>“%1” could not be opened</translation>
     </message>
+    <message id="KPCannotRename">
+        <translation>“%1” could not be renamed</translation>
+    </message>
+    <message id="KPCannotTrash">
+        <translation>“%1” could not be moved to the trash</translation>
+    </message>
+    <message id="KPCannotTrashSome" numerus="yes">
+        <translation>
+            <numerusform>%1 document could not be moved to the trash</numerusform>
+            <numerusform>%1 documents could not be moved to the trash</numerusform>
+        </translation>
+    </message>
     <message id="KPChangeExtensionText">
         <translation>If you make this change, your document may not open properly anymore.</translation>
     </message>
@@ -289,6 +301,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPMenuView">
         <translation>&amp;View</translation>
     </message>
+    <message id="KPMoveToTrash">
+        <translation>Move to T&amp;rash</translation>
+    </message>
     <message id="KPNoDocuments">
         <translation>No documents here</translation>
     </message>
@@ -415,6 +430,18 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPRedoNamed">
         <translation>&amp;Redo: %1</translation>
     </message>
+    <message id="KPRenameButton">
+        <translation>Rename</translation>
+    </message>
+    <message id="KPRenameFile">
+        <translation>Re&amp;name…</translation>
+    </message>
+    <message id="KPRenameLabel">
+        <translation>New name:</translation>
+    </message>
+    <message id="KPRenameTitle">
+        <translation>Rename</translation>
+    </message>
     <message id="KPReveal">
         <translation>Show in File &amp;Manager</translation>
     </message>
@@ -501,6 +528,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
             <numerusform>Rating of %n document</numerusform>
             <numerusform>Rating of %n documents</numerusform>
         </translation>
+    </message>
+    <message id="KPUndoRename">
+        <translation>Rename</translation>
     </message>
     <message id="KPUndoTags" numerus="yes">
         <translation>

@@ -45,12 +45,17 @@ public:
     // Nothing is being read, searched, drawn or written any more.
     bool isSettled() const;
     void selectByName(const QString &beginning);
+    // Selects them, or shows the folder of the first where none is among the results.
+    void showDocuments(const QStringList &paths);
+    void showInformation(const QStringList &paths);
 
     // Commands, by the table in KPWindowActions.cpp.
     void openFolder();
     void indexFolders();
     void openSelected();
     void revealSelected();
+    void renameSelected();
+    void trashSelected();
     void copySelected();
     void selectAll();
     void search();

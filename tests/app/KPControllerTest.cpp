@@ -21,6 +21,8 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QDockWidget>
+#include <QFile>
+#include <QInputDialog>
 #include <QLineEdit>
 #include <QMimeData>
 #include <QScopeGuard>
@@ -139,6 +141,42 @@ TEST_F(Controller, TagsAndRatingsTypedReachTheFilesAndCanBeUndone)
     QTest::keyClick(m_window.get(), Qt::Key_Z, Qt::ControlModifier);
     ASSERT_TRUE(until([&] { return tagsOf(m_paths[2]).isEmpty(); }));
     ASSERT_TRUE(until([&] { return m_tags->tags().isEmpty(); }));
+    EXPECT_THAT(m_alerts, testing::IsEmpty());
+}
+
+TEST_F(Controller, RenamesTakesBackAndMovesToTheTrash)
+{
+    ASSERT_FALSE(Karvex::setUserTags(QStringList{work}, m_paths[0]));
+    openWindow();
+    select(0);
+    const auto renameTo = [&](const char *name, bool wholeName) {
+        QApplication::setActiveWindow(m_window.get());
+        QTest::keyClick(m_window.get(), Qt::Key_F2);
+        auto *dialog = m_window->findChild<QInputDialog *>();
+        ASSERT_NE(dialog, nullptr);
+        auto *field = dialog->findChild<QLineEdit *>();
+        EXPECT_EQ(field->selectedText(), QStringLiteral("a"));
+        if (wholeName)
+            field->selectAll();
+        QTest::keyClicks(field, QLatin1String(name));
+        QTest::keyClick(dialog, Qt::Key_Return);
+        EXPECT_TRUE(until([&] { return m_window->findChild<QInputDialog *>() == nullptr; }));
+    };
+    renameTo("z.pdf", true);
+    EXPECT_TRUE(QFile::exists(m_paths[0])); // the question about the extension was cancelled
+    renameTo("z", false);
+    const QString renamed = m_folder.path(QStringLiteral("z.txt"));
+    ASSERT_TRUE(until([&] { return QFile::exists(renamed); }));
+    EXPECT_EQ(tagsOf(renamed), QStringList{work});
+    QTest::keyClick(m_window.get(), Qt::Key_Z, Qt::ControlModifier);
+    ASSERT_TRUE(until([&] { return QFile::exists(m_paths[0]); }));
+
+    ASSERT_TRUE(until([&] { return rows() == 3 && m_window->isSettled(); }));
+    m_window->showDocuments({m_paths[1]});
+    ASSERT_TRUE(until([&] { return m_window->isSettled() && m_view->selectedCount() == 1; }));
+    QTest::keyClick(m_view, Qt::Key_Delete);
+    ASSERT_TRUE(until([&] { return !QFile::exists(m_paths[1]); }));
+    EXPECT_TRUE(until([&] { return rows() == 2; }));
     EXPECT_THAT(m_alerts, testing::IsEmpty());
 }
 

@@ -1,3 +1,4 @@
+#include "KPAppServices.h"
 #include "KPAppearance.h"
 #include "KPCommandLine.h"
 #include "KPController.h"
@@ -70,10 +71,17 @@ static int run(const KPCommandLine &line)
     KPController controller(std::make_unique<KPIndexedResults>(index->source()), line.folders,
                             &monitor);
     XPPrompts::install(std::make_unique<KPPrompts>(&controller));
+    auto services = std::make_unique<KPAppServices>();
+    QObject::connect(services.get(), &KPAppServices::revealAsked, &controller,
+                     &KPController::showDocuments);
+    QObject::connect(services.get(), &KPAppServices::infoAsked, &controller,
+                     &KPController::showInformation);
+    KPDocServices::install(std::move(services));
     controller.show();
     if (!line.screenshot.isEmpty())
         new KPScreenshot(&controller, line.screenshot, line.selection); // the controller's
     const int status = QApplication::exec();
+    KPDocServices::install(nullptr); // ends when the file calls asked for are done
     KPDoc::stopMetaDataSearching();
     for (const auto &error :
          {KPFileTypeRegistry::instance().writeFileTypesPlist(), KPDocPrefs::saveState()}) {
