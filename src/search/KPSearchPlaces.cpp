@@ -27,6 +27,13 @@ void KPSearchPlaces::install(std::unique_ptr<KPSearchPlaces> places)
     installed() = places ? std::move(places) : std::make_unique<KPSearchPlaces>();
 }
 
+// The folder itself counts.
+static bool isIn(const QString &folder, const QString &path)
+{
+    return path == folder ||
+           (path.startsWith(folder) && (folder.endsWith(u'/') || path.at(folder.size()) == u'/'));
+}
+
 KPSearchPlaces::Real KPSearchPlaces::realFolders(const QStringList &entries) const
 {
     Real real;
@@ -51,10 +58,22 @@ bool KPSearchPlaces::pathInFolderArray(const QStringList &entries, const QString
     if (real.everything)
         return true;
     return std::any_of(real.folders.begin(), real.folders.end(), [&](const QString &folder) {
-        if (folder == u"/")
-            return !isOnOtherVolume(path);
-        return path == folder || (path.startsWith(folder) && path.at(folder.size()) == u'/');
+        return folder == u"/" ? !isOnOtherVolume(path) : isIn(folder, path);
     });
+}
+
+QStringList KPSearchPlaces::spotlightNotAvaialableVolumeList() const
+{
+    const QStringList roots = MetadataIndex::allRoots();
+    QStringList uncovered;
+    for (const QString &mountPoint : XPVolumes::mountPoints()) {
+        const bool isCovered = std::any_of(roots.begin(), roots.end(), [&](const QString &root) {
+            return isIn(root, mountPoint) || isIn(mountPoint, root);
+        });
+        if (!isCovered && isOnOtherVolume(mountPoint + u'/'))
+            uncovered.append(mountPoint);
+    }
+    return uncovered;
 }
 
 bool KPSearchPlaces::isOnOtherVolume(const QString &path)

@@ -24,8 +24,9 @@ public:
     virtual Real realFolders(const QStringList &entries) const;
     // Whether a folder of the list is the path or has it below.
     virtual bool pathInFolderArray(const QStringList &entries, const QString &path) const;
-    // Volumes (and folders) where the index fails. (Spelled so.)
-    virtual QStringList spotlightNotAvaialableVolumeList() const { return {}; }
+    // Where the volumes are mounted that the index does not cover: removable and network ones on
+    // which none of its roots lies. (Spelled so.)
+    virtual QStringList spotlightNotAvaialableVolumeList() const;
 
     static const KPSearchPlaces &current();
     static void install(std::unique_ptr<KPSearchPlaces> places);

@@ -402,6 +402,31 @@ TEST(OptimizedFolders, HoldWhatIsBelow)
               QStringList{text("/")});
 }
 
+TEST(SearchPlaces, AreLeftOutWhereTheIndexFails)
+{
+    struct Places : public KPSearchPlaces
+    {
+        QStringList spotlightNotAvaialableVolumeList() const override
+        {
+            return {text("/media/stick")};
+        }
+    };
+    const auto state = empty()->searchStateWithNewContstraintFolders(
+        {text("/media/stick/a"), text("/media/stick"), text("/media/sticky"), text("~")});
+    KPSearchPlaces::install(std::make_unique<Places>());
+    EXPECT_EQ(state->searchFoldersWhereSpotlightWorks(),
+              (QStringList{text("/media/sticky"), text("~")}));
+    KPSearchPlaces::install(nullptr);
+    const KPSearchPlaces &places = KPSearchPlaces::current();
+    EXPECT_TRUE(places.spotlightNotAvaialableVolumeList().filter(text("/proc")).isEmpty());
+    EXPECT_TRUE(places.pathInFolderArray({text("/a/")}, text("/a/b")));
+    EXPECT_TRUE(places.pathInFolderArray({text("/a")}, text("/a")));
+    EXPECT_FALSE(places.pathInFolderArray({text("/a")}, text("/ab")));
+    EXPECT_FALSE(places.pathInFolderArray({}, text("/a")));
+    EXPECT_TRUE(places.pathInFolderArray({KPSearchPlaces::everywhere}, text("/media/x")));
+    EXPECT_FALSE(places.pathInFolderArray({text("/")}, text("/media/x")));
+}
+
 TEST(SearchState, SaysWhichRatingPasses)
 {
     const std::pair<const char *, std::optional<double>> cases[] = {

@@ -102,3 +102,8 @@ bool XPVolumes::isOnSlowVolume(const QString &path)
 {
     return LiveTable::instance().current().volumeOf(path).slow;
 }
+
+QStringList XPVolumes::mountPoints()
+{
+    return LiveTable::instance().current().mountPoints();
+}

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include <QStringList>
 #include <optional>
 
 // Which volume a path lies on, from the mount table (/proc/self/mountinfo).
@@ -23,5 +23,8 @@ struct Volume
 Volume volumeOf(const QString &path);
 
 bool isOnSlowVolume(const QString &path);
+
+// Where volumes are mounted now, a folder before what is in it.
+QStringList mountPoints();
 
 } // namespace XPVolumes
