@@ -7,6 +7,7 @@
 using namespace std::chrono_literals;
 
 static constexpr auto saveAgainAfter = 30s; // while the disk takes nothing
+static constexpr auto restAfter = 3s;       // without a change
 static constexpr IndexSlot slotsAStep = 20'000;
 
 // --- Start and end
@@ -253,6 +254,7 @@ void IndexKeeper::applied(const IndexBatch &batch)
 {
     if (m_writer.isUnsaved())
         saveLater();
+    restLater();
     // Those of a crawl are told when it is done.
     if (!m_lastUsed.isEmpty() && !m_local->isCrawling) {
         for (const IndexChange &change : batch) {
@@ -381,6 +383,22 @@ void IndexKeeper::saveLater()
             return true;
         },
         saveAgainAfter);
+}
+
+void IndexKeeper::restLater()
+{
+    if (std::exchange(m_restingLater, true))
+        return;
+    m_jobs.postLater(
+        [this, then = m_writer.catalog().generation()] {
+            m_restingLater = false;
+            if (m_writer.catalog().generation() == then)
+                m_writer.rest();
+            else
+                restLater();
+            return true;
+        },
+        restAfter);
 }
 
 // --- When files were used last

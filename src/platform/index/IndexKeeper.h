@@ -120,6 +120,7 @@ private:
     void forgetImport(IndexItem item);
     std::optional<IndexContentQueue::File> contentFile(IndexItem item) const; // any thread
     void saveLater();
+    void restLater();
     void setRecents(IndexRecents::Times times);
     void applyRecents();
     void tellLastUse(IndexItem item, const QByteArray &path, IndexBatch &batch) const;
@@ -144,6 +145,7 @@ private:
     bool m_hasRecents = false; // the list was read
     QSet<QByteArray> m_lastUsedNames;
     bool m_savingLater = false;
+    bool m_restingLater = false;
     bool m_hasDistant = false; // roots
 
     mutable XPMutex m_mutex;

@@ -526,6 +526,14 @@ void IndexStore::sweepSegments()
     }
 }
 
+void IndexStore::rest()
+{
+    // A follower that is still reading what goes now finds out and loads once more.
+    if (!m_superseded.empty())
+        sweepSegments();
+    sqlite3_db_release_memory(m_db);
+}
+
 void IndexStore::ringBell() const
 {
     // Followers watch the file; what stands in it does not matter.

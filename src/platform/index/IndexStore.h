@@ -49,6 +49,8 @@ public:
     // Deletes the segments that were replaced before the last call, and notes those since, which a
     // follower may be reading still. A checkpoint calls it.
     void sweepSegments();
+    // Nothing happened for a while: gives back room on disk and memory that only work needs.
+    void rest();
     qint64 journalSize() const { return m_lastSequence - m_checkpointSequence; } // batches
     qint64 journalBytes() const { return m_journalBytes; }
     qint64 segmentBytes() const { return m_segmentBytes; } // of the last checkpoint or load

@@ -7,6 +7,7 @@
 static constexpr size_t largestBatch = 2000; // changes applied under one lock
 static constexpr qint64 shortestJournal = 4 << 20;
 static constexpr qint64 journalWorthSaving = 300; // batches
+static constexpr size_t changesWorthTrimming = 20'000;
 static const QString saving = QStringLiteral("save");
 static constexpr IndexItem itemsReservedAtOnce = 1 << 16;
 static const QString itemsKey = QStringLiteral("items");
@@ -97,6 +98,7 @@ void IndexWriter::setApplied(std::function<void(const IndexBatch &)> applied)
 
 void IndexWriter::commit(IndexBatch &batch)
 {
+    m_changesToTrim += batch.size();
     const auto applyOne = [this](const IndexBatch &part) {
         m_live.tell(m_live.writable().apply(part));
         if (m_store && !m_bulk && !m_unsaved) {
@@ -173,8 +175,17 @@ void IndexWriter::endBulk()
     save();
     m_bulk = false;
     setNote(unfinishedKey, {});
+}
+
+void IndexWriter::rest()
+{
+    if (m_store)
+        m_store->rest();
+    if (m_changesToTrim < changesWorthTrimming)
+        return;
+    m_changesToTrim = 0;
 #ifdef __GLIBC__
-    ::malloc_trim(0); // what the crawl needed for a while goes back to the system
+    ::malloc_trim(0); // what much work needed for a while goes back to the system
 #endif
 }
 

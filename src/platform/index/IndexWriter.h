@@ -57,6 +57,8 @@ public:
     QByteArray note(const QString &key) const;
     void setNote(const QString &key, const QByteArray &value);
 
+    // To be called when nothing was committed for a while.
+    void rest();
     void save();
     void close();                                // saves what is worth it
     bool isUnsaved() const { return m_unsaved; } // the disk took nothing: call save() again later
@@ -74,5 +76,6 @@ private:
     bool m_bulk = false;
     bool m_unfinished = false;
     bool m_unsaved = false;
-    size_t m_savedChunks = 0; // whole ones, in a first crawl
+    size_t m_savedChunks = 0;   // whole ones, in a first crawl
+    size_t m_changesToTrim = 0; // applied since memory was given back last
 };
