@@ -151,6 +151,7 @@ qsizetype IndexContentQueue::postponed() const
 
 void IndexContentQueue::feed()
 {
+    bool rested = false;
     XPLocker lock(m_mutex);
     while (!m_stopping) {
         if (m_damaged != 0 && (!m_pausedUntil || *m_pausedUntil <= Clock::now())) {
@@ -172,6 +173,7 @@ void IndexContentQueue::feed()
             m_workReady.release();
             m_workDone.acquire();
             finishWork(began);
+            rested = false;
             lock.lock();
             m_atWork = 0;
         } else if (const auto next = nextTime()) {
@@ -181,6 +183,10 @@ void IndexContentQueue::feed()
             lock.unlock();
             if (auto error = m_store.endRenewal())
                 qCWarning(xpLog).noquote() << error->message;
+            lock.lock();
+        } else if (!std::exchange(rested, true)) {
+            lock.unlock();
+            m_store.rest();
             lock.lock();
         } else {
             m_wake.wait(lock);
@@ -219,6 +225,8 @@ void IndexContentQueue::takeTasks()
         if (m_work.tasks.empty() || m_work.tasks.back().waiting.item != newest.item)
             m_work.tasks.push_back({newest, {}, nullptr});
     }
+    if (m_backlog.empty())
+        std::vector<Waiting>().swap(m_backlog); // its memory too
 }
 
 void IndexContentQueue::takeChanged(Clock::time_point now)

@@ -39,6 +39,21 @@ void IndexTextDocuments::append(const Entry &entry)
     m_current += entry.bytes;
 }
 
+void IndexTextDocuments::squeeze()
+{
+    // With room for a few more, so that not every new document costs a copy of all.
+    const auto fit = [](auto &column) {
+        if (column.capacity() - column.size() <= column.size() / 4)
+            return;
+        std::remove_reference_t<decltype(column)> fitting;
+        fitting.reserve(column.size() + column.size() / 16);
+        fitting.assign(column.begin(), column.end());
+        column.swap(fitting);
+    };
+    fit(m_entries);
+    fit(m_documents);
+}
+
 void IndexTextDocuments::dropBefore(quint32 first)
 {
     if (first <= m_first)

@@ -27,6 +27,7 @@ public:
     void append(const Entry &entry); // the document next()
     quint32 first() const { return m_first; }
     quint32 next() const { return m_first + static_cast<quint32>(m_entries.size()); }
+    void squeeze(); // gives back the memory held for more
     // Forgets the documents before `first`.
     void dropBefore(quint32 first);
 

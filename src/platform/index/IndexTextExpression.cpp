@@ -82,8 +82,8 @@ void IndexTextExpression::readWords(const MDPredicate::Value &value, Phrase &wor
             open = false;
         }
         // A run may hold no word at all: half a character, marks alone.
-        open = !wordsOfRun.empty() && (IndexWords::isWordCharacter(run.back().unicode()) ||
-                                       run.back().isSurrogate());
+        open = !wordsOfRun.empty() &&
+               (IndexWords::isWordCharacter(run.back().unicode()) || run.back().isSurrogate());
     }
     for (QByteArray &word : words)
         word.truncate(IndexWords::longestWord);

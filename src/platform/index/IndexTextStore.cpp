@@ -247,6 +247,13 @@ std::optional<XPError> IndexTextStore::put(const std::vector<Text> &texts)
     return {};
 }
 
+void IndexTextStore::rest()
+{
+    sqlite3_db_release_memory(m_writer);
+    const XPLocker lock(m_mutex);
+    m_documents.squeeze();
+}
+
 // --- Renewal
 
 bool IndexTextStore::isStored(IndexItem item, qint64 modified, qint64 size) const

@@ -41,6 +41,9 @@ public:
     void publish(const Documents &documents);
     std::optional<XPError> put(const std::vector<Text> &texts); // both
 
+    // Gives back the memory that only writing needs.
+    void rest();
+
     // More than half of the text is out of date, and no renewal is under way.
     bool isMostlyStale() const;
     // Begins a new table; the items with text in the old one, which isStored() denies from now on.

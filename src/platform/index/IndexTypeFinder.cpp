@@ -8,7 +8,7 @@
 
 // Longer ones are no extensions but parts of names: not worth remembering.
 static constexpr qsizetype longestExtension = 15;
-static constexpr qsizetype mostExtensions = 10000;
+static constexpr qsizetype mostExtensions = 1000;
 
 static QByteArrayView extensionOf(QByteArrayView name)
 {
@@ -60,5 +60,7 @@ QString IndexTypeFinder::type(const QByteArray &folder, QByteArrayView name, qui
     }
     const QString path = XPPath::decode(folder) + u'/' + XPPath::decode(name);
     KPFileType::forgetPath(path);
-    return KPFileType::utiForPath(path, XPPath::decode(extension), mode);
+    QString type = KPFileType::utiForPath(path, XPPath::decode(extension), mode);
+    KPFileType::forgetPath(path); // the index itself is what remembers it
+    return type;
 }
