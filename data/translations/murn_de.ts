@@ -38,12 +38,6 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPApplicationSummary">
         <translation>Verschlagwortet, bewertet und findet Dokumente, wo sie liegen.</translation>
     </message>
-    <message id="KPAtLeastStars" numerus="yes">
-        <translation>
-            <numerusform>Mindestens %n Stern</numerusform>
-            <numerusform>Mindestens %n Sterne</numerusform>
-        </translation>
-    </message>
     <message id="KPBadColourScheme">
         <translation>„%1“ ist kein Farbschema: dark oder light</translation>
     </message>
@@ -227,6 +221,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPFileTypeGroupWebPages">
         <translation>Webseiten</translation>
     </message>
+    <message id="KPFilterDate">
+        <translation>Nach Datum zeigen</translation>
+    </message>
     <message id="KPFilterRating">
         <translation>Nach Bewertung zeigen</translation>
     </message>
@@ -380,11 +377,17 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPRating">
         <translation>Bewertung</translation>
     </message>
-    <message id="KPRatingAtLeast">
-        <translation>Mindestens %1 Sterne</translation>
+    <message id="KPRatingAtLeast" numerus="yes">
+        <translation>
+            <numerusform>Mindestens %1 Stern</numerusform>
+            <numerusform>Mindestens %1 Sterne</numerusform>
+        </translation>
     </message>
-    <message id="KPRatingAtMost">
-        <translation>Ohne Bewertung bis %1 Sterne</translation>
+    <message id="KPRatingAtMost" numerus="yes">
+        <translation>
+            <numerusform>Ohne Bewertung bis %1 Stern</numerusform>
+            <numerusform>Ohne Bewertung bis %1 Sterne</numerusform>
+        </translation>
     </message>
     <message id="KPRatingExactly">
         <translation>%1 Sterne</translation>
@@ -450,7 +453,7 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
         <translation>Suche</translation>
     </message>
     <message id="KPSearchPlaceholder">
-        <translation>Namen und Schlagwörter durchsuchen</translation>
+        <translation>Namen, Schlagwörter und Inhalte durchsuchen</translation>
     </message>
     <message id="KPSearchStopped">
         <translation>Angehalten. Zu sehen ist, was bis dahin gefunden wurde.</translation>

@@ -40,12 +40,6 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPApplicationSummary">
         <translation>Tags, rates and finds documents where they lie.</translation>
     </message>
-    <message id="KPAtLeastStars" numerus="yes">
-        <translation>
-            <numerusform>At least %n star</numerusform>
-            <numerusform>At least %n stars</numerusform>
-        </translation>
-    </message>
     <message id="KPBadColourScheme">
         <translation>“%1” is no colour scheme: dark or light</translation>
     </message>
@@ -229,6 +223,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPFileTypeGroupWebPages">
         <translation>Web pages</translation>
     </message>
+    <message id="KPFilterDate">
+        <translation>Show by date</translation>
+    </message>
     <message id="KPFilterRating">
         <translation>Show by rating</translation>
     </message>
@@ -382,11 +379,17 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPRating">
         <translation>Rating</translation>
     </message>
-    <message id="KPRatingAtLeast">
-        <translation>%1 stars or more</translation>
+    <message id="KPRatingAtLeast" numerus="yes">
+        <translation>
+            <numerusform>%1 star or more</numerusform>
+            <numerusform>%1 stars or more</numerusform>
+        </translation>
     </message>
-    <message id="KPRatingAtMost">
-        <translation>Unrated to %1 stars</translation>
+    <message id="KPRatingAtMost" numerus="yes">
+        <translation>
+            <numerusform>Unrated to %1 star</numerusform>
+            <numerusform>Unrated to %1 stars</numerusform>
+        </translation>
     </message>
     <message id="KPRatingExactly">
         <translation>%1 stars</translation>
@@ -452,7 +455,7 @@ Free software under the GNU General Public License, version 3 or later.</transla
         <translation>Search</translation>
     </message>
     <message id="KPSearchPlaceholder">
-        <translation>Search names and tags</translation>
+        <translation>Search names, tags and contents</translation>
     </message>
     <message id="KPSearchStopped">
         <translation>Stopped. The documents found so far are shown.</translation>

@@ -132,7 +132,7 @@ void KPController::buildInspector()
 
 void KPController::connectSearch()
 {
-    connect(m_filter, &KPFilterBar::requestChanged, this, &KPController::startSearch);
+    connect(m_filter, &KPFilterBar::stateChanged, this, &KPController::startSearch);
     connect(m_filter, &KPFilterBar::left, m_view, qOverload<>(&QWidget::setFocus));
     m_filter->setSuggestions([this] { return suggestedTags(); });
     connect(m_source.get(), &KPResultSource::finished, this, &KPController::searchFinished);
@@ -211,14 +211,14 @@ void KPController::closeEvent(QCloseEvent *event)
 
 void KPController::startSearch()
 {
-    KPSearchRequest request = m_filter->request();
-    request.folders = m_folders;
+    const QStringList folders = m_folders.isEmpty() ? QStringList{XPFolders::home()} : m_folders;
+    const auto state = m_filter->state()->searchStateWithNewContstraintFolders(folders);
     m_searching = true;
     m_status->showSearching(true);
     m_problems.clear();
     showProblems();
     showEmptyText();
-    m_source->setRequest(request);
+    m_source->setSearchState(state);
 }
 
 void KPController::stopSearch()

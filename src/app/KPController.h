@@ -1,7 +1,6 @@
 #pragma once
 
 #include "KPFileEdit.h"
-#include "KPSearchRequest.h"
 
 #include <QList>
 #include <QMainWindow>
@@ -28,7 +27,7 @@ struct KPDocOrder;
 
 // The main window: places its parts and connects them.
 //
-// Search: filter bar -> request -> result source -> model -> grid. Edit: inspector or grid ->
+// Search: filter bar -> state -> result source -> model -> grid. Edit: inspector or grid ->
 // history -> worker -> model, and the live search confirms it. Exactly one exists.
 // Threads: main.
 class KPController : public QMainWindow

@@ -1,88 +1,99 @@
-// murnctl find: prints the documents that fulfil all criteria.
+// murnctl find: prints the documents of a search state.
+#include "KPFindOptions.h"
+#include "KPIndexedState.h"
 #include "KPResultsRun.h"
+#include "KPStateFile.h"
 #include "XPPath.h"
 
-#include <array>
-
-static XPResult<KPSearchRequest::Rating> ratingCondition(const QString &text)
+// What fulfils all states of the files; the empty one without a file. Null: one could not be read.
+static KPSearchState::Ptr stateOfFiles(const QStringList &paths, KPCommandOutput &output)
 {
-    using Comparison = KPSearchRequest::Comparison;
-    static constexpr std::array<std::pair<QLatin1String, Comparison>, 7> operators = {
-        {{QLatin1String(">="), Comparison::GreaterOrEqual},
-         {QLatin1String("<="), Comparison::LessOrEqual},
-         {QLatin1String("!="), Comparison::NotEqual},
-         {QLatin1String("=="), Comparison::Equal},
-         {QLatin1String(">"), Comparison::Greater},
-         {QLatin1String("<"), Comparison::Less},
-         {QLatin1String("="), Comparison::Equal}}};
-    Comparison comparison = Comparison::Equal;
-    QString number = text;
-    for (const auto &[word, meaning] : operators) {
-        if (text.startsWith(word)) {
-            comparison = meaning;
-            number = text.mid(word.size()).trimmed();
-            break;
-        }
+    KPSearchState::Ptr all;
+    for (const QString &path : paths) {
+        const auto state = KPStateFile::read(path);
+        if (!state)
+            output.fail(path, "search state", state.error());
+        else
+            all = KPSearchState::combineSearchStatesAND(all, *state, nullptr);
     }
-    const auto stars = KPCommandLine::stars(number);
-    if (!stars)
-        return stars.error();
-    return KPSearchRequest::Rating{comparison, *stars};
+    if (output.hasFailed())
+        return nullptr;
+    return all ? all : KPSearchState::searchStateWithNativeDictionary({});
 }
 
-static XPResult<KPSearchRequest> requestOf(const KPCommandLine &line)
+static int explain(const KPSearchState &state, KPCommandOutput &output)
 {
-    KPSearchRequest request;
-    request.words = line.operands().join(u' ');
-    const auto tags = line.tags("--tag");
-    if (!tags)
-        return tags.error();
-    const auto notTags = line.tags("--not-tag");
-    if (!notTags)
-        return notTags.error();
-    request.tags = *tags;
-    request.notTags = *notTags;
-    if (line.has("--rating")) {
-        const auto rating = ratingCondition(line.values("--rating").last());
-        if (!rating)
-            return rating.error();
-        request.rating = *rating;
+    const auto &query = state.mdQueryString();
+    const KPIndexedState::Scope scope = KPIndexedState::scopeOf(state);
+    QStringList folders = scope.folders;
+    if (scope.everywhere) {
+        for (const QString &root : MetadataIndex::allRoots())
+            folders.append(XPPath::absolute(root));
     }
-    return request;
+    if (output.isJson()) {
+        output.write("{\"query\": " + (query ? KPCommandOutput::json(*query) : "null") +
+                     ", \"scope\": " + KPCommandOutput::json(folders) + "}\n");
+        return output.exitStatus();
+    }
+    output.writeRecord(output.name(query.value_or(QString())));
+    for (const QString &folder : folders)
+        output.writeRecord(output.name(folder));
+    return output.exitStatus();
+}
+
+// Words in contents and attributes are found once the files were imported. Keywords, which count
+// as tags, may be missing until then: a search for a tag does not wait for every file to be read.
+static bool needsContents(const KPSearchState &state)
+{
+    const QString text = state.searchString();
+    if (const QString raw = QStringLiteral("mdq:"); text.startsWith(raw))
+        return KPResultsRun::asksForContent(text.mid(raw.size()));
+    return !text.isEmpty() && (state.searchContents() || state.searchMetaData());
+}
+
+static int search(const KPSearchState::Ptr &state, KPResultsRun::Options how,
+                  KPCommandOutput &output)
+{
+    KPIndexSession session(output);
+    if (!session.catchUp(needsContents(*state)))
+        return KPExitInterrupted;
+    how.documents = true;
+    return KPResultsRun(how, session, output).run([&](KPIndexedResults &source) {
+        source.setSearchState(state);
+    });
 }
 
 static int run(const KPCommandLine &line, KPCommandOutput &output)
 {
-    auto request = requestOf(line);
-    if (!request)
-        return kpReportUsage(&kpFindCommand, request.error().message);
-    auto options = KPResultsRun::optionsOf(line);
+    const auto options = KPFindOptions::parse(line);
     if (!options)
         return kpReportUsage(&kpFindCommand, options.error().message);
-    KPSearchRequest found = *std::move(request);
-    found.folders = KPResultsRun::foldersOf(line, output);
-    if (found.folders.isEmpty() && line.has("--in"))
+    const auto how = KPResultsRun::optionsOf(line);
+    if (!how)
+        return kpReportUsage(&kpFindCommand, how.error().message);
+    KPSearchState::Ptr state = stateOfFiles(line.values("--state"), output);
+    if (!state)
         return output.exitStatus();
-    KPIndexSession session(output);
-    if (!session.catchUp(false))
-        return KPExitInterrupted;
-    KPResultsRun::Options how = *std::move(options);
-    how.documents = true;
-    return KPResultsRun(how, session, output).run([&](KPIndexedResults &source) {
-        source.setRequest(found);
-    });
+    state = options->applyTo(state);
+    if (line.has("--print-state")) {
+        output.write(KPStateFile::json(*state));
+        return output.exitStatus();
+    }
+    if (line.has("--explain"))
+        return explain(*state, output);
+    for (const XPError &error : options->missingFolders())
+        output.fail(error.path, error.reason());
+    return options->isWithoutFolder() ? output.exitStatus() : search(state, *how, output);
 }
 
 const KPCommand kpFindCommand = {
     "find",
     "[OPTION]… [WORD…]",
     "Prints the documents that fulfil all criteria; without any, every document.",
-    "Each WORD begins a word of the file's name or of a tag; case and accents do not matter.\n"
+    "Each WORD is in the name of the file, in any case and with or without accents. Words that\n"
+    "mean more: \"quoted phrases\", -WORD (without it), tag:TAG, rating:>=3, name:WORD (whatever\n"
+    "the other options), .pdf (a type), mdq:QUERY (see 'murnctl query --help').\n"
     "Documents are the files of a folder and of the folders in it, as the metadata index holds\n"
     "them; hidden ones (.name) are left out. Their paths are printed in no order.\n",
-    KPResultsRun::commandOptions(
-        {{"--tag", "TAG", "with this tag (and those of further --tag)"},
-         {"--not-tag", "TAG", "without this tag (and those of further --not-tag)"},
-         {"--rating", "COND", "by stars: 4, =4, !=0, <2, <=2, >3, >=3.5; unrated counts as 0"},
-         {"--in", "DIR", "in this folder (and those of further --in); else in the home folder"}}),
+    KPResultsRun::commandOptions(KPFindOptions::commandOptions()),
     run};

@@ -6,21 +6,6 @@
 #include <algorithm>
 #include <cstdio>
 
-// Whether only an import of the files' contents can answer it.
-static bool asksForContent(const MDPredicate &predicate)
-{
-    static const QStringList imported = {
-        QStringLiteral("kMDItemTextContent"),    QStringLiteral("kMDItemTitle"),
-        QStringLiteral("kMDItemAuthors"),        QStringLiteral("kMDItemKeywords"),
-        QStringLiteral("kMDItemSubject"),        QStringLiteral("kMDItemDescription"),
-        QStringLiteral("kMDItemCreator"),        QStringLiteral("kMDItemNumberOfPages"),
-        QStringLiteral("kMDItemPixelWidth"),     QStringLiteral("kMDItemPixelHeight"),
-        QStringLiteral("kMDItemDurationSeconds")};
-    return imported.contains(predicate.attribute) ||
-           std::any_of(predicate.children.begin(), predicate.children.end(),
-                       [](const MDPredicatePtr &child) { return asksForContent(*child); });
-}
-
 // The text once more, with a mark below the place.
 static int reportSyntax(const QString &text, const XPError &error)
 {
@@ -48,7 +33,7 @@ static int run(const KPCommandLine &line, KPCommandOutput &output)
     if (folders.isEmpty() && line.has("--in"))
         return output.exitStatus();
     KPIndexSession session(output);
-    if (!session.catchUp(asksForContent(**predicate)))
+    if (!session.catchUp(KPResultsRun::asksForContent(text)))
         return KPExitInterrupted;
     return KPResultsRun(*options, session, output).run([&](KPIndexedResults &source) {
         source.setQuery(text, folders);

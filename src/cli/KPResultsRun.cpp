@@ -1,10 +1,12 @@
 #include "KPResultsRun.h"
 
+#include "MDQueryParser.h"
 #include "XPFolders.h"
 #include "XPPath.h"
 
 #include <QCoreApplication>
 #include <QLocale>
+#include <algorithm>
 
 XPResult<KPResultsRun::Options> KPResultsRun::optionsOf(const KPCommandLine &line)
 {
@@ -45,6 +47,26 @@ QStringList KPResultsRun::foldersOf(const KPCommandLine &line, KPCommandOutput &
             output.fail(folder.error().path, folder.error().reason());
     }
     return folders;
+}
+
+static bool asksForContent(const MDPredicate &predicate)
+{
+    static const QStringList imported = {
+        QStringLiteral("kMDItemTextContent"),    QStringLiteral("kMDItemTitle"),
+        QStringLiteral("kMDItemAuthors"),        QStringLiteral("kMDItemKeywords"),
+        QStringLiteral("kMDItemSubject"),        QStringLiteral("kMDItemDescription"),
+        QStringLiteral("kMDItemCreator"),        QStringLiteral("kMDItemNumberOfPages"),
+        QStringLiteral("kMDItemPixelWidth"),     QStringLiteral("kMDItemPixelHeight"),
+        QStringLiteral("kMDItemDurationSeconds")};
+    return imported.contains(predicate.attribute) ||
+           std::any_of(predicate.children.begin(), predicate.children.end(),
+                       [](const MDPredicatePtr &child) { return asksForContent(*child); });
+}
+
+bool KPResultsRun::asksForContent(const QString &query)
+{
+    const auto predicate = MDQueryParser::parse(query);
+    return predicate && ::asksForContent(**predicate);
 }
 
 std::vector<KPCommandOption> KPResultsRun::commandOptions(std::vector<KPCommandOption> own)

@@ -20,6 +20,9 @@ public:
     // The folders of --in, as the index knows them: absolute, with no links. One that is not
     // there is a failure of the command and left out.
     static QStringList foldersOf(const KPCommandLine &line, KPCommandOutput &output);
+    // Whether only an import of the files' contents can answer a query text. One that cannot be
+    // read does not ask.
+    static bool asksForContent(const QString &query);
     // The options that every such command has, for its help.
     static std::vector<KPCommandOption> commandOptions(std::vector<KPCommandOption> own);
 

@@ -1,6 +1,7 @@
 #include "KPFilterBar.h"
 
 #include "KPDocIcons.h"
+#include "UserDefaults.h"
 #include "XPTagsEditor.h"
 
 #include <QComboBox>
@@ -13,7 +14,8 @@ static constexpr std::chrono::milliseconds typingPause{500};
 
 KPFilterBar::KPFilterBar(QWidget *parent)
     : QWidget(parent), m_search(new QLineEdit(this)),
-      m_tags(new XPTagsEditor(XPTagsEditor::Purpose::Filter, this)), m_rating(new QComboBox(this))
+      m_tags(new XPTagsEditor(XPTagsEditor::Purpose::Filter, this)), m_date(new QComboBox(this)),
+      m_rating(new QComboBox(this))
 {
     m_search->setPlaceholderText(qtTrId("KPSearchPlaceholder"));
     m_search->setAccessibleName(qtTrId("KPSearch"));
@@ -26,17 +28,28 @@ KPFilterBar::KPFilterBar(QWidget *parent)
         "QLineEdit { border: 1px solid palette(mid); border-radius: 4px; padding: 4px;"
         " background: palette(base); } QLineEdit:focus { border-color: palette(highlight); }"));
     m_tags->setHint(qtTrId("KPFilterTagsHint"), qtTrId("KPFilterTags"));
+    m_date->setAccessibleName(qtTrId("KPFilterDate"));
+    for (const QString &key : KPSearchDates::allKeys())
+        m_date->addItem(KPSearchState::prettyDateStringFromDateString(key), key);
+    m_date->setItemData(0, QString()); // any date: no condition
     m_rating->setAccessibleName(qtTrId("KPFilterRating"));
-    m_rating->addItem(qtTrId("KPAnyRating"), 0);
+    const auto addRating = [this](const QString &condition) {
+        m_rating->addItem(KPSearchState::prettyRatingsStringFromRatingString(condition), condition);
+    };
+    addRating({});
+    addRating(QStringLiteral("!= *"));
     for (int stars = 1; stars <= 5; ++stars)
-        m_rating->addItem(qtTrId("KPAtLeastStars", stars), stars);
+        addRating(QStringLiteral(">= %1").arg(stars));
 
     auto *row = new QHBoxLayout(this);
     row->setContentsMargins(10, 0, 10, 8);
     row->setSpacing(8);
     row->addWidget(m_tags, 1);
-    row->addWidget(m_rating, 0, Qt::AlignTop);
-    m_rating->setMinimumHeight(m_tags->sizeHint().height());
+    for (QComboBox *choice : {m_date, m_rating}) {
+        row->addWidget(choice, 0, Qt::AlignTop);
+        choice->setMinimumHeight(m_tags->sizeHint().height());
+        connect(choice, &QComboBox::currentIndexChanged, this, &KPFilterBar::changed);
+    }
 
     m_typing.setSingleShot(true);
     m_typing.setInterval(typingPause);
@@ -46,26 +59,29 @@ KPFilterBar::KPFilterBar(QWidget *parent)
     connect(m_search, &QLineEdit::returnPressed, this, &KPFilterBar::changed);
     connect(m_tags, &XPTagsEditor::tagsEdited, this, &KPFilterBar::changed);
     connect(m_tags, &XPTagsEditor::left, this, &KPFilterBar::left);
-    connect(m_rating, &QComboBox::currentIndexChanged, this, &KPFilterBar::changed);
+    m_announced = state();
 }
 
-KPSearchRequest KPFilterBar::request() const
+KPSearchState::Ptr KPFilterBar::state() const
 {
-    KPSearchRequest request;
-    request.words = m_search->text().simplified();
-    request.tags = m_tags->tags();
-    request.notTags = m_tags->excludedTags();
-    if (const int stars = m_rating->currentData().toInt())
-        request.rating = {KPSearchRequest::Comparison::GreaterOrEqual, double(stars)};
-    return request;
+    const UserDefaults &defaults = UserDefaults::standard();
+    return KPSearchState::searchStateWithNativeDictionary({})
+        ->searchStateWithNewSearchString(
+            m_search->text().simplified(),
+            defaults.boolValue(QStringLiteral("KPDoSpotlightSearches")),
+            defaults.boolValue(QStringLiteral("KPDoMetaDataSearches")), true)
+        ->searchStateWithNewTags(m_tags->tags())
+        ->searchStateWithNewExcludeTags(m_tags->excludedTags())
+        ->searchStateWithNewDateString(m_date->currentData().toString())
+        ->searchStateWithNewRating(m_rating->currentData().toString());
 }
 
 void KPFilterBar::changed()
 {
     m_typing.stop();
-    const KPSearchRequest now = request();
-    if (std::exchange(m_announced, now) != now)
-        Q_EMIT requestChanged();
+    const KPSearchState::Ptr now = state();
+    if (!std::exchange(m_announced, now)->isEqualToSearchState(*now))
+        Q_EMIT stateChanged();
 }
 
 void KPFilterBar::clear()
@@ -73,8 +89,9 @@ void KPFilterBar::clear()
     const QSignalBlocker blocker(this);
     m_search->clear();
     m_tags->setTags({});
+    m_date->setCurrentIndex(0);
     m_rating->setCurrentIndex(0);
-    m_announced = {};
+    m_announced = state();
     m_typing.stop();
 }
 

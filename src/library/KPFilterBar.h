@@ -1,6 +1,6 @@
 #pragma once
 
-#include "KPSearchRequest.h"
+#include "KPSearchState.h"
 
 #include <QTimer>
 #include <QWidget>
@@ -10,8 +10,10 @@ class QComboBox;
 class QLineEdit;
 class XPTagsEditor;
 
-// The criteria above the grid: words, tags, rating.
+// The criteria above the grid: words, tags, date, rating.
 //
+// Where words are looked for, the settings "KPDoSpotlightSearches" (contents) and
+// "KPDoMetaDataSearches" (other attributes) say; always in names.
 // Typed words count after a pause, or at once with Enter. Threads: main.
 class KPFilterBar : public QWidget
 {
@@ -24,8 +26,8 @@ public:
     QLineEdit *searchField() const { return m_search; }
 
     // What was chosen, without folders.
-    KPSearchRequest request() const;
-    bool isEmpty() const { return request() == KPSearchRequest(); }
+    KPSearchState::Ptr state() const;
+    bool isEmpty() const { return state()->isBlank(); }
     void clear();
 
     void setSuggestions(std::function<QStringList()> suggestions);
@@ -33,7 +35,7 @@ public:
     void focusTags();
 
 Q_SIGNALS:
-    void requestChanged();
+    void stateChanged();
     void left(); // Escape with nothing to clear
 
 protected:
@@ -45,7 +47,8 @@ private:
 
     QLineEdit *m_search;
     XPTagsEditor *m_tags;
+    QComboBox *m_date;
     QComboBox *m_rating;
     QTimer m_typing;
-    KPSearchRequest m_announced;
+    KPSearchState::Ptr m_announced;
 };

@@ -1,8 +1,5 @@
 #include "KPIndexedResults.h"
 
-#include "KPRequestQuery.h"
-#include "XPFolders.h"
-
 #include <QTimer>
 
 KPIndexedResults::KPIndexedResults(IndexSource &source, Mode mode, QObject *parent)
@@ -12,7 +9,7 @@ KPIndexedResults::KPIndexedResults(IndexSource &source, Mode mode, QObject *pare
             Qt::QueuedConnection);
     m_thread.setObjectName(QStringLiteral("murn-search"));
     m_onThread->moveToThread(&m_thread);
-    connect(this, &KPIndexedResults::requestWaiting, m_onThread, [this] { startNext(); });
+    connect(this, &KPIndexedResults::searchWaiting, m_onThread, [this] { startNext(); });
     // On the thread itself, after its event loop.
     connect(&m_thread, &QThread::finished, m_onThread, [this] {
         m_search.reset();
@@ -32,13 +29,10 @@ KPIndexedResults::~KPIndexedResults()
     const XPLocker ended(m_mutex);
 }
 
-void KPIndexedResults::setRequest(const KPSearchRequest &request)
+void KPIndexedResults::setSearchState(const KPSearchState::Ptr &state)
 {
     KPIndexedSearch::Query query;
-    query.text = KPRequestQuery::text(request);
-    query.unreadableText = KPRequestQuery::unreadableText(request);
-    query.folders = request.folders.isEmpty() ? QStringList{XPFolders::home()} : request.folders;
-    query.documentsOnly = true;
+    query.state = state;
     query.live = m_mode == Mode::Live;
     supersede(query);
 }
@@ -67,7 +61,7 @@ void KPIndexedResults::supersede(const std::optional<KPIndexedSearch::Query> &qu
         if (query)
             m_reports.push_back({KPResultReport::Kind::Reset, {}, {}});
     }
-    Q_EMIT requestWaiting(QPrivateSignal());
+    Q_EMIT searchWaiting(QPrivateSignal());
     if (query)
         Q_EMIT reportsWaiting(QPrivateSignal());
 }
@@ -79,7 +73,7 @@ void KPIndexedResults::startNext()
     quint64 generation = 0;
     {
         const XPLocker locker(m_mutex);
-        // Of several requests in a row the last was started by the first of these calls.
+        // Of several searches in a row the last was started by the first of these calls.
         if (std::exchange(m_started, m_generation) == m_generation)
             return;
         query = std::exchange(m_next, std::nullopt);

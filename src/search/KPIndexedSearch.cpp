@@ -15,25 +15,53 @@ KPIndexedSearch::~KPIndexedSearch() = default;
 
 void KPIndexedSearch::start()
 {
-    auto query = MDQuery::create(m_source, m_request.text);
-    if (!query) {
-        m_reports.finished({query.error().message});
-        m_deliver(m_reports.take());
-        return;
-    }
+    if (m_request.state)
+        m_state = std::make_unique<KPIndexedState>(m_request.state);
+    if (m_state && m_state->findsNothing())
+        return end({});
+    m_folders = m_state ? m_state->scope().folders : m_request.folders;
+    if (m_state && m_folders.isEmpty() && !m_state->scope().everywhere)
+        return end(placesNotCovered());
+    auto query = MDQuery::create(m_source, m_state ? m_state->text() : m_request.text);
+    if (!query)
+        return end({QStringLiteral("this search cannot be asked: ") + query.error().message});
     m_query = *std::move(query);
-    m_query->setSearchScope(m_request.folders);
+    m_query->setSearchScope(m_folders);
     connect(m_query.get(), &MDQuery::progress, this, &KPIndexedSearch::takeResults);
     connect(m_query.get(), &MDQuery::finished, this, &KPIndexedSearch::finish);
     connect(m_query.get(), &MDQuery::updated, this, &KPIndexedSearch::takeChanges);
     m_query->execute(m_request.live ? MDQuery::Options(MDQuery::WantsUpdates) : MDQuery::Options());
 }
 
+// With nothing found.
+void KPIndexedSearch::end(const QStringList &problems)
+{
+    m_reports.finished(problems);
+    m_deliver(m_reports.take());
+}
+
+// Folders may come to be indexed, or cease to be, while the search lives.
+void KPIndexedSearch::learnRoots()
+{
+    if (!m_state || !m_state->scope().everywhere)
+        return;
+    const IndexCatalog &catalog = m_source.catalog();
+    const IndexCatalog::Reading reading(catalog);
+    if (m_roots == catalog.roots())
+        return;
+    m_roots = catalog.roots();
+    QStringList paths;
+    for (const IndexItem root : m_roots)
+        paths.append(XPPath::decode(catalog.path(catalog.slotOf(root))));
+    m_state->setRoots(paths);
+}
+
 void KPIndexedSearch::takeResults()
 {
+    learnRoots();
     for (; m_taken < m_query->resultCount(); ++m_taken) {
         const IndexItem item = m_query->itemAt(m_taken);
-        if (const auto found = document(item); found && belongs(*found))
+        if (const auto found = document(item, m_state.get()))
             show(item, *found);
     }
     m_deliver(m_reports.take());
@@ -42,20 +70,21 @@ void KPIndexedSearch::takeResults()
 void KPIndexedSearch::finish()
 {
     takeResults();
-    m_reports.finished(problems());
+    m_reports.finished(placesNotCovered() + unreadableDocuments());
     m_deliver(m_reports.take());
 }
 
 void KPIndexedSearch::takeChanges(const QList<IndexItem> &added, const QList<IndexItem> &changed,
                                   const QList<IndexItem> &removed)
 {
+    learnRoots();
     for (const IndexItem item : removed)
         hide(item);
     // All that leaves its place goes before anything takes one: two may have changed places.
     std::vector<std::pair<IndexItem, KPFoundDocument>> present;
     for (const IndexItem item : added + changed) {
-        const auto found = document(item);
-        if (!found || !belongs(*found)) {
+        const auto found = document(item, m_state.get());
+        if (!found) {
             hide(item);
             continue;
         }
@@ -112,22 +141,17 @@ static QString unreadable(const char *what)
         .arg(QLatin1String(what));
 }
 
-std::optional<KPFoundDocument> KPIndexedSearch::document(IndexItem item) const
+static KPFoundDocument foundDocument(const QString &path, const IndexRecord &record)
 {
-    const IndexCatalog &catalog = m_source.catalog();
-    const IndexCatalog::Reading reading(catalog);
-    const IndexSlot slot = catalog.slotOf(item);
-    if (slot == IndexCatalog::noSlot)
-        return {};
-    const IndexRecord record = catalog.record(slot);
     KPFoundDocument document;
-    document.path = XPPath::decode(catalog.path(slot));
+    document.path = path;
     document.info = record.info;
     const PropertyValue tags = record.attributes.value(Karvex::tagsToSearchFor());
-    if (tags.isNull() || tags.isArrayOfStrings())
-        document.tags = tags.strings();
-    else
+    document.hasUnreadableTags = !tags.isNull() && !tags.isArrayOfStrings();
+    if (document.hasUnreadableTags)
         document.error = unreadable("tags");
+    else
+        document.tags = tags.strings();
     const PropertyValue rating = record.attributes.value(Karvex::starRatingKey);
     const double stars = rating.isNull() ? 0 : rating.doubleValue(std::nan(""));
     if (std::isfinite(stars))
@@ -137,39 +161,56 @@ std::optional<KPFoundDocument> KPIndexedSearch::document(IndexItem item) const
     return document;
 }
 
-bool KPIndexedSearch::belongs(const KPFoundDocument &document) const
+std::optional<KPFoundDocument> KPIndexedSearch::document(IndexItem item,
+                                                         const KPIndexedState *state) const
 {
-    if (!m_request.documentsOnly)
-        return true;
-    if (!document.info.isRegular())
-        return false;
-    // Hidden is what is hidden below the folder: somebody asked for that one by its name.
-    return std::any_of(m_request.folders.begin(), m_request.folders.end(),
-                       [&](const QString &folder) {
-                           const QString start = folder.endsWith(u'/') ? folder : folder + u'/';
-                           return document.path.startsWith(start) &&
-                                  !QStringView(document.path).mid(start.size() - 1).contains(u"/.");
-                       });
+    KPFoundDocument document;
+    {
+        const IndexCatalog &catalog = m_source.catalog();
+        const IndexCatalog::Reading reading(catalog);
+        const IndexSlot slot = catalog.slotOf(item);
+        if (slot == IndexCatalog::noSlot)
+            return {};
+        const QString path = XPPath::decode(catalog.path(slot));
+        if (state && !state->mayHold(path))
+            return {};
+        document = foundDocument(path, catalog.record(slot));
+    }
+    // With no lock held: the state's tests may look at the file.
+    return !state || state->holds(document) ? std::optional(document) : std::nullopt;
 }
 
-QStringList KPIndexedSearch::problems() const
+QStringList KPIndexedSearch::placesNotCovered() const
 {
+    QStringList paths = m_state ? m_request.state->fileListSearch() : QStringList();
+    if (paths.isEmpty())
+        paths = m_state ? m_folders + m_state->scope().uncovered : m_folders;
     QStringList problems;
-    for (const QString &folder : m_request.folders) {
-        if (const QString problem = KPIndexCoverage::problem(m_source, folder); !problem.isEmpty())
+    for (const QString &path : paths) {
+        if (const QString problem = KPIndexCoverage::problem(m_source, path); !problem.isEmpty())
             problems.append(problem);
     }
-    if (m_request.unreadableText.isEmpty())
-        return problems;
-    const auto query = MDQuery::create(m_source, m_request.unreadableText);
+    // Entries that stand for no folder at all.
+    if (problems.isEmpty() && m_state && m_folders.isEmpty() && !m_state->scope().everywhere)
+        problems.append(QStringLiteral("this search has no folder to look in"));
+    return problems;
+}
+
+QStringList KPIndexedSearch::unreadableDocuments() const
+{
+    const auto unreadable = m_state ? m_state->unreadable() : nullptr;
+    if (!unreadable)
+        return {};
+    const auto query = MDQuery::create(m_source, unreadable->text());
     if (!query)
-        return problems;
-    (*query)->setSearchScope(m_request.folders);
+        return {};
+    (*query)->setSearchScope(m_folders);
     (*query)->execute(MDQuery::Synchronous);
+    QStringList problems;
     for (qsizetype i = 0; i < (*query)->resultCount(); ++i) {
         const IndexItem item = (*query)->itemAt(i);
-        const auto found = document(item);
-        if (found && belongs(*found) && !m_shown.contains(item))
+        const auto found = document(item, unreadable.get());
+        if (found && !m_shown.contains(item))
             problems.append(found->path + QStringLiteral(": ") + found->error);
     }
     return problems;

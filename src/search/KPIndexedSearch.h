@@ -1,5 +1,6 @@
 #pragma once
 
+#include "KPIndexedState.h"
 #include "KPResultReports.h"
 #include "MDQuery.h"
 
@@ -11,7 +12,7 @@
 // A renamed document is gone under the old path and new under the other. At any moment what was
 // reported holds each path once: whoever comes to a path that another item was reported under
 // takes its place.
-// Threads: one, with an event loop; destroy it there. Never touches a file.
+// Threads: one, with an event loop; destroy it there.
 class KPIndexedSearch : public QObject
 {
     Q_OBJECT
@@ -19,11 +20,9 @@ class KPIndexedSearch : public QObject
 public:
     struct Query
     {
+        KPSearchState::Ptr state; // whose documents; null: all that the text matches
         QString text;
-        QString unreadableText; // what it matches is told as a problem; may be empty
-        QStringList folders;    // empty: everywhere
-        // Regular files only, and nothing hidden below the folders.
-        bool documentsOnly = false;
+        QStringList folders; // of the text; empty: everywhere
         bool live = true;
     };
     using Deliver = std::function<void(std::vector<KPResultReport>)>;
@@ -44,15 +43,21 @@ private:
     void takeChanges(const QList<IndexItem> &added, const QList<IndexItem> &changed,
                      const QList<IndexItem> &removed);
     void finish();
-    QStringList problems() const;
-    std::optional<KPFoundDocument> document(IndexItem item) const;
-    bool belongs(const KPFoundDocument &document) const;
+    void end(const QStringList &problems);
+    void learnRoots();
+    QStringList placesNotCovered() const;
+    QStringList unreadableDocuments() const;
+    // What the index holds of an item; nothing: it is not among the results.
+    std::optional<KPFoundDocument> document(IndexItem item, const KPIndexedState *state) const;
     void show(IndexItem item, const KPFoundDocument &document);
     void hide(IndexItem item);
 
     IndexSource &m_source;
     const Query m_request;
     const Deliver m_deliver;
+    std::unique_ptr<KPIndexedState> m_state; // null: a text
+    QStringList m_folders;                   // empty: everywhere
+    std::vector<IndexItem> m_roots;          // when they were last told to m_state
     std::unique_ptr<MDQuery> m_query;
     qsizetype m_taken = 0; // results of the first gathering
     QHash<IndexItem, Shown> m_shown;

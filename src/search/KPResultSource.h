@@ -1,6 +1,6 @@
 #pragma once
 
-#include "KPSearchRequest.h"
+#include "KPSearchState.h"
 #include "XPFileInfo.h"
 
 #include <QList>
@@ -15,13 +15,14 @@ struct KPFoundDocument
     QStringList tags;
     double rating = 0;
     QString error; // why tags or rating could not be read; empty: they could
+    bool hasUnreadableTags = false;
 };
 
 // Where a view or the shell gets its results: a running search that stays live.
 //
 // Threads: lives on the main thread; all signals come there, from the event loop, in batches.
-// Nothing here blocks: the work is done elsewhere. After setRequest() no result of an older
-// request is reported any more.
+// Nothing here blocks: the work is done elsewhere. After setSearchState() no result of an
+// older state is reported any more.
 class KPResultSource : public QObject
 {
     Q_OBJECT
@@ -30,7 +31,7 @@ public:
     using QObject::QObject;
 
     // Starts afresh: resultsReset() comes first.
-    virtual void setRequest(const KPSearchRequest &request) = 0;
+    virtual void setSearchState(const KPSearchState::Ptr &state) = 0;
     // Stops; what was found stays. Safe to call at any time.
     virtual void stop() = 0;
 

@@ -11,7 +11,7 @@ using namespace KPSearchStateKey;
 
 namespace {
 
-enum class Kind { Texts, Types, Text, Number, Bool };
+enum class Kind { Texts, Paths, Types, Text, Number, Bool };
 
 const QHash<QString, Kind> &kinds()
 {
@@ -19,10 +19,10 @@ const QHash<QString, Kind> &kinds()
         {withTags, Kind::Texts},
         {excludeTags, Kind::Texts},
         {searchStrings, Kind::Texts},
-        {constraintFolders, Kind::Texts},
-        {postConstraintFolders, Kind::Texts},
-        {excludeFolders, Kind::Texts},
-        {fileList, Kind::Texts},
+        {constraintFolders, Kind::Paths},
+        {postConstraintFolders, Kind::Paths},
+        {excludeFolders, Kind::Paths},
+        {fileList, Kind::Paths},
         {fileUTIs, Kind::Types},
         {fileUTIsToExclude, Kind::Types},
         {dateSearch, Kind::Text},
@@ -53,9 +53,31 @@ bool isNumber(const PropertyValue &value)
            (value.kind() == PropertyValue::Kind::Real && std::isfinite(value.doubleValue()));
 }
 
+// A property list holds no text with undecodable bytes: such a path is stored as its bytes.
+PropertyValue savedPaths(const PropertyValue &paths)
+{
+    PropertyValue::Array saved;
+    for (const PropertyValue &path : paths.array()) {
+        const QByteArray bytes =
+            path.string().isValidUtf16() ? QByteArray() : XPPath::encode(path.string());
+        saved.append(bytes.isEmpty() ? path : PropertyValue(bytes));
+    }
+    return saved;
+}
+
+PropertyValue nativePaths(const PropertyValue &paths)
+{
+    PropertyValue::Array native;
+    for (const PropertyValue &path : paths.array())
+        native.append(path.data().isEmpty() ? path : PropertyValue(XPPath::decode(path.data())));
+    return native;
+}
+
 bool isOfKind(const PropertyValue &value, Kind kind)
 {
     switch (kind) {
+    case Kind::Paths:
+        return value.isArray() && nativePaths(value).isArrayOfStrings();
     case Kind::Texts:
     case Kind::Types:
         return value.isArrayOfStrings();
@@ -86,9 +108,10 @@ PropertyValue savedValue(const QString &key, const KPSearchState::Value &value)
     const auto &plain = std::get<PropertyValue>(value);
     if ((key == withTags || key == excludeTags) && plain.isArrayOfStrings())
         return sortedCaseInsensitively(plain.strings());
-    if (kinds().value(key, Kind::Text) == Kind::Bool && isNumber(plain))
+    const Kind kind = kinds().value(key, Kind::Text);
+    if (kind == Kind::Bool && isNumber(plain))
         return PropertyValue::boolean(plain.boolValue());
-    return plain;
+    return kind == Kind::Paths && plain.isArray() ? savedPaths(plain) : plain;
 }
 
 } // namespace
@@ -120,6 +143,8 @@ KPSearchState::nativeDictFromSearchStateDictionary(const SavedDictionary &saved)
             dropped.append(entry.key());
         else if (*kind == Kind::Types)
             native.insert(entry.key(), KPTagName::arrayOfUTIsToKPTagNames(entry->strings()));
+        else if (*kind == Kind::Paths)
+            native.insert(entry.key(), nativePaths(entry.value()));
         else if (*kind == Kind::Bool)
             native.insert(entry.key(), PropertyValue::boolean(entry->boolValue()));
         else

@@ -114,8 +114,10 @@ QString KPSearchState::prettyRatingsStringFromRatingString(const QString &rating
     const bool isAtLeast = bounds->upper == KPStarCondition::noUpperBound;
     const double stars = isAtLeast ? bounds->lower : bounds->upper;
     const QString number = QLocale().toString(stars, 'g', QLocale::FloatingPointShortest);
-    if (isAtLeast)
-        return stars >= most ? qtTrId("KPRatingExactly").arg(number)
-                             : qtTrId("KPRatingAtLeast").arg(number);
-    return qtTrId("KPRatingAtMost").arg(number);
+    const int grammatical = stars == 1 ? 1 : 2; // half a star counts as several
+    if (isAtLeast && stars >= most)
+        return qtTrId("KPRatingExactly").arg(number);
+    return (isAtLeast ? qtTrId("KPRatingAtLeast", grammatical)
+                      : qtTrId("KPRatingAtMost", grammatical))
+        .arg(number);
 }

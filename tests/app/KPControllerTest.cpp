@@ -2,6 +2,7 @@
 
 #include "KPDocIcons.h"
 #include "KPDocsView.h"
+#include "KPFilterBar.h"
 #include "KPIndexMonitor.h"
 #include "KPIndexedResults.h"
 #include "KPLibraryModel.h"
@@ -20,6 +21,7 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QClipboard>
+#include <QComboBox>
 #include <QDockWidget>
 #include <QFile>
 #include <QInputDialog>
@@ -30,6 +32,7 @@
 #include <QTest>
 #include <QToolButton>
 #include <cstdio>
+#include <filesystem>
 #include <gmock/gmock.h>
 
 namespace {
@@ -233,6 +236,44 @@ TEST_F(Controller, FindsByWordsAndCopiesFilesByTheirBytes)
         copied->data(QStringLiteral("x-special/gnome-copied-files")).startsWith("copy\nfile:///"));
     QTest::keyClick(field, Qt::Key_Escape);
     EXPECT_TRUE(until([&] { return rows() == 4; }));
+}
+
+// Each criterion of the filter bar narrows what is shown, and all of them together.
+TEST_F(Controller, NarrowsByTagsDateAndRating)
+{
+    ASSERT_FALSE(Karvex::setUserTags(QStringList{work}, m_paths[0]));
+    ASSERT_FALSE(Karvex::setUserTags(QStringList{work}, m_paths[1]));
+    ASSERT_FALSE(Karvex::setRating(4, m_paths[1]));
+    const auto longAgo = std::filesystem::file_time_type::clock::now() - std::chrono::hours(240);
+    std::filesystem::last_write_time(XPPath::encode(m_paths[2]).toStdString(), longAgo);
+    openWindow();
+    const auto *bar = m_window->findChild<KPFilterBar *>();
+    const auto boxes = bar->findChildren<QComboBox *>();
+    ASSERT_EQ(boxes.size(), 2);
+    QComboBox *date = boxes[0];
+    QComboBox *rating = boxes[1];
+    const auto choose = [](QComboBox *box, const QString &data) {
+        box->setCurrentIndex(box->findData(data));
+    };
+    const auto shows = [this](int count) {
+        return until([&] { return m_window->isSettled() && rows() == count; });
+    };
+    choose(date, KPSearchDates::last7Days);
+    EXPECT_TRUE(shows(2));
+    choose(rating, QStringLiteral("!= *"));
+    EXPECT_TRUE(shows(1));
+    choose(rating, QStringLiteral(">= 4"));
+    EXPECT_TRUE(shows(1));
+    choose(date, {});
+    choose(rating, {});
+    EXPECT_TRUE(shows(3));
+    m_window->filterTags();
+    auto *tags = bar->findChild<XPTagsEditor *>();
+    QTest::keyClicks(tags->entry(), QStringLiteral("work,"));
+    EXPECT_TRUE(shows(2));
+    choose(rating, QStringLiteral(">= 4"));
+    EXPECT_TRUE(shows(1));
+    EXPECT_EQ(bar->state()->searchTags(), QStringList{work});
 }
 
 // A folder outside the index is told, with the remedy at hand; then the window follows it.

@@ -46,9 +46,16 @@ TEST_F(MurnctlFind, PrintsWhatFulfilsAllCriteria)
     EXPECT_EQ(find({"--tag", "WORK"}).lines(), sorted({bytes(plain), bytes(odd)}));
     EXPECT_EQ(find({"--tag", "WORK", "--not-tag=tax"}).lines(), QByteArrayList{bytes(odd)});
     EXPECT_EQ(find({"--rating", ">=4"}).lines(), QByteArrayList{bytes(plain)});
-    EXPECT_EQ(find({"--rating", "4", "inv", "tax"}).lines(), QByteArrayList{bytes(plain)});
-    EXPECT_EQ(find({"--rating", "< 1"}).lines(), sorted({bytes(odd), bytes(other)}));
-    EXPECT_EQ(find({"--", "-nothing"}).out, "");
+    EXPECT_EQ(find({"inv", "tax"}).out, "");
+    EXPECT_EQ(find({"inv", "tax", "--metadata"}).lines(), QByteArrayList{bytes(plain)});
+    EXPECT_EQ(find({"--rating", "unrated"}).lines(), sorted({bytes(odd), bytes(other)}));
+    EXPECT_EQ(find({"--not-in", "sub"}).lines(), QByteArrayList{bytes(plain)});
+    EXPECT_EQ(find({"--type", "com.adobe.pdf"}).lines(), QByteArrayList{bytes(plain)});
+    EXPECT_EQ(find({"--untagged"}).lines(), QByteArrayList{bytes(other)});
+    EXPECT_EQ(murnctl({"find", "--list-folder", "."}, folder.path()).lines(),
+              QByteArrayList{bytes(plain)});
+    EXPECT_EQ(murnctl({"find", "--list-folder", ".", "--deep"}, folder.path()).lines(), all);
+    EXPECT_EQ(find({"--", "-odd"}).lines(), sorted({bytes(plain), bytes(other)}));
     EXPECT_EQ(find({"--count"}).out, "3\n");
     EXPECT_EQ(find({"--limit", "2"}).lines().size(), 2);
     EXPECT_EQ(find({"--tag", "tax", "--print0"}).out, bytes(plain) + '\0');
@@ -66,12 +73,15 @@ TEST_F(MurnctlFind, PrintsJsonThatIsValid)
     EXPECT_EQ(find({"--json", "nothing"}).out, "[]\n");
 }
 
-TEST_F(MurnctlFind, LooksInTheHomeFolderWithoutAnother)
+TEST_F(MurnctlFind, LooksWhereverIsIndexedWithoutAFolder)
 {
-    QFile file(qEnvironmentVariable("HOME") + QStringLiteral("/at home"));
+    const QString atHome =
+        XPPath::absolute(qEnvironmentVariable("HOME") + QStringLiteral("/in home"));
+    QFile file(atHome);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    const MurnctlResult result = murnctl({"find", "at", "home"}, folder.path());
-    EXPECT_EQ(result.out, bytes(XPPath::absolute(file.fileName())) + '\n');
+    const QString here = folder.file(QStringLiteral("in the folder"));
+    const MurnctlResult result = murnctl({"find", "in", "name:o"}, folder.path());
+    EXPECT_EQ(result.lines(), sorted({bytes(atHome), bytes(plain), bytes(here)}));
     file.remove();
 }
 

@@ -6,7 +6,7 @@
 class TestSource : public KPResultSource
 {
 public:
-    void setRequest(const KPSearchRequest &) override { Q_EMIT resultsReset(); }
+    void setSearchState(const KPSearchState::Ptr &) override { Q_EMIT resultsReset(); }
     void stop() override {}
 };
 

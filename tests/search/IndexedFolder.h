@@ -1,6 +1,6 @@
 #pragma once
 
-#include "KPSearchRequest.h"
+#include "KPSearchState.h"
 #include "MetadataIndex.h"
 #include "TestHome.h"
 
@@ -10,13 +10,15 @@
 class IndexedFolder : public TestFolder
 {
 public:
+    QStringList moreRoots; // beside the folder itself
+
     // Starts to keep; the files made before are in the index when this returns.
     IndexSource &index()
     {
         if (!m_index) {
             IndexKeeper::Setup setup;
             setup.path = m_store.path(QStringLiteral("index.sqlite"));
-            setup.roots = QStringList{path()};
+            setup.roots = QStringList{path()} + moreRoots;
             setup.rules = IndexRules::fromSettings();
             m_index = MetadataIndex::open(setup);
             EXPECT_TRUE(m_index->waitUntilLoaded());
@@ -26,12 +28,12 @@ public:
     }
     void catchUp() { EXPECT_FALSE(m_index->sync(false)); }
 
-    KPSearchRequest request(const QString &words = {}) const
+    // All documents of the folder.
+    KPSearchState::Ptr state() const { return stateIn({path()}); }
+    static KPSearchState::Ptr stateIn(const QStringList &folders)
     {
-        KPSearchRequest request;
-        request.words = words;
-        request.folders = QStringList{path()};
-        return request;
+        return KPSearchState::searchStateWithNativeDictionary({})
+            ->searchStateWithNewContstraintFolders(folders);
     }
 
 private:

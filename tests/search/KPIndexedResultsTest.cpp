@@ -111,13 +111,13 @@ TEST_P(ResultsUnderEdits, ShowInTheEndWhatIsThere)
     IndexedFolder folder;
     Editor editor(folder.path(), static_cast<unsigned>(GetParam()));
     editor.edit(500);
-    KPSearchRequest request = folder.request();
+    KPSearchState::Ptr state = folder.state();
     if (GetParam() % 2)
-        request.tags = {QStringLiteral("work")};
+        state = state->searchStateWithNewTags({QStringLiteral("work")});
     const QString tag = GetParam() % 2 ? QStringLiteral("Work") : QString();
     KPIndexedResults source(folder.index());
     FollowedResults results(source);
-    source.setRequest(request);
+    source.setSearchState(state);
     std::atomic<bool> done = false;
     std::thread other([&] {
         editor.edit(3000);
@@ -152,14 +152,12 @@ TEST(IndexedResults, AreTheRegularFilesThatAreNotHidden)
     KPIndexedResults source(folder.index());
     FollowedResults results(source);
     // A folder inside another one does not bring its documents twice.
-    KPSearchRequest request = folder.request();
-    request.folders.append(folder.path(QStringLiteral("sub")));
-    source.setRequest(request);
+    const QString sub = folder.path(QStringLiteral("sub"));
+    source.setSearchState(IndexedFolder::stateIn({folder.path(), sub}));
     ASSERT_TRUE(results.waitUntilFinished());
     EXPECT_EQ(results.paths(), wanted);
     EXPECT_EQ(results.problems, QStringList());
-    request.folders = {folder.path(QStringLiteral("sub"))};
-    source.setRequest(request);
+    source.setSearchState(IndexedFolder::stateIn({sub}));
     ASSERT_TRUE(FollowedResults::waitFor([&] { return results.documents.size() == 2; }));
     // A query's results are whatever it matches.
     source.setQuery(QStringLiteral("kMDItemFSName == \".hidden\" || kMDItemFSName == sub"), {});
@@ -174,7 +172,7 @@ TEST(IndexedResults, FollowRenamesAsGoneAndNew)
     const QString deep = folder.file(QStringLiteral("sub/deep"));
     KPIndexedResults source(folder.index());
     FollowedResults results(source);
-    source.setRequest(folder.request());
+    source.setSearchState(folder.state());
     ASSERT_TRUE(results.waitUntilFinished());
     // Two that change places, with results checked at every step by FollowedResults.
     const auto move = [](const QString &from, const QString &to) {
@@ -211,36 +209,34 @@ TEST(IndexedResults, HoldPathsLongerThanTheSystemTakes)
     ASSERT_FALSE(Karvex::addUserTags({QStringLiteral("Deep")}, inside));
     KPIndexedResults source(folder.index());
     FollowedResults results(source);
-    source.setRequest(folder.request());
+    source.setSearchState(folder.state());
     ASSERT_TRUE(results.waitUntilFinished());
     ASSERT_EQ(results.documents.size(), 1);
     EXPECT_EQ(results.documents.begin()->tags, QStringList{QStringLiteral("Deep")});
     ::close(at);
 }
 
-TEST(IndexedResults, ReportNothingOfAnOlderRequestAndNothingAfterStop)
+TEST(IndexedResults, ReportNothingOfAnOlderStateAndNothingAfterStop)
 {
     IndexedFolder folder;
     for (int i = 0; i < 3000; ++i)
         folder.file(QStringLiteral("old/%1").arg(i));
     const QString wanted = folder.file(QStringLiteral("new/only"));
-    KPSearchRequest old = folder.request();
-    old.folders = {folder.path(QStringLiteral("old"))};
-    KPSearchRequest next = folder.request();
-    next.folders = {folder.path(QStringLiteral("new"))};
+    const auto old = IndexedFolder::stateIn({folder.path(QStringLiteral("old"))});
+    const auto next = IndexedFolder::stateIn({folder.path(QStringLiteral("new"))});
     KPIndexedResults source(folder.index());
     FollowedResults results(source);
     for (int round = 0; round < 20; ++round) {
-        source.setRequest(old);
+        source.setSearchState(old);
         FollowedResults::waitFor(
             [&] { return round % 3 == 0 || results.documents.size() > round * 100; });
-        source.setRequest(next);
-        results.documents.clear(); // whatever comes now has to be of the new request
+        source.setSearchState(next);
+        results.documents.clear(); // whatever comes now has to be of the new state
         ASSERT_TRUE(FollowedResults::waitFor(
             [&] { return results.isFinished && results.documents.size() == 1; }));
         ASSERT_EQ(results.paths(), QStringList{wanted});
     }
-    source.setRequest(old);
+    source.setSearchState(old);
     FollowedResults::waitFor([&] { return results.documents.size() > 1; });
     source.stop();
     const qsizetype shown = results.documents.size();
@@ -258,7 +254,7 @@ TEST(IndexedResults, EndInTheMiddleOfTheirWork)
     for (int round = 0; round < 10; ++round) {
         KPIndexedResults source(folder.index());
         FollowedResults results(source);
-        source.setRequest(folder.request());
+        source.setSearchState(folder.state());
         FollowedResults::waitFor([&] { return results.documents.size() >= round * 300; });
     }
 }
@@ -272,10 +268,9 @@ TEST(IndexedResults, TellWhichFoldersTheIndexDoesNotHold)
     const QString below = XPPath::absolute(QStringLiteral("/")); // holds it, and is not held
     KPIndexedResults source(folder.index());
     FollowedResults results(source);
-    KPSearchRequest request = folder.request();
-    request.folders += {elsewhere.path(), folder.path(QStringLiteral("node_modules/deep")), below,
-                        folder.path(QStringLiteral("to come"))};
-    source.setRequest(request);
+    source.setSearchState(IndexedFolder::stateIn({folder.path(), elsewhere.path(),
+                                                  folder.path(QStringLiteral("node_modules/deep")),
+                                                  below, folder.path(QStringLiteral("to come"))}));
     ASSERT_TRUE(results.waitUntilFinished());
     EXPECT_EQ(results.documents.size(), 1);
     ASSERT_EQ(results.problems.size(), 3) << results.problems.join(u'\n').toStdString();
@@ -283,8 +278,7 @@ TEST(IndexedResults, TellWhichFoldersTheIndexDoesNotHold)
     EXPECT_TRUE(results.problems[1].contains(u"rule"));
     EXPECT_TRUE(results.problems[2].startsWith(u"/ "));
     // A folder that comes later is followed all the same.
-    request.folders = {folder.path(QStringLiteral("to come"))};
-    source.setRequest(request);
+    source.setSearchState(IndexedFolder::stateIn({folder.path(QStringLiteral("to come"))}));
     ASSERT_TRUE(FollowedResults::waitFor([&] { return results.documents.isEmpty(); }));
     folder.file(QStringLiteral("to come/c"));
     EXPECT_TRUE(FollowedResults::waitFor([&] { return results.documents.size() == 1; }));

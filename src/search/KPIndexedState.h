@@ -1,0 +1,57 @@
+#pragma once
+
+#include "KPResultSource.h"
+#include "KPSearchState.h"
+
+#include <QSet>
+
+// A search state as the index is asked for it: the text of the query, where to look, and which of
+// what the query matched are the state's documents.
+//
+// Those are regular files; what is hidden below the folders looked in is left out, unless the
+// state lists it by name. Tags and ratings are decided by the query, so by the index alone:
+// the attribute caches, which the state's own tests read, may not be filled (murnctl has none) or
+// lag behind the index, and nobody would ask again once they have caught up.
+// What could not be read of a file is unknown, not absent: a file with damaged tags is not shown as
+// one that lacks a tag.
+// Threads: one at a time. Makes document records. No file call but what those need for a type.
+class KPIndexedState
+{
+public:
+    // The folders that a state's entries stand for; several entries may be one place.
+    struct Scope
+    {
+        QStringList folders;     // absolute; none and not everywhere: there is nothing to ask
+        bool everywhere = false; // whatever is indexed, now and later
+        QStringList uncovered;   // those that are left out, as the index is of no use there
+    };
+    static Scope scopeOf(const KPSearchState &state);
+
+    explicit KPIndexedState(KPSearchState::Ptr state);
+
+    // By its types alone: nothing need be asked.
+    bool findsNothing() const;
+    QString text() const;
+    const Scope &scope() const { return m_scope; }
+    // Of an index that is searched everywhere: what is hidden below one of them is left out.
+    void setRoots(const QStringList &roots);
+
+    // By the path alone: false says that it is no document.
+    bool mayHold(const QString &path) const;
+    bool holds(const KPFoundDocument &document) const;
+
+    // Those that would be found if it were not for the tags, the rating and the words in tags,
+    // and of which these cannot be read: they may be missing. Null: there is none.
+    std::unique_ptr<KPIndexedState> unreadable() const;
+
+private:
+    bool isHidden(const QString &path) const;
+
+    const KPSearchState::Ptr m_state;
+    const KPSearchState::Ptr m_tests; // what is asked of a document found by the query
+    Scope m_scope;
+    QSet<QString> m_folders;
+    QSet<QString> m_listed; // files
+    QString m_clause;       // more that the query asks
+    bool m_hidesUnreadableTags;
+};

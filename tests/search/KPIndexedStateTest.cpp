@@ -1,0 +1,310 @@
+// What the index finds of a search state, on real files.
+#include "FollowedResults.h"
+#include "IndexedFolder.h"
+#include "KPIndexedResults.h"
+#include "KPSearchDates.h"
+#include "KPSearchPlaces.h"
+#include "Karvex.h"
+#include "XPExtendedAttributes.h"
+#include "XPPath.h"
+
+#include <QScopeGuard>
+#include <filesystem>
+#include <sys/stat.h>
+
+using Ptr = KPSearchState::Ptr;
+using Names = QStringList;
+
+static QString text(const char *utf8)
+{
+    return QString::fromUtf8(utf8);
+}
+
+static KPSearchState::Tags types(const QStringList &identifiers)
+{
+    return KPTagName::arrayOfUTIsToKPTagNames(identifiers);
+}
+
+static void move(const QString &from, const QString &to)
+{
+    std::filesystem::rename(XPPath::encode(from).toStdString(), XPPath::encode(to).toStdString());
+}
+
+namespace {
+
+class IndexedState : public testing::Test
+{
+protected:
+    IndexedState()
+    {
+        EXPECT_FALSE(Karvex::addUserTags({text("Work"), text("Café Noir")}, at("Bill.pdf")));
+        EXPECT_FALSE(Karvex::setRating(3.5, at("Bill.pdf")));
+        EXPECT_FALSE(Karvex::setRating(1, at("sub/note.txt")));
+        EXPECT_FALSE(Karvex::addUserTags({text("work"), text("old")}, at("sub/deep/scan.png")));
+        for (const QString &key : {Karvex::userTagsKey, Karvex::starRatingKey})
+            EXPECT_FALSE(XPExtendedAttributes::write(at("damaged.jpg"), Karvex::spotlightKey(key),
+                                                     "bplist00x"));
+        const auto tenDays = std::chrono::hours(240);
+        std::filesystem::last_write_time(XPPath::encode(at("late.txt")).toStdString(),
+                                         std::filesystem::file_time_type::clock::now() - tenDays);
+        at(".hidden.txt");
+    }
+
+    // Makes the file.
+    QString at(const char *name) { return folder.file(text(name)); }
+    QString path(const char *name) const { return folder.path(text(name)); }
+    // Names below the folder, sorted.
+    Names found(const Ptr &state, QStringList *problems = nullptr)
+    {
+        KPIndexedResults source(folder.index(), KPIndexedResults::Mode::Once);
+        FollowedResults results(source);
+        source.setSearchState(state);
+        EXPECT_TRUE(results.waitUntilFinished());
+        if (problems)
+            *problems = results.problems;
+        return names(results);
+    }
+    Names names(const FollowedResults &results) const
+    {
+        Names names;
+        for (const QString &each : results.paths())
+            names.append(each.mid(folder.path().size() + 1));
+        return names;
+    }
+
+    IndexedFolder folder;
+    const Ptr all = folder.state();
+};
+
+} // namespace
+
+TEST_F(IndexedState, IsFoundByEveryCriterion)
+{
+    const QString bill = text("Bill.pdf");
+    const QString damaged = text("damaged.jpg");
+    const QString late = text("late.txt");
+    const QString scan = text("sub/deep/scan.png");
+    const QString note = text("sub/note.txt");
+    const auto words = [this](const char *typed, bool meta) {
+        return all->searchStateWithNewSearchString(text(typed), false, meta, true);
+    };
+    const Ptr listing = all->searchStateWithNewFinderListing(true, false);
+    const struct
+    {
+        const char *name;
+        Ptr state;
+        Names found;
+    } cases[] = {
+        {"all", all, {bill, damaged, late, scan, note}},
+        {"words", words("BIL", false), {bill}},
+        {"words in tags", words("cafe", true), {bill}},
+        {"words in names alone", words("cafe", false), {}},
+        {"negated", words("-note", false), {bill, damaged, late, scan}},
+        {"an extension", words("note.txt", false), {note}},
+        {"raw", words("mdq:kMDItemFSName == \"s*\"", false), {scan}},
+        {"tags", all->searchStateWithNewTags({text("WORK"), text("cafe noir")}), {bill}},
+        {"not a tag", all->searchStateWithNewExcludeTags({text("OLD")}), {bill, late, note}},
+        {"tag, not another",
+         all->searchStateByAddingTag(text("work"))->searchStateByAddingExcludeTag(text("old")),
+         {bill}},
+        {"tagged", all->searchStateWithNewTaggedFiles(true), {bill, damaged, scan}},
+        {"untagged", all->searchStateWithNewUntaggedFiles(true), {late, note}},
+        {"type", all->searchStateWithNewUTIs(types({text("com.adobe.pdf")})), {bill}},
+        {"type tree", all->searchStateWithNewUTIs(types({text("tree_public.text")})), {late, note}},
+        {"not a type",
+         all->searchStateWithNewExcludeUTIs(types({text("tree_public.text"), text("public.png")})),
+         {bill, damaged}},
+        {"impossible types",
+         all->searchStateWithNewUTIs(types({KPSearchState::inconsistentUTI})),
+         {}},
+        {"date",
+         all->searchStateWithNewDateString(KPSearchDates::last7Days),
+         {bill, damaged, scan, note}},
+        {"rating", all->searchStateWithNewRating(text(">= 3")), {bill}},
+        {"at most", all->searchStateWithNewRating(text("<= 3")), {note}},
+        {"unrated", all->searchStateWithNewRating(text("!= *")), {late, scan}},
+        {"not in a folder",
+         all->searchStateWithNewExcludeFolders({path("sub/deep")}),
+         {bill, damaged, late, note}},
+        {"in one, not in one inside",
+         IndexedFolder::stateIn({path("sub")})
+             ->searchStateWithNewExcludeFolders({path("sub/deep")}),
+         {note}},
+        {"listing", listing, {bill, damaged, late}},
+        {"deep listing",
+         all->searchStateWithNewFinderListing(true, true),
+         {bill, damaged, late, scan, note}},
+        {"narrower listing",
+         listing->searchStateWithNewPostContstraintFolders({path("sub")}),
+         {note}},
+        {"files by name, hidden ones too",
+         all->searchStateWithNewFileList(QStringList{path("late.txt"), path(".hidden.txt")}),
+         {text(".hidden.txt"), late}},
+        {"files and a type",
+         all->searchStateWithNewFileList(QStringList{path("late.txt"), path("Bill.pdf")})
+             ->searchStateWithNewUTIs(types({text("com.adobe.pdf")})),
+         {bill}},
+        {"both of two",
+         all->searchStateWithNewRating(text(">= 1"))
+             ->searchStateWithAND(*IndexedFolder::stateIn({path("sub")})),
+         {note}},
+        {"two that exclude each other",
+         IndexedFolder::stateIn({path("sub/deep")})
+             ->searchStateWithAND(*IndexedFolder::stateIn({path("other")})),
+         {}},
+    };
+    for (const auto &each : cases)
+        EXPECT_EQ(found(each.state), each.found) << each.name;
+}
+
+// What cannot be read is unknown, not absent; it is told unless something else leaves it out.
+TEST_F(IndexedState, TakesNothingUnreadableForAbsent)
+{
+    const QString damaged = text("damaged.jpg");
+    const struct
+    {
+        Ptr state;
+        bool isTold;
+    } cases[] = {
+        {all->searchStateWithNewExcludeTags({text("other")}), true},
+        {all->searchStateWithNewUntaggedFiles(true), true},
+        {all->searchStateWithNewTags({text("work")}), true},
+        {all->searchStateWithNewRating(text("!= *")), true},
+        {all->searchStateWithNewSearchString(text("bill"), false, true, true), true},
+        {all->searchStateWithNewSearchString(text("bill"), false, false, true), false},
+        {all->searchStateWithNewRating(text(">= 3"))
+             ->searchStateWithNewUTIs(types({text("com.adobe.pdf")})),
+         false},
+        {IndexedFolder::stateIn({path("sub")})->searchStateWithNewTags({text("work")}), false},
+    };
+    for (const auto &each : cases) {
+        QStringList problems;
+        EXPECT_FALSE(found(each.state, &problems).contains(damaged));
+        EXPECT_EQ(problems.size(), each.isTold ? 1 : 0) << problems.join(u'\n').toStdString();
+        if (each.isTold && !problems.isEmpty()) {
+            EXPECT_TRUE(problems.first().startsWith(path("damaged.jpg") + u':'));
+        }
+    }
+    QStringList problems;
+    EXPECT_TRUE(found(all, &problems).contains(damaged));
+    EXPECT_EQ(problems, QStringList()) << "the document tells itself";
+}
+
+TEST_F(IndexedState, FollowsWhatComesAndGoes)
+{
+    const Ptr state = all->searchStateWithNewExcludeTags({text("old")})
+                          ->searchStateWithNewExcludeFolders({path("out")})
+                          ->searchStateWithNewExcludeUTIs(types({text("public.png")}));
+    KPIndexedResults source(folder.index());
+    FollowedResults results(source);
+    source.setSearchState(state);
+    ASSERT_TRUE(results.waitUntilFinished());
+    const auto become = [&](const Names &wanted) {
+        return FollowedResults::waitFor([&] { return names(results) == wanted; });
+    };
+    const QString bill = text("Bill.pdf");
+    const QString late = text("late.txt");
+    const QString note = text("sub/note.txt");
+    ASSERT_TRUE(become({bill, late, note}));
+    ASSERT_FALSE(Karvex::addUserTags({text("Old")}, path("Bill.pdf")));
+    EXPECT_TRUE(become({late, note}));
+    ASSERT_FALSE(Karvex::clearUserTags({text("old")}, path("Bill.pdf")));
+    EXPECT_TRUE(become({bill, late, note}));
+    move(path("sub"), path("out"));
+    EXPECT_TRUE(become({bill, late}));
+    move(path("out/note.txt"), path("note.txt"));
+    EXPECT_TRUE(become({bill, late, text("note.txt")}));
+    move(path("note.txt"), path("note.png"));
+    EXPECT_TRUE(become({bill, late}));
+    move(path("Bill.pdf"), path(".Bill.pdf"));
+    EXPECT_TRUE(become({late}));
+    const QString damaged = Karvex::spotlightKey(Karvex::userTagsKey);
+    ASSERT_FALSE(XPExtendedAttributes::write(path("late.txt"), damaged, "bplist00x"));
+    EXPECT_TRUE(become({}));
+}
+
+// The caches that documents read their tags from hear of a change when they please, before the
+// search or after it.
+TEST_F(IndexedState, IsRightWhateverTheAttributeCachesKnow)
+{
+    xpGuiThread.assertHere();
+    KPDoc::startMetaDataSearching(folder.index());
+    const auto stop = qScopeGuard([] {
+        xpGuiThread.assertHere();
+        KPDoc::stopMetaDataSearching();
+    });
+    KPIndexedResults source(folder.index());
+    FollowedResults results(source);
+    source.setSearchState(all->searchStateWithNewExcludeTags({text("old")}));
+    const QString late = path("late.txt");
+    const auto isShown = [&](bool shown) {
+        return FollowedResults::waitFor(
+            [&] { return results.isFinished && results.documents.contains(late) == shown; });
+    };
+    ASSERT_TRUE(isShown(true));
+    for (int round = 0; round < 20; ++round) {
+        ASSERT_FALSE(Karvex::addUserTags({text("old")}, late));
+        ASSERT_TRUE(isShown(false)) << round;
+        ASSERT_FALSE(Karvex::clearUserTags({text("old")}, late));
+        ASSERT_TRUE(isShown(true)) << round;
+    }
+}
+
+// Without folders all that is indexed is meant; a folder that is indexed is not hidden.
+TEST_F(IndexedState, LooksEverywhereWithoutFolders)
+{
+    at(".share/inbox/new.txt");
+    at(".share/inbox/.not");
+    at(".share/other.txt");
+    folder.moreRoots = QStringList{path(".share/inbox")};
+    const Ptr everywhere = KPSearchState::searchStateWithNativeDictionary({});
+    const Names texts = {text(".share/inbox/new.txt"), text("late.txt"), text("sub/note.txt")};
+    const auto plainText = types({text("public.plain-text")});
+    EXPECT_EQ(found(everywhere->searchStateWithNewUTIs(plainText)), texts);
+    EXPECT_EQ(
+        found(everywhere->searchStateWithNewUTIs(plainText)->searchStateWithNewContstraintFolders(
+            {KPSearchPlaces::everywhere})),
+        texts);
+    QStringList problems;
+    EXPECT_EQ(found(IndexedFolder::stateIn({text("no place")}), &problems), Names());
+    EXPECT_EQ(problems.size(), 1) << "not everything, and not nothing without a word";
+}
+
+namespace {
+struct OneVolumeUncovered : public KPSearchPlaces
+{
+    explicit OneVolumeUncovered(const QString &path) : mountPoint(path) {}
+    QStringList spotlightNotAvaialableVolumeList() const override { return {mountPoint}; }
+    const QString mountPoint;
+};
+} // namespace
+
+TEST_F(IndexedState, NamesTheFoldersThatTheIndexDoesNotCover)
+{
+    const TestFolder volume;
+    KPSearchPlaces::install(std::make_unique<OneVolumeUncovered>(volume.path()));
+    const auto restore = qScopeGuard([] { KPSearchPlaces::install(nullptr); });
+    const QString there = volume.path(text("folder"));
+    QStringList problems;
+    EXPECT_EQ(found(IndexedFolder::stateIn({path("sub"), there}), &problems).size(), 2);
+    ASSERT_EQ(problems.size(), 1);
+    EXPECT_TRUE(problems.first().startsWith(there + u' '));
+    EXPECT_EQ(found(IndexedFolder::stateIn({there}), &problems), Names());
+    ASSERT_EQ(problems.size(), 1);
+    EXPECT_TRUE(problems.first().startsWith(there + u' '));
+    // Not the folder in which all the files lie, but those that are not found.
+    EXPECT_EQ(
+        found(all->searchStateWithNewFileList(QStringList{path("late.txt"), there}), &problems),
+        Names{text("late.txt")});
+    ASSERT_EQ(problems.size(), 1);
+    EXPECT_TRUE(problems.first().startsWith(there + u' '));
+}
+
+TEST_F(IndexedState, RefusesWhatTheIndexCannotRead)
+{
+    QStringList problems;
+    const Ptr torn = all->searchStateWithNewTags({text("a\"b")});
+    EXPECT_EQ(found(torn, &problems), Names());
+    ASSERT_EQ(problems.size(), 1);
+    EXPECT_TRUE(problems.first().contains(u"cannot be asked"));
+}
