@@ -53,21 +53,25 @@ static bool isWithin(const Range &inner, const Range &outer)
     return *inner.start <= *outer.start && inner.end.value_or(0) >= outer.end.value_or(0);
 }
 
-Narrowed KPSearchDates::narrow(const QString &key, const QString &otherKey)
+static Narrowed named(const NamedRange &range)
 {
-    const Range one = rangeOf(key);
-    const Range two = rangeOf(otherKey);
-    if (!one.start || !two.start)
-        return {Narrowed::Kind::Key, one.start ? key : two.start ? otherKey : QString(), {}};
+    return {range.range.start && range.key.isEmpty() ? Narrowed::Kind::Range : Narrowed::Kind::Key,
+            range.range.start ? range.key : QString(), range.range};
+}
+
+Narrowed KPSearchDates::narrow(const NamedRange &one, const NamedRange &two)
+{
+    if (!one.range.start || !two.range.start)
+        return named(one.range.start ? one : two);
     // The same moment was counted twice, a little apart, where two years meet: within a second.
     constexpr double instant = 1 / secondsADay;
-    const double start = std::min(*one.start, *two.start);
-    const double end = std::max(one.end.value_or(0), two.end.value_or(0));
+    const double start = std::min(*one.range.start, *two.range.start);
+    const double end = std::max(one.range.end.value_or(0), two.range.end.value_or(0));
     if (start - end < instant)
         return {Narrowed::Kind::None, {}, {}};
-    if (key == otherKey || isWithin(one, two))
-        return {Narrowed::Kind::Key, key, {}};
-    if (isWithin(two, one))
-        return {Narrowed::Kind::Key, otherKey, {}};
+    if (isWithin(one.range, two.range) || (one.key == two.key && !one.key.isEmpty()))
+        return named(one);
+    if (isWithin(two.range, one.range))
+        return named(two);
     return {Narrowed::Kind::Range, {}, {start, end > 0 ? std::optional(end) : std::nullopt}};
 }

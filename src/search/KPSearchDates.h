@@ -35,6 +35,13 @@ Range rangeOf(const QString &key);
 // All keys, in the order of a menu.
 QStringList allKeys();
 
+// A range with the key that stands for it, where there is one.
+struct NamedRange
+{
+    QString key;
+    Range range;
+};
+
 // What fulfils both.
 struct Narrowed
 {
@@ -47,6 +54,6 @@ struct Narrowed
     QString key;
     Range range;
 };
-Narrowed narrow(const QString &key, const QString &otherKey);
+Narrowed narrow(const NamedRange &one, const NamedRange &two);
 
 } // namespace KPSearchDates

@@ -122,7 +122,9 @@ Tags KPSearchState::utiArrayAND(const Tags &one, const Tags &two)
 std::optional<QString> KPSearchState::narrowDateRange(const QString &dateString,
                                                       const QString &otherDateString)
 {
-    const KPSearchDates::Narrowed narrowed = KPSearchDates::narrow(dateString, otherDateString);
+    const KPSearchDates::Narrowed narrowed =
+        KPSearchDates::narrow({dateString, KPSearchDates::rangeOf(dateString)},
+                              {otherDateString, KPSearchDates::rangeOf(otherDateString)});
     return narrowed.kind == KPSearchDates::Narrowed::Kind::Key ? std::optional(narrowed.key)
                                                                : std::nullopt;
 }
@@ -163,7 +165,8 @@ private:
 
     void addDate()
     {
-        const auto narrowed = KPSearchDates::narrow(m_one.dateString(), m_two.dateString());
+        const auto narrowed = KPSearchDates::narrow({m_one.dateString(), m_one.getStart()},
+                                                    {m_two.dateString(), m_two.getStart()});
         switch (narrowed.kind) {
         case KPSearchDates::Narrowed::Kind::Key:
             if (!narrowed.key.isEmpty())

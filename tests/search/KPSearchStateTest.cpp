@@ -1,9 +1,12 @@
 #include "KPSearchState.h"
 
+#include "KPFileType.h"
 #include "KPOptimizedFolders.h"
 #include "KPSearchPlaces.h"
 #include "KPSearchStateKeys.h"
+#include "XPTranslations.h"
 
+#include <QDate>
 #include <QRandomGenerator>
 #include <gtest/gtest.h>
 #include <limits>
@@ -358,7 +361,10 @@ TEST(SearchDates, NarrowToWhatBothHold)
         EXPECT_EQ(KPSearchState::narrowDateRange(two, one), both) << both.toStdString();
     }
     // Some of last year is less than 365 days ago, but for its first day: no key says which.
-    const auto both = Dates::narrow(Dates::lastYear, Dates::last365Days);
+    const auto named = [](const QString &key) {
+        return Dates::NamedRange{key, Dates::rangeOf(key)};
+    };
+    const auto both = Dates::narrow(named(Dates::lastYear), named(Dates::last365Days));
     ASSERT_EQ(both.kind, Dates::Narrowed::Kind::Range);
     EXPECT_EQ(both.range.start, 365);
     EXPECT_NEAR(*both.range.end, *Dates::rangeOf(Dates::lastYear).end, 0.001);
@@ -368,6 +374,15 @@ TEST(SearchDates, NarrowToWhatBothHold)
             ->searchStateWithAND(*empty()->searchStateWithNewDateString(Dates::last365Days));
     EXPECT_EQ(state->getStart().start, 365);
     EXPECT_TRUE(state->searchHasDateRange());
+    // Combined once more, such a range counts.
+    const auto tagged = empty()->searchStateByAddingTag(text("x"));
+    const auto all = KPSearchState::combineSearchStatesAND(state, nullptr, tagged);
+    EXPECT_EQ(all->getStart().start, 365);
+    EXPECT_EQ(all->searchTags(), QStringList{text("x")});
+    EXPECT_TRUE(state
+                    ->searchStateWithAND(
+                        *empty()->searchStateWithNewDateString(Dates::olderThanYearBeforeLastYear))
+                    ->utiIsInconsistent());
 }
 
 // --- Folders and ratings
@@ -434,6 +449,34 @@ TEST(SearchState, SaysWhichRatingPasses)
     for (const auto &[condition, rating] : cases)
         EXPECT_EQ(empty()->searchStateWithNewRating(text(condition))->ratingThatPasses(), rating)
             << condition;
+}
+
+TEST(SearchState, SaysForPeopleWhatItAsksFor)
+{
+    XPTranslations::install(QLocale::c());
+    const auto of = [](const char *wanted, const char *excluded) {
+        const auto types = [](const char *list) {
+            return KPTagName::arrayOfUTIsToKPTagNames(text(list).split(u' ', Qt::SkipEmptyParts));
+        };
+        return empty()
+            ->searchStateWithNewUTIs(types(wanted))
+            ->searchStateWithNewExcludeUTIs(types(excluded))
+            ->fileTypesHumanReadableString();
+    };
+    const QString pdf = KPFileType::displayNameForUTI(text("com.adobe.pdf"));
+    const QString jpeg = KPFileType::displayNameForUTI(text("public.jpeg"));
+    EXPECT_EQ(of("", ""), text("All kinds"));
+    EXPECT_EQ(of("com.adobe.pdf public.jpeg", ""), pdf + text(" or ") + jpeg);
+    EXPECT_EQ(of("com.adobe.pdf", "public.jpeg"), pdf + text(" but not ") + jpeg);
+    EXPECT_EQ(of("", "public.jpeg"), text("not ") + jpeg);
+    EXPECT_TRUE(of("com.adobe.pdf public.jpeg public.png public.mp3 public.html", "")
+                    .endsWith(u" or 2 other kinds"));
+    EXPECT_EQ(KPSearchState::prettyDateStringFromDateString(Dates::last7Days), text("Last 7 days"));
+    EXPECT_EQ(KPSearchState::prettyDateStringFromDateString(Dates::lastYear),
+              QString::number(QDate::currentDate().year() - 1));
+    EXPECT_EQ(KPSearchState::prettyRatingsStringFromRatingString(text(">= 3")),
+              text("3 stars or more"));
+    EXPECT_EQ(KPSearchState::prettyRatingsStringFromRatingString(text("!= *")), text("Unrated"));
 }
 
 TEST(SearchState, AnswersManyThreadsThatAskFirst)
