@@ -4,6 +4,7 @@
 #include "UserDefaults.h"
 #include "XPFolders.h"
 #include "XPPath.h"
+#include "XPVolumes.h"
 
 static const QString exclusionsKey = QStringLiteral("KPIndexExclusions");
 
@@ -34,12 +35,16 @@ int KPIndexActions::roots(const QString &, const KPCommandLine &, KPCommandOutpu
     return output.exitStatus();
 }
 
-// Whether `folder` is held by another of the roots (rules aside).
+// The one of the roots that holds `folder` (rules aside). A volume mounted inside a root is no
+// part of it.
 static QString rootAbove(const QString &folder, const QStringList &roots)
 {
+    const auto mountPoint = [](const QString &path) {
+        return XPVolumes::volumeOf(path).mountPoint;
+    };
     for (const QString &root : roots) {
         const QString start = root.endsWith(u'/') ? root : root + u'/';
-        if (folder == root || folder.startsWith(start))
+        if (folder == root || (folder.startsWith(start) && mountPoint(folder) == mountPoint(root)))
             return root;
     }
     return {};

@@ -2,6 +2,7 @@
 
 #include "MetadataIndex.h"
 #include "XPPath.h"
+#include "XPVolumes.h"
 
 // The path below the folder, without a slash at its beginning; nothing: it is not in it.
 static std::optional<QByteArray> below(const QByteArray &folder, const QByteArray &path)
@@ -30,11 +31,11 @@ KPIndexCoverage::Kind KPIndexCoverage::of(const IndexSource &source, const QStri
 {
     const QByteArray path = XPPath::encode(folder);
     QSet<QByteArray> roots;
+    bool isKnown = false;
     {
         const IndexCatalog &catalog = source.catalog();
         const IndexCatalog::Reading reading(catalog);
-        if (catalog.itemAtPath(path))
-            return Kind::Indexed;
+        isKnown = catalog.itemAtPath(path) != 0;
         for (const IndexItem root : catalog.roots())
             roots.insert(catalog.path(catalog.slotOf(root)));
     }
@@ -42,12 +43,14 @@ KPIndexCoverage::Kind KPIndexCoverage::of(const IndexSource &source, const QStri
     for (const QString &root : MetadataIndex::allRoots())
         roots.insert(XPPath::encode(XPPath::absolute(root)));
     const IndexRules rules = IndexRules::fromSettings();
+    const QString mountPoint = XPVolumes::volumeOf(folder).mountPoint;
     Kind kind = Kind::NoRoot;
     for (const QByteArray &root : roots) {
         const auto rest = below(root, path);
-        if (!rest)
+        // A volume mounted inside a root is no part of it.
+        if (!rest || XPVolumes::volumeOf(XPPath::decode(root)).mountPoint != mountPoint)
             continue;
-        if (!isLeftOut(rules, root, *rest))
+        if (isKnown || !isLeftOut(rules, root, *rest))
             return Kind::Indexed;
         kind = Kind::LeftOut;
     }

@@ -5,7 +5,7 @@
 #include <QString>
 
 // Whether the documents of a folder can be found through the index.
-// Threads: any; looks at the settings and the catalog only, never at the disk.
+// Threads: any; looks at the settings, the catalog and the mount table, never at the disk.
 namespace KPIndexCoverage {
 enum class Kind {
     Indexed,

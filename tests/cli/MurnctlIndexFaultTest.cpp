@@ -7,6 +7,7 @@
 
 #include <QJsonArray>
 #include <QJsonObject>
+#include <QScopeGuard>
 #include <fcntl.h>
 #include <filesystem>
 #include <gtest/gtest.h>
@@ -95,6 +96,29 @@ TEST_F(MurnctlIndexFault, AFullDiskCostsNoAnswerAndNothingWhenThereIsRoomAgain)
     EXPECT_EQ(roomy.status, 0) << roomy.err.constData();
     EXPECT_EQ(run({"index", "verify"}).status, 0);
     EXPECT_EQ(count("kMDItemFSName == \"*.pdf\""), "2500\n");
+}
+
+TEST_F(MurnctlIndexFault, AVolumeInAnIndexedFolderIsAFolderOfItsOwn)
+{
+    makeFiles(10);
+    const QString point = tree + QStringLiteral("/volume");
+    QDir().mkpath(point);
+    const QByteArray at = XPPath::encode(point);
+    if (::mount("none", at.constData(), "tmpfs", 0, "size=1m") != 0)
+        GTEST_SKIP() << "no file system can be mounted here";
+    const auto unmounted = qScopeGuard([&] { ::umount2(at.constData(), MNT_DETACH); });
+    QFile(point + QStringLiteral("/on it.pdf")).open(QIODevice::WriteOnly);
+    EXPECT_EQ(count("kMDItemFSName == \"on it.pdf\""), "0\n");
+    EXPECT_TRUE(run({"find", "--in", at}).err.contains("is not indexed"));
+    EXPECT_EQ(run({"index", "add", at}).status, 0);
+    EXPECT_EQ(count("kMDItemFSName == \"on it.pdf\""), "1\n");
+    EXPECT_EQ(run({"index", "verify"}).status, 0);
+    ASSERT_EQ(::umount(at.constData()), 0);
+    EXPECT_TRUE(degraded(run({"index", "status", "--json"})).contains(u"not mounted"));
+    EXPECT_EQ(count("kMDItemFSName == \"on it.pdf\""), "1\n");
+    EXPECT_EQ(run({"index", "remove", at}).status, 0);
+    EXPECT_EQ(count("kMDItemFSName == \"on it.pdf\""), "0\n");
+    EXPECT_EQ(run({"index", "verify"}).status, 0);
 }
 
 TEST_F(MurnctlIndexFault, AFolderWithoutPermissionIsNamedAndReadWhenItMayBe)

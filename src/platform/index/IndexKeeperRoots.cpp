@@ -65,8 +65,10 @@ void IndexKeeper::applyRoots(const QStringList &roots)
     }
     const QByteArrayList all = wanted;
     wanted.removeIf([&](const QByteArray &path) {
+        // One on a volume inside another root stays a root while that is not mounted.
+        const QByteArray volume = m_writer.note(QStringLiteral("volume:") + XPPath::decode(path));
         return std::any_of(all.begin(), all.end(), [&](const QByteArray &other) {
-            return isReadWith(path, other, m_rules, m_mounts);
+            return isReadWith(path, other, m_rules, m_mounts) && !isInside(volume, other);
         });
     });
     const IndexCatalog &catalog = m_writer.catalog();
