@@ -18,6 +18,7 @@ static constexpr char prefix[] = "user.com.apple.metadata:";
 static constexpr size_t prefixLength = sizeof prefix - 1;
 static constexpr size_t bufferSize = 64 * 1024; // of names: a part of a listing
 static constexpr size_t largestValue = 64 * 1024;
+static constexpr size_t usualValue = 1024; // the kernel clears as much memory as it is offered
 
 IndexFolderReader::IndexFolderReader(std::shared_ptr<const IndexRules> rules, Options options)
     : m_rules(std::move(rules)), m_options(options)
@@ -172,7 +173,9 @@ void IndexFolderReader::readAttributes(const char *name, IndexRecord::Attributes
     for (; at < end; at += std::strlen(at) + 1) {
         if (std::strncmp(at, prefix, prefixLength) != 0)
             continue;
-        const ssize_t length = ::lgetxattr(path, at, m_value.data(), m_value.size());
+        ssize_t length = ::lgetxattr(path, at, m_value.data(), usualValue);
+        if (length < 0 && errno == ERANGE)
+            length = ::lgetxattr(path, at, m_value.data(), m_value.size());
         if (length < 0)
             continue; // gone meanwhile
         const QByteArrayView bytes(m_value.data(), length);
