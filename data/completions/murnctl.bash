@@ -13,8 +13,9 @@ _murnctl_options() {
         tags) printf '%s\n' --json --print0 --recent --help ;;
         tag) printf '%s\n' --add --remove --set --clear --help ;;
         rate) printf '%s\n' --help ;;
-        find) printf '%s\n' --tag --not-tag --rating --in --count --limit --live --json \
-            --print0 --help ;;
+        find) printf '%s\n' --contents --metadata --names-only --tag --not-tag --tagged --untagged \
+            --managed --type --not-type --date --rating --in --not-in --list-folder --deep --state \
+            --explain --print-state --count --limit --live --json --print0 --help ;;
         query) printf '%s\n' --in --count --limit --live --json --print0 --help ;;
         backup) printf '%s\n' --to --json --help ;;
         restore) printf '%s\n' --from --dry-run --json --help ;;
@@ -42,12 +43,12 @@ _murnctl() {
             _murnctl_offer < <("${COMP_WORDS[0]}" tags --recent 2>/dev/null)
             return
             ;;
-        --in)
+        --in | --not-in | --list-folder)
             compopt -o filenames
             mapfile -t COMPREPLY < <(compgen -d -- "$cur")
             return
             ;;
-        --to | --from)
+        --to | --from | --state)
             compopt -o filenames
             mapfile -t COMPREPLY < <(compgen -f -- "$cur")
             return
@@ -59,7 +60,12 @@ _murnctl() {
             )
             return
             ;;
-        --rating | --limit | --extension) return ;;
+        --date)
+            _murnctl_offer < <(printf '%s\n' today yesterday last7Days last30Days last365Days \
+                thisYear lastYear yearBeforeLastYear olderThanYearBeforeLastYear anyDate)
+            return
+            ;;
+        --rating | --limit | --extension | --type | --not-type) return ;;
     esac
     if [[ $cur == -* ]]; then
         _murnctl_offer < <(_murnctl_options "$command")

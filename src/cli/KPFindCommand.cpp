@@ -91,8 +91,8 @@ const KPCommand kpFindCommand = {
     "[OPTION]… [WORD…]",
     "Prints the documents that fulfil all criteria; without any, every document.",
     "Each WORD is in the name of the file, in any case and with or without accents. Words that\n"
-    "mean more: \"quoted phrases\", -WORD (without it), tag:TAG, rating:>=3, name:WORD (whatever\n"
-    "the other options), .pdf (a type), mdq:QUERY (see 'murnctl query --help').\n"
+    "mean more: \"quoted phrases\"; after --, -WORD (without it); tag:TAG; rating:>=3; name:WORD\n"
+    "(whatever the other options); .pdf (a type); mdq:QUERY (see 'murnctl query --help').\n"
     "Documents are the files of a folder and of the folders in it, as the metadata index holds\n"
     "them; hidden ones (.name) are left out. Their paths are printed in no order.\n",
     KPResultsRun::commandOptions(KPFindOptions::commandOptions()),

@@ -197,7 +197,7 @@ TEST_F(MurnctlFiles, CompletesCommandsOptionsAndRecentTags)
         return shell.readAllStandardOutput();
     };
     EXPECT_EQ(complete("murnctl ta"), "tags\ntag\n");
-    EXPECT_EQ(complete("murnctl find --not"), "--not-tag\n");
+    EXPECT_EQ(complete("murnctl find --not-ta"), "--not-tag\n");
     EXPECT_EQ(complete("murnctl index re"), "rebuild\nremove\n");
     EXPECT_EQ(complete("'" MURNCTL "' index remove /"), run({"index", "roots"}).out);
     EXPECT_EQ(complete("'" MURNCTL "' tag --add Tax"), "Tax\\ return\n");

@@ -32,6 +32,13 @@ static void move(const QString &from, const QString &to)
 
 namespace {
 
+struct Case
+{
+    const char *name;
+    Ptr state;
+    Names found;
+};
+
 class IndexedState : public testing::Test
 {
 protected:
@@ -64,6 +71,11 @@ protected:
             *problems = results.problems;
         return names(results);
     }
+    void expect(const std::vector<Case> &cases)
+    {
+        for (const Case &each : cases)
+            EXPECT_EQ(found(each.state), each.found) << each.name;
+    }
     Names names(const FollowedResults &results) const
     {
         Names names;
@@ -72,6 +84,11 @@ protected:
         return names;
     }
 
+    const QString bill = text("Bill.pdf");
+    const QString damaged = text("damaged.jpg");
+    const QString late = text("late.txt");
+    const QString scan = text("sub/deep/scan.png");
+    const QString note = text("sub/note.txt");
     IndexedFolder folder;
     const Ptr all = folder.state();
 };
@@ -80,21 +97,10 @@ protected:
 
 TEST_F(IndexedState, IsFoundByEveryCriterion)
 {
-    const QString bill = text("Bill.pdf");
-    const QString damaged = text("damaged.jpg");
-    const QString late = text("late.txt");
-    const QString scan = text("sub/deep/scan.png");
-    const QString note = text("sub/note.txt");
     const auto words = [this](const char *typed, bool meta) {
         return all->searchStateWithNewSearchString(text(typed), false, meta, true);
     };
-    const Ptr listing = all->searchStateWithNewFinderListing(true, false);
-    const struct
-    {
-        const char *name;
-        Ptr state;
-        Names found;
-    } cases[] = {
+    expect({
         {"all", all, {bill, damaged, late, scan, note}},
         {"words", words("BIL", false), {bill}},
         {"words in tags", words("cafe", true), {bill}},
@@ -123,6 +129,13 @@ TEST_F(IndexedState, IsFoundByEveryCriterion)
         {"rating", all->searchStateWithNewRating(text(">= 3")), {bill}},
         {"at most", all->searchStateWithNewRating(text("<= 3")), {note}},
         {"unrated", all->searchStateWithNewRating(text("!= *")), {late, scan}},
+    });
+}
+
+TEST_F(IndexedState, IsFoundInItsPlaces)
+{
+    const Ptr listing = all->searchStateWithNewFinderListing(true, false);
+    expect({
         {"not in a folder",
          all->searchStateWithNewExcludeFolders({path("sub/deep")}),
          {bill, damaged, late, note}},
@@ -152,15 +165,12 @@ TEST_F(IndexedState, IsFoundByEveryCriterion)
          IndexedFolder::stateIn({path("sub/deep")})
              ->searchStateWithAND(*IndexedFolder::stateIn({path("other")})),
          {}},
-    };
-    for (const auto &each : cases)
-        EXPECT_EQ(found(each.state), each.found) << each.name;
+    });
 }
 
 // What cannot be read is unknown, not absent; it is told unless something else leaves it out.
 TEST_F(IndexedState, TakesNothingUnreadableForAbsent)
 {
-    const QString damaged = text("damaged.jpg");
     const struct
     {
         Ptr state;
@@ -202,9 +212,6 @@ TEST_F(IndexedState, FollowsWhatComesAndGoes)
     const auto become = [&](const Names &wanted) {
         return FollowedResults::waitFor([&] { return names(results) == wanted; });
     };
-    const QString bill = text("Bill.pdf");
-    const QString late = text("late.txt");
-    const QString note = text("sub/note.txt");
     ASSERT_TRUE(become({bill, late, note}));
     ASSERT_FALSE(Karvex::addUserTags({text("Old")}, path("Bill.pdf")));
     EXPECT_TRUE(become({late, note}));
@@ -218,8 +225,8 @@ TEST_F(IndexedState, FollowsWhatComesAndGoes)
     EXPECT_TRUE(become({bill, late}));
     move(path("Bill.pdf"), path(".Bill.pdf"));
     EXPECT_TRUE(become({late}));
-    const QString damaged = Karvex::spotlightKey(Karvex::userTagsKey);
-    ASSERT_FALSE(XPExtendedAttributes::write(path("late.txt"), damaged, "bplist00x"));
+    const QString tags = Karvex::spotlightKey(Karvex::userTagsKey);
+    ASSERT_FALSE(XPExtendedAttributes::write(path("late.txt"), tags, "bplist00x"));
     EXPECT_TRUE(become({}));
 }
 
@@ -236,16 +243,16 @@ TEST_F(IndexedState, IsRightWhateverTheAttributeCachesKnow)
     KPIndexedResults source(folder.index());
     FollowedResults results(source);
     source.setSearchState(all->searchStateWithNewExcludeTags({text("old")}));
-    const QString late = path("late.txt");
+    const QString changed = path("late.txt");
     const auto isShown = [&](bool shown) {
         return FollowedResults::waitFor(
-            [&] { return results.isFinished && results.documents.contains(late) == shown; });
+            [&] { return results.isFinished && results.documents.contains(changed) == shown; });
     };
     ASSERT_TRUE(isShown(true));
     for (int round = 0; round < 20; ++round) {
-        ASSERT_FALSE(Karvex::addUserTags({text("old")}, late));
+        ASSERT_FALSE(Karvex::addUserTags({text("old")}, changed));
         ASSERT_TRUE(isShown(false)) << round;
-        ASSERT_FALSE(Karvex::clearUserTags({text("old")}, late));
+        ASSERT_FALSE(Karvex::clearUserTags({text("old")}, changed));
         ASSERT_TRUE(isShown(true)) << round;
     }
 }
