@@ -33,10 +33,10 @@ static XPResult<QString> dateKey(const QString &text)
 
 static XPResult<QString> ratingCondition(const QString &text)
 {
-    const XPError error = kpUsageError(QStringLiteral("no condition on ratings: \"%1\"; there are "
-                                                      "\">= N\" and \"<= N\", N being up to 5 "
-                                                      "stars, and \"unrated\"")
-                                           .arg(XPPath::printable(text)));
+    XPError error = kpUsageError(QStringLiteral("no condition on ratings: \"%1\"; there are "
+                                                "\">= N\" and \"<= N\", N being up to 5 "
+                                                "stars, and \"unrated\"")
+                                     .arg(XPPath::printable(text)));
     const QString trimmed = text.trimmed();
     if (trimmed == u"unrated" || KPStarCondition::bounds(trimmed) == KPStarCondition::Bounds{0, 0})
         return QStringLiteral("!= *");
@@ -91,7 +91,7 @@ static std::optional<XPError> contradiction(const KPCommandLine &line)
         {"--explain", "--limit"},       {"--explain", "--count"},
         {"--print-state", "--limit"},   {"--print-state", "--count"}};
     for (const auto &options : alternatives) {
-        if (const auto error = line.onlyOneOf(options))
+        if (auto error = line.onlyOneOf(options))
             return error;
     }
     if (line.has("--deep") && !line.has("--list-folder") && !line.has("--state"))

@@ -32,7 +32,7 @@ static PropertyValue valueOf(const QJsonValue &json)
         return json.toString();
     case QJsonValue::Array: {
         PropertyValue::Array array;
-        for (const QJsonValue &element : json.toArray())
+        for (const auto &element : json.toArray())
             array.append(valueOf(element));
         return array;
     }

@@ -14,7 +14,7 @@
 // lag behind the index, and nobody would ask again once they have caught up.
 // What could not be read of a file is unknown, not absent: a file with damaged tags is not shown as
 // one that lacks a tag.
-// Threads: one at a time. Makes document records. No file call but what those need for a type.
+// Threads: one at a time. Makes document records; file calls are those that the tests make.
 class KPIndexedState
 {
 public:

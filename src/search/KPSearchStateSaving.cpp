@@ -137,15 +137,14 @@ KPSearchState::nativeDictFromSearchStateDictionary(const SavedDictionary &saved)
     QStringList dropped;
     for (auto entry = saved.cbegin(); entry != saved.cend(); ++entry) {
         const auto kind = kinds().constFind(entry.key());
-        if (kind == kinds().cend())
-            native.insert(entry.key(), entry.value()); // of a newer program: kept for it
-        else if (!isOfKind(entry.value(), *kind))
+        const bool isKnown = kind != kinds().cend(); // else of a newer program: kept for it
+        if (isKnown && !isOfKind(entry.value(), *kind))
             dropped.append(entry.key());
-        else if (*kind == Kind::Types)
+        else if (isKnown && *kind == Kind::Types)
             native.insert(entry.key(), KPTagName::arrayOfUTIsToKPTagNames(entry->strings()));
-        else if (*kind == Kind::Paths)
+        else if (isKnown && *kind == Kind::Paths)
             native.insert(entry.key(), nativePaths(entry.value()));
-        else if (*kind == Kind::Bool)
+        else if (isKnown && *kind == Kind::Bool)
             native.insert(entry.key(), PropertyValue::boolean(entry->boolValue()));
         else
             native.insert(entry.key(), entry.value());

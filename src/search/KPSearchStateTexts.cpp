@@ -55,7 +55,7 @@ static QString namesOf(const KPTagName::Tags &types)
 
 QString KPSearchState::fileTypesHumanReadableString() const
 {
-    const QString wanted = namesOf(explicitFileUTITags());
+    QString wanted = namesOf(explicitFileUTITags());
     const QString excluded = namesOf(explicitFileUTITagsToExclude());
     if (wanted.isEmpty() && excluded.isEmpty())
         return qtTrId("KPStatusPromptNoFileTypeSet");
