@@ -44,7 +44,7 @@ private:
         KPPooledString path;
 
         static constexpr int slotBits = 6;  // addresses that share a slot
-        static constexpr int groupBits = 4; // slots that stay together
+        static constexpr int groupBits = 6; // slots that stay together
         friend bool operator==(Key a, Key b) { return a.path == b.path; }
         friend size_t qHash(Key key, size_t /*seed*/ = 0) noexcept
         {
