@@ -53,7 +53,7 @@ private:
 // How many could not be moved, told when the last one is done.
 struct Trashing
 {
-    qsizetype left;
+    qsizetype left = 0;
     QStringList failed; // names
     QString reason;     // of the first
 };
@@ -82,7 +82,7 @@ void KPController::renameSelected()
     dialog->setWindowTitle(qtTrId("KPRenameTitle"));
     dialog->setLabelText(qtTrId("KPRenameLabel"));
     dialog->setOkButtonText(qtTrId("KPRenameButton"));
-    const QString path = paths.first();
+    const QString &path = paths.first();
     const QString name = XPPath::fileName(path);
     dialog->setTextValue(name);
     connect(

@@ -487,6 +487,7 @@ TEST(SearchState, AnswersManyThreadsThatAskFirst)
                                ->searchStateWithNewUTIs({type("tree_public.image")})
                                ->searchStateWithNewExcludeFolders({text("/a")});
         std::vector<std::thread> threads;
+        threads.reserve(4);
         std::atomic<int> same = 0;
         for (int i = 0; i < 4; ++i) {
             threads.emplace_back([&] {
