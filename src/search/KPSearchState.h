@@ -225,6 +225,7 @@ private:
     void setDefaultCacheValues();
     const Modes &modes() const;
     const Words &words() const;
+    FileTypes setUpFileTypeFilters() const; // splits them by how they are compared
     const FileTypes &fileTypes() const;
     std::optional<KPStarCondition::Bounds> ratingBounds() const;
     QString string(const QString &key) const;

@@ -70,43 +70,46 @@ static KPTagName *typeTag(const QString &identifier)
     return KPTagName::tagNameForUTITag(identifier, QString());
 }
 
+KPSearchState::FileTypes KPSearchState::setUpFileTypeFilters() const
+{
+    FileTypes types;
+    const auto split = [](const Tags &given, Tags &tree, Tags &exact) {
+        for (KPTagName *tag : given) {
+            const QString identifier = tag->uti();
+            if (identifier.startsWith(treePrefix))
+                tree.append(typeTag(identifier.mid(treePrefix.size())));
+            else
+                exact.append(tag);
+        }
+        tree.removeAll(nullptr); // "tree_" alone
+    };
+    split(explicitFileUTITags(), types.tree, types.exact);
+    split(explicitFileUTITagsToExclude(), types.treeExclude, types.exactExclude);
+    types.mustCheck = !types.treeExclude.isEmpty() || !types.exactExclude.isEmpty();
+    const auto addTree = [](const KPTagName *tag, std::vector<FileTypes::Tree> &trees) {
+        trees.push_back({tag, tag->uti(), KPContentTypes::numberOf(tag->uti())});
+    };
+    for (const KPTagName *tag : types.tree)
+        addTree(tag, types.wantedTrees);
+    for (const KPTagName *tag : types.treeExclude)
+        addTree(tag, types.excludedTrees);
+    // Entries of other kinds ask what the query asks for them.
+    for (const KPTagName *tag : types.exact) {
+        const QString entry = tag->uti();
+        if (entry.startsWith(extensionPrefix) && entry.size() > extensionPrefix.size())
+            types.wantedExtensions.append(u'.' +
+                                          lowerCase(decomposed(entry.mid(extensionPrefix.size()))));
+        else if (entry.startsWith(kindPrefix) && entry.size() > kindPrefix.size())
+            types.wantedKinds.append(entry.mid(kindPrefix.size()));
+        else if (entry == u"public.image")
+            addTree(tag, types.wantedTrees);
+    }
+    return types;
+}
+
 const KPSearchState::FileTypes &KPSearchState::fileTypes() const
 {
-    return m_caches->fileTypes.get([this] {
-        FileTypes types;
-        const auto split = [](const Tags &given, Tags &tree, Tags &exact) {
-            for (KPTagName *tag : given) {
-                const QString identifier = tag->uti();
-                if (identifier.startsWith(treePrefix))
-                    tree.append(typeTag(identifier.mid(treePrefix.size())));
-                else
-                    exact.append(tag);
-            }
-            tree.removeAll(nullptr); // "tree_" alone
-        };
-        split(explicitFileUTITags(), types.tree, types.exact);
-        split(explicitFileUTITagsToExclude(), types.treeExclude, types.exactExclude);
-        types.mustCheck = !types.treeExclude.isEmpty() || !types.exactExclude.isEmpty();
-        const auto addTree = [](const KPTagName *tag, std::vector<FileTypes::Tree> &trees) {
-            trees.push_back({tag, tag->uti(), KPContentTypes::numberOf(tag->uti())});
-        };
-        for (const KPTagName *tag : types.tree)
-            addTree(tag, types.wantedTrees);
-        for (const KPTagName *tag : types.treeExclude)
-            addTree(tag, types.excludedTrees);
-        // Entries of other kinds ask what the query asks for them.
-        for (const KPTagName *tag : types.exact) {
-            const QString entry = tag->uti();
-            if (entry.startsWith(extensionPrefix) && entry.size() > extensionPrefix.size())
-                types.wantedExtensions.append(
-                    u'.' + lowerCase(decomposed(entry.mid(extensionPrefix.size()))));
-            else if (entry.startsWith(kindPrefix) && entry.size() > kindPrefix.size())
-                types.wantedKinds.append(entry.mid(kindPrefix.size()));
-            else if (entry == u"public.image")
-                addTree(tag, types.wantedTrees);
-        }
-        return types;
-    });
+    return m_caches->fileTypes.get([this] { return setUpFileTypeFilters(); });
 }
 
 const KPSearchState::Tags &KPSearchState::treedFileTypeNames() const
