@@ -28,8 +28,9 @@ KPIndexedState::Scope KPIndexedState::scopeOf(const KPSearchState &state)
     if (scope.everywhere)
         return scope;
     scope.folders = absolute(real.folders);
+    const QSet<QString> looked(scope.folders.begin(), scope.folders.end());
     for (const QString &folder : absolute(places.realFolders(wanted).folders)) {
-        if (!scope.folders.contains(folder))
+        if (!looked.contains(folder))
             scope.uncovered.append(folder);
     }
     return scope;
