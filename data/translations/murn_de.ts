@@ -452,6 +452,21 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPSearch">
         <translation>Suche</translation>
     </message>
+    <message id="KPSearchFolderNetworkAdd">
+        <translation>Durchsuchen</translation>
+    </message>
+    <message id="KPSearchFolderNetworkText">
+        <translation>Jeder Ordner darin wird einmal gelesen; das kann dauern und belastet das Netzwerk.</translation>
+    </message>
+    <message id="KPSearchFolderNetworkTitle">
+        <translation>Auch das Netzlaufwerk „%1“ durchsuchen?</translation>
+    </message>
+    <message id="KPSearchFolderNotAdded">
+        <translation>„%1“ kann nicht zu den Suchordnern hinzugefügt werden</translation>
+    </message>
+    <message id="KPSearchFolderTooLarge">
+        <translation>Das ganze Netzwerk ist zu groß zum Durchsuchen. Fügen Sie ein einzelnes Laufwerk oder einen Ordner hinzu.</translation>
+    </message>
     <message id="KPSearchPlaceholder">
         <translation>Namen, Schlagwörter und Inhalte durchsuchen</translation>
     </message>

@@ -454,6 +454,21 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPSearch">
         <translation>Search</translation>
     </message>
+    <message id="KPSearchFolderNetworkAdd">
+        <translation>Search it</translation>
+    </message>
+    <message id="KPSearchFolderNetworkText">
+        <translation>Every folder on it will be read once, which may take long and load the network.</translation>
+    </message>
+    <message id="KPSearchFolderNetworkTitle">
+        <translation>Search the network volume “%1” too?</translation>
+    </message>
+    <message id="KPSearchFolderNotAdded">
+        <translation>“%1” cannot be added to the search folders</translation>
+    </message>
+    <message id="KPSearchFolderTooLarge">
+        <translation>The whole network is too large to be searched. Add a single volume or folder.</translation>
+    </message>
     <message id="KPSearchPlaceholder">
         <translation>Search names, tags and contents</translation>
     </message>

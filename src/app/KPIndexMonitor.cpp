@@ -1,6 +1,7 @@
 #include "KPIndexMonitor.h"
 
 #include "KPIndexCoverage.h"
+#include "KPIndexRoots.h"
 
 #include <QLocale>
 
@@ -109,7 +110,7 @@ bool KPIndexMonitor::isIndexed(const QString &folder) const
 
 void KPIndexMonitor::addFolder(const QString &folder)
 {
-    MetadataIndex::setRoots(MetadataIndex::roots() + QStringList{folder});
+    KPIndexRoots::add(folder);
     m_index.settingsChanged();
     m_timer.start();
 }

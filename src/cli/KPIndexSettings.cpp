@@ -1,10 +1,10 @@
 // murnctl index: what the index covers.
 #include "KPIndexActions.h"
+#include "KPIndexRoots.h"
 #include "MetadataIndex.h"
 #include "UserDefaults.h"
 #include "XPFolders.h"
 #include "XPPath.h"
-#include "XPVolumes.h"
 
 static const QString exclusionsKey = QStringLiteral("KPIndexExclusions");
 
@@ -35,32 +35,6 @@ int KPIndexActions::roots(const QString &, const KPCommandLine &, KPCommandOutpu
     return output.exitStatus();
 }
 
-// The one of the roots that holds `folder` (rules aside). A volume mounted inside a root is no
-// part of it.
-static QString rootAbove(const QString &folder, const QStringList &roots)
-{
-    const auto mountPoint = [](const QString &path) {
-        return XPVolumes::volumeOf(path).mountPoint;
-    };
-    for (const QString &root : roots) {
-        const QString start = root.endsWith(u'/') ? root : root + u'/';
-        if (folder == root || (folder.startsWith(start) && mountPoint(folder) == mountPoint(root)))
-            return root;
-    }
-    return {};
-}
-
-static bool isLeftOut(const QString &folder, const QString &root)
-{
-    const IndexRules rules = IndexRules::fromSettings();
-    for (QString at = folder; at.size() > root.size(); at = XPPath::folder(at)) {
-        if (rules.excludes(XPPath::encode(XPPath::folder(at)),
-                           XPPath::encode(XPPath::fileName(at))))
-            return true;
-    }
-    return false;
-}
-
 int KPIndexActions::add(const QString &operand, const KPCommandLine &, KPCommandOutput &output)
 {
     const auto folder = XPFolders::realFolder(operand);
@@ -68,16 +42,7 @@ int KPIndexActions::add(const QString &operand, const KPCommandLine &, KPCommand
         output.fail(operand, folder.error().reason());
         return output.exitStatus();
     }
-    QStringList roots = MetadataIndex::roots();
-    const QString above = rootAbove(*folder, roots);
-    if (!above.isEmpty() && !isLeftOut(*folder, above))
-        return applySettings(output);
-    // What the new one holds needs no root of its own any more.
-    roots.removeIf([&](const QString &root) {
-        return !rootAbove(root, {*folder}).isEmpty() && !isLeftOut(root, *folder);
-    });
-    roots.append(*folder);
-    MetadataIndex::setRoots(roots);
+    KPIndexRoots::add(*folder);
     return applySettings(output);
 }
 
@@ -87,7 +52,7 @@ int KPIndexActions::remove(const QString &operand, const KPCommandLine &, KPComm
     const QString folder = XPFolders::realFolder(operand).valueOr(XPPath::absolute(operand));
     QStringList roots = MetadataIndex::roots();
     if (roots.removeAll(folder) == 0) {
-        const QString above = rootAbove(folder, roots);
+        const QString above = KPIndexRoots::above(folder, roots);
         output.fail(folder, above.isEmpty()
                                 ? QStringLiteral("is none of the indexed folders")
                                 : QStringLiteral("is indexed as a part of %1; leave it out with: "

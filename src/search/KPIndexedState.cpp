@@ -2,34 +2,33 @@
 
 #include "KPDocCache.h"
 #include "KPPredicateBuilder.h"
-#include "KPSearchPlaces.h"
+#include "KPSearchFolders.h"
 #include "Karvex.h"
 #include "XPPath.h"
 
 static const QString andOperator = QStringLiteral(" && ");
 
-static QStringList absolute(const QStringList &folders)
+static QStringList foldersOf(const KPSearchFolders::Real &real)
 {
-    QStringList paths;
-    for (const QString &folder : folders)
-        paths.append(XPPath::absolute(folder));
-    paths.removeDuplicates();
-    return paths;
+    QStringList folders = real.folders;
+    if (real.wholeDisk)
+        folders.append(QStringLiteral("/"));
+    folders.removeDuplicates();
+    return folders;
 }
 
 KPIndexedState::Scope KPIndexedState::scopeOf(const KPSearchState &state)
 {
-    const KPSearchPlaces &places = KPSearchPlaces::current();
     const QStringList wanted = state.searchFoldersToUseForMDQuery();
     const QStringList covered = state.searchFoldersWhereSpotlightWorks();
-    const auto real = places.realFolders(covered);
+    const auto real = KPSearchFolders::realFolders(covered);
     Scope scope;
     scope.everywhere = wanted.isEmpty() || real.everything;
     if (scope.everywhere)
         return scope;
-    scope.folders = absolute(real.folders);
+    scope.folders = foldersOf(real);
     const QSet<QString> looked(scope.folders.begin(), scope.folders.end());
-    for (const QString &folder : absolute(places.realFolders(wanted).folders)) {
+    for (const QString &folder : foldersOf(KPSearchFolders::realFolders(wanted))) {
         if (!looked.contains(folder))
             scope.uncovered.append(folder);
     }

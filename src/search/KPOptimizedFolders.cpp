@@ -1,15 +1,16 @@
 #include "KPOptimizedFolders.h"
 
-#include "KPSearchPlaces.h"
+#include "KPSearchFolders.h"
+#include "KPSearchVolumes.h"
 
 #include <QDir>
 #include <algorithm>
 
 KPOptimizedFolders::KPOptimizedFolders(const QStringList &folders, Reach reach) : m_reach(reach)
 {
-    const KPSearchPlaces::Real real = KPSearchPlaces::current().realFolders(folders);
+    const KPSearchFolders::Real real = KPSearchFolders::realFolders(folders);
     m_isEverything = real.everything;
-    m_isWholeDisk = real.everything;
+    m_isWholeDisk = real.everything || real.wholeDisk;
     QStringList sorted;
     for (const QString &folder : real.folders) {
         const QString clean = QDir::cleanPath(folder);
@@ -37,6 +38,37 @@ bool KPOptimizedFolders::holds(QStringView path) const
                                    : isInside(m_folders, path, m_isWholeDisk);
 }
 
+// Whether `path` with a "/" at its end sorts before a folder of the list, which has one.
+static bool sortsBefore(QStringView path, const QString &folder)
+{
+    const qsizetype common = std::min(path.size(), folder.size());
+    if (const int order = path.compare(QStringView(folder).left(common)); order != 0)
+        return order < 0;
+    if (folder.size() <= path.size())
+        return false;
+    return folder.at(common) == u'/' ? folder.size() > path.size() + 1 : u'/' < folder.at(common);
+}
+
+bool KPOptimizedFolders::holdsOrIs(QStringView path) const
+{
+    if (m_isEverything)
+        return true;
+    // As in isBelow(), of the path as a folder: the last one before it holds it or is it.
+    const auto after = std::upper_bound(m_folders.begin(), m_folders.end(), path, sortsBefore);
+    if (after != m_folders.begin()) {
+        const QStringView folder(*(after - 1));
+        if (path.startsWith(folder) || path == folder.chopped(1))
+            return true;
+    }
+    return m_isWholeDisk && path.startsWith(u'/') &&
+           !KPSearchVolumes::isOnOtherVolume(path.toString());
+}
+
+bool KPOptimizedFolders::isInsideAnother(QStringView path) const
+{
+    return path != u"/" && holds(path);
+}
+
 bool KPOptimizedFolders::isBelow(const QStringList &folders, QStringView path, bool wholeDisk)
 {
     // Whatever sorts between a folder and a path below it is below the folder too, and so not in
@@ -47,7 +79,7 @@ bool KPOptimizedFolders::isBelow(const QStringList &folders, QStringView path, b
         if (path.size() > folder.size() && path.startsWith(folder))
             return true;
     }
-    return wholeDisk && !KPSearchPlaces::isOnOtherVolume(path.toString());
+    return wholeDisk && !KPSearchVolumes::isOnOtherVolume(path.toString());
 }
 
 bool KPOptimizedFolders::isInside(const QStringList &folders, QStringView path, bool wholeDisk)

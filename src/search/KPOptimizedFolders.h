@@ -4,7 +4,7 @@
 
 // A state's list of folders made ready for asking about many paths: real folders, sorted, each
 // once and each with a "/" at its end, so that a path is looked up by binary search.
-// Threads: a value. No file call.
+// Threads: a value. No file call, save for the past 7 days of the managed folder.
 class KPOptimizedFolders
 {
 public:
@@ -24,6 +24,10 @@ public:
     bool isWholeDisk() const { return m_isWholeDisk; }
     const QStringList &folders() const { return m_folders; }
     bool holds(QStringView path) const;
+    // The path is one of the folders or below one. Of a list with Reach::Below.
+    bool holdsOrIs(QStringView path) const;
+    // Of a folder: another one of the list has it below.
+    bool isInsideAnother(QStringView path) const;
 
     // The two questions, on folders as folders() answers them.
     static bool isBelow(const QStringList &folders, QStringView path, bool wholeDisk);

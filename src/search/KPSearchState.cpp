@@ -2,9 +2,10 @@
 #include "KPSearchStateCaches.h"
 
 #include "KPPredicateBuilder.h"
-#include "KPSearchPlaces.h"
+#include "KPSearchFolders.h"
 #include "KPSearchStateKeys.h"
 #include "UserDefaults.h"
+#include "XPFolders.h"
 #include "XPPath.h"
 #include "XPText.h"
 
@@ -281,7 +282,7 @@ bool KPSearchState::arePostConstraintsAllowed(const QStringList &folders) const
     const QStringList outer = strings(KPSearchStateKey::constraintFolders);
     return isFinderListing() &&
            std::all_of(folders.begin(), folders.end(), [&](const QString &folder) {
-               return KPSearchPlaces::current().pathInFolderArray(outer, folder);
+               return KPSearchFolders::instance().pathInFolderArray(outer, folder);
            });
 }
 
@@ -293,11 +294,12 @@ QStringList KPSearchState::searchFoldersToUseForMDQuery() const
 
 QStringList KPSearchState::searchFoldersWhereSpotlightWorks() const
 {
-    const QStringList failing = KPSearchPlaces::current().spotlightNotAvaialableVolumeList();
+    const QStringList failing = KPSearchFolders::instance().spotlightNotAvaialableVolumeList();
     QStringList folders = searchFoldersToUseForMDQuery();
     if (!failing.isEmpty())
         folders.removeIf([&](const QString &folder) {
-            return KPSearchPlaces::current().pathInFolderArray(failing, folder);
+            return KPSearchFolders::instance().pathInFolderArray(failing,
+                                                                 XPFolders::expandTilde(folder));
         });
     return folders;
 }

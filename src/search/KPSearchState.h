@@ -74,7 +74,7 @@ public:
     bool searchMetaData() const;
     bool searchFileNames() const;
 
-    // Paths, or names of places (KPSearchPlaces).
+    // Paths, or names of places (KPSearchFolders).
     QStringList constraintFolders() const;
     QStringList postConstraintFolders() const;
     QStringList excludeFolders() const;

@@ -1,6 +1,6 @@
 // KPSearchState: what fulfils two states at once.
 #include "KPContentTypes.h"
-#include "KPSearchPlaces.h"
+#include "KPSearchFolders.h"
 #include "KPSearchState.h"
 #include "KPSearchStateKeys.h"
 #include "KPStarCondition.h"
@@ -62,7 +62,7 @@ QStringList KPSearchState::combineContraintFoldersAND(const QStringList &one,
         return one + two;
     const auto isIn = [](const QString &folder, const QStringList &folders) {
         return folders.contains(folder) ||
-               KPSearchPlaces::current().pathInFolderArray(folders, folder);
+               KPSearchFolders::instance().pathInFolderArray(folders, folder);
     };
     QStringList both;
     for (const QString &folder : one) {

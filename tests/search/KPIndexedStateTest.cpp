@@ -3,7 +3,8 @@
 #include "IndexedFolder.h"
 #include "KPIndexedResults.h"
 #include "KPSearchDates.h"
-#include "KPSearchPlaces.h"
+#include "KPSearchFolders.h"
+#include "KPSearchVolumes.h"
 #include "Karvex.h"
 #include "XPExtendedAttributes.h"
 #include "XPPath.h"
@@ -270,27 +271,18 @@ TEST_F(IndexedState, LooksEverywhereWithoutFolders)
     EXPECT_EQ(found(everywhere->searchStateWithNewUTIs(plainText)), texts);
     EXPECT_EQ(
         found(everywhere->searchStateWithNewUTIs(plainText)->searchStateWithNewContstraintFolders(
-            {KPSearchPlaces::everywhere})),
+            {KPSearchFolders::everywhere})),
         texts);
     QStringList problems;
     EXPECT_EQ(found(IndexedFolder::stateIn({text("no place")}), &problems), Names());
     EXPECT_EQ(problems.size(), 1) << "not everything, and not nothing without a word";
 }
 
-namespace {
-struct OneVolumeUncovered : public KPSearchPlaces
-{
-    explicit OneVolumeUncovered(const QString &path) : mountPoint(path) {}
-    QStringList spotlightNotAvaialableVolumeList() const override { return {mountPoint}; }
-    const QString mountPoint;
-};
-} // namespace
-
 TEST_F(IndexedState, NamesTheFoldersThatTheIndexDoesNotCover)
 {
     const TestFolder volume;
-    KPSearchPlaces::install(std::make_unique<OneVolumeUncovered>(volume.path()));
-    const auto restore = qScopeGuard([] { KPSearchPlaces::install(nullptr); });
+    KPSearchFolders::instance().setIndexAvailability({{volume.path(), KPSearchVolumes::fails}});
+    const auto restore = qScopeGuard([] { KPSearchFolders::instance().updateIndexAvailability(); });
     const QString there = volume.path(text("folder"));
     QStringList problems;
     EXPECT_EQ(found(IndexedFolder::stateIn({path("sub"), there}), &problems).size(), 2);

@@ -2,7 +2,7 @@
 
 #include "KPFileType.h"
 #include "KPOptimizedFolders.h"
-#include "KPSearchPlaces.h"
+#include "KPSearchFolders.h"
 #include "KPSearchStateKeys.h"
 #include "XPTranslations.h"
 
@@ -407,7 +407,7 @@ TEST(OptimizedFolders, HoldWhatIsBelow)
     EXPECT_TRUE(disk.holds(text("/usr/x")));
     EXPECT_FALSE(disk.holds(text("/Volumes/Stick/x")));
     EXPECT_FALSE(disk.holds(text("/media/ann/stick/x")));
-    EXPECT_TRUE(KPOptimizedFolders({KPSearchPlaces::everywhere}, Reach::Below)
+    EXPECT_TRUE(KPOptimizedFolders({KPSearchFolders::everywhere}, Reach::Below)
                     .holds(text("/media/ann/stick/x")));
     EXPECT_TRUE(KPOptimizedFolders({text("nonsense")}, Reach::Below).isEmpty());
     EXPECT_EQ(KPSearchState::reduceScopeOfFilesToParentFolders(
@@ -415,31 +415,6 @@ TEST(OptimizedFolders, HoldWhatIsBelow)
               (QStringList{text("/a"), text("/ab")}));
     EXPECT_EQ(KPSearchState::reduceScopeOfFilesToParentFolders({text("/f"), text("/a/g")}),
               QStringList{text("/")});
-}
-
-TEST(SearchPlaces, AreLeftOutWhereTheIndexFails)
-{
-    struct Places : public KPSearchPlaces
-    {
-        QStringList spotlightNotAvaialableVolumeList() const override
-        {
-            return {text("/media/stick")};
-        }
-    };
-    const auto state = empty()->searchStateWithNewContstraintFolders(
-        {text("/media/stick/a"), text("/media/stick"), text("/media/sticky"), text("~")});
-    KPSearchPlaces::install(std::make_unique<Places>());
-    EXPECT_EQ(state->searchFoldersWhereSpotlightWorks(),
-              (QStringList{text("/media/sticky"), text("~")}));
-    KPSearchPlaces::install(nullptr);
-    const KPSearchPlaces &places = KPSearchPlaces::current();
-    EXPECT_TRUE(places.spotlightNotAvaialableVolumeList().filter(text("/proc")).isEmpty());
-    EXPECT_TRUE(places.pathInFolderArray({text("/a/")}, text("/a/b")));
-    EXPECT_TRUE(places.pathInFolderArray({text("/a")}, text("/a")));
-    EXPECT_FALSE(places.pathInFolderArray({text("/a")}, text("/ab")));
-    EXPECT_FALSE(places.pathInFolderArray({}, text("/a")));
-    EXPECT_TRUE(places.pathInFolderArray({KPSearchPlaces::everywhere}, text("/media/x")));
-    EXPECT_FALSE(places.pathInFolderArray({text("/")}, text("/media/x")));
 }
 
 TEST(SearchState, SaysWhichRatingPasses)

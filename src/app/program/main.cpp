@@ -10,6 +10,7 @@
 #include "KPIndexedResults.h"
 #include "KPPrompts.h"
 #include "KPScreenshot.h"
+#include "KPSearchFolders.h"
 #include "KPTagHealer.h"
 #include "KPTagName.h"
 #include "Karvex.h"
@@ -68,6 +69,11 @@ static int run(const KPCommandLine &line)
     KPDocCache::intializeGlobals();
     KPDoc::startMetaDataSearching(index->source());
     KPIndexMonitor monitor(*index);
+    KPSearchFolders &folders = KPSearchFolders::instance();
+    folders.setIndex(index.get());
+    folders.startObserving();
+    QObject::connect(&monitor, &KPIndexMonitor::changed, &monitor,
+                     [&] { folders.updateIndexAvailability(monitor.status().roots); });
     KPController controller(std::make_unique<KPIndexedResults>(index->source()), line.folders,
                             &monitor);
     XPPrompts::install(std::make_unique<KPPrompts>(&controller));
@@ -81,6 +87,8 @@ static int run(const KPCommandLine &line)
     if (!line.screenshot.isEmpty())
         new KPScreenshot(&controller, line.screenshot, line.selection); // the controller's
     const int status = QApplication::exec();
+    folders.stopObserving();
+    folders.setIndex(nullptr);
     KPDocServices::install(nullptr); // ends when the file calls asked for are done
     KPDoc::stopMetaDataSearching();
     for (const auto &error :

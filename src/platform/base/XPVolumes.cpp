@@ -54,6 +54,8 @@ public:
         return *table;
     }
 
+    void lookAgain() { m_nextCheck.store(0, std::memory_order_relaxed); }
+
 private:
     LiveTable() : m_file(::open("/proc/self/mountinfo", O_RDONLY | O_CLOEXEC)) {}
 
@@ -106,4 +108,9 @@ bool XPVolumes::isOnSlowVolume(const QString &path)
 QStringList XPVolumes::mountPoints()
 {
     return LiveTable::instance().current().mountPoints();
+}
+
+void XPVolumes::lookAgain()
+{
+    LiveTable::instance().lookAgain();
 }

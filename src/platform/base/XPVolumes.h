@@ -27,4 +27,7 @@ bool isOnSlowVolume(const QString &path);
 // Where volumes are mounted now, a folder before what is in it.
 QStringList mountPoints();
 
+// The mount table is looked at again at once; otherwise a change is noticed within 100 ms.
+void lookAgain();
+
 } // namespace XPVolumes
