@@ -1,18 +1,18 @@
-#include "KPAppServices.h"
+#include "XPFileWorker.h"
 
 #include <QCoreApplication>
 #include <QThread>
 #include <algorithm>
 #include <gtest/gtest.h>
 
-TEST(AppServices, RunsFileWorkInOrderElsewhere)
+TEST(FileWorker, RunsInOrderElsewhere)
 {
-    KPAppServices services;
+    XPFileWorker worker;
     QList<int> ran;
     QList<int> told;
     std::atomic<int> onMain = 0;
     for (int number = 0; number < 20; ++number) {
-        services.runFileWork(
+        worker.run(
             [&, number] {
                 ran.append(number); // one at a time: no lock is needed
                 onMain += QThread::currentThread() == QCoreApplication::instance()->thread();
@@ -27,14 +27,14 @@ TEST(AppServices, RunsFileWorkInOrderElsewhere)
     EXPECT_EQ(onMain, 0);
 }
 
-TEST(AppServices, FinishesWhatWasAskedFor)
+TEST(FileWorker, FinishesWhatWasAskedFor)
 {
     std::atomic<int> ran = 0;
     bool told = false;
     {
-        KPAppServices services;
+        XPFileWorker worker;
         for (int number = 0; number < 20; ++number)
-            services.runFileWork([&] { ++ran; }, [&] { told = true; });
+            worker.run([&] { ++ran; }, [&] { told = true; });
     }
     EXPECT_EQ(ran, 20);
     QCoreApplication::processEvents();

@@ -1,9 +1,7 @@
 #include "KPEditHistory.h"
-#include "KPSelectionFacts.h"
 
 #include "Karvex.h"
 #include "TestHome.h"
-#include "TestSource.h"
 #include "XPExtendedAttributes.h"
 
 #include <QSignalSpy>
@@ -107,27 +105,4 @@ TEST_F(FileEdit, StopLeavesTheRestAndLaterEditsGoOn)
     EXPECT_EQ(Karvex::getRating(paths.first()).valueOr(-1), 3);
     m_history.edit({{paths.last()}, {}, 5.0});
     EXPECT_EQ(waitForReport().changed, 1);
-}
-
-// The inspector's answer, from what the search knows, is the storage layer's own.
-TEST_F(FileEdit, CommonTagsAreThoseOfTheStorageLayer)
-{
-    const QString shouted = QStringLiteral("WORK");
-    const QList<QList<QStringList>> cases{
-        {{work, home}, {home, shouted}},
-        {{work}, {}},
-        {{work}, {home}},
-        {{mine, work, home}, {home, work}, {work, mine, home}},
-    };
-    int number = 0;
-    for (const auto &lists : cases) {
-        QList<KPShownDocument> documents;
-        QStringList paths;
-        for (const QStringList &tags : lists) {
-            paths.append(makeFile(QByteArray::number(number++).constData(), tags));
-            documents.append(KPShownDocument(found(paths.last(), tags)));
-        }
-        EXPECT_EQ(KPSelectionFacts(documents).commonTags,
-                  Karvex::getCommonUserTags(paths).valueOr({}));
-    }
 }

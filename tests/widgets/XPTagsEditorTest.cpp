@@ -1,6 +1,5 @@
 #include "XPTagsEditor.h"
 
-#include "KPDocDelegate.h"
 #include "KPTagChips.h"
 #include "KPTagName.h"
 #include "XPTagChip.h"
@@ -62,17 +61,6 @@ TEST(TagsEditor, IsUsableByKeyboardAlone)
     EXPECT_EQ(editor.excludedTags(), list(""));
     EXPECT_EQ(QApplication::focusWidget(), editor.entry());
     EXPECT_EQ(edited.size(), 4);
-}
-
-TEST(Names, KeepTheirExtensionInSight)
-{
-    const QFontMetrics metrics((QFont()));
-    const QString name = QStringLiteral("A very long name of a quarterly report v12.pdf");
-    for (const int width : {90, 120, 200}) {
-        const QString cut = KPDocDelegate::elidedName(name, metrics, width);
-        EXPECT_TRUE(cut.endsWith(u"v12.pdf")) << cut.toStdString();
-        EXPECT_LE(metrics.horizontalAdvance(cut), width + metrics.averageCharWidth());
-    }
 }
 
 TEST(TagChips, StayInTheirLineAndCountTheRest)
