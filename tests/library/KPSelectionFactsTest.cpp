@@ -26,8 +26,9 @@ TEST(SelectionFacts, CommonTagsAreThoseOfTheStorageLayer)
         QStringList paths;
         for (const QStringList &tags : lists) {
             paths.append(folder.file(QString::number(number++)));
-            if (!tags.isEmpty())
+            if (!tags.isEmpty()) {
                 EXPECT_FALSE(Karvex::setUserTags(tags, paths.last()));
+            }
             documents.append(KPShownDocument(found(paths.last(), tags)));
         }
         EXPECT_EQ(KPSelectionFacts(documents).commonTags,
