@@ -1,9 +1,8 @@
 #include "IndexWatcher.h"
 
-#include "IndexLosses.h"
-
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/eventfd.h>
@@ -220,7 +219,9 @@ bool IndexWatcher::completeMove(quint32 cookie, const Event &to, std::vector<Eve
 
 void IndexWatcher::translate(const char *bytes, size_t size, std::vector<Event> &out)
 {
-    const qint64 time = IndexLosses::now();
+    using namespace std::chrono;
+    const qint64 time =
+        duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
     for (size_t at = 0; at < size;) {
         const auto *event = reinterpret_cast<const inotify_event *>(bytes + at);
         at += sizeof(inotify_event) + event->len;

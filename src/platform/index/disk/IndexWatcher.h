@@ -45,7 +45,7 @@ public:
         QByteArray name;
         QByteArray toFolder;
         QByteArray toName;
-        qint64 time = 0; // when it was heard of, see IndexLosses
+        qint64 time = 0; // when it was heard of, in milliseconds of the steady clock
     };
     using Callback = std::function<void(std::vector<Event>)>;
 
