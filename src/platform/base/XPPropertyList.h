@@ -19,6 +19,9 @@ struct Limits
     qsizetype bytes = 64 << 20;    // longest input and output
     int depth = 64;                // containers inside containers, reading and writing
     qsizetype objects = 4'000'000; // values in the decoded tree, shared ones counted each time
+    // Writing, binary: false: also texts that other programs may refuse (halves of surrogate
+    // pairs), so that whatever was read can be kept and read again by us.
+    bool portable = true;
 };
 
 // Either format, told apart by the first bytes.

@@ -153,7 +153,7 @@ bool BinaryWriter::numberText(const QString &text, qsizetype reference)
     m_references[reference] = number;
     if (number != m_objects.size())
         return true;
-    if (!text.isValidUtf16())
+    if (m_limits.portable && !text.isValidUtf16())
         return fail(XPError::Kind::InvalidArgument, "A text that is no valid Unicode");
     m_objects.append({nullptr, text});
     return account(text.size());

@@ -1,7 +1,5 @@
 #include "IndexRecord.h"
 
-#include "XPPropertyList.h"
-
 #include <QDataStream>
 #include <QIODevice>
 #include <QStringList>
@@ -15,15 +13,24 @@ static void setUp(QDataStream &stream)
     stream.setByteOrder(QDataStream::LittleEndian);
 }
 
+// A value that cannot be kept costs itself, not those beside it.
+static QByteArray bytesOf(const IndexRecord::Attributes &attributes)
+{
+    const auto all = XPPropertyList::writeBinary(PropertyValue(attributes), indexValueLimits);
+    if (all)
+        return *all;
+    IndexRecord::Attributes kept = attributes;
+    kept.removeIf([](const std::pair<const QString &, PropertyValue &> &entry) {
+        return !XPPropertyList::writeBinary(
+            PropertyValue(IndexRecord::Attributes{{entry.first, entry.second}}), indexValueLimits);
+    });
+    const auto rest = XPPropertyList::writeBinary(PropertyValue(kept), indexValueLimits);
+    return rest ? *rest : QByteArray();
+}
+
 static void write(QDataStream &out, const IndexRecord::Attributes &attributes)
 {
-    QByteArray bytes;
-    if (!attributes.isEmpty()) {
-        const auto written = XPPropertyList::writeBinary(PropertyValue(attributes));
-        if (written)
-            bytes = *written;
-    }
-    out << bytes;
+    out << (attributes.isEmpty() ? QByteArray() : bytesOf(attributes));
 }
 
 static bool read(QDataStream &in, IndexRecord::Attributes &attributes)
@@ -33,7 +40,7 @@ static bool read(QDataStream &in, IndexRecord::Attributes &attributes)
     attributes.clear();
     if (in.status() != QDataStream::Ok || bytes.isEmpty())
         return in.status() == QDataStream::Ok;
-    const auto value = XPPropertyList::readBinary(bytes);
+    const auto value = XPPropertyList::readBinary(bytes, indexValueLimits);
     if (!value || !value->isDictionary())
         return false;
     attributes = value->dictionary();

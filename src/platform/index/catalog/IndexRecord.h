@@ -3,6 +3,7 @@
 #include "PropertyValue.h"
 #include "XPError.h"
 #include "XPFileInfo.h"
+#include "XPPropertyList.h"
 
 #include <QByteArray>
 #include <QMap>
@@ -34,6 +35,11 @@ struct IndexRecord
 
     bool operator==(const IndexRecord &) const = default;
 };
+
+// How the index keeps values: whatever could be read from a file, and one level more, as the
+// attributes of a file are kept as one dictionary.
+inline constexpr XPPropertyList::Limits indexValueLimits{
+    .depth = XPPropertyList::Limits().depth + 1, .portable = false};
 
 // One step of the index's history. A batch of them is applied whole: in the memory of the
 // process that keeps the index, in its journal on disk and, read from there, in every other

@@ -1,7 +1,5 @@
 #include "IndexValues.h"
 
-#include "XPPropertyList.h"
-
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -86,7 +84,7 @@ static void putBytes(QByteArray &out, Kind kind, const QByteArray &bytes)
 
 static void putPropertyList(QByteArray &out, const PropertyValue &value)
 {
-    if (const auto bytes = XPPropertyList::writeBinary(value))
+    if (const auto bytes = XPPropertyList::writeBinary(value, indexValueLimits))
         putBytes(out, List, *bytes);
     else
         out.append(Null);
@@ -274,7 +272,7 @@ static PropertyValue decodedValue(Bytes &in, const IndexTexts &texts)
     case Data:
         return in.take(in.number()).toByteArray();
     case List: {
-        const auto value = XPPropertyList::readBinary(in.take(in.number()));
+        const auto value = XPPropertyList::readBinary(in.take(in.number()), indexValueLimits);
         return value ? *value : PropertyValue();
     }
     case Array: {

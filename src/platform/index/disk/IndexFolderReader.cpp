@@ -18,6 +18,8 @@ static constexpr char prefix[] = "user.com.apple.metadata:";
 static constexpr size_t prefixLength = sizeof prefix - 1;
 static constexpr size_t bufferSize = 64 * 1024; // of names: a part of a listing
 static constexpr size_t largestValue = 64 * 1024;
+// More a value of that length only holds by sharing its parts: then it is kept as its bytes.
+static constexpr XPPropertyList::Limits valueLimits{.objects = largestValue};
 static constexpr size_t usualValue = 1024; // the kernel clears as much memory as it is offered
 
 IndexFolderReader::IndexFolderReader(std::shared_ptr<const IndexRules> rules, Options options)
@@ -179,7 +181,7 @@ void IndexFolderReader::readAttributes(const char *name, IndexRecord::Attributes
         if (length < 0)
             continue; // gone meanwhile
         const QByteArrayView bytes(m_value.data(), length);
-        const auto value = XPPropertyList::read(bytes);
+        const auto value = XPPropertyList::read(bytes, valueLimits);
         attributes.insert(XPPath::decode(QByteArrayView(at + prefixLength)),
                           value ? *value : PropertyValue(bytes.toByteArray()));
     }

@@ -73,6 +73,15 @@ void IndexTestTree::rate(const QByteArray &path)
         ::lremovexattr(path.constData(), name);
         return;
     }
+    if (m_random() % 8 == 0) {
+        // What no text holds: half a surrogate pair among tags, a name that is no UTF-8.
+        static constexpr const char *tags = "user.com.apple.metadata:kMDItemKXUserTags";
+        const auto odd = XPPropertyList::writeBinary(
+            PropertyValue(QStringList{QStringLiteral("odd"), QString(QChar(0xD800))}),
+            {.portable = false});
+        ::lsetxattr(path.constData(), tags, odd->constData(), static_cast<size_t>(odd->size()), 0);
+        ::lsetxattr(path.constData(), "user.com.apple.metadata:odd\xFF", "x", 1, 0);
+    }
     const auto bytes =
         XPPropertyList::writeBinary(PropertyValue::real(static_cast<double>(1 + m_random() % 5)));
     ::lsetxattr(path.constData(), name, bytes->constData(), static_cast<size_t>(bytes->size()), 0);
