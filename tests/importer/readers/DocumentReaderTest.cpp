@@ -1,4 +1,3 @@
-#include "PlainTextReader.h"
 #include "ReaderFile.h"
 
 #include <QIODevice>
@@ -55,38 +54,4 @@ TEST(DocumentSource, ReadsInsideTheFile)
     EXPECT_EQ(device->read(3), "456");
     EXPECT_EQ(device->readAll(), "789");
     EXPECT_TRUE(device->atEnd());
-}
-
-TEST(PlainTextReader, ReadsWhatIsText)
-{
-    const QByteArray utf16("\xFF\xFEh\0i\0 \0\xFC\0", 10);
-    const struct
-    {
-        const char *name;
-        QByteArray bytes;
-        bool cut;
-        QByteArray text;
-    } rows[] = {
-        {"utf8", "gr\xC3\xBC\xC3\x9F", false, "gr\xC3\xBC\xC3\x9F"},
-        {"latin1", "gr\xFC\xDF", false, "gr\xC3\xBC\xC3\x9F"},
-        {"utf16", utf16, false, "hi \xC3\xBC"},
-        {"cut in two bytes", "abc\xC3", true, "abc"},
-        {"cut in four bytes", "abc\xF0\x9F\x98", true, "abc"},
-        {"not cut", "abc\xC3", false, "abc\xC3\x83"},
-        {"whole at the cut", "ab\xC3\xBC", true, "ab\xC3\xBC"},
-        {"zero bytes", QByteArray("ab\0cd", 5), false, {}},
-        {"controls", QByteArray(40, '\x02') + QByteArray(40, 'a'), false, {}},
-        {"terminal colours", "\x1B[31mred\x1B[0m\r\n\ttab", false, "\x1B[31mred\x1B[0m\r\n\ttab"},
-        {"mark alone", "\xFF\xFE", false, {}},
-        {"empty", {}, false, {}},
-    };
-    for (const auto &row : rows)
-        EXPECT_EQ(PlainTextReader::decoded(row.bytes, row.cut), row.text) << row.name;
-
-    const ReaderFile large(QStringLiteral("public.c-source"), QByteArray(3 << 20, 'a'));
-    EXPECT_EQ(large.read().text.utf8().size(), DocumentText::maximumBytes);
-    const ReaderFile markdown(QStringLiteral("net.daringfireball.markdown"),
-                              "text\n# The title \n");
-    EXPECT_EQ(markdown.read().title, u"The title");
-    EXPECT_EQ(markdown.text(), u"text\n# The title \n");
 }

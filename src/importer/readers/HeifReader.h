@@ -1,0 +1,12 @@
+#pragma once
+
+#include "DocumentReader.h"
+
+// HEIF, HEIC and AVIF pictures: the size of the main picture, how many there are, and what stands
+// in their metadata.
+class HeifReader : public DocumentReader
+{
+public:
+    std::optional<DocumentFailure> read(const DocumentSource &source,
+                                        DocumentAnswer &answer) const override;
+};

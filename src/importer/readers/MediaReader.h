@@ -1,0 +1,11 @@
+#pragma once
+
+#include "DocumentReader.h"
+
+// Audio and video: title, artist, album, duration, and the size of the picture.
+class MediaReader : public DocumentReader
+{
+public:
+    std::optional<DocumentFailure> read(const DocumentSource &source,
+                                        DocumentAnswer &answer) const override;
+};
