@@ -46,9 +46,10 @@ function(murn_module)
     murn_pch(murn_${arg_NAME})
 endfunction()
 
-# A program: layer number and dependencies checked as for a module.
+# A program: layer number and dependencies checked as for a module. INTERNAL: one that only other
+# programs of ours start; it is installed where they look for it.
 function(murn_program)
-    cmake_parse_arguments(arg "" "NAME;LAYER" "DEPENDS;QT;LINK" ${ARGN})
+    cmake_parse_arguments(arg "INTERNAL" "NAME;LAYER" "DEPENDS;QT;LINK" ${ARGN})
     murn_check_layers(${arg_NAME} ${arg_LAYER} ${arg_DEPENDS})
     file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp"
         "${CMAKE_CURRENT_SOURCE_DIR}/*.h")
@@ -59,7 +60,11 @@ function(murn_program)
     list(TRANSFORM arg_QT PREPEND Qt6:: OUTPUT_VARIABLE qt)
     target_link_libraries(${arg_NAME} PRIVATE murn_compiler ${modules} ${qt} ${arg_LINK})
     murn_pch(${arg_NAME})
-    install(TARGETS ${arg_NAME} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+    set(folder "${CMAKE_INSTALL_BINDIR}")
+    if(arg_INTERNAL)
+        set(folder "${CMAKE_INSTALL_LIBEXECDIR}")
+    endif()
+    install(TARGETS ${arg_NAME} RUNTIME DESTINATION "${folder}")
 endfunction()
 
 # The test program of one module: every *Test.cpp of the calling folder, with the module linked

@@ -9,7 +9,7 @@
 struct DocumentReaderRow
 {
     QStringView type; // it and what conforms to it, unless a row stands nearer to that
-    const DocumentReader &(*reader)();
+    const DocumentReader &(*reader)() = nullptr;
 };
 
 std::span<const DocumentReaderRow> documentReaders();

@@ -3,11 +3,11 @@
 #include "XPExtendedAttributes.h"
 #include "XPLog.h"
 #include "XPPath.h"
+#include "XPPrograms.h"
 #include "writer/AttributeWriterProtocol.h"
 
 #include <cerrno>
 #include <csignal>
-#include <cstdlib>
 #include <cstring>
 #include <spawn.h>
 #include <sys/socket.h>
@@ -60,21 +60,9 @@ static XPError refused(const QString &path)
                          path);
 }
 
-static QByteArray canonical(const QByteArray &path)
-{
-    const std::unique_ptr<char, decltype(&std::free)> resolved(
-        ::realpath(path.constData(), nullptr), &std::free);
-    return resolved ? QByteArray(resolved.get()) : QByteArray();
-}
-
 XPAuthorisation::Programs XPAuthorisation::systemPrograms()
 {
-    const QByteArray program = canonical("/proc/self/exe");
-    const QByteArray folder = program.left(program.lastIndexOf('/') + 1);
-    QByteArray writer = canonical(folder + MURN_LIBEXEC_FROM_BIN "/murn-attribute-writer");
-    if (writer.isEmpty())
-        writer = canonical(folder + "murn-attribute-writer");
-    return {"/usr/bin/pkexec", writer};
+    return {"/usr/bin/pkexec", XPPrograms::helper("murn-attribute-writer")};
 }
 
 XPAuthorisation::XPAuthorisation(Programs programs, Clock clock)

@@ -29,7 +29,8 @@ class DocumentText
 public:
     static constexpr qsizetype maximumBytes = 1 << 20;
 
-    explicit DocumentText(qsizetype limit = maximumBytes) : m_limit(limit) {}
+    DocumentText() = default;
+    explicit DocumentText(qsizetype limit) : m_limit(limit) {}
 
     // False when not all of it fitted: the reader may stop. Bytes that are no UTF-8 become
     // U+FFFD, zero bytes spaces.
@@ -45,7 +46,7 @@ public:
     bool operator==(const DocumentText &) const = default;
 
 private:
-    qsizetype m_limit;
+    qsizetype m_limit = maximumBytes;
     QByteArray m_bytes;
     bool m_isFull = false;
 };

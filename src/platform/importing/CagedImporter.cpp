@@ -1,0 +1,87 @@
+#include "CagedImporter.h"
+
+#include "KPContentTypes.h"
+#include "XPPath.h"
+
+#include <algorithm>
+
+CagedImporter::CagedImporter(const ImportWorker::Setup &setup, const QString &attempts)
+    : m_worker(setup), m_attempts(attempts)
+{
+}
+
+XPResult<ImportHello> CagedImporter::hello() const
+{
+    const XPLocker lock(m_mutex);
+    if (!m_hello)
+        m_hello = m_worker.hello();
+    return *m_hello;
+}
+
+bool CagedImporter::accepts(const QString &type) const
+{
+    const auto known = hello();
+    if (!known)
+        return true;
+    const QStringList tree = KPContentTypes::typeTree(type);
+    return std::any_of(tree.begin(), tree.end(),
+                       [&](const QString &each) { return known->types.contains(each); });
+}
+
+QStringList CagedImporter::problems() const
+{
+    const auto known = hello();
+    if (!known)
+        return {QStringLiteral("contents cannot be read: ") + known.error().message};
+    QStringList problems;
+    if (known->landlock == 0)
+        problems << QStringLiteral("the kernel has no Landlock: documents are read with less "
+                                   "protection, some of them without their fonts");
+    if (!known->seccomp)
+        problems << QStringLiteral("the kernel filters no system calls: documents are read with "
+                                   "less protection");
+    return problems;
+}
+
+XPResult<IndexImporter::Content> CagedImporter::contentOf(const ImportDocument &document,
+                                                          const ImportFrame &frame)
+{
+    const auto answer = documentAnswerFrom(frame);
+    if (!answer) {
+        m_attempts.broke(document, {DocumentFailure::Crashed, answer.error().message});
+        return answer.error();
+    }
+    m_attempts.succeeded(document);
+    if (answer->failure == DocumentFailure::Unreadable)
+        return XPError::make(XPError::Kind::Io, QStringLiteral("cannot be read"),
+                             XPPath::decode(document.path));
+    return Content{answer->text.utf8(), answer->allAttributes(), document.modified, document.size};
+}
+
+XPResult<IndexImporter::Content> CagedImporter::import(const QByteArray &path, const QString &type,
+                                                       const std::stop_token &stop)
+{
+    if (const auto known = hello(); !known)
+        return known.error();
+    const auto document = ImportDocument::open(path, type);
+    if (!document)
+        return document.error();
+    for (;;) {
+        const ImportAttempts::Case *held = m_attempts.caseOf(*document);
+        if (held && held->isLeftAlone())
+            return Content{{}, {}, document->modified, document->size};
+        m_attempts.begin(*document);
+        const auto outcome = m_worker.run(document->job(), document->descriptor.get(), stop);
+        if (const auto *frame = std::get_if<ImportFrame>(&outcome))
+            return contentOf(*document, *frame);
+        if (const auto *error = std::get_if<XPError>(&outcome)) {
+            m_attempts.gaveUp();
+            return *error;
+        }
+        const auto &how = std::get<ImportWorker::Break>(outcome);
+        m_attempts.broke(*document, how);
+        const auto *now = m_attempts.caseOf(*document);
+        if (how.failure == DocumentFailure::TimedOut && now && !now->isLeftAlone())
+            return XPError::make(XPError::Kind::Io, how.reason, XPPath::decode(path));
+    }
+}

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "ImportAttempts.h"
+#include "IndexImporter.h"
+
+#include <QStringList>
+
+// The index's importer: has the caged program read what it can read.
+//
+// Types are asked of the program itself, which is started for it. While it cannot be started every
+// type is accepted and no file can be read: so nothing that was imported before is forgotten. A
+// document that breaks it is
+// tried once more at once when it crashed, at the next start when it took too long; see
+// ImportAttempts. One that is left alone counts as imported, with nothing in it.
+// Threads: as IndexImporter; accepts() from any.
+class CagedImporter : public IndexImporter
+{
+public:
+    // `attempts`: the file of ImportAttempts.
+    CagedImporter(const ImportWorker::Setup &setup, const QString &attempts);
+
+    bool accepts(const QString &type) const override;
+    XPResult<Content> import(const QByteArray &path, const QString &type,
+                             const std::stop_token &stop) override;
+    // What is degraded, in words: no importer, no Landlock, no seccomp. Starts the importer.
+    QStringList problems() const;
+
+private:
+    XPResult<ImportHello> hello() const;
+    XPResult<Content> contentOf(const ImportDocument &document, const ImportFrame &frame);
+
+    mutable XPMutex m_mutex; // held while the program starts
+    mutable std::optional<XPResult<ImportHello>> m_hello XP_GUARDED_BY(m_mutex);
+    mutable ImportWorker m_worker; // under the lock until m_hello is there, then import()'s
+    ImportAttempts m_attempts;
+};
