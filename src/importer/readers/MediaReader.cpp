@@ -4,7 +4,6 @@
 #include "MediaDocument.h"
 #include "MovieHeader.h"
 
-#include <tag.h>
 #include <tpropertymap.h>
 
 static QString textOf(const TagLib::String &text)
@@ -12,20 +11,27 @@ static QString textOf(const TagLib::String &text)
     return QString::fromStdString(text.to8Bit(true));
 }
 
-static void takeTag(const TagLib::Tag &tag, DocumentFacts &facts)
+// By the library's names for what every kind of tag has.
+static void takeTags(const TagLib::PropertyMap &tags, DocumentFacts &facts)
 {
-    facts.setTitle(textOf(tag.title()));
-    facts.addText(DocumentFacts::authors, textOf(tag.artist()));
-    facts.setText(QStringLiteral("kMDItemAlbum"), textOf(tag.album()));
-    facts.setText(QStringLiteral("kMDItemMusicalGenre"), textOf(tag.genre()));
-    facts.setText(QStringLiteral("kMDItemComment"), textOf(tag.comment()));
-    if (tag.year() > 0)
-        facts.setInteger(QStringLiteral("kMDItemRecordingYear"), tag.year());
-    if (tag.track() > 0)
-        facts.setInteger(QStringLiteral("kMDItemAudioTrackNumber"), tag.track());
-    const TagLib::PropertyMap properties = tag.properties();
-    if (const auto found = properties.find("COMPOSER"); found != properties.end())
-        facts.setText(QStringLiteral("kMDItemComposer"), textOf(found->second.toString(", ")));
+    const auto values = [&tags](const char *name) {
+        const auto found = tags.find(name);
+        return found == tags.end() ? TagLib::StringList() : found->second;
+    };
+    const auto text = [&values](const char *name) { return textOf(values(name).toString(", ")); };
+    facts.setTitle(text("TITLE"));
+    for (const TagLib::String &artist : values("ARTIST"))
+        facts.addText(DocumentFacts::authors, textOf(artist));
+    facts.setText(QStringLiteral("kMDItemAlbum"), text("ALBUM"));
+    facts.setText(QStringLiteral("kMDItemMusicalGenre"), text("GENRE"));
+    facts.setText(QStringLiteral("kMDItemComposer"), text("COMPOSER"));
+    facts.setText(QStringLiteral("kMDItemComment"), text("COMMENT"));
+    facts.setText(DocumentFacts::copyright, text("COPYRIGHT"));
+    if (const int year = text("DATE").left(4).toInt(); year > 0)
+        facts.setInteger(QStringLiteral("kMDItemRecordingYear"), year);
+    // "3/12": the third of twelve.
+    if (const int track = text("TRACKNUMBER").section(u'/', 0, 0).toInt(); track > 0)
+        facts.setInteger(QStringLiteral("kMDItemAudioTrackNumber"), track);
 }
 
 static void takeSound(const TagLib::AudioProperties &sound, DocumentFacts &facts)
@@ -49,8 +55,7 @@ std::optional<DocumentFailure> MediaReader::read(const DocumentSource &source,
     const MediaDocument document(source);
     if (document.file().isNull())
         return isMovie ? std::nullopt : std::optional(DocumentFailure::Unsupported);
-    if (const TagLib::Tag *tag = document.file().tag())
-        takeTag(*tag, facts);
+    takeTags(document.file().file()->properties(), facts);
     if (const TagLib::AudioProperties *sound = document.file().audioProperties())
         takeSound(*sound, facts);
     return {};

@@ -187,7 +187,7 @@ std::optional<DocumentFailure> OdfReader::read(const DocumentSource &source,
     flow.endParagraph();
     OdfText styles(flow); // headers and footers
     std::ignore = styles.read(package->part("styles.xml"));
-    if (!error)
+    if (package->ending()) // a part that was cut is broken too
         error = package->ending();
     return error ? std::optional(documentFailureOf(*error)) : std::nullopt;
 }

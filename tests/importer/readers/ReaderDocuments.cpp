@@ -64,7 +64,7 @@ QByteArray zipOf(const QList<std::pair<QByteArray, QByteArray>> &files)
 
 QByteArray little16(quint16 value)
 {
-    return QByteArray::fromRawData(reinterpret_cast<const char *>(&value), 2) + QByteArray();
+    return QByteArray(reinterpret_cast<const char *>(&value), 2);
 }
 
 QByteArray little32(quint32 value)
