@@ -50,8 +50,9 @@ QByteArray CompoundFile::smallChain(quint32 start, qint64 limit) const
 static std::vector<quint32> numbersIn(QByteArrayView bytes)
 {
     std::vector<quint32> numbers(static_cast<size_t>(bytes.size() / 4));
-    for (size_t i = 0; i < numbers.size(); ++i)
-        numbers[i] = little<quint32>(bytes, static_cast<qint64>(4 * i));
+    qint64 at = 0;
+    for (quint32 &number : numbers)
+        number = little<quint32>(bytes, std::exchange(at, at + 4));
     return numbers;
 }
 

@@ -19,7 +19,7 @@ static QByteArray packageName(const ZipPackage &package)
     XmlLeaves container;
     std::ignore = container.read(package.part("META-INF/container.xml"));
     for (const XmlLeaves::Element &element : container.elements()) {
-        const QByteArray name = element.value("full-path");
+        QByteArray name = element.value("full-path");
         if (element.name == "rootfile" && package.hasPart(name))
             return name;
     }

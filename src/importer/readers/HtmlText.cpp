@@ -67,7 +67,7 @@ qsizetype parsableBytes(QByteArrayView page)
         qsizetype end = at + 1 + isEnd;
         QByteArray name;
         for (; end < page.size() && end - at < 40; ++end) {
-            const char c = page[end] | 0x20;
+            const char c = static_cast<char>(page[end] | 0x20);
             if (!(c >= 'a' && c <= 'z') && !(page[end] >= '0' && page[end] <= '9'))
                 break;
             name.append(page[end] >= '0' && page[end] <= '9' ? page[end] : c);

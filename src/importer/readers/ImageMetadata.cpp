@@ -74,7 +74,7 @@ public:
 private:
     QByteArray take(long count)
     {
-        const QByteArray bytes = m_source.read(m_at, count).valueOr({});
+        QByteArray bytes = m_source.read(m_at, count).valueOr({});
         m_at += bytes.size();
         m_isAtEnd = bytes.size() < count;
         return bytes;
@@ -162,7 +162,7 @@ static QDateTime dateOf(const Exiv2::ExifData &exif, const char *key, const char
 {
     const QString date = textOf(exif, key).trimmed();
     const QString zone = zoneKey ? textOf(exif, zoneKey).trimmed() : QString();
-    const QDateTime local = QDateTime::fromString(date, QStringLiteral("yyyy:MM:dd HH:mm:ss"));
+    QDateTime local = QDateTime::fromString(date, QStringLiteral("yyyy:MM:dd HH:mm:ss"));
     if (zone.isEmpty() || !local.isValid())
         return local;
     const QDateTime zoned = QDateTime::fromString(local.toString(Qt::ISODate) + zone, Qt::ISODate);

@@ -130,7 +130,7 @@ std::optional<XPError> readBody(QByteArrayView xml, FlowText &flow, DocumentAnsw
                                 bool isSheet)
 {
     OdfText text(flow);
-    const auto error = text.read(xml);
+    auto error = text.read(xml);
     if (isSheet && text.tables() > 0)
         answer.pages = text.tables();
     else if (text.slides() > 0)

@@ -10,7 +10,7 @@ static QString typeByContent(QByteArrayView start)
     struct Row
     {
         QByteArrayView mark;
-        const char16_t *type;
+        const char16_t *type = nullptr;
     };
     static const Row rows[] = {
         {"{\\rtf", u"public.rtf"},

@@ -96,7 +96,7 @@ XPResult<ZipPackage> ZipPackage::read(const DocumentSource &source, const Wanted
         package.m_ending = readPart(open.get(), std::min({limits.partBytes, left, byRatio}), bytes);
         left -= bytes.size();
         package.m_names.append(name);
-        package.m_parts.insert(name, std::move(bytes));
+        package.m_parts.insert(name, bytes);
     }
     if (status < ARCHIVE_WARN && entries == 0)
         return XPError::malformed(QStringLiteral("no ZIP archive"));
