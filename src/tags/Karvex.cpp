@@ -1,8 +1,8 @@
 #include "Karvex.h"
 
 #include "KarvexAuthenticated.h"
+#include "KarvexChange.h"
 #include "KarvexErrors.h"
-#include "KarvexFileLock.h"
 #include "KarvexTimeStamp.h"
 #include "XPExtendedAttributes.h"
 #include "XPPropertyList.h"
@@ -64,10 +64,13 @@ std::optional<XPError> Karvex::setXAttr(const PropertyValue &value, const QStrin
     auto error = writeAttribute(value, key, path);
     if (!error || error->domain == XPError::karvexDomain)
         return error;
-    if (KarvexAuthenticated::mayRetry(*error) &&
-        !KarvexAuthenticated::authenticatedSetXAttr(value, key, path))
-        return {};
-    return attributeError(*error, path);
+    if (!KarvexAuthenticated::mayRetry(*error))
+        return attributeError(*error, path);
+    auto refusal = KarvexAuthenticated::authenticatedSetXAttr(value, key, path);
+    // What no rights would help with says so; all else is what the system said first.
+    return refusal && refusal->code == KarvexErrors::permissions(path).code
+               ? attributeError(*error, path)
+               : refusal;
 }
 
 XPResult<PropertyValue> Karvex::getXAttr(const QString &key, const QString &path)
@@ -83,6 +86,11 @@ XPResult<PropertyValue> Karvex::getXAttr(const QString &key, const QString &path
     if (!value)
         return KarvexErrors::propertyList(value.error(), path);
     return value;
+}
+
+XPResult<std::optional<QByteArray>> Karvex::getBytes(const QString &key, const QString &path)
+{
+    return XPExtendedAttributes::read(path, key);
 }
 
 std::optional<XPError> Karvex::setXAttrMetaData(const PropertyValue &value, const QString &key,
@@ -117,20 +125,21 @@ std::optional<XPError> Karvex::addToNSArrayMetaData(const PropertyValue &values,
 {
     if (!values.isArrayOfStrings())
         return KarvexErrors::parameter(path);
-    const KarvexFileLock lock(path);
-    const auto stored = getXAttrMetaData(key, path);
-    if (!stored)
-        return stored.error();
-    if (!stored->isNull() && !stored->isArray())
-        return KarvexErrors::wrongKind(path);
-    PropertyValue::Array array = stored->array();
-    for (const PropertyValue &value : values.array()) {
-        if (!array.contains(value))
-            array.append(value);
-    }
-    if (array.size() == stored->array().size())
-        return {};
-    return setXAttrMetaData(array, key, path);
+    return karvexUnderLock(path, [&]() -> std::optional<XPError> {
+        const auto stored = getXAttrMetaData(key, path);
+        if (!stored)
+            return stored.error();
+        if (!stored->isNull() && !stored->isArray())
+            return KarvexErrors::wrongKind(path);
+        PropertyValue::Array array = stored->array();
+        for (const PropertyValue &value : values.array()) {
+            if (!array.contains(value))
+                array.append(value);
+        }
+        if (array.size() == stored->array().size())
+            return {};
+        return setXAttrMetaData(array, key, path);
+    });
 }
 
 std::optional<XPError> Karvex::setString(const PropertyValue &value, const QString &keyName,
@@ -148,11 +157,13 @@ std::optional<XPError> Karvex::setRating(double rating, const QString &path)
 {
     if (std::isnan(rating))
         return KarvexErrors::parameter(path);
-    const KarvexFileLock lock(path);
-    if (rating <= 0)
-        return setXAttrMetaData({}, starRatingKey, path);
-    return KarvexTimeStamp::writeWith(ratingTimeKey, PropertyValue::Date::now(), path, [&] {
-        return setXAttrMetaData(PropertyValue::real(std::min(rating, 5.0)), starRatingKey, path);
+    return karvexUnderLock(path, [&] {
+        if (rating <= 0)
+            return setXAttrMetaData({}, starRatingKey, path);
+        return KarvexTimeStamp::writeWith(ratingTimeKey, PropertyValue::Date::now(), path, [&] {
+            return setXAttrMetaData(PropertyValue::real(std::min(rating, 5.0)), starRatingKey,
+                                    path);
+        });
     });
 }
 

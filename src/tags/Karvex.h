@@ -16,6 +16,8 @@ extern std::atomic<bool> gAllowKarvexAuthenticationDialogs;
 // ("com.apple.metadata:" + key), binary, at most 4096 bytes. Readers accept binary and XML, from
 // any writer. Links are never followed. Nothing above this class touches attributes.
 //
+// No lock is held while the user is asked for administrator's rights (KarvexChange.h).
+//
 // Errors: domain "karvex", code -1 (parameter), -2 (cannot be serialised or parsed, or parsed to
 // another kind than the key holds), -5 (too big); else the POSIX error, EACCES too when asking for
 // administrator's rights did not help (KarvexAuthenticated). A missing attribute and one of no
@@ -46,6 +48,9 @@ public:
     static std::optional<XPError> setXAttr(const PropertyValue &value, const QString &key,
                                            const QString &path);
     static XPResult<PropertyValue> getXAttr(const QString &key, const QString &path);
+
+    // What stands there, whether it can be understood or not; nothing: no such attribute.
+    static XPResult<std::optional<QByteArray>> getBytes(const QString &key, const QString &path);
 
     // The same with a bare key.
     static std::optional<XPError> setXAttrMetaData(const PropertyValue &value, const QString &key,

@@ -2,6 +2,7 @@
 
 #include "Karvex.h"
 #include "KarvexErrors.h"
+#include "KarvexFileLock.h"
 #include "XPAuthorisation.h"
 #include "XPExtendedAttributes.h"
 #include "XPPropertyList.h"
@@ -50,11 +51,19 @@ static bool isStored(const std::optional<QByteArray> &bytes, const QString &key,
 std::optional<XPError> KarvexAuthenticated::writeBytes(const std::optional<QByteArray> &bytes,
                                                        const QString &key, const QString &path)
 {
-    XPAuthorisation *authorisation = getAuthenticationPossiblyUsingUI(prompt());
-    if (!authorisation || authorisation->writeAttribute(path, key, bytes, prompt()) ||
-        !isStored(bytes, key, path))
+    XPAuthorisation &authorisation = XPAuthorisation::shared();
+    const auto error = KarvexFileLock::isHeldByThisThread()
+                           ? authorisation.writeAttributeWithoutAsking(path, key, bytes)
+                           : authorisation.writeAttribute(path, key, bytes, prompt());
+    if (error || !isStored(bytes, key, path))
         return KarvexErrors::permissions(path);
     return {};
+}
+
+bool KarvexAuthenticated::obtainFor(const XPError &error)
+{
+    return mayRetry(error) && !KarvexFileLock::isHeldByThisThread() &&
+           getAuthenticationPossiblyUsingUI(prompt());
 }
 
 bool KarvexAuthenticated::mayRetry(const XPError &error)

@@ -1,7 +1,7 @@
 #include "KarvexFileLock.h"
 
+#include "XPError.h"
 #include "XPFileInfo.h"
-#include "XPFolders.h"
 #include "XPLog.h"
 #include "XPPath.h"
 
@@ -10,56 +10,119 @@
 #include <fcntl.h>
 #include <limits>
 #include <sys/mman.h>
+#include <sys/stat.h>
 #include <unistd.h>
+
+// Not $TMPDIR, nor a folder of the session or the home: they differ with the environment, and the
+// runtime folder goes when the user logs out while a job of cron still runs.
+static QByteArray lockPath()
+{
+    return "/tmp/com.brindle.murn-" + QByteArray::number(::geteuid()) + ".attribute-locks";
+}
+
+QString KarvexFileLock::path()
+{
+    return XPPath::decode(lockPath());
+}
 
 // A file in memory of this process: each opening of it through /proc is a lock owner of its own,
 // as one of a real lock file is.
 static int openPrivateFile()
 {
-    static const int memory = ::memfd_create("attribute-locks", MFD_CLOEXEC);
+    static const int memory = [] {
+        qCWarning(xpLog) << "no lock file can be had: other processes are not kept out";
+        return ::memfd_create("attribute-locks", MFD_CLOEXEC);
+    }();
     const QByteArray path = "/proc/self/fd/" + QByteArray::number(memory);
-    qCWarning(xpLog) << "no lock file in the runtime folder: other processes are not kept out";
     return ::open(path.constData(), O_RDWR | O_CLOEXEC);
 }
 
-static int openLockFile()
+// One that another user put there is no use: he could keep us waiting.
+static bool isOurs(int file)
 {
-    const QString folder = XPFolders::runtime();
-    if (XPFolders::create(folder))
-        return openPrivateFile();
-    const QByteArray path = XPPath::encode(folder) + "/com.brindle.murn.attribute-locks";
-    const int file =
-        ::open(path.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR);
-    return file >= 0 ? file : openPrivateFile();
+    struct stat info = {};
+    return ::fstat(file, &info) == 0 && S_ISREG(info.st_mode) && info.st_uid == ::geteuid();
 }
 
 namespace {
 
 // The lock belongs to the open file description, so that each thread needs one of its own.
-struct LockFile
+class LockFile
 {
-    const int descriptor = openLockFile();
+public:
     LockFile() = default;
     LockFile(const LockFile &) = delete;
     LockFile &operator=(const LockFile &) = delete;
-    ~LockFile() { ::close(descriptor); }
+    ~LockFile() { close(); }
+
+    bool lock(qint64 offset)
+    {
+        do {
+            if (m_held == 0 && isDeleted())
+                close();
+            if (m_file < 0)
+                open();
+            if (!set(F_WRLCK, offset))
+                return false;
+        } while (m_held == 0 && isDeleted());
+        ++m_held;
+        return true;
+    }
+    void unlock(qint64 offset)
+    {
+        set(F_UNLCK, offset);
+        --m_held;
+    }
+    bool isHeld() const { return m_held > 0; }
+
+private:
+    void open()
+    {
+        m_file = ::open(lockPath().constData(),
+                        O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, S_IRUSR | S_IWUSR);
+        m_isPrivate = m_file < 0 || !isOurs(m_file);
+        if (!m_isPrivate)
+            return;
+        close();
+        m_file = openPrivateFile();
+    }
+    // By whoever tidies up in temporary folders: others would lock another file then.
+    bool isDeleted() const
+    {
+        struct stat info = {};
+        return m_file >= 0 && !m_isPrivate && ::fstat(m_file, &info) == 0 && info.st_nlink == 0;
+    }
+    bool set(short type, qint64 offset) const
+    {
+        struct flock range = {};
+        range.l_type = type;
+        range.l_whence = SEEK_SET;
+        range.l_start = offset;
+        range.l_len = 1;
+        int result = 0;
+        do
+            result = ::fcntl(m_file, F_OFD_SETLKW, &range);
+        while (result != 0 && errno == EINTR);
+        return result == 0;
+    }
+    void close()
+    {
+        if (m_file >= 0)
+            ::close(m_file);
+        m_file = -1;
+    }
+
+    int m_file = -1;
+    bool m_isPrivate = false;
+    int m_held = 0; // they would all go with the descriptor
 };
 
 } // namespace
 
-static bool setLock(short type, qint64 offset)
+static LockFile &lockFile()
 {
-    static thread_local const LockFile file;
-    struct flock range = {};
-    range.l_type = type;
-    range.l_whence = SEEK_SET;
-    range.l_start = offset;
-    range.l_len = 1;
-    int result = 0;
-    do
-        result = ::fcntl(file.descriptor, F_OFD_SETLKW, &range);
-    while (result != 0 && errno == EINTR);
-    return result == 0;
+    static thread_local LockFile file;
+    return file;
 }
 
 // The bits of a number spread over all of it (the finaliser of SplitMix64), as inodes of one
@@ -91,7 +154,7 @@ KarvexFileLock KarvexFileLock::named(const QString &name)
 void KarvexFileLock::lock(quint64 hash)
 {
     const auto offset = static_cast<qint64>(hash & quint64{std::numeric_limits<qint64>::max() - 1});
-    if (setLock(F_WRLCK, offset))
+    if (lockFile().lock(offset))
         m_offset = offset;
     else
         qCWarning(xpLog) << "an attribute lock failed:" << xpErrnoString(errno);
@@ -100,5 +163,10 @@ void KarvexFileLock::lock(quint64 hash)
 KarvexFileLock::~KarvexFileLock()
 {
     if (m_offset >= 0)
-        setLock(F_UNLCK, m_offset);
+        lockFile().unlock(m_offset);
+}
+
+bool KarvexFileLock::isHeldByThisThread()
+{
+    return lockFile().isHeld();
 }

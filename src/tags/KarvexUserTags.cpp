@@ -1,7 +1,7 @@
 // Karvex: the user's tags of a file, and what several files share.
 #include "Karvex.h"
+#include "KarvexChange.h"
 #include "KarvexErrors.h"
-#include "KarvexFileLock.h"
 #include "KarvexTagKey.h"
 #include "KarvexTagStore.h"
 #include "KarvexTimeStamp.h"
@@ -54,22 +54,22 @@ std::optional<XPError> Karvex::setUserTags(const PropertyValue &tags, const QStr
 {
     if (!validateAsArrayOfStrings(tags))
         return KarvexErrors::syncParameter(path);
-    const KarvexFileLock lock(path);
-    return writeTags(tags, path, date);
+    return karvexUnderLock(path, [&] { return writeTags(tags, path, date); });
 }
 
 // Replaces the tags of a file by what `change` makes of them, unless that answers nothing.
 template <typename Change>
 static std::optional<XPError> changeTags(const QString &path, Change change)
 {
-    const KarvexFileLock lock(path);
-    const auto tags = Karvex::getUserTags(path);
-    if (!tags)
-        return tags.error();
-    const std::optional<QStringList> changed = change(*tags);
-    if (!changed)
-        return {};
-    return writeTags(*changed, path, PropertyValue::Date::now());
+    return karvexUnderLock(path, [&]() -> std::optional<XPError> {
+        const auto tags = Karvex::getUserTags(path);
+        if (!tags)
+            return tags.error();
+        const std::optional<QStringList> changed = change(*tags);
+        if (!changed)
+            return {};
+        return writeTags(*changed, path, PropertyValue::Date::now());
+    });
 }
 
 std::optional<XPError> Karvex::addUserTags(const QStringList &tags, const QString &path)

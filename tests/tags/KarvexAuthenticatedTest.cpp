@@ -1,5 +1,6 @@
 #include "KarvexAuthenticated.h"
 
+#include "KarvexFileLock.h"
 #include "KarvexTestFiles.h"
 #include "TestChild.h"
 #include "XPAuthorisation.h"
@@ -7,7 +8,9 @@
 
 #include <QFile>
 #include <cerrno>
+#include <semaphore>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
 
 using Kind = XPError::Kind;
@@ -26,7 +29,7 @@ protected:
     {
         if (::geteuid() != 0)
             GTEST_SKIP() << "needs root, to have files that another user may not write";
-        ASSERT_EQ(::chmod(XPPath::encode(m_folder.path()).constData(), 0755), 0);
+        ASSERT_EQ(::chmod(XPPath::encode(m_folder.path()).constData(), 01777), 0);
         file = m_folder.file(QStringLiteral("of root"));
         ASSERT_EQ(::chmod(XPPath::encode(file).constData(), 0644), 0);
         ASSERT_EQ(Karvex::setUserTags(oldTags, file, {1}), std::nullopt);
@@ -54,6 +57,9 @@ protected:
         EXPECT_EQ(status, 0);
     }
 
+    // Where a plain user may make files too.
+    QString path(const QString &name) const { return m_folder.path(name); }
+
     QString file;
     QString launcher;
 
@@ -62,6 +68,15 @@ private:
 };
 
 } // namespace
+
+// A list that fits into an attribute, but not as XML.
+static QStringList tooManyForXml()
+{
+    QStringList many;
+    for (int i = 0; i < 300; ++i)
+        many.append(QString::number(i));
+    return many;
+}
 
 TEST_F(KarvexAuthenticatedTest, ARefusedWriteIsRepeatedWithRightsAndStoresXml)
 {
@@ -74,10 +89,7 @@ TEST_F(KarvexAuthenticatedTest, ARefusedWriteIsRepeatedWithRightsAndStoresXml)
         EXPECT_EQ(Karvex::setRating(0, file), std::nullopt);
         EXPECT_EQ(storedBytes(file, Karvex::starRatingKey), std::nullopt);
 
-        // As XML too long to be read back.
-        QStringList many;
-        for (int i = 0; i < 300; ++i)
-            many.append(QString::number(i));
+        const QStringList many = tooManyForXml();
         const QString key = Karvex::spotlightKey(Karvex::userTagsKey);
         expectError(KarvexAuthenticated::authenticatedSetXAttr(many, key, file), Kind::TooLarge,
                     XPError::karvexDomain, -5, file);
@@ -109,5 +121,64 @@ TEST_F(KarvexAuthenticatedTest, WithoutRightsNothingChanges)
     asNobody(launcher, [&] {
         gAllowKarvexAuthenticationDialogs = false;
         isUnchanged();
+    });
+}
+
+static void makeProgram(const QString &path, const QByteArray &script)
+{
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("#!/bin/sh\n" + script + '\n');
+    file.close();
+    ASSERT_EQ(::chmod(XPPath::encode(path).constData(), 0755), 0);
+}
+
+TEST_F(KarvexAuthenticatedTest, AsksNobodyForWhatCannotBeStoredAnyway)
+{
+    const QString asked = path(QStringLiteral("asked"));
+    const QString asking = path(QStringLiteral("asking"));
+    makeProgram(asking, "touch '" + XPPath::encode(asked) + "'; exit 126");
+    const QStringList many = tooManyForXml();
+    asNobody(asking, [&] {
+        expectError(Karvex::setUserTags(many, file), Kind::TooLarge, XPError::karvexDomain, -5,
+                    file);
+        EXPECT_EQ(tagsOf(file), oldTags);
+        EXPECT_FALSE(QFile::exists(asked));
+        expectError(Karvex::setUserTags(newTags, file), Kind::NotPermitted, XPError::posixDomain,
+                    EACCES, file);
+        EXPECT_TRUE(QFile::exists(asked)) << "the launcher says when it is asked";
+    });
+}
+
+// The question may stand for hours: whoever may write the file meanwhile does.
+TEST_F(KarvexAuthenticatedTest, HoldsNoLockWhileTheUserIsAsked)
+{
+    const QString asking = path(QStringLiteral("asking"));
+    const QByteArray asked = XPPath::encode(path(QStringLiteral("asked")));
+    const QByteArray answer = XPPath::encode(path(QStringLiteral("answer")));
+    ASSERT_EQ(::mkfifo(asked.constData(), 0666) + ::mkfifo(answer.constData(), 0666), 0);
+    ASSERT_EQ(::chmod(asked.constData(), 0666) + ::chmod(answer.constData(), 0666), 0);
+    makeProgram(asking, "echo >'" + asked + "'; read line <'" + answer + "'; exec '" +
+                            XPPath::encode(launcher) + "' \"$@\"");
+    asNobody(asking, [&] {
+        std::optional<XPError> error;
+        std::thread writer([&] { error = Karvex::addUserTags(newTags, file); });
+        QFile question(XPPath::decode(asked));
+        EXPECT_TRUE(question.open(QIODevice::ReadOnly));
+        EXPECT_EQ(question.readLine(), "\n");
+        std::binary_semaphore taken{0};
+        std::thread other([&] {
+            const KarvexFileLock lock(file);
+            taken.release();
+        });
+        EXPECT_TRUE(taken.try_acquire_for(std::chrono::seconds(10)));
+        QFile reply(XPPath::decode(answer));
+        EXPECT_TRUE(reply.open(QIODevice::WriteOnly));
+        reply.write("yes\n");
+        reply.close();
+        writer.join();
+        other.join();
+        EXPECT_EQ(error, std::nullopt);
+        EXPECT_EQ(tagsOf(file), oldTags + newTags);
     });
 }

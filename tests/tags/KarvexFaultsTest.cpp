@@ -1,4 +1,5 @@
 // Karvex against file systems that refuse, processes that compete and processes that die.
+#include "KarvexFileLock.h"
 #include "KarvexTestFiles.h"
 #include "TestChild.h"
 #include "TestSystem.h"
@@ -116,6 +117,44 @@ TEST(KarvexFaults, NoAdditionOfAnyProcessOrThreadIsLost)
     tags.sort();
     EXPECT_EQ(tags, QStringList(
                         {QStringLiteral("a999"), QStringLiteral("b999"), QStringLiteral("c999")}));
+}
+
+// As a session, cron and su start programs: with a runtime folder, without one, with another home.
+TEST(KarvexFaults, NoAdditionIsLostWhateverTheEnvironment)
+{
+    const TestFolder folder;
+    const QString file = folder.file(QStringLiteral("a"));
+    const auto start = [&](QChar letter, const QByteArray &runtime, const QByteArray &home) {
+        return startChild([&file, letter, runtime, home] {
+            for (const char *name : {"XDG_CACHE_HOME", "XDG_DATA_HOME", "XDG_RUNTIME_DIR"})
+                qunsetenv(name);
+            qputenv("HOME", home);
+            if (!runtime.isEmpty())
+                qputenv("XDG_RUNTIME_DIR", runtime);
+            addAndClear(file, letter, 500);
+        });
+    };
+    const QByteArray one = XPPath::encode(folder.path(QStringLiteral("one")));
+    const QByteArray two = XPPath::encode(folder.path(QStringLiteral("two")));
+    const pid_t children[] = {start(u'a', one, one), start(u'b', {}, one), start(u'c', {}, two)};
+    for (const pid_t child : children)
+        EXPECT_EQ(waitForChild(child), 0);
+    EXPECT_EQ(tagsOf(file).size(), 3);
+}
+
+// Somebody cleans up in the folder of the lock file while it is in use.
+TEST(KarvexFaults, NoAdditionIsLostWhenTheLockFileIsDeleted)
+{
+    const TestFolder folder;
+    const QString file = folder.file(QStringLiteral("a"));
+    const pid_t first = startChild([&] { addAndClear(file, u'a', 300); });
+    EXPECT_EQ(waitForChild(first), 0);
+    ASSERT_EQ(Karvex::addUserTags({QStringLiteral("mine")}, file), std::nullopt);
+    ASSERT_EQ(::unlink(XPPath::encode(KarvexFileLock::path()).constData()), 0);
+    const pid_t second = startChild([&] { addAndClear(file, u'b', 300); });
+    addAndClear(file, u'c', 300);
+    EXPECT_EQ(waitForChild(second), 0);
+    EXPECT_EQ(tagsOf(file).size(), 4);
 }
 
 TEST(KarvexFaults, AKilledWriterLeavesOldOrNewAndNoLock)

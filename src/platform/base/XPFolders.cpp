@@ -133,12 +133,6 @@ QString XPFolders::ourCaches()
     return below(caches(), QStringLiteral("Zel"));
 }
 
-QString XPFolders::runtime()
-{
-    const QString folder = fromEnvironment("XDG_RUNTIME_DIR");
-    return folder.isEmpty() ? below(caches(), QStringLiteral("com.brindle.murn/run")) : folder;
-}
-
 QString XPFolders::trash()
 {
     return below(applicationSupport(), QStringLiteral("Trash"));

@@ -23,8 +23,7 @@ QString caches();             // $XDG_CACHE_HOME
 // The program's own folders in these two.
 QString ourApplicationSupport();
 QString ourCaches();
-QString runtime(); // $XDG_RUNTIME_DIR, or a private folder in the caches
-QString trash();   // the home trash: $XDG_DATA_HOME/Trash
+QString trash(); // the home trash: $XDG_DATA_HOME/Trash
 
 // "~" and "~/…" replaced by the home folder; anything else unchanged.
 QString expandTilde(const QString &path);

@@ -73,7 +73,7 @@ XPAuthorisation::XPAuthorisation(Programs programs, Clock clock)
 XPAuthorisation::~XPAuthorisation()
 {
     const XPLocker locker(m_mutex);
-    stop();
+    stop(m_writer);
 }
 
 static std::unique_ptr<XPAuthorisation> &sharedAuthorisation()
@@ -94,13 +94,47 @@ void XPAuthorisation::installShared(std::unique_ptr<XPAuthorisation> authorisati
 
 std::optional<XPError> XPAuthorisation::obtain(const QString &reason)
 {
+    {
+        XPLocker locker(m_mutex);
+        while (m_isAsking)
+            m_answered.wait(locker);
+        if (m_writer.socket >= 0)
+            return {};
+        if (auto error = mayAsk())
+            return error;
+        m_isAsking = true;
+    }
+    qCInfo(xpLog).noquote() << "asking for administrator's rights:" << reason;
+    const auto writer = ask();
     const XPLocker locker(m_mutex);
-    return start(reason);
+    m_isAsking = false;
+    m_answered.notify_all();
+    if (writer) {
+        m_writer = *writer;
+        return {};
+    }
+    // A wrong password too: the next file of the batch must not ask at once again.
+    m_quietUntil = m_clock() + quietTime;
+    return writer.error();
 }
 
 std::optional<XPError> XPAuthorisation::writeAttribute(const QString &path, const QString &name,
                                                        const std::optional<QByteArray> &value,
                                                        const QString &reason)
+{
+    return write(path, name, value, reason);
+}
+
+std::optional<XPError>
+XPAuthorisation::writeAttributeWithoutAsking(const QString &path, const QString &name,
+                                             const std::optional<QByteArray> &value)
+{
+    return write(path, name, value, {});
+}
+
+std::optional<XPError> XPAuthorisation::write(const QString &path, const QString &name,
+                                              const std::optional<QByteArray> &value,
+                                              const std::optional<QString> &reasonToAsk)
 {
     const QByteArray nameBytes = XPExtendedAttributes::nameOnDisk(name);
     const QByteArray pathBytes = XPPath::encode(path);
@@ -109,16 +143,21 @@ std::optional<XPError> XPAuthorisation::writeAttribute(const QString &path, cons
         (value && value->size() > AttributeWriter::maximumValueSize))
         return refused(path);
     const QByteArray bytes = frame(nameBytes, pathBytes, value);
-    const XPLocker locker(m_mutex);
     std::optional<qint32> status;
     // Twice, as a writer that idled too long ends just when it is wanted. Writing the same value
     // again does no harm.
     for (int attempt = 0; attempt < 2 && !status; ++attempt) {
-        if (auto error = start(reason))
-            return error;
-        status = request(bytes);
+        if (reasonToAsk) {
+            if (auto error = obtain(*reasonToAsk))
+                return error;
+        }
+        const XPLocker locker(m_mutex);
+        if (m_writer.socket < 0 && !reasonToAsk)
+            return XPError::make(Kind::Cancelled,
+                                 QStringLiteral("there are no administrator's rights"), path);
+        status = request(m_writer, bytes);
         if (!status)
-            stop();
+            stop(m_writer);
     }
     if (!status)
         return XPError::make(Kind::Io, QStringLiteral("the attribute writer gave no answer"), path);
@@ -129,10 +168,8 @@ std::optional<XPError> XPAuthorisation::writeAttribute(const QString &path, cons
     return XPError::fromErrno(*status, path);
 }
 
-std::optional<XPError> XPAuthorisation::start(const QString &reason)
+std::optional<XPError> XPAuthorisation::mayAsk() const
 {
-    if (m_writer >= 0)
-        return {};
     if (m_quietUntil && m_clock() < *m_quietUntil)
         return XPError::make(Kind::Cancelled,
                              QStringLiteral("administrator's rights were refused a moment ago"));
@@ -140,14 +177,17 @@ std::optional<XPError> XPAuthorisation::start(const QString &reason)
         ::access(m_programs.launcher.constData(), X_OK) != 0)
         return XPError::make(Kind::Unsupported,
                              QStringLiteral("no way to ask for administrator's rights"));
-    qCInfo(xpLog).noquote() << "asking for administrator's rights:" << reason;
+    return {};
+}
+
+XPResult<XPAuthorisation::Writer> XPAuthorisation::ask() const
+{
+    auto writer = launch();
     char greeting[sizeof AttributeWriter::greeting] = {};
-    if (launch() && receiveAll(m_writer, greeting, sizeof greeting) &&
+    if (writer && receiveAll(writer->socket, greeting, sizeof greeting) &&
         std::memcmp(greeting, AttributeWriter::greeting, sizeof greeting) == 0)
-        return {};
-    const int status = stop();
-    // A wrong password too: the next file of the batch must not ask at once again.
-    m_quietUntil = m_clock() + quietTime;
+        return *writer;
+    const int status = writer ? stop(*writer) : 0;
     if (WIFEXITED(status) && WEXITSTATUS(status) == dismissed)
         return XPError::make(Kind::Cancelled,
                              QStringLiteral("the user gave no administrator's rights"));
@@ -156,11 +196,11 @@ std::optional<XPError> XPAuthorisation::start(const QString &reason)
 
 // Starts the launcher with one socket as standard input and output: unlike a pipe, a socket can
 // be written without the risk of SIGPIPE to the whole process.
-bool XPAuthorisation::launch()
+std::optional<XPAuthorisation::Writer> XPAuthorisation::launch() const
 {
     int ends[2];
     if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0)
-        return false;
+        return {};
     posix_spawn_file_actions_t actions;
     ::posix_spawn_file_actions_init(&actions);
     ::posix_spawn_file_actions_adddup2(&actions, ends[1], STDIN_FILENO);
@@ -174,39 +214,37 @@ bool XPAuthorisation::launch()
     QByteArray launcher = m_programs.launcher;
     QByteArray writer = m_programs.writer;
     char *const arguments[] = {launcher.data(), writer.data(), nullptr};
-    const int failure =
-        ::posix_spawn(&m_process, launcher.constData(), &actions, &attributes, arguments, environ);
+    Writer started{ends[0], -1};
+    const int failure = ::posix_spawn(&started.process, launcher.constData(), &actions, &attributes,
+                                      arguments, environ);
     ::posix_spawnattr_destroy(&attributes);
     ::posix_spawn_file_actions_destroy(&actions);
     ::close(ends[1]);
     if (failure != 0) {
-        m_process = -1;
         ::close(ends[0]);
-        return false;
+        return {};
     }
-    m_writer = ends[0];
-    return true;
+    return started;
 }
 
 // Closes the writer's input, which ends it, and waits for that. The answer is its wait status.
-int XPAuthorisation::stop()
+int XPAuthorisation::stop(Writer &writer)
 {
-    if (m_writer >= 0)
-        ::close(m_writer);
-    m_writer = -1;
+    if (writer.socket >= 0)
+        ::close(writer.socket);
     int status = 0;
-    if (m_process > 0) {
-        while (::waitpid(m_process, &status, 0) < 0 && errno == EINTR) {
+    if (writer.process > 0) {
+        while (::waitpid(writer.process, &status, 0) < 0 && errno == EINTR) {
         }
     }
-    m_process = -1;
+    writer = {};
     return status;
 }
 
-std::optional<qint32> XPAuthorisation::request(const QByteArray &frame) const
+std::optional<qint32> XPAuthorisation::request(const Writer &writer, const QByteArray &frame)
 {
     qint32 status = 0;
-    if (!sendAll(m_writer, frame) || !receiveAll(m_writer, &status, sizeof status))
+    if (!sendAll(writer.socket, frame) || !receiveAll(writer.socket, &status, sizeof status))
         return {};
     return status;
 }

@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 #include <chrono>
+#include <condition_variable>
 #include <functional>
 #include <memory>
 #include <sys/types.h>
@@ -15,8 +16,8 @@
 // stays for the rest of the process (or until it has been idle for minutes), so that one
 // confirmation serves a whole batch. After a refusal nobody is asked again for 20 seconds.
 // The question's text is that of the polkit action (packaging/), not the caller's.
-// Threads: any; one lock makes requests one after the other, held while the user is asked and
-// while the writer works. Blocks as long as the user takes; needs no event loop.
+// Threads: any. One at a time asks, the others wait for that answer; requests go to the writer one
+// after the other. Blocks as long as the user takes; needs no event loop.
 class XPAuthorisation
 {
 public:
@@ -52,17 +53,33 @@ public:
     std::optional<XPError> writeAttribute(const QString &path, const QString &name,
                                           const std::optional<QByteArray> &value,
                                           const QString &reason) XP_EXCLUDES(m_mutex);
+    // The same with the rights that are there just now; without any, or while the user is being
+    // asked, Kind::Cancelled at once.
+    std::optional<XPError> writeAttributeWithoutAsking(const QString &path, const QString &name,
+                                                       const std::optional<QByteArray> &value)
+        XP_EXCLUDES(m_mutex);
 
 private:
-    std::optional<XPError> start(const QString &reason) XP_REQUIRES(m_mutex);
-    bool launch() XP_REQUIRES(m_mutex);
-    int stop() XP_REQUIRES(m_mutex);
-    std::optional<qint32> request(const QByteArray &frame) const XP_REQUIRES(m_mutex);
+    struct Writer
+    {
+        int socket = -1; // our end; -1: it does not run
+        pid_t process = -1;
+    };
+
+    std::optional<XPError> mayAsk() const XP_REQUIRES(m_mutex);
+    XPResult<Writer> ask() const;
+    std::optional<Writer> launch() const;
+    static int stop(Writer &writer);
+    static std::optional<qint32> request(const Writer &writer, const QByteArray &frame);
+    std::optional<XPError> write(const QString &path, const QString &name,
+                                 const std::optional<QByteArray> &value,
+                                 const std::optional<QString> &reasonToAsk) XP_EXCLUDES(m_mutex);
 
     const Programs m_programs;
     const Clock m_clock;
     XPMutex m_mutex;
-    int m_writer XP_GUARDED_BY(m_mutex) = -1; // our end of the socket; -1: it does not run
-    pid_t m_process XP_GUARDED_BY(m_mutex) = -1;
+    std::condition_variable_any m_answered;
+    bool m_isAsking XP_GUARDED_BY(m_mutex) = false; // with the lock let go
+    Writer m_writer XP_GUARDED_BY(m_mutex);
     std::optional<std::chrono::steady_clock::time_point> m_quietUntil XP_GUARDED_BY(m_mutex);
 };

@@ -32,12 +32,11 @@ TEST(XPFolders, OnlyAbsoluteVariablesCount)
     const Variable configuration("XDG_CONFIG_HOME", "relative");
     const Variable data("XDG_DATA_HOME", "");
     const Variable caches("XDG_CACHE_HOME", "/elsewhere//cache");
-    const Variable runtime("XDG_RUNTIME_DIR", "");
     const QString folder = XPPath::decode("/home/odd\xff");
     EXPECT_EQ(XPFolders::home(), folder);
     EXPECT_EQ(XPFolders::configuration(), folder + QStringLiteral("/.config"));
     EXPECT_EQ(XPFolders::trash(), folder + QStringLiteral("/.local/share/Trash"));
-    EXPECT_EQ(XPFolders::runtime(), QStringLiteral("/elsewhere/cache/com.brindle.murn/run"));
+    EXPECT_EQ(XPFolders::caches(), QStringLiteral("/elsewhere/cache"));
     EXPECT_EQ(XPFolders::documents(), folder + QStringLiteral("/Documents"));
     for (const QString &path :
          {QStringLiteral("~"), QStringLiteral("~/a"), QStringLiteral("~a"), QStringLiteral("/a/~")})
