@@ -32,6 +32,8 @@ static int run(const KPCommandLine &line, KPCommandOutput &output)
     progress.clear();
     if (result.stopped)
         return KPExitInterrupted;
+    for (const QString &note : result.notes)
+        KPCommandOutput::note(note);
     for (const QString &problem : result.problems)
         output.fail(problem);
     if (output.isJson())
@@ -48,7 +50,9 @@ const KPCommand kpBackupCommand = {
     "[--to FILE] [--json]",
     "Backs up the tags and ratings of all indexed files to one file.",
     "What is backed up already stays: also of files that are gone, or lost their tags. Without\n"
-    "--to it is the backup that the window keeps too. A file that is no backup is set aside.\n",
+    "--to it is the backup that the window keeps too. Where tags or a rating cannot be read the\n"
+    "backup keeps what it has of them. A file that is no backup is set aside, which is said on\n"
+    "standard error and is no failure.\n",
     {{"--to", "FILE", "the backup"},
      {"--json", nullptr, "print an object that says what was done"}},
     run};

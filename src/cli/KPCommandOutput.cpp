@@ -64,6 +64,11 @@ void KPCommandOutput::fail(const QString &path, const QString &message)
 void KPCommandOutput::fail(const QString &message)
 {
     m_hasFailed = true;
+    note(message);
+}
+
+void KPCommandOutput::note(const QString &message)
+{
     const QByteArray line = "murnctl: " + XPPath::printable(message).toUtf8() + '\n';
     std::fwrite(line.constData(), 1, static_cast<size_t>(line.size()), stderr);
 }

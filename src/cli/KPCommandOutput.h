@@ -23,6 +23,8 @@ public:
     QByteArray name(const QString &text) const;
     bool flush();
 
+    // Something to know that is no failure, on standard error too.
+    static void note(const QString &message);
     void fail(const QString &path, const QString &message);
     void fail(const QString &message);
     // A failure over a file; `what` of it, for errors that are not the system's own.

@@ -5,6 +5,7 @@
 #include "XPPath.h"
 
 #include <QDateTime>
+#include <algorithm>
 
 static QByteArray stars(double rating)
 {
@@ -32,6 +33,14 @@ static void printLine(const char *what, const QString &before, const QString &af
                  XPPath::printable(after).toUtf8() + '\n');
 }
 
+// A value that goes is said to.
+static QString afterwards(const QString &value, bool goes,
+                          const std::optional<PropertyValue::Date> &date)
+{
+    return goes ? QStringLiteral("none: removed on %1").arg(time(date))
+                : QStringLiteral("%1 (%2)").arg(value, time(date));
+}
+
 // A file, then a line for each of the values that differ, with the time when they were set.
 static void printChange(const KarvexRestore::Change &change, KPCommandOutput &output)
 {
@@ -44,17 +53,29 @@ static void printChange(const KarvexRestore::Change &change, KPCommandOutput &ou
     const QString withTime = QStringLiteral("%1 (%2)");
     if (before.tags != after.tags || before.tagDate != after.tagDate)
         printLine("tags    ", withTime.arg(list(before.tags), time(before.tagDate)),
-                  withTime.arg(list(after.tags), time(after.tagDate)), output);
+                  afterwards(list(after.tags), change.removesTags(), after.tagDate), output);
     if (before.rating != after.rating || before.ratingDate != after.ratingDate)
         printLine("rating  ",
                   withTime.arg(QLatin1String(stars(before.rating)), time(before.ratingDate)),
-                  withTime.arg(QLatin1String(stars(after.rating)), time(after.ratingDate)), output);
+                  afterwards(QLatin1String(stars(after.rating)), change.removesRating(),
+                             after.ratingDate),
+                  output);
 }
 
 static QByteArray jsonOf(const KarvexBackupRecord &record)
 {
     return "{\"tags\": " + KPCommandOutput::json(record.tags) +
            ", \"rating\": " + QByteArray::number(record.rating, 'g', 17) + '}';
+}
+
+static QStringList removed(const KarvexRestore::Change &change)
+{
+    QStringList keys;
+    if (change.removesTags())
+        keys.append(QStringLiteral("tags"));
+    if (change.removesRating())
+        keys.append(QStringLiteral("rating"));
+    return keys;
 }
 
 static void printJson(const KarvexRestore::Result &result, KPCommandOutput &output)
@@ -64,7 +85,8 @@ static void printJson(const KarvexRestore::Result &result, KPCommandOutput &outp
         changes.append("{\"path\": " + KPCommandOutput::json(change.path) +
                        ", \"recordedAt\": " + KPCommandOutput::json(change.recordedAt) +
                        ", \"before\": " + jsonOf(change.before) +
-                       ", \"after\": " + jsonOf(change.after) + '}');
+                       ", \"after\": " + jsonOf(change.after) +
+                       ", \"removes\": " + KPCommandOutput::json(removed(change)) + '}');
     QByteArrayList several;
     for (const auto &each : result.several)
         several.append("{\"recordedAt\": " + KPCommandOutput::json(each.recordedAt) +
@@ -83,6 +105,14 @@ static void printText(const KarvexRestore::Result &result, bool isDryRun, KPComm
         isDryRun ? QStringLiteral("%1 files would be changed").arg(result.changes.size())
                  : result.status;
     output.write(done.toUtf8());
+    const auto losing =
+        std::count_if(result.changes.begin(), result.changes.end(),
+                      [](const auto &change) { return !removed(change).isEmpty(); });
+    if (losing > 0)
+        output.write(QStringLiteral("; of %1 tags or a rating %2 away, as the backup says")
+                         .arg(QString::number(losing), isDryRun ? QStringLiteral("would be taken")
+                                                                : QStringLiteral("were taken"))
+                         .toUtf8());
     if (result.missing > 0)
         output.write(
             QStringLiteral("; %1 files of the backup are nowhere").arg(result.missing).toUtf8());
@@ -141,8 +171,11 @@ const KPCommand kpRestoreCommand = {
     "[--from FILE] [--dry-run] [--json]",
     "Gives files back the tags and ratings that a backup has of them.",
     "What a file has is replaced only by what was set later. A file that is not where it was is\n"
-    "looked for by name, and restored when there is just one. Prints each file that changes, and\n"
-    "its tags and rating before and after.\n",
+    "looked for by name, and restored when there is just one. Tags or a rating are taken away "
+    "only\n"
+    "where the backup says that they were removed, at a time after the file's own. Prints each "
+    "file\n"
+    "that changes, and its tags and rating before and after.\n",
     {{"--from", "FILE", "the backup; else the one that 'murnctl backup' writes"},
      {"--dry-run", nullptr, "change nothing, only print what would be"},
      {"--json", nullptr, "print an object"}},

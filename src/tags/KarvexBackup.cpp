@@ -8,6 +8,8 @@
 #include "XPFolders.h"
 #include "XPPath.h"
 
+#include <cmath>
+
 using Records = KarvexBackupFile::Records;
 
 static constexpr qsizetype mostResults = 500'000;
@@ -30,9 +32,37 @@ static std::unique_ptr<MDQuery> taggedFiles(IndexSource &source)
     return *std::move(query);
 }
 
-static std::optional<PropertyValue::Date> dateOf(const PropertyValue &value)
+namespace {
+
+// One value of a file as the index has it.
+enum class Reading { None, Known, Unreadable };
+
+// What the index has of one file. Of a value that cannot be read nothing is in the record.
+struct Present
 {
-    return value.kind() == PropertyValue::Kind::Date ? std::optional(value.date()) : std::nullopt;
+    KarvexBackupRecord record;
+    Reading tags = Reading::None;
+    Reading tagDate = Reading::None;
+    Reading rating = Reading::None;
+    Reading ratingDate = Reading::None;
+};
+using PresentFiles = std::vector<Present>;
+
+} // namespace
+
+static Reading readingOf(const PropertyValue &value, bool isRight)
+{
+    if (value.isNull())
+        return Reading::None;
+    return isRight ? Reading::Known : Reading::Unreadable;
+}
+
+static Reading readDate(const PropertyValue &value, std::optional<PropertyValue::Date> &date)
+{
+    const Reading reading = readingOf(value, value.kind() == PropertyValue::Kind::Date);
+    if (reading == Reading::Known)
+        date = value.date();
+    return reading;
 }
 
 // What no property list can hold, as another program left it, is not taken.
@@ -46,23 +76,36 @@ static QStringList storable(const QStringList &tags)
     return kept;
 }
 
-static KarvexBackupRecord backupDict(const IndexCatalog &catalog, IndexSlot slot)
+static Present backupDict(const IndexCatalog &catalog, IndexSlot slot)
 {
     const auto value = [&](const QString &key) { return MDItem::attribute(catalog, slot, key); };
-    KarvexBackupRecord record;
+    Present present;
+    KarvexBackupRecord &record = present.record;
     record.path = XPPath::decode(catalog.path(slot));
-    record.tags = storable(value(Karvex::tagsToSearchFor()).strings());
-    record.rating = value(Karvex::starRatingKey).doubleValue();
-    record.tagDate = dateOf(value(Karvex::userTagTimeKey));
-    record.ratingDate = dateOf(value(Karvex::ratingTimeKey));
-    return record;
+    const PropertyValue tags = value(Karvex::tagsToSearchFor());
+    const PropertyValue rating = value(Karvex::starRatingKey);
+    const double stars = rating.doubleValue(std::nan(""));
+    present.tags = readingOf(tags, tags.isArrayOfStrings());
+    present.rating = readingOf(rating, std::isfinite(stars));
+    record.tags = present.tags == Reading::Known ? storable(tags.strings()) : QStringList();
+    if (record.tags.isEmpty() && !tags.array().isEmpty())
+        present.tags = Reading::Unreadable; // not one of them is a text
+    record.rating = present.rating == Reading::Known ? stars : 0;
+    present.tagDate = readDate(value(Karvex::userTagTimeKey), record.tagDate);
+    present.ratingDate = readDate(value(Karvex::ratingTimeKey), record.ratingDate);
+    // A time beside what cannot be read would say that it was removed then.
+    if (present.tags == Reading::Unreadable)
+        record.tagDate.reset();
+    if (present.rating == Reading::Unreadable)
+        record.ratingDate.reset();
+    return present;
 }
 
-static std::optional<Records> presentRecords(IndexSource &source, const MDQuery &query,
-                                             const KarvexProgress &progress)
+static std::optional<PresentFiles> presentFiles(IndexSource &source, const MDQuery &query,
+                                                const KarvexProgress &progress)
 {
-    Records records;
-    records.reserve(query.resultCount());
+    PresentFiles files;
+    files.reserve(static_cast<size_t>(query.resultCount()));
     const IndexCatalog &catalog = source.catalog();
     for (qsizetype next = 0; next < query.resultCount();) {
         if (!progress.goesOn(next, query.resultCount()))
@@ -73,12 +116,12 @@ static std::optional<Records> presentRecords(IndexSource &source, const MDQuery 
             const IndexSlot slot = catalog.slotOf(query.itemAt(next));
             if (slot == IndexCatalog::noSlot)
                 continue;
-            const KarvexBackupRecord record = backupDict(catalog, slot);
-            if (record.isWorthKeeping())
-                records.insert(record.path, record);
+            Present present = backupDict(catalog, slot);
+            if (present.record.isWorthKeeping())
+                files.push_back(std::move(present));
         }
     }
-    return records;
+    return files;
 }
 
 namespace {
@@ -94,7 +137,7 @@ struct Location
 class Run
 {
 public:
-    Run(const QStringList &paths, const Records &present, KarvexBackup::Result *result)
+    Run(const QStringList &paths, const PresentFiles &present, KarvexBackup::Result *result)
         : m_present(present), m_result(result)
     {
         for (const QString &path : paths)
@@ -108,7 +151,7 @@ private:
     bool write(Location &location, const QByteArray &bytes);
     void fail(Location &location, const XPError &error);
 
-    const Records &m_present;
+    const PresentFiles &m_present;
     KarvexBackup::Result *m_result;
     std::vector<Location> m_locations;
 };
@@ -138,10 +181,9 @@ Records Run::read(Location &location)
     if (!aside)
         fail(location, aside.error());
     else
-        m_result->problems.append(
-            QStringLiteral("%1 could not be read as a backup (%2) and is now %3")
-                .arg(XPFolders::abbreviateWithTilde(location.path), records.error().reason(),
-                     XPPath::fileName(*aside)));
+        m_result->notes.append(QStringLiteral("%1 could not be read as a backup (%2) and is now %3")
+                                   .arg(XPFolders::abbreviateWithTilde(location.path),
+                                        records.error().reason(), XPPath::fileName(*aside)));
     return {};
 }
 
@@ -158,20 +200,23 @@ bool Run::write(Location &location, const QByteArray &bytes)
     return true;
 }
 
-// What a file has now counts; what it has no trace of any more stays as it was backed up.
-static void overlay(Records &records, const KarvexBackupRecord &record)
+// What a file has now counts. What it has no trace of any more stays as it was backed up, and so
+// does what cannot be read; tags, too, that are gone without the empty list which says "removed".
+static KarvexBackupRecord overlaid(const Present &present, const KarvexBackupRecord &old)
 {
-    KarvexBackupRecord merged = record;
-    const auto old = records.constFind(record.path);
-    if (old != records.cend() && record.tags.isEmpty() && !record.tagDate) {
-        merged.tags = old->tags;
-        merged.tagDate = old->tagDate;
+    KarvexBackupRecord merged = present.record;
+    if (present.tags != Reading::Known ||
+        (present.tagDate == Reading::Unreadable && merged.tags == old.tags)) {
+        merged.tags = old.tags;
+        merged.tagDate = old.tagDate;
     }
-    if (old != records.cend() && record.rating <= 0 && !record.ratingDate) {
-        merged.rating = old->rating;
-        merged.ratingDate = old->ratingDate;
+    if (present.rating == Reading::Unreadable ||
+        (present.rating == Reading::None && !merged.ratingDate) ||
+        (present.ratingDate == Reading::Unreadable && merged.rating == old.rating)) {
+        merged.rating = old.rating;
+        merged.ratingDate = old.ratingDate;
     }
-    records.insert(record.path, merged);
+    return merged;
 }
 
 bool Run::attempt()
@@ -186,8 +231,10 @@ bool Run::attempt()
                 records.insert(record.path, record);
         }
     }
-    for (const KarvexBackupRecord &record : m_present)
-        overlay(records, record);
+    for (const Present &present : m_present) {
+        KarvexBackupRecord &record = records[present.record.path];
+        record = overlaid(present, record);
+    }
     const auto bytes = KarvexBackupFile::encode(records);
     if (!bytes) {
         for (Location &location : m_locations)
@@ -215,7 +262,7 @@ KarvexBackup::Result KarvexBackup::writeSingleFile(IndexSource &source,
         result.status = QStringLiteral("spotlight failed");
         return result;
     }
-    const auto present = presentRecords(source, *query, progress);
+    const auto present = presentFiles(source, *query, progress);
     if (!present) {
         result.status = QStringLiteral("stopped");
         result.stopped = true;
@@ -224,7 +271,7 @@ KarvexBackup::Result KarvexBackup::writeSingleFile(IndexSource &source,
     if (query->resultCount() >= mostResults)
         result.problems.append(
             QStringLiteral("only %1 files with tags were backed up").arg(mostResults));
-    result.itemCount = present->size();
+    result.itemCount = static_cast<qsizetype>(present->size());
     const KarvexFileLock lock = KarvexFileLock::named(KarvexBackupFile::defaultPath());
     Run run(locations, *present, &result);
     int attempts = 1;

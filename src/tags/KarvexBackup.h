@@ -9,9 +9,10 @@ class IndexSource;
 //
 // The values are the index's: no file is touched, so that a volume that hangs holds up nobody.
 // Records of files that carry tags no more stay, and so do tags or a rating that a file lost
-// without a trace. A location that cannot be read as a backup is set aside (".damaged"), one that
-// cannot be read at all is left alone, and where nothing changes nothing is written.
-// Threads: any but main; one run at a time on this machine, whichever process.
+// without a trace; what cannot be read changes no record. A location that cannot be read as a
+// backup is set aside (".damaged"), one that cannot be read at all is left alone, and where nothing
+// changes nothing is written. Threads: any but main; one run at a time on this machine, whichever
+// process.
 class KarvexBackup
 {
 public:
@@ -20,7 +21,8 @@ public:
         QString status; // "12 backups done, file written to ~/…", or what failed
         bool worked = false;
         qsizetype itemCount = 0;
-        QStringList problems; // a line each; set aside files too, which are no failure
+        QStringList problems; // a line each
+        QStringList notes;    // a line each, of what is no failure: a file that was set aside
         QStringList written;  // the locations that were
         bool stopped = false;
     };

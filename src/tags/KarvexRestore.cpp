@@ -17,13 +17,31 @@
 
 using Date = PropertyValue::Date;
 
-// A record of the file as it is, and whether anything stands where the value would.
+namespace {
+
+// A value of the file as it is.
+template <typename T>
 struct Present
 {
-    KarvexBackupRecord record;
-    bool hasTags = false;
-    bool hasRating = false;
+    T value{};
+    std::optional<Date> date;
+    bool stands = false; // something is in its place, an empty list too
 };
+
+struct PresentFile
+{
+    XPResult<Present<QStringList>> tags;
+    XPResult<Present<double>> rating;
+
+    KarvexBackupRecord record(const QString &path) const
+    {
+        const auto known = tags.valueOr({});
+        const auto rated = rating.valueOr({});
+        return {path, known.value, rated.value, known.date, rated.date};
+    }
+};
+
+} // namespace
 
 static XPResult<std::optional<Date>> readDate(const QString &key, const QString &path)
 {
@@ -34,48 +52,60 @@ static XPResult<std::optional<Date>> readDate(const QString &key, const QString 
                                                       : std::optional<Date>();
 }
 
-static XPResult<Present> backupDictForPath(const QString &path)
+static XPResult<Present<QStringList>> presentTags(const QString &path)
 {
-    Present present;
     const auto tags = Karvex::getUserTags(path);
     const auto raw = Karvex::getXAttrMetaData(Karvex::tagsToSearchFor(), path);
-    const auto rating = Karvex::getRating(path);
-    const auto tagDate = readDate(Karvex::userTagTimeKey, path);
-    const auto ratingDate = readDate(Karvex::ratingTimeKey, path);
+    const auto date = readDate(Karvex::userTagTimeKey, path);
     if (!tags)
         return tags.error();
     if (!raw)
         return raw.error();
-    if (!rating)
-        return rating.error();
-    if (!tagDate)
-        return tagDate.error();
-    if (!ratingDate)
-        return ratingDate.error();
-    present.record = {path, *tags, *rating, *tagDate, *ratingDate};
-    present.hasTags = !raw->isNull() || !tags->isEmpty();
-    present.hasRating = *rating > 0;
-    return present;
+    if (!date)
+        return date.error();
+    return Present<QStringList>{*tags, *date, !raw->isNull() || !tags->isEmpty()};
 }
 
-// Whether what the backup says of a value comes in the place of what the file says.
-static bool isNewer(const std::optional<Date> &backup, const std::optional<Date> &file,
-                    bool hasBackup, bool hasFile)
+static XPResult<Present<double>> presentRating(const QString &path)
 {
+    const auto rating = Karvex::getRating(path);
+    const auto date = readDate(Karvex::ratingTimeKey, path);
+    if (!rating)
+        return rating.error();
+    if (!date)
+        return date.error();
+    return Present<double>{*rating, *date, *rating > 0};
+}
+
+static PresentFile backupDictForPath(const QString &path)
+{
+    return {presentTags(path), presentRating(path)};
+}
+
+// Whether what the backup says of a value comes in the place of what the file says. A value that
+// stands on the file goes only when both times say that it was removed since.
+static bool isNewer(const std::optional<Date> &backup, bool hasBackup,
+                    const std::optional<Date> &file, bool hasFile)
+{
+    if (!hasBackup && hasFile)
+        return backup && file && KarvexBackupRecord::isLater(*backup, *file);
     if (backup)
         return !file || KarvexBackupRecord::isLater(*backup, *file);
     return hasBackup && !hasFile && !file;
 }
 
 // What the file would be like.
-static KarvexBackupRecord merged(const KarvexBackupRecord &backup, const Present &present)
+static KarvexBackupRecord merged(const KarvexBackupRecord &backup, const PresentFile &present,
+                                 const QString &path)
 {
-    KarvexBackupRecord after = present.record;
-    if (isNewer(backup.tagDate, after.tagDate, !backup.tags.isEmpty(), present.hasTags)) {
+    KarvexBackupRecord after = present.record(path);
+    if (present.tags &&
+        isNewer(backup.tagDate, !backup.tags.isEmpty(), after.tagDate, present.tags->stands)) {
         after.tags = Karvex::removeDuplicateTags(backup.tags);
         after.tagDate = backup.tagDate ? *backup.tagDate : Date::now();
     }
-    if (isNewer(backup.ratingDate, after.ratingDate, backup.rating > 0, present.hasRating)) {
+    if (present.rating &&
+        isNewer(backup.ratingDate, backup.rating > 0, after.ratingDate, present.rating->stands)) {
         after.rating = std::min(backup.rating, 5.0);
         after.ratingDate = backup.ratingDate ? *backup.ratingDate : Date::now();
     }
@@ -130,15 +160,15 @@ void KarvexRestore::restore(const KarvexBackupRecord &record, const QString &pat
     std::optional<KarvexFileLock> lock;
     if (!m_options.dryRun)
         lock.emplace(path);
-    const auto present = backupDictForPath(path);
-    if (!present) {
-        m_result.failures.append(present.error());
-        return;
-    }
-    if (KarvexBackupRecord::backupDictsTheSame(record, present->record))
-        return;
-    const Change change{path, record.path, present->record, merged(record, *present)};
-    if (KarvexBackupRecord::backupDictsTheSame(change.before, change.after))
+    const PresentFile present = backupDictForPath(path);
+    if (!present.tags)
+        m_result.failures.append(present.tags.error());
+    else if (!present.rating)
+        m_result.failures.append(present.rating.error());
+    const KarvexBackupRecord before = present.record(path);
+    const Change change{path, record.path, before, merged(record, present, path)};
+    if (KarvexBackupRecord::backupDictsTheSame(record, before) ||
+        KarvexBackupRecord::backupDictsTheSame(change.before, change.after))
         return;
     const auto error = m_options.dryRun ? std::nullopt : write(change);
     if (error)

@@ -9,9 +9,12 @@ class IndexSource;
 //
 // Tags are written when the backup's are later than the file's, or the file's have no time; the
 // rating likewise. What the backup has no time of is written only to a file that has nothing in
-// its place. A file that is not at its path any more is looked for by name: where just one file
-// has the name, and no record of its own, that one is treated as it; several are only listed.
-// Threads: any but main. Reads and writes the files: one that hangs holds the run up.
+// its place. A value that a record does not have goes from the file only when both have a time and
+// the file's is the older one: then it was removed. What cannot be read is left alone and reported;
+// the file's other value is still restored. A file that is not at its path any more is looked for
+// by name: where just one file has the name, and no record of its own, that one is treated as it;
+// several are only listed. Threads: any but main. Reads and writes the files: one that hangs holds
+// the run up.
 class KarvexRestore
 {
 public:
@@ -21,6 +24,9 @@ public:
         QString recordedAt; // the path in the backup
         KarvexBackupRecord before;
         KarvexBackupRecord after; // what was not written is as before
+
+        bool removesTags() const { return after.tags.isEmpty() && !before.tags.isEmpty(); }
+        bool removesRating() const { return after.rating <= 0 && before.rating > 0; }
     };
     struct Several
     {

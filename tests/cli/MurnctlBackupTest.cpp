@@ -3,6 +3,7 @@
 #include "Karvex.h"
 #include "TestHome.h"
 #include "XPAtomicFile.h"
+#include "XPExtendedAttributes.h"
 #include "XPPath.h"
 
 #include <QJsonArray>
@@ -65,6 +66,35 @@ TEST_F(MurnctlBackup, RestoresWhatWasLostAndSaysSoBefore)
     EXPECT_EQ(*Karvex::getRating(odd), 4);
 }
 
+TEST_F(MurnctlBackup, KeepsWhatAFileHadBeforeItsTagsWereDamaged)
+{
+    const QString name = Karvex::spotlightKey(Karvex::userTagsKey);
+    EXPECT_FALSE(XPExtendedAttributes::write(letter, name, "bplist00garbage"));
+    EXPECT_EQ(run({"backup", "--to", backup}).status, 0);
+    strip(letter);
+    EXPECT_EQ(run({"restore", "--from", backup}).status, 0);
+    EXPECT_EQ(*Karvex::getUserTags(letter), tags);
+}
+
+TEST_F(MurnctlBackup, SaysWhatItTakesAway)
+{
+    // Rated and tagged, the tags removed on purpose; then an older copy of the file comes back.
+    const PropertyValue old = PropertyValue::Date{1000};
+    EXPECT_FALSE(Karvex::setUserTags(tags, odd));
+    EXPECT_FALSE(Karvex::setUserTags(QStringList(), odd));
+    EXPECT_EQ(run({"backup", "--to", backup}).status, 0);
+    EXPECT_FALSE(Karvex::setUserTags(tags, odd, old.date()));
+    const MurnctlResult dry = run({"restore", "--dry-run", "--from", backup});
+    EXPECT_TRUE(dry.out.contains(" -> none: removed on ")) << dry.out.constData();
+    EXPECT_TRUE(
+        dry.out.endsWith("; of 1 tags or a rating would be taken away, as the backup says\n"));
+    EXPECT_EQ(*Karvex::getUserTags(odd), tags);
+    const auto json = run({"restore", "--json", "--from", backup}).json().object();
+    EXPECT_EQ(json[QStringLiteral("changes")][0][QStringLiteral("removes")].toArray(),
+              QJsonArray{QStringLiteral("tags")});
+    EXPECT_TRUE(Karvex::getUserTags(odd)->isEmpty());
+}
+
 TEST_F(MurnctlBackup, FailsWithTheReason)
 {
     const struct
@@ -89,6 +119,7 @@ TEST_F(MurnctlBackup, FailsWithTheReason)
     // Something else in the place of the backup is kept, and told.
     const QString other = elsewhere.file(QStringLiteral("other"), "other");
     const MurnctlResult aside = run({"backup", "--to", XPPath::encode(other)});
+    EXPECT_EQ(aside.status, 0) << "the backup was written";
     EXPECT_TRUE(aside.err.contains("is now other.damaged")) << aside.err.constData();
     EXPECT_EQ(*XPAtomicFile::read(other + QStringLiteral(".damaged")), "other");
 }

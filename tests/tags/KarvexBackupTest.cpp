@@ -4,6 +4,7 @@
 #include "KeptFolder.h"
 #include "TestSystem.h"
 #include "XPAtomicFile.h"
+#include "XPExtendedAttributes.h"
 #include "XPFileInfo.h"
 #include "XPPath.h"
 #include "XPPropertyList.h"
@@ -94,6 +95,55 @@ TEST_F(Backup, KeepsWhatFilesLost)
     EXPECT_TRUE(records.value(cleared).tags.isEmpty()) << "removed on purpose";
 }
 
+// What cannot be read says nothing: not that it is gone, and not that it was removed on purpose.
+TEST_F(Backup, LeavesARecordAsItIsWhereAValueCannotBeRead)
+{
+    const struct Damage
+    {
+        const char *name;
+        QString key;
+        QByteArray bytes;
+    } damages[] = {
+        {"garbage for tags", Karvex::userTagsKey, "bplist00garbage"},
+        {"text for tags", Karvex::userTagsKey,
+         *XPPropertyList::writeBinary(QStringLiteral("no list"))},
+        {"data for tags", Karvex::userTagsKey, *XPPropertyList::writeBinary(QByteArray("raw"))},
+        {"a number among tags", Karvex::userTagsKey,
+         *XPPropertyList::writeBinary(PropertyValue::Array{PropertyValue::integer(1)})},
+        {"garbage for a rating", Karvex::starRatingKey, "bplist00garbage"},
+        {"text for a rating", Karvex::starRatingKey,
+         *XPPropertyList::writeBinary(QStringLiteral("five"))},
+        {"garbage for a tag time", Karvex::userTagTimeKey, "bplist00garbage"},
+        {"garbage for a rating time", Karvex::ratingTimeKey, "bplist00garbage"},
+    };
+    for (const Damage &each : damages)
+        tagged(QString::fromLatin1(each.name), {QStringLiteral("kept")}, 4);
+    const QString lost = tagged(QStringLiteral("only the list lost"), {QStringLiteral("kept")});
+    ASSERT_TRUE(backUp().worked);
+    const Records before = read();
+    for (const Damage &each : damages)
+        ASSERT_FALSE(XPExtendedAttributes::write(m_folder.path(QString::fromLatin1(each.name)),
+                                                 Karvex::spotlightKey(each.key), each.bytes));
+    ASSERT_FALSE(Karvex::setXAttrMetaData({}, Karvex::userTagsKey, lost));
+    ASSERT_TRUE(backUp().worked);
+    const Records after = read();
+    EXPECT_EQ(after.size(), before.size());
+    for (auto record = before.begin(); record != before.end(); ++record)
+        EXPECT_TRUE(after.contains(record.key()) &&
+                    KarvexBackupRecord::backupDictsTheSame(after.value(record.key()), *record))
+            << record.key().toStdString();
+}
+
+TEST_F(Backup, RecordsNoTimeOfTagsThatCannotBeRead)
+{
+    const QString path = tagged(QStringLiteral("a"), {QStringLiteral("t")}, 3);
+    ASSERT_FALSE(XPExtendedAttributes::write(path, Karvex::spotlightKey(Karvex::userTagsKey),
+                                             "bplist00garbage"));
+    ASSERT_TRUE(backUp().worked);
+    EXPECT_EQ(read().value(path).rating, 3);
+    EXPECT_EQ(read().value(path).tagDate, std::nullopt) << "it would mean: removed then";
+}
+
 TEST_F(Backup, MergesItsLocationsTheEarlierFirst)
 {
     const auto write = [](const QString &path, const Records &records) {
@@ -149,7 +199,8 @@ TEST_P(BackupSetsAside, WhatIsNoBackup)
     ASSERT_FALSE(XPAtomicFile::write(m_file, GetParam().bytes));
     const auto result = backUp();
     EXPECT_TRUE(result.worked);
-    ASSERT_EQ(result.problems.size(), 1);
+    EXPECT_TRUE(result.problems.isEmpty());
+    ASSERT_EQ(result.notes.size(), 1);
     EXPECT_EQ(*XPAtomicFile::read(m_file + QStringLiteral(".damaged")), GetParam().bytes);
     EXPECT_EQ(read().size(), 1);
 }

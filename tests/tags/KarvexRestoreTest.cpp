@@ -100,6 +100,48 @@ TEST_F(Restore, NeverOverwritesNewerTags)
     }
 }
 
+// A record that has a time but no value says: removed then. It takes a value away only from a file
+// whose own time is older.
+TEST_F(Restore, TakesNothingAwayUnlessBothTimesSaySo)
+{
+    struct Case
+    {
+        const char *what;
+        std::optional<Date> backup;
+        std::optional<Date> file;
+        bool removed;
+    };
+    const QList<Case> cases = {
+        {"older file", Date{10.5}, Date{9.5}, true},
+        {"newer file", Date{10.5}, Date{11.5}, false},
+        {"same second, from XML", Date{10}, Date{9.5}, true},
+        {"file without time", Date{10.5}, {}, false},
+        {"backup without time", {}, Date{9.5}, false},
+    };
+    const QStringList tags = {QStringLiteral("kept")};
+    for (const Case &each : cases) {
+        const QString path = m_folder.file(QString::fromLatin1(each.what));
+        ASSERT_FALSE(Karvex::setXAttrMetaData(tags, Karvex::userTagsKey, path));
+        ASSERT_FALSE(Karvex::setXAttrMetaData(PropertyValue::real(3), Karvex::starRatingKey, path));
+        for (const QString &key : {Karvex::userTagTimeKey, Karvex::ratingTimeKey}) {
+            if (each.file) {
+                ASSERT_FALSE(Karvex::setXAttrMetaData(*each.file, key, path));
+            }
+        }
+        m_records.insert(path, {path, {}, 0, each.backup, each.backup});
+    }
+    const auto dry = restore(true);
+    EXPECT_EQ(dry.changes.size(), 2);
+    for (const auto &change : dry.changes)
+        EXPECT_TRUE(change.removesTags() && change.removesRating());
+    EXPECT_TRUE(restore().failures.isEmpty());
+    for (const Case &each : cases) {
+        const QString path = m_folder.path(QString::fromLatin1(each.what));
+        EXPECT_EQ(tagsOf(path), each.removed ? QStringList() : tags) << each.what;
+        EXPECT_EQ(*Karvex::getRating(path), each.removed ? 0 : 3) << each.what;
+    }
+}
+
 TEST_F(Restore, FindsMovedFilesByName)
 {
     const QList<QByteArray> names = {"*", "a\"b\\c?", "plain.pdf", "raw\xff", "caf\xc3\xa9", "-"};
@@ -144,12 +186,13 @@ TEST_F(Restore, LeavesWhatItCannotReadAsItIs)
     const QString name = Karvex::spotlightKey(Karvex::userTagsKey);
     ASSERT_FALSE(XPExtendedAttributes::write(damaged, name, "bplist00garbage"));
     const QString good = m_folder.file(QStringLiteral("good"));
-    record(damaged, m_tags);
+    record(damaged, m_tags, 2);
     record(good, m_tags);
     const auto result = restore();
     ASSERT_EQ(result.failures.size(), 1);
     EXPECT_EQ(result.failures.first().path, damaged);
     EXPECT_EQ(**XPExtendedAttributes::read(damaged, name), "bplist00garbage");
+    EXPECT_EQ(*Karvex::getRating(damaged), 2) << "the other value can be read";
     EXPECT_EQ(tagsOf(good), m_tags);
 }
 
