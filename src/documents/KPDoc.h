@@ -100,7 +100,11 @@ public:
 
     // Tags and rating, from the caches: at once, and none where nothing is known yet.
     KPTagName::Tags tagNamesOfTypeUserEntered() const;
-    KPTagName::Tags tagNamesOfTypeUserEnteredForEditing() const; // from the file. Blocking
+    // From the file. Blocking. An editor must refuse on a failure, as it would write over what is
+    // there.
+    XPResult<KPTagName::Tags> tagNamesOfTypeUserEnteredForEditing() const;
+    // Why tags or rating are there and cannot be read; the answers above are empty then.
+    std::optional<XPError> unreadableMetaData() const;
     KPTagName::Tags tagNamesOfTypeReadOnly() const;
     KPTagName::Tags tagNamesOfTypeUTType() const; // the type and what it conforms to
     KPTagName::Tags allTagNames() const;

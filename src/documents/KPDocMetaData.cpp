@@ -2,12 +2,14 @@
 
 #include "KPDoc.h"
 #include "Karvex.h"
+#include "KarvexErrors.h"
 #include "XPAttributeCache.h"
 
 #include <QCoreApplication>
 #include <QTimer>
 #include <array>
 #include <chrono>
+#include <cmath>
 #include <thread>
 
 using namespace std::chrono_literals;
@@ -79,7 +81,7 @@ static const Kind &kindOf(Attribute attribute)
         Kind{Karvex::tagsToSearchFor(), {tagsChanged}, KPDocMetaData::makeTagNames, 0ms},
         Kind{Karvex::starRatingKey,
              {QStringLiteral("KPNotificationDocumentRatingChanged")},
-             {},
+             KPDocMetaData::makeRating,
              2000ms},
         Kind{QStringLiteral("kMDItemKeywords"),
              {tagsChanged, QStringLiteral("KPNotificationDocumentKeywordsChanged")},
@@ -87,11 +89,11 @@ static const Kind &kindOf(Attribute attribute)
              5000ms},
         Kind{Karvex::bookmarksKey,
              {QStringLiteral("KPNotificationDocumentBookmarksChanged")},
-             {},
+             KPDocMetaData::makeUrls,
              std::nullopt},
         Kind{QStringLiteral("kMDItemFinderComment"),
              {QStringLiteral("KPNotificationSpotlightCommentChanged")},
-             {},
+             KPDocMetaData::makeComment,
              std::nullopt},
     };
     return kinds[attribute];
@@ -170,6 +172,17 @@ XPAttributeValuePtr KPDocMetaData::value(Attribute attribute, KPPooledString pat
     return value;
 }
 
+std::optional<XPError> KPDocMetaData::errorAt(Attribute attribute, KPPooledString path)
+{
+    const XPAttributeValuePtr held = value(attribute, path);
+    const XPError *found = XPAttributeCache::errorIn(held);
+    if (!found)
+        return {};
+    XPError error = *found;
+    error.path = path.toString();
+    return error;
+}
+
 KPTagName::Tags KPDocMetaData::tags(Attribute attribute, KPPooledString path)
 {
     const XPAttributeValuePtr held = value(attribute, path);
@@ -239,8 +252,34 @@ static XPAttributeValuePtr heldTags(const KPTagName::Tags &tags)
     return tags.isEmpty() ? XPAttributeValuePtr() : XPAttributeOf<KPTagName::Tags>::make(tags);
 }
 
+// A raw value as it is, when it is of the right kind.
+static XPAttributeValuePtr heldRaw(const PropertyValue &raw, bool isRight)
+{
+    if (raw.isNull())
+        return {};
+    return isRight ? XPAttributeOf<PropertyValue>::make(raw)
+                   : XPAttributeCache::unreadable(KarvexErrors::wrongKind({}));
+}
+
+XPAttributeValuePtr KPDocMetaData::makeRating(const PropertyValue &raw)
+{
+    return heldRaw(raw, std::isfinite(raw.doubleValue(std::nan(""))));
+}
+
+XPAttributeValuePtr KPDocMetaData::makeUrls(const PropertyValue &raw)
+{
+    return heldRaw(raw, raw.isArray());
+}
+
+XPAttributeValuePtr KPDocMetaData::makeComment(const PropertyValue &raw)
+{
+    return heldRaw(raw, raw.isString());
+}
+
 XPAttributeValuePtr KPDocMetaData::makeTagNames(const PropertyValue &raw)
 {
+    if (!raw.isNull() && !raw.isArrayOfStrings())
+        return XPAttributeCache::unreadable(KarvexErrors::wrongKind({}));
     return heldTags(KPTagName::tagNamesForUserEnteredTags(raw.strings(), true));
 }
 

@@ -2,6 +2,7 @@
 
 #include "KPTagName.h"
 #include "XPAttributeValue.h"
+#include "XPError.h"
 
 #include <functional>
 
@@ -18,6 +19,8 @@ enum Attribute { UserTags, Rating, Keywords, Urls, Comment, attributeCount };
 
 // Null: no value, or not known yet.
 XPAttributeValuePtr value(Attribute attribute, KPPooledString path);
+// Why the file has a value that cannot be read; nothing: it can, or has none, or is not known yet.
+std::optional<XPError> errorAt(Attribute attribute, KPPooledString path);
 // The path's tags of the caches of tags.
 KPTagName::Tags tags(Attribute attribute, KPPooledString path);
 // A value that this program wrote.
@@ -37,8 +40,12 @@ PropertyValue indexed(const QString &path, const QString &key);
 using Accept = std::function<bool(const PropertyValue &raw)>;
 QStringList indexedPaths(const QString &query, const QString &attribute, const Accept &accept);
 
-// Raw values as tags; null for none.
+// Raw values as the caches hold them: tags, and the others as they are. Null for none; what is not
+// of the kind that the attribute holds is unreadable (XPAttributeCache).
 XPAttributeValuePtr makeTagNames(const PropertyValue &raw);
 XPAttributeValuePtr makeKeywordTagNames(const PropertyValue &raw);
+XPAttributeValuePtr makeRating(const PropertyValue &raw);
+XPAttributeValuePtr makeUrls(const PropertyValue &raw);
+XPAttributeValuePtr makeComment(const PropertyValue &raw);
 
 } // namespace KPDocMetaData

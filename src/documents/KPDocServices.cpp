@@ -1,6 +1,7 @@
 #include "KPDocServices.h"
 
 #include "KPDoc.h"
+#include "KPDocEdits.h"
 #include "Karvex.h"
 #include "XPLog.h"
 #include "XPPath.h"
@@ -22,7 +23,8 @@ bool KPDocServices::setManaged(bool managed, const QString &path)
 bool KPDocServices::setHidden(bool hidden, const QString &path)
 {
     const QStringList tags = {KPTagName::hiddenUserTag()->displayName()};
-    const auto error = hidden ? Karvex::addUserTags(tags, path) : Karvex::clearUserTags(tags, path);
+    const auto error =
+        hidden ? KPDocEdits::addUserTags(tags, path) : KPDocEdits::clearUserTags(tags, path);
     logFailure(path, error);
     return !error;
 }
@@ -32,11 +34,10 @@ void KPDocServices::replaceOriginalTags(const TagChange &change)
     const QStringList original = KPTagName::displayStringsForTagNames(change.originalTags);
     const QStringList replacement = KPTagName::displayStringsForTagNames(change.newTags);
     for (const QString &path : change.filePaths) {
-        logFailure(path, Karvex::setCommonUserTags({path}, original, replacement));
+        logFailure(path, KPDocEdits::setCommonUserTags(path, original, replacement));
         if (change.rating)
-            logFailure(path, Karvex::setRating(*change.rating, path));
+            logFailure(path, KPDocEdits::setRating(*change.rating, path));
     }
-    KPDoc::updateUserTagCacheForFilePaths(change.filePaths);
 }
 
 void KPDocServices::pathChanged(const QString &, const QString &)

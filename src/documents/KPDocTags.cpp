@@ -1,17 +1,15 @@
 // KPDoc: tags, rating and what else stands on the file.
 #include "KPDoc.h"
+#include "KPDocEdits.h"
 #include "KPDocMetaData.h"
 #include "KPDocServices.h"
 #include "Karvex.h"
-#include "UserDefaults.h"
 #include "XPExtendedAttributes.h"
 #include "XPNotificationCenter.h"
 #include "XPText.h"
 
 #include <algorithm>
 #include <cmath>
-#include <fcntl.h>
-#include <sys/stat.h>
 #include <sys/xattr.h>
 
 using Tags = KPTagName::Tags;
@@ -25,9 +23,19 @@ Tags KPDoc::tagNamesOfTypeUserEntered() const
     return KPDocMetaData::tags(KPDocMetaData::UserTags, pooledPath());
 }
 
-Tags KPDoc::tagNamesOfTypeUserEnteredForEditing() const
+XPResult<Tags> KPDoc::tagNamesOfTypeUserEnteredForEditing() const
 {
-    return KPTagName::tagNamesForUserEnteredTags(Karvex::getUserTags(filePath()).valueOr({}), true);
+    const auto stored = Karvex::getUserTags(filePath());
+    if (!stored)
+        return stored.error();
+    return KPTagName::tagNamesForUserEnteredTags(*stored, true);
+}
+
+std::optional<XPError> KPDoc::unreadableMetaData() const
+{
+    const KPPooledString path = pooledPath();
+    auto error = KPDocMetaData::errorAt(KPDocMetaData::UserTags, path);
+    return error ? error : KPDocMetaData::errorAt(KPDocMetaData::Rating, path);
 }
 
 Tags KPDoc::tagNamesOfTypeReadOnly() const
@@ -148,29 +156,13 @@ int KPDoc::ratingsToStars(double rating)
     return static_cast<int>(std::clamp(std::floor(rating + 0.5), 0.0, most));
 }
 
-// As if the file had been saved just now; its access time stays.
-static void touch(const QByteArray &path)
-{
-    const timespec times[2] = {{0, UTIME_OMIT}, {0, UTIME_NOW}};
-    ::utimensat(AT_FDCWD, path.constData(), times, AT_SYMLINK_NOFOLLOW);
-}
-
 std::optional<XPError> KPDoc::setRating(double rating)
 {
     const KPPooledString path = pooledPath();
     const PropertyValue::Dictionary key = {{QStringLiteral("key"), QStringLiteral("rating")}};
     XPNotificationCenter &center = XPNotificationCenter::instance();
     center.post(willChangeNotification, path.toString(), key);
-    auto error = Karvex::setRating(rating, path.toString());
-    if (!error) {
-        constexpr double most = 5;
-        KPDocMetaData::setValue(KPDocMetaData::Rating, path,
-                                rating > 0 ? XPAttributeOf<PropertyValue>::make(
-                                                 PropertyValue::real(std::min(rating, most)))
-                                           : XPAttributeValuePtr());
-        if (UserDefaults::standard().boolValue(QStringLiteral("KPSetModifiyTimeOnTagsChanging")))
-            touch(fileSystemRepresentation());
-    }
+    auto error = KPDocEdits::setRating(rating, path.toString());
     center.post(didChangeNotification, path.toString(), key);
     return error;
 }
@@ -191,14 +183,7 @@ QString KPDoc::url() const
 
 std::optional<XPError> KPDoc::setURLs(const QStringList &urls)
 {
-    const KPPooledString path = pooledPath();
-    const PropertyValue value = urls.isEmpty() ? PropertyValue() : PropertyValue(urls);
-    if (auto error = Karvex::setXAttrMetaData(value, Karvex::bookmarksKey, path.toString()))
-        return error;
-    KPDocMetaData::setValue(KPDocMetaData::Urls, path,
-                            urls.isEmpty() ? XPAttributeValuePtr()
-                                           : XPAttributeOf<PropertyValue>::make(value));
-    return {};
+    return KPDocEdits::setURLs(urls, filePath());
 }
 
 QString KPDoc::spotlightComment() const

@@ -1,5 +1,6 @@
 #include "KPFileEdit.h"
 
+#include "KPDocEdits.h"
 #include "Karvex.h"
 
 #include <QCoreApplication>
@@ -22,7 +23,7 @@ static Failure changeTags(const KPFileEdit::Tags &edit, KPFileChange *change)
     const auto before = Karvex::getUserTags(path);
     if (!before)
         return before.error();
-    if (auto error = Karvex::setCommonUserTags({path}, edit.before, edit.after))
+    if (auto error = KPDocEdits::setCommonUserTags(path, edit.before, edit.after))
         return error;
     const auto after = Karvex::getUserTags(path);
     if (!after)
@@ -40,7 +41,7 @@ static Failure changeRating(double rating, KPFileChange *change)
         return before.error();
     if (*before == rating)
         return {};
-    if (auto error = Karvex::setRating(rating, path))
+    if (auto error = KPDocEdits::setRating(rating, path))
         return error;
     change->rating = {*before, rating};
     return {};
@@ -79,7 +80,7 @@ static Failure repeatTags(const KPFileChange::Tags &tags, KPFileChange *done)
         return {};
     if (*now != tags.before)
         return changedMeanwhile(done->path);
-    if (auto error = Karvex::setCommonUserTags({done->path}, tags.before, tags.after))
+    if (auto error = KPDocEdits::setCommonUserTags(done->path, tags.before, tags.after))
         return error;
     done->tags = tags;
     return {};
@@ -94,7 +95,7 @@ static Failure repeatRating(const KPFileChange::Rating &rating, KPFileChange *do
         return {};
     if (*now != rating.before)
         return changedMeanwhile(done->path);
-    if (auto error = Karvex::setRating(rating.after, done->path))
+    if (auto error = KPDocEdits::setRating(rating.after, done->path))
         return error;
     done->rating = rating;
     return {};

@@ -1,5 +1,6 @@
 #include "XPAttributeCache.h"
 
+#include "KarvexErrors.h"
 #include "MDItem.h"
 #include "XPItemPaths.h"
 #include "XPLog.h"
@@ -66,7 +67,7 @@ XPAttributeValuePtr XPAttributeCache::attributeAtPath(KPPooledString path)
 {
     XPAttributeTable::Found found = m_values.find(path);
     if (found.isUnknown)
-        addPathToFix(path);
+        askFor(path);
     return std::move(found.value);
 }
 
@@ -77,24 +78,28 @@ XPAttributeValuePtr XPAttributeCache::attributeAtPathCacheOnly(KPPooledString pa
 
 void XPAttributeCache::setAttribute(const XPAttributeValuePtr &value, KPPooledString path)
 {
-    m_values.store(path, value);
+    store(path, value);
     XPNotificationCenter::instance().post(QStringLiteral("documentChanging"), path.toString());
 }
 
 void XPAttributeCache::unCacheDataAtPath(KPPooledString path)
 {
+    const XPLocker lock(m_pathsToFixLock);
+    endLookups(path);
     m_values.setNotLookedUp(path);
 }
 
 QList<std::pair<KPPooledString, XPAttributeValuePtr>> XPAttributeCache::values() const
 {
-    return m_values.values();
+    auto values = m_values.values();
+    values.removeIf([](const auto &each) { return errorIn(each.second) != nullptr; });
+    return values;
 }
 
 QList<XPAttributeValuePtr> XPAttributeCache::allObjects() const
 {
     QList<XPAttributeValuePtr> objects;
-    for (const auto &[path, value] : m_values.values())
+    for (const auto &[path, value] : values())
         objects.append(value);
     return objects;
 }
@@ -149,7 +154,7 @@ void XPAttributeCache::takeResults()
             if (row.path.isEmpty())
                 continue;
             checkForChangedPath(row);
-            m_values.store(row.path, transformed(row.raw));
+            store(row.path, transformed(row.raw));
         }
     }
 }
@@ -191,11 +196,16 @@ std::vector<XPAttributeCache::Row> XPAttributeCache::rows(const QList<IndexItem>
     return rows;
 }
 
-XPAttributeValuePtr XPAttributeCache::transformed(const PropertyValue &raw) const
+// Bytes that the index could not decode are there as data, which no attribute of ours is.
+XPAttributeValuePtr XPAttributeCache::transformed(const XPResult<PropertyValue> &raw) const
 {
-    if (raw.isNull())
+    if (!raw)
+        return unreadable(raw.error());
+    if (raw->isNull())
         return {};
-    return m_transformer ? m_transformer(raw) : XPAttributeOf<PropertyValue>::make(raw);
+    if (raw->kind() == PropertyValue::Kind::Data)
+        return unreadable(KarvexErrors::wrongKind({}));
+    return m_transformer ? m_transformer(*raw) : XPAttributeOf<PropertyValue>::make(*raw);
 }
 
 // --- Live updates
@@ -217,7 +227,7 @@ void XPAttributeCache::updatedMDQuery(const QList<IndexItem> &added,
         }
     }
     for (const Row &row : present) {
-        if (row.path.isEmpty() || !m_values.store(row.path, transformed(row.raw)))
+        if (row.path.isEmpty() || !store(row.path, transformed(row.raw)))
             continue;
         announce(row.item);
         news = true;
@@ -235,7 +245,7 @@ bool XPAttributeCache::checkForChangedPath(const Row &row)
     const KPPooledString before = std::exchange(storedAt, row.path);
     if (before.isEmpty() || before == row.path)
         return false;
-    m_values.remove(before);
+    remove(before);
     return true;
 }
 
@@ -243,9 +253,9 @@ void XPAttributeCache::takeRemoved(const QList<IndexItem> &removed, bool *news)
 {
     for (const Row &row : rows(removed)) {
         const KPPooledString before = m_storedAt.take(row.item);
-        bool changed = !before.isEmpty() && before != row.path && m_values.remove(before);
+        bool changed = !before.isEmpty() && before != row.path && remove(before);
         // The file may be there still and only have lost the attribute.
-        if (!row.path.isEmpty() && m_values.store(row.path, transformed(row.raw)))
+        if (!row.path.isEmpty() && store(row.path, transformed(row.raw)))
             changed = true;
         if (!changed && !row.path.isEmpty())
             continue;

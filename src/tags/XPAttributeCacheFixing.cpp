@@ -9,6 +9,9 @@
 static constexpr qsizetype pathsAReading = 256;
 static constexpr int notifyIntervalMs = 3000;
 
+// --- What is asked for
+
+// The timer stands still while there is nothing to fix.
 void XPAttributeCache::addPathsToFix(const QList<KPPooledString> &paths)
 {
     if (paths.isEmpty())
@@ -22,7 +25,21 @@ void XPAttributeCache::addPathsToFix(const QList<KPPooledString> &paths)
         for (const KPPooledString path : paths)
             m_pathsToFix.insert(path);
     }
-    // The timer stands still while there is nothing to fix.
+    if (wasEmpty)
+        Q_EMIT pathsWaiting(QPrivateSignal());
+}
+
+// Once: a file that is being read, for however long, is not read a second time meanwhile.
+void XPAttributeCache::askFor(KPPooledString path)
+{
+    bool wasEmpty = false;
+    {
+        const XPLocker lock(m_pathsToFixLock);
+        if (m_lookups.contains(path))
+            return;
+        wasEmpty = m_pathsToFix.isEmpty();
+        m_pathsToFix.insert(path);
+    }
     if (wasEmpty)
         Q_EMIT pathsWaiting(QPrivateSignal());
 }
@@ -30,11 +47,57 @@ void XPAttributeCache::addPathsToFix(const QList<KPPooledString> &paths)
 qsizetype XPAttributeCache::numPathsToFix() const
 {
     const XPLocker lock(m_pathsToFixLock);
-    return m_pathsToFix.size();
+    return m_pathsToFix.size() + m_lookups.size();
 }
 
-// A pass: what is queued now, in slices between which the thread takes the query's updates. So
-// what a slice found is never older than what an update stored before it.
+QList<XPAttributeCache::Lookup> XPAttributeCache::begin(const QList<KPPooledString> &paths)
+{
+    QList<Lookup> lookups;
+    const XPLocker lock(m_pathsToFixLock);
+    for (const KPPooledString path : paths) {
+        if (!m_pathsToFix.remove(path))
+            continue; // stored meanwhile
+        m_lookups.insert(path, ++m_lastLookup);
+        lookups.append({path, m_lastLookup});
+    }
+    return lookups;
+}
+
+void XPAttributeCache::endLookups(KPPooledString path)
+{
+    m_pathsToFix.remove(path);
+    m_lookups.remove(path);
+}
+
+// --- What is stored
+
+bool XPAttributeCache::store(KPPooledString path, const XPAttributeValuePtr &value)
+{
+    const XPLocker lock(m_pathsToFixLock);
+    endLookups(path);
+    return m_values.store(path, value);
+}
+
+bool XPAttributeCache::remove(KPPooledString path)
+{
+    const XPLocker lock(m_pathsToFixLock);
+    endLookups(path);
+    return m_values.remove(path);
+}
+
+void XPAttributeCache::storeFound(const Lookup &lookup, const XPAttributeValuePtr &value)
+{
+    const XPLocker lock(m_pathsToFixLock);
+    const auto begun = m_lookups.constFind(lookup.path);
+    if (begun == m_lookups.cend() || *begun != lookup.number)
+        return;
+    m_lookups.erase(begun);
+    m_values.store(lookup.path, value);
+}
+
+// --- Passes
+
+// A pass: what is queued now, in slices between which the thread takes the query's updates.
 void XPAttributeCache::fixPaths()
 {
     if (!m_currentlyFixingPaths.isEmpty())
@@ -55,12 +118,7 @@ void XPAttributeCache::fixSome()
 {
     const qsizetype count = std::min(pathsAReading, m_currentlyFixingPaths.size());
     const qsizetype rest = m_currentlyFixingPaths.size() - count;
-    fix(m_currentlyFixingPaths.sliced(rest));
-    {
-        const XPLocker lock(m_pathsToFixLock);
-        for (qsizetype i = rest; i < rest + count; ++i)
-            m_pathsToFix.remove(m_currentlyFixingPaths[i]);
-    }
+    fix(begin(m_currentlyFixingPaths.sliced(rest)));
     m_currentlyFixingPaths.resize(rest);
     if (rest > 0)
         QMetaObject::invokeMethod(
@@ -71,63 +129,72 @@ void XPAttributeCache::fixSome()
     notifyMainQ();
 }
 
-std::vector<XPAttributeCache::Row>
-XPAttributeCache::rowsAt(const QList<KPPooledString> &paths) const
+std::vector<XPAttributeCache::Row> XPAttributeCache::rowsAt(const QList<Lookup> &lookups) const
 {
     std::vector<Row> rows;
-    rows.reserve(static_cast<size_t>(paths.size()));
+    rows.reserve(static_cast<size_t>(lookups.size()));
     const IndexCatalog &catalog = m_source.catalog();
     const IndexCatalog::Reading reading(catalog);
-    for (const KPPooledString path : paths) {
-        Row &row = rows.emplace_back(Row{0, path, {}});
-        row.item = catalog.itemAtPath(XPPath::encode(path.toString()));
+    for (const Lookup &lookup : lookups) {
+        Row &row = rows.emplace_back(Row{0, lookup.path, {}});
+        row.item = catalog.itemAtPath(XPPath::encode(row.path.toString()));
         if (const IndexSlot slot = catalog.slotOf(row.item); slot != IndexCatalog::noSlot)
             row.raw = MDItem::attribute(catalog, slot, m_singleAttributeKey);
     }
     return rows;
 }
 
-void XPAttributeCache::fix(const QList<KPPooledString> &paths)
+// What is known already is looked at again because somebody wrote the file: the index may not have
+// noticed yet.
+void XPAttributeCache::fix(const QList<Lookup> &lookups)
 {
-    QList<KPPooledString> unknown;
-    for (const Row &row : rowsAt(paths)) {
+    QList<Lookup> unknown;
+    QList<Lookup> inFiles;
+    for (const Lookup &lookup : lookups)
+        (m_values.find(lookup.path).isUnknown ? unknown : inFiles).append(lookup);
+    auto lookup = unknown.cbegin();
+    for (const Row &row : rowsAt(unknown)) {
         if (row.item == 0) {
-            unknown.append(row.path);
+            inFiles.append(*lookup++);
             continue;
         }
         XPItemPaths::setIfNone(m_source, row.item, row.path);
-        m_values.store(row.path, transformed(row.raw));
+        storeFound(*lookup++, transformed(row.raw));
     }
-    if (unknown.isEmpty())
-        return;
+    if (!inFiles.isEmpty())
+        readFiles(inFiles);
+}
+
+void XPAttributeCache::readFiles(const QList<Lookup> &lookups)
+{
     if (!m_reader) {
         m_reader = std::make_unique<XPAttributeReader>(
-            m_singleAttributeKey, [this](const XPAttributeReader::Values &values) {
+            m_singleAttributeKey, [this](const QList<XPAttributeReader::Value> &values) {
                 {
                     const XPLocker lock(m_mutex);
-                    for (const auto &[path, raw] : values)
-                        m_read.emplaceBack(path, raw);
+                    m_read += values;
                 }
                 Q_EMIT readingsWaiting(QPrivateSignal());
             });
     }
-    m_reader->read(unknown);
+    m_reader->read(lookups);
 }
 
-// What came into the index meanwhile is what the index says.
+// Of what was unknown and came into the index meanwhile the index says more.
 void XPAttributeCache::takeRead()
 {
-    XPAttributeReader::Values values;
+    QList<XPAttributeReader::Value> values;
     {
         const XPLocker lock(m_mutex);
         values.swap(m_read);
     }
-    QList<KPPooledString> paths;
-    for (const auto &[path, raw] : values)
-        paths.append(path);
-    auto value = values.begin();
-    for (const Row &row : rowsAt(paths)) {
-        m_values.store(row.path, transformed(row.item ? row.raw : value->second));
+    QList<Lookup> lookups;
+    for (const auto &value : values)
+        lookups.append(value.lookup);
+    auto value = values.cbegin();
+    for (const Row &row : rowsAt(lookups)) {
+        const bool isIndexed = row.item && m_values.find(row.path).isUnknown;
+        storeFound(value->lookup, transformed(isIndexed ? row.raw : value->raw));
         ++value;
     }
     notifyMainQ();

@@ -4,7 +4,7 @@
 #include "XPMutex.h"
 #include "XPVolumes.h"
 
-#include <QSet>
+#include <QHash>
 #include <chrono>
 #include <condition_variable>
 
@@ -19,15 +19,15 @@ struct XPAttributeReader::Lane
     Lane(const QString &attributeKey, Deliver call) : key(attributeKey), deliver(std::move(call)) {}
 
     void loop();
-    bool take(QList<KPPooledString> &paths);
-    void finish(const Values &values);
+    bool take(QList<Lookup> &lookups);
+    void finish(const QList<Value> &values);
 
     const QString key;
     const Deliver deliver;
     XPMutex mutex;
     std::condition_variable_any wake;
     std::condition_variable_any left;
-    QSet<KPPooledString> waiting XP_GUARDED_BY(mutex);
+    QHash<KPPooledString, quint64> waiting XP_GUARDED_BY(mutex);
     bool delivering XP_GUARDED_BY(mutex) = false;
     bool stopping XP_GUARDED_BY(mutex) = false;
     bool ended XP_GUARDED_BY(mutex) = false;
@@ -67,18 +67,18 @@ XPAttributeReader::~XPAttributeReader()
     }
 }
 
-void XPAttributeReader::read(const QList<KPPooledString> &paths)
+void XPAttributeReader::read(const QList<Lookup> &lookups)
 {
-    std::array<QList<KPPooledString>, 2> parts;
-    for (const KPPooledString path : paths)
-        parts[XPVolumes::isOnSlowVolume(path.toString()) ? 1 : 0].append(path);
+    std::array<QList<Lookup>, 2> parts;
+    for (const Lookup &lookup : lookups)
+        parts[XPVolumes::isOnSlowVolume(lookup.path.toString()) ? 1 : 0].append(lookup);
     for (size_t i = 0; i < parts.size(); ++i) {
         if (parts[i].isEmpty())
             continue;
         {
             const XPLocker lock(m_lanes[i]->mutex);
-            for (const KPPooledString path : parts[i])
-                m_lanes[i]->waiting.insert(path);
+            for (const Lookup &lookup : parts[i])
+                m_lanes[i]->waiting.insert(lookup.path, lookup.number);
         }
         m_lanes[i]->wake.notify_one();
         if (!m_threads[i].joinable())
@@ -86,14 +86,23 @@ void XPAttributeReader::read(const QList<KPPooledString> &paths)
     }
 }
 
+// What is not there has no value; neither has what can be no path.
+static XPResult<PropertyValue> readFile(const QString &key, const QString &path)
+{
+    auto raw = Karvex::getXAttrMetaData(key, path);
+    if (!raw && (raw.error().kind == XPError::Kind::NotFound ||
+                 raw.error().kind == XPError::Kind::InvalidArgument))
+        return PropertyValue();
+    return raw;
+}
+
 void XPAttributeReader::Lane::loop()
 {
-    QList<KPPooledString> paths;
-    while (take(paths)) {
-        Values values;
-        for (const KPPooledString path : paths) {
-            values.emplaceBack(path, Karvex::getXAttrMetaData(key, path.toString()).valueOr({}));
-        }
+    QList<Lookup> lookups;
+    while (take(lookups)) {
+        QList<Value> values;
+        for (const Lookup &lookup : lookups)
+            values.append({lookup, readFile(key, lookup.path.toString())});
         finish(values);
     }
     const XPLocker lock(mutex);
@@ -101,20 +110,20 @@ void XPAttributeReader::Lane::loop()
     left.notify_all();
 }
 
-bool XPAttributeReader::Lane::take(QList<KPPooledString> &paths)
+bool XPAttributeReader::Lane::take(QList<Lookup> &lookups)
 {
-    paths.clear();
+    lookups.clear();
     XPLocker lock(mutex);
     while (waiting.isEmpty() && !stopping)
         wake.wait(lock);
-    for (auto path = waiting.begin(); path != waiting.end() && paths.size() < pathsADelivery;) {
-        paths.append(*path);
-        path = waiting.erase(path);
+    for (auto next = waiting.begin(); next != waiting.end() && lookups.size() < pathsADelivery;) {
+        lookups.append({next.key(), next.value()});
+        next = waiting.erase(next);
     }
     return !stopping;
 }
 
-void XPAttributeReader::Lane::finish(const Values &values)
+void XPAttributeReader::Lane::finish(const QList<Value> &values)
 {
     {
         const XPLocker lock(mutex);

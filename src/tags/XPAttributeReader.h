@@ -2,6 +2,7 @@
 
 #include "KPPool.h"
 #include "PropertyValue.h"
+#include "XPError.h"
 
 #include <array>
 #include <functional>
@@ -17,15 +18,26 @@
 class XPAttributeReader
 {
 public:
-    using Values = QList<std::pair<KPPooledString, PropertyValue>>; // null: no value, or unreadable
-    using Deliver = std::function<void(const Values &values)>;
+    // What is read, and a number of the asker's by which he knows what he asked for last.
+    struct Lookup
+    {
+        KPPooledString path;
+        quint64 number = 0;
+    };
+    struct Value
+    {
+        Lookup lookup;
+        XPResult<PropertyValue> raw; // null: no value, or no file
+    };
+    using Deliver = std::function<void(const QList<Value> &values)>;
 
     XPAttributeReader(const QString &attributeKey, Deliver deliver);
     ~XPAttributeReader();
     XPAttributeReader(const XPAttributeReader &) = delete;
     XPAttributeReader &operator=(const XPAttributeReader &) = delete;
 
-    void read(const QList<KPPooledString> &paths);
+    // Of a path that is asked for again before it was read only the last number is delivered.
+    void read(const QList<Lookup> &lookups);
 
 private:
     struct Lane;

@@ -1,10 +1,12 @@
 #include "KPDocMetaData.h"
 
 #include "KPDocCache.h"
+#include "KPDocEdits.h"
 #include "KPDocServices.h"
 #include "KPTagDocuments.h"
 #include "Karvex.h"
 #include "KeptFolder.h"
+#include "XPExtendedAttributes.h"
 #include "XPPath.h"
 #include "XPPrompts.h"
 
@@ -116,6 +118,49 @@ TEST_F(DocMetaData, ShowsARatingAtOnce)
         << "the cache starts when first asked";
 }
 
+TEST_F(DocMetaData, TellsUnreadableFromNone)
+{
+    const auto damage = [](const QString &path, const QString &key, const PropertyValue &value) {
+        return Karvex::setXAttrMetaData(value, key, path) == std::nullopt;
+    };
+    const QString bytes = tagged(QStringLiteral("bytes.pdf"), {QStringLiteral("a")});
+    const QString text = tagged(QStringLiteral("text.pdf"), {QStringLiteral("a")});
+    const QString rating = tagged(QStringLiteral("rating.pdf"), {QStringLiteral("a")});
+    ASSERT_FALSE(XPExtendedAttributes::write(bytes, Karvex::spotlightKey(Karvex::userTagsKey),
+                                             "bplist00 not"));
+    ASSERT_TRUE(damage(text, Karvex::userTagsKey, QStringLiteral("no list")));
+    ASSERT_TRUE(damage(rating, Karvex::starRatingKey, QStringLiteral("many")));
+    start();
+    for (const QString &path : {bytes, text, rating}) {
+        KPDoc *doc = KPDocCache::docAtPath(path);
+        EXPECT_TRUE(holdsSoon([&] { return doc->unreadableMetaData().has_value(); }));
+        EXPECT_EQ(doc->unreadableMetaData()->path, path);
+        EXPECT_EQ(doc->tagNamesOfTypeUserEnteredForEditing().hasValue(), path == rating);
+        EXPECT_EQ(doc->tagNamesOfTypeUserEntered().size(), path == rating ? 1 : 0);
+        EXPECT_EQ(doc->rating(), 0);
+    }
+}
+
+// Each edit is shown at once, not when the index has noticed.
+TEST_F(DocMetaData, ShowsEachEditAtOnce)
+{
+    const QString path = tagged(QStringLiteral("a.pdf"), {QStringLiteral("a")});
+    start();
+    KPDoc *doc = KPDocCache::docAtPath(path);
+    ASSERT_TRUE(holdsSoon([&] { return doc->hasUserEnteredTag(userTag("a")); }));
+    const auto shown = [&] {
+        return KPTagName::displayStringsForTagNames(doc->tagNamesOfTypeUserEntered()).join(u' ');
+    };
+    ASSERT_FALSE(KPDocEdits::addUserTags({QStringLiteral("b")}, path));
+    EXPECT_EQ(shown(), u"a b");
+    ASSERT_FALSE(KPDocEdits::setCommonUserTags(path, {QStringLiteral("A")}, {QStringLiteral("c")}));
+    EXPECT_EQ(shown(), u"b c");
+    ASSERT_FALSE(KPDocEdits::clearUserTags({QStringLiteral("C")}, path));
+    EXPECT_EQ(shown(), u"b");
+    ASSERT_FALSE(KPDocEdits::setUserTags({}, path));
+    EXPECT_EQ(shown(), QString());
+}
+
 TEST_F(DocMetaData, IsReadByThreadsUntilItStops)
 {
     xpGuiThread.assertHere();
@@ -187,5 +232,5 @@ TEST_F(DocMetaData, CountsWhatLeavesTheLibrary)
     EXPECT_EQ(Karvex::getUserTags(path).valueOr({}),
               (QStringList{QStringLiteral("flagged"), QStringLiteral("hidden")}));
     KPDoc::setFlagged({path}, false);
-    EXPECT_EQ(doc->tagNamesOfTypeUserEnteredForEditing(), Tags{userTag("hidden")});
+    EXPECT_EQ(*doc->tagNamesOfTypeUserEnteredForEditing(), Tags{userTag("hidden")});
 }

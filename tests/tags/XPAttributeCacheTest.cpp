@@ -8,6 +8,7 @@
 #include "XPPath.h"
 
 #include <cstdio>
+#include <semaphore>
 #include <thread>
 
 using Raw = XPAttributeOf<PropertyValue>;
@@ -174,10 +175,7 @@ TEST_F(AttributeCache, ReadsFromTheFileWhatIsNotIndexed)
     const TestFolder elsewhere;
     const QString rated = elsewhere.file(QStringLiteral("rated"));
     ASSERT_FALSE(Karvex::setRating(4, rated));
-    const QString damaged = elsewhere.file(QStringLiteral("damaged"));
-    ASSERT_FALSE(XPExtendedAttributes::write(damaged, Karvex::spotlightKey(Karvex::starRatingKey),
-                                             "bplist00 not"));
-    const QStringList none{damaged, elsewhere.path(QStringLiteral("missing")),
+    const QStringList none{elsewhere.path(QStringLiteral("missing")),
                            QString(QChar(0xD800)) /* no path at all */};
     start();
     for (const QString &path : none + QStringList{rated})
@@ -187,6 +185,107 @@ TEST_F(AttributeCache, ReadsFromTheFileWhatIsNotIndexed)
     for (const QString &path : none)
         EXPECT_FALSE(m_cache->attributeAtPath(pooled(path)));
     EXPECT_EQ(m_cache->numPathsToFix(), 0);
+}
+
+// A transformer that the test holds up: what it is given was read, and is not stored yet.
+struct Gate
+{
+    XPAttributeCache::Transformer transformer()
+    {
+        return [this](const PropertyValue &raw) {
+            if (raw.doubleValue() == heldUp) {
+                arrived.release();
+                go.acquire();
+            }
+            return Raw::make(raw);
+        };
+    }
+    static constexpr double heldUp = 1.5;
+    std::counting_semaphore<> arrived{0};
+    std::counting_semaphore<> go{0};
+};
+
+class LateRead : public AttributeCache, public testing::WithParamInterface<bool>
+{
+};
+
+// Read on either road, in the index or in the file: what this program wrote since is newer.
+TEST_P(LateRead, IsNotStoredOverWhatWasWrittenMeanwhile)
+{
+    const TestFolder elsewhere;
+    QString path = elsewhere.file(QStringLiteral("late"));
+    rated(QStringLiteral("fills the limit"), 1);
+    Gate gate;
+    if (GetParam()) {
+        path = m_folder.file(QStringLiteral("late"));
+        start(1, gate.transformer());
+        ASSERT_FALSE(Karvex::setRating(Gate::heldUp, path));
+        m_folder.catchUp();
+    } else {
+        start(1, gate.transformer());
+        ASSERT_FALSE(Karvex::setRating(Gate::heldUp, path));
+    }
+    EXPECT_FALSE(m_cache->attributeAtPath(pooled(path)));
+    gate.arrived.acquire();
+    m_cache->setAttribute(Raw::make(PropertyValue::real(4)), pooled(path));
+    gate.go.release();
+    EXPECT_TRUE(holdsSoon([this] { return m_cache->numPathsToFix() == 0 && m_notices >= 2; }));
+    EXPECT_EQ(ratingAt(path), 4);
+
+    // Nor over what was forgotten since: that is asked anew.
+    m_cache->unCacheDataAtPath(pooled(path));
+    EXPECT_FALSE(m_cache->attributeAtPath(pooled(path)));
+    gate.arrived.acquire();
+    m_cache->unCacheDataAtPath(pooled(path));
+    ASSERT_FALSE(Karvex::setRating(2, path));
+    m_folder.catchUp();
+    gate.go.release();
+    EXPECT_TRUE(holdsSoon([&] {
+        (void)m_cache->attributeAtPath(pooled(path));
+        return ratingAt(path) != 0;
+    }));
+    EXPECT_EQ(ratingAt(path), 2);
+}
+
+INSTANTIATE_TEST_SUITE_P(Roads, LateRead, testing::Bool(), [](const auto &row) {
+    return row.param ? "FromTheIndex" : "FromTheFile";
+});
+
+TEST_F(AttributeCache, LooksAgainAtWhatItKnowsWhenAskedAndShowsItMeanwhile)
+{
+    const TestFolder elsewhere;
+    const QString path = elsewhere.file(QStringLiteral("a"));
+    ASSERT_FALSE(Karvex::setRating(2, path));
+    start();
+    (void)m_cache->attributeAtPath(pooled(path));
+    ASSERT_TRUE(isSoon(path, 2));
+    ASSERT_FALSE(Karvex::setRating(3, path));
+    m_cache->addPathToFix(pooled(path));
+    EXPECT_EQ(ratingAt(path), 2);
+    EXPECT_TRUE(isSoon(path, 3));
+}
+
+TEST_F(AttributeCache, TellsUnreadableFromNone)
+{
+    const auto damage = [](const QString &path) {
+        return !XPExtendedAttributes::write(path, Karvex::spotlightKey(Karvex::starRatingKey),
+                                            "bplist00 not");
+    };
+    const TestFolder elsewhere;
+    const QString outside = elsewhere.file(QStringLiteral("damaged"));
+    const QString inside = m_folder.file(QStringLiteral("damaged"));
+    const QString later = rated(QStringLiteral("later"), 3);
+    ASSERT_TRUE(damage(outside) && damage(inside));
+    start();
+    const auto isUnreadable = [this](const QString &path) {
+        const auto value = m_cache->attributeAtPath(pooled(path));
+        return XPAttributeCache::errorIn(value) != nullptr && !Raw::in(value);
+    };
+    EXPECT_TRUE(holdsSoon([&] { return isUnreadable(inside) && isUnreadable(outside); }));
+    EXPECT_EQ(m_cache->values().size(), 1) << "only real values";
+    ASSERT_TRUE(damage(later));
+    EXPECT_TRUE(holdsSoon([&] { return isUnreadable(later); }));
+    EXPECT_TRUE(m_cache->values().isEmpty());
 }
 
 TEST_F(AttributeCache, KnowsTheItemsInTheUsersFolders)

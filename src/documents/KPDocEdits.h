@@ -1,0 +1,23 @@
+#pragma once
+
+#include "XPError.h"
+
+#include <QStringList>
+
+// Changes of a file's tags, rating and web addresses that a person asked for.
+//
+// Beyond what Karvex writes: the caches that records read from know the new value at once, and with
+// the setting "KPSetModifiyTimeOnTagsChanging" the file counts as modified just now. What writes
+// the same as before changes nothing. Backups, healing and marks of the program's own go past this.
+// Threads: any; blocking file calls. Errors: those of Karvex, which see for each operation.
+namespace KPDocEdits {
+
+std::optional<XPError> setUserTags(const QStringList &tags, const QString &path);
+std::optional<XPError> addUserTags(const QStringList &tags, const QString &path);
+std::optional<XPError> clearUserTags(const QStringList &tags, const QString &path);
+std::optional<XPError> setCommonUserTags(const QString &path, const QStringList &originalCommonTags,
+                                         const QStringList &replaceWith);
+std::optional<XPError> setRating(double rating, const QString &path);
+std::optional<XPError> setURLs(const QStringList &urls, const QString &path);
+
+} // namespace KPDocEdits
