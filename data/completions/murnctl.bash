@@ -11,7 +11,7 @@ _murnctl_offer() {
 _murnctl_options() {
     case $1 in
         tags) printf '%s\n' --json --print0 --recent --help ;;
-        tag) printf '%s\n' --add --remove --set --clear --help ;;
+        tag) printf '%s\n' --add --remove --set --clear --force --help ;;
         rate) printf '%s\n' --help ;;
         find) printf '%s\n' --contents --metadata --names-only --tag --not-tag --tagged --untagged \
             --managed --type --not-type --date --rating --in --not-in --list-folder --deep --state \

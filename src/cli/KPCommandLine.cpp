@@ -52,18 +52,28 @@ XPResult<KPCommandLine> KPCommandLine::parse(const QStringList &words, const KPC
     return line;
 }
 
+QStringList KPCommandLine::tagsIn(const QString &value)
+{
+    QStringList tags;
+    for (const QString &piece : KPTagName::cleanUpTagStringArray({value})) {
+        if (const QString tag = KPTagName::CleanAndTrimTag(piece); !tag.trimmed().isEmpty())
+            tags.append(tag);
+    }
+    return tags;
+}
+
 XPResult<QStringList> KPCommandLine::tags(const char *option) const
 {
     QStringList tags;
     for (const QString &value : values(option)) {
-        const QString tag = KPTagName::CleanAndTrimTag(value);
-        if (tag.isEmpty())
+        const QStringList found = tagsIn(value);
+        if (found.isEmpty())
             return kpUsageError(
                 QStringLiteral("%1 needs a tag that is not empty").arg(QLatin1String(option)));
-        if (!tag.isValidUtf16())
+        if (!value.isValidUtf16())
             return kpUsageError(
-                QStringLiteral("a tag that is not UTF-8: %1").arg(XPPath::printable(tag)));
-        tags.append(tag);
+                QStringLiteral("a tag that is not UTF-8: %1").arg(XPPath::printable(value)));
+        tags += found;
     }
     return tags;
 }

@@ -21,9 +21,11 @@ public:
     QStringList values(const char *option) const { return m_values.value(QLatin1String(option)); }
     const QStringList &operands() const { return m_operands; }
 
-    // The values as tags, cleaned as the program cleans typed tags. Fails on one that holds
-    // nothing then.
+    // The values as tags: cut at commas, tabs and line ends and cleaned, as the window does with
+    // typed tags. Fails on a value that holds nothing then.
     XPResult<QStringList> tags(const char *option) const;
+    // Those of one value.
+    static QStringList tagsIn(const QString &value);
     // Fails when more than one of these options is there.
     std::optional<XPError> onlyOneOf(const std::vector<const char *> &options) const;
 

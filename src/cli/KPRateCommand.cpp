@@ -1,5 +1,6 @@
 // murnctl rate: sets the star rating of files.
 #include "KPCommandOutput.h"
+#include "KPDocEdits.h"
 #include "Karvex.h"
 
 static void rate(double stars, const QString &path, KPCommandOutput &output)
@@ -7,7 +8,7 @@ static void rate(double stars, const QString &path, KPCommandOutput &output)
     // What cannot be read is not written over.
     if (const auto present = Karvex::getRating(path); !present)
         output.fail(path, "the rating cannot be read", present.error());
-    else if (const auto error = Karvex::setRating(stars, path))
+    else if (const auto error = KPDocEdits::setRating(stars, path))
         output.fail(path, "the rating cannot be changed", *error);
 }
 

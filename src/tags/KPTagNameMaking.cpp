@@ -112,11 +112,13 @@ QStringList KPTagName::fixCaseForUserEnteredTags(const QStringList &texts)
 KPTagName *KPTagName::tagNameForReadOnlyTag(const QString &text)
 {
     const Buffer key = KPTagNameKey::forRawText(KPTagNameKey::readOnlyPrefix, text);
+    // What other programs write for keywords that are not there; a tag in any other case.
+    if (textOf(key) == u"read:(null)" && CleanAndTrimTag(text) == u"(null)")
+        return nullptr;
     if (KPTagName *known = KPTagNameRegistry::instance().find(textOf(key)))
         return known;
-    // The second is what other programs write for keywords that are not there.
     const QString name = CleanAndTrimTag(text);
-    if (name.isEmpty() || name == u"(null)")
+    if (name.isEmpty())
         return nullptr;
     return tagNameWithDisplayName(name, textOf(key).toString());
 }

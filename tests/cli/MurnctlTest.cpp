@@ -2,7 +2,9 @@
 
 #include "Karvex.h"
 #include "TestHome.h"
+#include "UserDefaults.h"
 #include "XPExtendedAttributes.h"
+#include "XPFileInfo.h"
 #include "XPPath.h"
 
 #include <QJsonArray>
@@ -10,6 +12,7 @@
 #include <QProcess>
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 class MurnctlFiles : public testing::Test
@@ -49,6 +52,8 @@ TEST_F(MurnctlFiles, AnswersWrongUsageWithTwoAndChangesNothing)
                                     {"tag", "--set", "x", "--add", "y", "a"},
                                     {"tag", "--set", "x", "--clear", "a"},
                                     {"tag", "--bogus", "a"},
+                                    {"tag", "--add", " , ,", "a"},
+                                    {"tag", "--add", "x", "--force", "a"},
                                     {"rate", "a"},
                                     {"rate", "5.1", "a"},
                                     {"rate", "-1", "a"},
@@ -125,6 +130,66 @@ TEST_F(MurnctlFiles, LeavesUnreadableTagsAndRatingsAsTheyAre)
     EXPECT_FALSE(XPExtendedAttributes::write(path, rating, "bplist00garbage"));
     EXPECT_EQ(run({"rate", "3", "damaged"}).status, 1);
     EXPECT_EQ(**XPExtendedAttributes::read(path, rating), "bplist00garbage");
+}
+
+TEST_F(MurnctlFiles, WritesOverUnreadableTagsWhenToldToAndPrintsThem)
+{
+    const QString path = damagedFile();
+    const QString name = Karvex::spotlightKey(Karvex::userTagsKey);
+    const MurnctlResult forced = run({"tag", "--set", "x", "--force", "damaged", "a", "missing"});
+    EXPECT_EQ(forced.status, 1) << "there is no such file as the last one";
+    EXPECT_EQ(forced.out, "damaged\tuser.com.apple.metadata:kMDItemKXUserTags=0x" +
+                              QByteArray("bplist00garbage").toHex() + '\n');
+    EXPECT_EQ(tagsOf(QStringLiteral("damaged")), QStringList(QStringLiteral("x")));
+    EXPECT_EQ(tagsOf(QStringLiteral("a")), QStringList(QStringLiteral("x")));
+    EXPECT_FALSE(XPExtendedAttributes::write(path, name, QByteArray(3000, 'x')));
+    Murnctl unheard({"tag", "--clear", "--force", "damaged"}, folder.path());
+    unheard.stopReading();
+    EXPECT_NE(unheard.wait(), 0);
+    EXPECT_EQ(**XPExtendedAttributes::read(path, name), QByteArray(3000, 'x'))
+        << "nobody could read what would have been lost";
+    const MurnctlResult cleared = run({"tag", "--clear", "--force", "damaged"});
+    EXPECT_EQ(cleared.status, 0) << cleared.err.constData();
+    EXPECT_TRUE(cleared.out.contains(QByteArray(3000, 'x').toHex()));
+    EXPECT_TRUE(tagsOf(QStringLiteral("damaged")).isEmpty());
+}
+
+TEST_F(MurnctlFiles, CutsTagsWhereTheWindowDoes)
+{
+    EXPECT_EQ(run({"tag", "--add", "one, two,,\tthree ", "a"}).status, 0);
+    EXPECT_EQ(tagsOf(QStringLiteral("a")),
+              QStringList({QStringLiteral("one"), QStringLiteral("two"), QStringLiteral("three")}));
+    EXPECT_EQ(run({"tag", "--set", "one,two", "b"}).status, 0);
+    EXPECT_EQ(run({"tag", "--remove", "TWO,one", "a"}).status, 0);
+    EXPECT_EQ(tagsOf(QStringLiteral("a")), QStringList(QStringLiteral("three")));
+    // As another program may have set it.
+    const QStringList whole = {QStringLiteral("one,two"), QStringLiteral("one")};
+    EXPECT_FALSE(Karvex::setUserTags(whole, b));
+    EXPECT_EQ(run({"tag", "--remove", "One,Two", "b"}).status, 0);
+    EXPECT_EQ(tagsOf(QStringLiteral("b")), QStringList(QStringLiteral("one")));
+}
+
+TEST_F(MurnctlFiles, CountsAnEditAsAChangeOfTheFileWhereTheSettingSaysSo)
+{
+    UserDefaults &defaults = UserDefaults::standard();
+    const QString key = QStringLiteral("KPSetModifiyTimeOnTagsChanging");
+    const timespec old[2] = {{1'000'000, 0}, {1'000'000, 0}};
+    const QByteArray path = XPPath::encode(a);
+    const auto isTouchedBy = [&](const QByteArrayList &words) {
+        EXPECT_EQ(::utimensat(AT_FDCWD, path.constData(), old, 0), 0);
+        EXPECT_EQ(run(words).status, 0);
+        return XPFileInfo::read(a)->modified / 1'000'000'000 != 1'000'000;
+    };
+    EXPECT_FALSE(isTouchedBy({"tag", "--add", "x", "a"}));
+    defaults.setValue(key, PropertyValue::boolean(true));
+    EXPECT_FALSE(defaults.synchronise());
+    EXPECT_TRUE(isTouchedBy({"tag", "--add", "y", "a"}));
+    EXPECT_FALSE(isTouchedBy({"tag", "--add", "y", "a"})) << "nothing changed";
+    EXPECT_TRUE(isTouchedBy({"tag", "--remove", "x", "a"}));
+    EXPECT_TRUE(isTouchedBy({"tag", "--clear", "a"}));
+    EXPECT_TRUE(isTouchedBy({"rate", "3", "a"}));
+    defaults.remove(key);
+    EXPECT_FALSE(defaults.synchronise());
 }
 
 TEST_F(MurnctlFiles, TakesNamesAsBytes)

@@ -215,6 +215,9 @@ TEST(ReadOnlyTag, IsApartFromTheUsersAndKeepsItsComposition)
     EXPECT_EQ(tag->tagType(), KPTagName::ReadOnly);
     EXPECT_NE(tag, user("Keyw\u00f6rd"));
     EXPECT_EQ(KPTagName::tagNameForReadOnlyTag(text("(null)")), nullptr);
+    EXPECT_NE(KPTagName::tagNameForReadOnlyTag(text("(NULL)")), nullptr);
+    EXPECT_EQ(KPTagName::tagNameForReadOnlyTag(text("(null)")), nullptr) << "met or not";
+    EXPECT_EQ(KPTagName::tagNameForReadOnlyTag(text(" (nu\nll) ")), nullptr);
     EXPECT_EQ(KPTagName::tagNameForReadOnlyTag(text(" ")), nullptr);
     EXPECT_THAT(
         KPTagName::tagNamesForReadOnlyTags(texts({"k", "(null)", "K", "KEYW\u00d6RD"}), true),
