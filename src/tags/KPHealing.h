@@ -23,7 +23,7 @@ struct KPHealing
     PropertyValue::Date time;
     State state = State::Pending;
     QString why; // it is pending, or failed; a sentence for people
-    // Attribute name, without "com.apple.metadata:", to bytes as they are on the file.
+    // Attribute name, without "com.apple.metadata:", to bytes as they were on the file.
     QMap<QString, QByteArray> attributes;
 
     // Whether none of these attributes says something about tags; an empty list of tags does: the

@@ -19,6 +19,10 @@ static const QString timeKey = QStringLiteral("time");
 static const QString stateKey = QStringLiteral("state");
 static const QString whyKey = QStringLiteral("why");
 static const QString attributesKey = QStringLiteral("attributes");
+// The attributes whose name is no text, which a dictionary cannot have for a key.
+static const QString oddAttributesKey = QStringLiteral("oddAttributes");
+static const QString nameKey = QStringLiteral("name");
+static const QString bytesKey = QStringLiteral("bytes");
 
 static constexpr std::array stateNames = {"pending", "healed", "undone", "failed"};
 
@@ -32,6 +36,9 @@ static std::optional<KPHealing> caseFrom(const Dictionary &dictionary)
     const Dictionary attributes = dictionary.value(attributesKey).dictionary();
     for (auto attribute = attributes.begin(); attribute != attributes.end(); ++attribute)
         healing.attributes.insert(attribute.key(), attribute->data());
+    for (const PropertyValue &odd : dictionary.value(oddAttributesKey).array())
+        healing.attributes.insert(XPPath::decode(odd.dictionary().value(nameKey).data()),
+                                  odd.dictionary().value(bytesKey).data());
     const QString state = dictionary.value(stateKey).string();
     for (size_t i = 0; i < stateNames.size(); ++i) {
         if (state == QLatin1String(stateNames[i])) {
@@ -45,15 +52,21 @@ static std::optional<KPHealing> caseFrom(const Dictionary &dictionary)
 static PropertyValue dictionaryOf(const KPHealing &healing)
 {
     Dictionary attributes;
-    for (auto each = healing.attributes.begin(); each != healing.attributes.end(); ++each)
-        attributes.insert(each.key(), *each);
+    PropertyValue::Array odd;
+    for (auto each = healing.attributes.begin(); each != healing.attributes.end(); ++each) {
+        if (each.key().isValidUtf16())
+            attributes.insert(each.key(), *each);
+        else
+            odd.append(Dictionary{{nameKey, XPPath::encode(each.key())}, {bytesKey, *each}});
+    }
     const char *state = stateNames[static_cast<size_t>(healing.state)];
     return Dictionary{{numberKey, PropertyValue::integer(healing.number)},
                       {pathKey, XPPath::encode(healing.path)},
                       {timeKey, healing.time},
                       {stateKey, QString::fromLatin1(state)},
                       {whyKey, healing.why},
-                      {attributesKey, attributes}};
+                      {attributesKey, attributes},
+                      {oddAttributesKey, odd}};
 }
 
 QString KPHealingLog::path()

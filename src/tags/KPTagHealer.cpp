@@ -83,16 +83,24 @@ std::vector<KPTagHealer::Task> KPTagHealer::nextTasks()
     return tasks;
 }
 
-// The index holds values. A binary property list of the same value says the same, whichever form
-// the file had; what the index could not read it holds as the bytes that they were.
-static QMap<QString, QByteArray> bytesOf(const IndexRecord::Attributes &attributes)
+// The bytes that stood on the file: the index keeps them beside a value that we would write in
+// another way. What it could not keep is named in `missing`: such a file is not healed halfway.
+static QMap<QString, QByteArray> bytesOf(const IndexRecord::Attributes &attributes,
+                                         QStringList &missing)
 {
     QMap<QString, QByteArray> bytes;
     for (auto attribute = attributes.begin(); attribute != attributes.end(); ++attribute) {
-        if (attribute->kind() == PropertyValue::Kind::Data)
-            bytes.insert(attribute.key(), attribute->data());
-        else if (const auto list = XPPropertyList::writeBinary(*attribute))
-            bytes.insert(attribute.key(), *list);
+        const QString &name = attribute.key();
+        if (IndexRecord::isBytesKey(name))
+            continue;
+        const PropertyValue kept = attributes.value(IndexRecord::bytesKey(name), *attribute);
+        const auto list = kept.kind() == PropertyValue::Kind::Data
+                              ? XPResult<QByteArray>(kept.data())
+                              : XPPropertyList::writeBinary(kept);
+        if (list)
+            bytes.insert(name, *list);
+        else
+            missing.append(XPPath::printable(name));
     }
     return bytes;
 }
@@ -100,10 +108,14 @@ static QMap<QString, QByteArray> bytesOf(const IndexRecord::Attributes &attribut
 static KPHealing healingOf(const IndexLoss &loss)
 {
     KPHealing healing;
+    QStringList missing;
     healing.path = XPPath::decode(loss.path);
     healing.time = PropertyValue::Date::now();
-    healing.attributes = bytesOf(loss.attributes);
-    if (loss.typeBefore != loss.type)
+    healing.attributes = bytesOf(loss.attributes, missing);
+    if (!missing.isEmpty())
+        healing.why = QStringLiteral("the bytes of %1 are not known any more")
+                          .arg(missing.join(QStringLiteral(", ")));
+    else if (loss.typeBefore != loss.type)
         healing.why = QStringLiteral("the file was of type %1 and is now of type %2")
                           .arg(loss.typeBefore, loss.type);
     else if (!loss.isSeen)

@@ -17,9 +17,10 @@ class MetadataIndex;
 // The process that keeps the index hears of such a file, waits a moment for the program to be done,
 // looks again that the file has no tags, and puts the bytes back. Every case is in the log
 // (KPHealingLog). It is only put there, for the user to say, when the content type is another one
-// now, or nobody saw how the file was replaced. The setting "KPHealLostTags", false, switches it
-// off. Threads: construct and destroy on one. The work is done on a thread of its own, which the
-// destructor joins after what was heard of is done. Ownership: the index must outlive it.
+// now, nobody saw how the file was replaced, or the bytes of some attribute are not known. The
+// setting "KPHealLostTags", false, switches it off. Threads: construct and destroy on one. The work
+// is done on a thread of its own, which the destructor joins after what was heard of is done.
+// Ownership: the index must outlive it.
 class KPTagHealer
 {
 public:

@@ -7,6 +7,7 @@
 #include "XPExtendedAttributes.h"
 #include "XPFileInfo.h"
 #include "XPPath.h"
+#include "XPPropertyList.h"
 
 #include <QProcess>
 #include <QSaveFile>
@@ -36,8 +37,19 @@ protected:
         EXPECT_FALSE(Karvex::setXAttrMetaData(QStringLiteral("a comment"),
                                               QStringLiteral("kMDItemFinderComment"), path));
         // No property list, as another program may have left it.
-        EXPECT_FALSE(XPExtendedAttributes::write(
-            path, QStringLiteral("com.apple.metadata:kMDLabel"), "\x01raw"));
+        const QString prefix = Karvex::spotlightKey({});
+        const auto put = [&](const QString &key, const QByteArray &bytes) {
+            EXPECT_FALSE(XPExtendedAttributes::write(path, prefix + key, bytes));
+        };
+        put(QStringLiteral("kMDLabel"), "\x01raw");
+        put(QStringLiteral("kMDItemOfNoBytes"), {});
+        put(QStringLiteral("kMDItemData"), *XPPropertyList::writeBinary(QByteArray("bare")));
+        put(QStringLiteral("kMDItemXml"), *XPPropertyList::writeXml(QStringLiteral("as XML")));
+        // A text that no property list of ours can hold: half of a surrogate pair.
+        put(QStringLiteral("kMDItemHalf"),
+            QByteArray("bplist00\x61\xd8\x00\x08", 12) + QByteArray(6, '\0') + "\x01\x01" +
+                QByteArray(7, '\0') + '\x01' + QByteArray(8, '\0') + QByteArray(7, '\0') + '\x0b');
+        put(XPPath::decode("kMDItem\xff"), "\x01name");
         return path;
     }
     void keep()

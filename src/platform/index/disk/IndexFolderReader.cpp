@@ -158,6 +158,21 @@ const char *IndexFolderReader::attributePath(const char *name)
     return m_attributePath.constData();
 }
 
+// So that the bytes can be had again: see IndexRecord::attributes.
+static void putAttribute(const QString &key, const QByteArray &bytes,
+                         IndexRecord::Attributes &attributes)
+{
+    const auto value = XPPropertyList::read(bytes, valueLimits);
+    if (!value || value->kind() == PropertyValue::Kind::Data) {
+        attributes.insert(key, bytes);
+        return;
+    }
+    attributes.insert(key, *value);
+    const auto ours = XPPropertyList::writeBinary(*value);
+    if (!ours || *ours != bytes)
+        attributes.insert(IndexRecord::bytesKey(key), bytes);
+}
+
 void IndexFolderReader::readAttributes(const char *name, IndexRecord::Attributes &attributes)
 {
     const char *path = attributePath(name);
@@ -180,10 +195,8 @@ void IndexFolderReader::readAttributes(const char *name, IndexRecord::Attributes
             length = ::lgetxattr(path, at, m_value.data(), m_value.size());
         if (length < 0)
             continue; // gone meanwhile
-        const QByteArrayView bytes(m_value.data(), length);
-        const auto value = XPPropertyList::read(bytes, valueLimits);
-        attributes.insert(XPPath::decode(QByteArrayView(at + prefixLength)),
-                          value ? *value : PropertyValue(bytes.toByteArray()));
+        putAttribute(XPPath::decode(QByteArrayView(at + prefixLength)),
+                     QByteArray(m_value.data(), length), attributes);
     }
 }
 

@@ -50,7 +50,8 @@ void IndexLosses::replaced(const QByteArray &path, const IndexRecord &before,
     if (!now.info.isRegular() || (isSame && !isSeen))
         return;
     for (auto attribute = had.begin(); attribute != had.end(); ++attribute) {
-        if (!now.attributes.contains(attribute.key())) {
+        if (!IndexRecord::isBytesKey(attribute.key()) &&
+            !now.attributes.contains(attribute.key())) {
             m_report({path, had, now.attributes.keys(), before.type, now.type, isSeen});
             return;
         }
