@@ -3,7 +3,8 @@
 #include "KPProgressLine.h"
 
 KPIndexSession::KPIndexSession(KPCommandOutput &output)
-    : m_output(output), m_index(MetadataIndex::open()), m_healer(*m_index)
+    : m_output(output), m_index(MetadataIndex::open()), m_types(m_index->source()),
+      m_healer(*m_index)
 {
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "KPCommandOutput.h"
+#include "KPIndexedTypes.h"
 #include "KPInterrupt.h"
 #include "KPTagHealer.h"
 #include "MetadataIndex.h"
@@ -29,5 +30,6 @@ private:
     KPCommandOutput &m_output;
     KPInterrupt m_interrupt;
     std::unique_ptr<MetadataIndex> m_index;
+    KPIndexedTypes m_types;
     KPTagHealer m_healer;
 };

@@ -36,7 +36,9 @@ namespace {
 struct Installed
 {
     XPMutex mutex;
-    KPFileType::IndexLookup indexLookup XP_GUARDED_BY(mutex);
+    // One at a time, as it is hardly ever asked: so that it can be taken away.
+    XPMutex lookupMutex;
+    KPFileType::IndexLookup indexLookup XP_GUARDED_BY(lookupMutex);
     KPFileType::SlowTest slowTest XP_GUARDED_BY(mutex) = XPVolumes::isOnSlowVolume;
 };
 
@@ -48,9 +50,21 @@ static Installed &installed()
     return functions;
 }
 
+static thread_local int withoutIndex = 0;
+
+KPFileType::WithoutIndex::WithoutIndex()
+{
+    ++withoutIndex;
+}
+
+KPFileType::WithoutIndex::~WithoutIndex()
+{
+    --withoutIndex;
+}
+
 void KPFileType::setIndexLookup(IndexLookup lookup)
 {
-    const XPLocker lock(installed().mutex);
+    const XPLocker lock(installed().lookupMutex);
     installed().indexLookup = std::move(lookup);
 }
 
@@ -62,12 +76,10 @@ void KPFileType::setSlowVolumeTest(SlowTest test)
 
 static QString typeFromIndex(const QString &path)
 {
-    KPFileType::IndexLookup lookup;
-    {
-        const XPLocker lock(installed().mutex);
-        lookup = installed().indexLookup;
-    }
-    return lookup ? lookup(path) : QString();
+    if (withoutIndex > 0)
+        return {};
+    const XPLocker lock(installed().lookupMutex);
+    return installed().indexLookup ? installed().indexLookup(path) : QString();
 }
 
 static bool isOnSlowVolume(const QString &path)

@@ -65,9 +65,21 @@ public:
     static bool isImage(const QString &path); // by extension: jpg, gif, psd, png, tif
 
     // The last resort for a file whose type neither its name nor its content tells: what the
-    // index holds as its kMDItemContentType (empty: unknown). Install at start-up.
+    // index holds as its kMDItemContentType (empty: unknown). Install at start-up. When this
+    // returns the function installed before is in no call any more, and in none from then on; it
+    // may not ask for types itself.
     using IndexLookup = std::function<QString(const QString &path)>;
     static void setIndexLookup(IndexLookup lookup);
+    // While it lives this thread does not ask the index, which would only hear what it said before:
+    // for the index itself, as it finds out.
+    class WithoutIndex
+    {
+    public:
+        WithoutIndex();
+        ~WithoutIndex();
+        WithoutIndex(const WithoutIndex &) = delete;
+        WithoutIndex &operator=(const WithoutIndex &) = delete;
+    };
     // Which paths are never read for their type: XPVolumes::isOnSlowVolume unless replaced. Never
     // an empty function.
     using SlowTest = std::function<bool(const QString &path)>;

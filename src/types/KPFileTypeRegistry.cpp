@@ -29,12 +29,18 @@ QString KPFileTypeRegistry::filePath()
     return XPFolders::ourApplicationSupport() + QStringLiteral("/fileTypes.plist");
 }
 
-static void setAside(const QString &path)
+static bool setAside(const QString &path)
 {
     const auto moved = XPAtomicFile::setAside(path);
-    qCWarning(xpLog).noquote()
-        << "The file-type groups could not be read and start anew; the old file is"
-        << XPPath::printable(moved ? *moved : path);
+    if (moved)
+        qCWarning(xpLog).noquote()
+            << "The file-type groups could not be read and start anew; the old file is"
+            << XPPath::printable(*moved);
+    else
+        qCWarning(xpLog).noquote() << "The file-type groups can neither be read nor set aside, and "
+                                      "are not saved:"
+                                   << moved.error().message << XPPath::printable(path);
+    return moved.hasValue();
 }
 
 void KPFileTypeRegistry::readFileTypesPlist()
@@ -61,7 +67,7 @@ void KPFileTypeRegistry::readFileTypesPlist()
         take(value->array());
         return;
     }
-    setAside(path);
+    m_mayWrite = setAside(path);
 }
 
 void KPFileTypeRegistry::take(const PropertyValue::Array &stored)

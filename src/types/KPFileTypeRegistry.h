@@ -10,7 +10,8 @@
 // The built-in groups come first, in their order, then the user's. The file holds all of them;
 // a built-in group that is missing there (a newer program has more) is added with its factory
 // state. A damaged or foreign file is set aside and named in the log, never overwritten; a file
-// that cannot be read for another reason is left alone and nothing is written in this session.
+// that cannot be read for another reason, or cannot be set aside, is left alone and nothing is
+// written in this session.
 // Threads: main.
 class KPFileTypeRegistry
 {

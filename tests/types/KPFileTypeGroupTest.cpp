@@ -4,14 +4,17 @@
 #include "KPFileType.h"
 #include "KPFileTypeRegistry.h"
 #include "TestHome.h"
+#include "TestSystem.h"
 #include "XPAtomicFile.h"
 #include "XPFolders.h"
 #include "XPNotificationCenter.h"
+#include "XPPath.h"
 #include "XPPropertyList.h"
 
 #include <QDir>
 #include <QFile>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 static QString text(const char *utf8)
 {
@@ -153,4 +156,25 @@ TEST_F(KPFileTypeRegistryTest, SetsAsideWhatIsNotItsOwn)
         EXPECT_EQ(QDir(XPFolders::ourApplicationSupport()).count(), static_cast<uint>(before));
         EXPECT_FALSE(m_registry.fileTypeGroupsArray().isEmpty());
     }
+}
+
+// It can neither be read nor moved just now; later it could be written over.
+TEST_F(KPFileTypeRegistryTest, LeavesAloneWhatItCouldNotSetAside)
+{
+    const TestFolder folder;
+    const int status = asPlainUser(folder.path(), [&] {
+        const QByteArray bytes = XPPath::encode(folder.path());
+        qputenv("XDG_DATA_HOME", bytes);
+        const QString path = KPFileTypeRegistry::filePath();
+        const QByteArray place = XPPath::encode(XPFolders::ourApplicationSupport());
+        if (XPAtomicFile::write(path, "garbage") || ::chmod(place.constData(), 0555) != 0)
+            return 1;
+        m_registry.readFileTypesPlist();
+        if (::chmod(place.constData(), 0755) != 0)
+            return 2;
+        m_registry.addGroup(std::make_shared<KPFileTypeGroup>(groupOf({text("public.png")})));
+        (void)m_registry.writeFileTypesPlist();
+        return *XPAtomicFile::read(path) == "garbage" ? 0 : 3;
+    });
+    EXPECT_EQ(status, 0);
 }

@@ -154,6 +154,9 @@ TEST_F(KPFileTypeTest, TheIndexIsTheLastResort)
     EXPECT_EQ(type(folder.file(QStringLiteral("known"), "")), QStringLiteral("com.example.known"));
     EXPECT_EQ(type(folder.file(QStringLiteral("unheard"), "")), KPFileType::dataUTI);
     EXPECT_EQ(asked, 2);
+    const KPFileType::WithoutIndex asTheIndexItself;
+    EXPECT_EQ(type(folder.file(QStringLiteral("also known"), "")), KPFileType::dataUTI);
+    EXPECT_EQ(asked, 2);
 }
 
 TEST_F(KPFileTypeTest, RemembersUntilThePathIsForgotten)

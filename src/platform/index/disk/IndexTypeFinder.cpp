@@ -59,6 +59,7 @@ QString IndexTypeFinder::type(const QByteArray &folder, QByteArrayView name, qui
             return *found;
     }
     const QString path = XPPath::decode(folder) + u'/' + XPPath::decode(name);
+    const KPFileType::WithoutIndex ownJudgement;
     KPFileType::forgetPath(path);
     QString type = KPFileType::utiForPath(path, XPPath::decode(extension), mode);
     KPFileType::forgetPath(path); // the index itself is what remembers it
