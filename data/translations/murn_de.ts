@@ -515,6 +515,12 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPStop">
         <translation>Anhalten</translation>
     </message>
+    <message id="KPTagBackupFailed">
+        <translation>Tags und Bewertungen konnten nicht gesichert werden: %1</translation>
+    </message>
+    <message id="KPTagBackupRunning">
+        <translation>Tags und Bewertungen werden gesichert…</translation>
+    </message>
     <message id="KPTags">
         <translation>Schlagwörter</translation>
     </message>

@@ -517,6 +517,12 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPStop">
         <translation>Stop</translation>
     </message>
+    <message id="KPTagBackupFailed">
+        <translation>Tags and ratings could not be backed up: %1</translation>
+    </message>
+    <message id="KPTagBackupRunning">
+        <translation>Backing up tags and ratings…</translation>
+    </message>
     <message id="KPTags">
         <translation>Tags</translation>
     </message>

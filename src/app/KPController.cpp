@@ -240,12 +240,31 @@ void KPController::searchFinished(const QStringList &problems)
 
 void KPController::showProblems()
 {
-    m_status->showProblems(m_index ? m_problems + m_index->status().problems : m_problems);
+    QStringList problems = m_problems;
+    if (m_index)
+        problems += m_index->status().problems;
+    if (!m_backupProblem.isEmpty())
+        problems.append(m_backupProblem);
+    m_status->showProblems(problems);
+}
+
+void KPController::showActivity()
+{
+    const QString activity = m_index ? m_index->activity() : QString();
+    m_status->showIndex(activity.isEmpty() ? m_backupActivity : activity);
+}
+
+void KPController::showBackup(const QString &activity, const QString &problem)
+{
+    m_backupActivity = activity;
+    m_backupProblem = problem;
+    showActivity();
+    showProblems();
 }
 
 void KPController::showIndex()
 {
-    m_status->showIndex(m_index->activity());
+    showActivity();
     showProblems();
     showEmptyText();
 }

@@ -47,6 +47,8 @@ public:
     // Selects them, or shows the folder of the first where none is among the results.
     void showDocuments(const QStringList &paths);
     void showInformation(const QStringList &paths);
+    // What a backup does and what became of the last one; quietly. Empty: nothing to say.
+    void showBackup(const QString &activity, const QString &problem);
 
     // Commands, by the table in KPWindowActions.cpp.
     void openFolder();
@@ -87,6 +89,7 @@ private:
     void searchFinished(const QStringList &problems);
     void showEmptyText();
     void showIndex();
+    void showActivity();
     void showProblems();
     QStringList foldersNotIndexed() const;
     void showSelection();
@@ -100,7 +103,9 @@ private:
     KPIndexMonitor *m_index;
     QStringList m_folders;
     QStringList m_problems; // of the search
-    QString m_shownPath;    // whose picture the inspector shows
+    QString m_backupActivity;
+    QString m_backupProblem;
+    QString m_shownPath; // whose picture the inspector shows
     bool m_searching = false;
 
     // Data before views: destroyed after them.

@@ -21,7 +21,7 @@ public:
     // An edit of few files is over before anybody could read of it: nothing is shown.
     void showEditing(qsizetype done, qsizetype total);
     void endEditing();
-    // What the index does; empty: nothing. What is done in a moment is not shown.
+    // What the index does, or a backup; empty: nothing. What is done in a moment is not shown.
     void showIndex(const QString &activity);
     void showProblems(const QStringList &problems);
     const QStringList &problems() const { return m_problems; }

@@ -158,6 +158,8 @@ private:
 
 void Run::fail(Location &location, const XPError &error)
 {
+    if (m_result->problems.isEmpty())
+        m_result->failure = error.kind;
     location.error = error;
     m_result->problems.append(XPFolders::abbreviateWithTilde(location.path) + QStringLiteral(": ") +
                               error.reason());
@@ -266,6 +268,7 @@ KarvexBackup::Result KarvexBackup::writeSingleFile(IndexSource &source,
     if (!present) {
         result.status = QStringLiteral("stopped");
         result.stopped = true;
+        result.failure = XPError::Kind::Cancelled;
         return result;
     }
     if (query->resultCount() >= mostResults)

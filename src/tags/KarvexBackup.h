@@ -25,6 +25,7 @@ public:
         QStringList notes;    // a line each, of what is no failure: a file that was set aside
         QStringList written;  // the locations that were
         bool stopped = false;
+        XPError::Kind failure = XPError::Kind::Io; // the first, when it did not work
     };
 
     // The merged backups of all locations, the earlier ones first, are written to each of them.

@@ -7,6 +7,9 @@
 
 #include <QThreadPool>
 
+const QString KarvexSync::doneNotification = QStringLiteral("KarvexSyncDone");
+const QString KarvexSync::kindKey = QStringLiteral("kind");
+
 static constexpr int patienceMs = 5000; // with a file call, at the end
 
 namespace {
@@ -55,10 +58,14 @@ static void run(IndexSource &source, const QStringList &files, bool aggressiveRe
     if (!progress.stop())
         result = KarvexBackup::writeSingleFile(source, files, progress);
     gAllowKarvexAuthenticationDialogs = allowed;
-    post(QStringLiteral("KarvexSyncDone"),
-         {{QStringLiteral("status"), result.status},
-          {QStringLiteral("worked"), PropertyValue::boolean(result.worked)},
-          {QStringLiteral("itemCount"), PropertyValue::integer(result.itemCount)}});
+    PropertyValue::Dictionary information = {
+        {QStringLiteral("status"), result.status},
+        {QStringLiteral("worked"), PropertyValue::boolean(result.worked)},
+        {QStringLiteral("itemCount"), PropertyValue::integer(result.itemCount)}};
+    if (!result.worked)
+        information.insert(KarvexSync::kindKey,
+                           PropertyValue::integer(static_cast<qint64>(result.failure)));
+    post(KarvexSync::doneNotification, information);
 }
 
 bool KarvexSync::syncWithFiles(IndexSource &source, const QStringList &files,

@@ -8,9 +8,11 @@
 #include "KPFileTypeRegistry.h"
 #include "KPIndexMonitor.h"
 #include "KPIndexedResults.h"
+#include "KPIndexedTypes.h"
 #include "KPPrompts.h"
 #include "KPScreenshot.h"
 #include "KPSearchFolders.h"
+#include "KPTagBackup.h"
 #include "KPTagHealer.h"
 #include "KPTagName.h"
 #include "Karvex.h"
@@ -67,6 +69,7 @@ static int run(const KPCommandLine &line)
     const auto index = MetadataIndex::open();
     const KPTagHealer healer(*index);
     KPDocCache::intializeGlobals();
+    const KPIndexedTypes types(index->source());
     KPDoc::startMetaDataSearching(index->source());
     KPIndexMonitor monitor(*index);
     KPSearchFolders &folders = KPSearchFolders::instance();
@@ -83,6 +86,9 @@ static int run(const KPCommandLine &line)
     QObject::connect(services.get(), &KPAppServices::infoAsked, &controller,
                      &KPController::showInformation);
     KPDocServices::install(std::move(services));
+    KPTagBackup backup(index->source());
+    QObject::connect(&backup, &KPTagBackup::changed, &controller,
+                     [&] { controller.showBackup(backup.activity(), backup.problem()); });
     controller.show();
     if (!line.screenshot.isEmpty())
         new KPScreenshot(&controller, line.screenshot, line.selection); // the controller's
