@@ -3,7 +3,6 @@
 #include "KPTagName.h"
 #include "XPText.h"
 
-#include <QHash>
 #include <QSet>
 
 static QString key(const QString &tag)
@@ -14,9 +13,8 @@ static QString key(const QString &tag)
 QStringList XPTagEntry::tags(const QString &text, const QStringList &present,
                              const QStringList &known)
 {
-    QHash<QString, QString> spellings;
-    for (const QString &tag : known)
-        spellings.insert(key(tag), tag);
+    // From here on they have a spelling.
+    (void)KPTagName::tagNamesForUserEnteredTags(known);
     QSet<QString> taken;
     for (const QString &tag : present)
         taken.insert(key(tag));
@@ -26,7 +24,7 @@ QStringList XPTagEntry::tags(const QString &text, const QStringList &present,
         if (tag.trimmed().isEmpty() || taken.contains(key(tag)))
             continue;
         taken.insert(key(tag));
-        result.append(spellings.value(key(tag), tag));
+        result.append(tag);
     }
-    return result;
+    return KPTagName::fixCaseForUserEnteredTags(result);
 }
