@@ -64,13 +64,3 @@ bool kpComesBefore(const KPDocOrder &order, const KPOrderedDocument &a, const KP
         return byName < 0;
     return a.document.path < b.document.path;
 }
-
-QCollator kpNameCollator()
-{
-    // The C locale has no collation: it would compare code units and take no number by value.
-    const QLocale locale = QLocale();
-    QCollator collator(locale.language() == QLocale::C ? QLocale(QLocale::English) : locale);
-    collator.setNumericMode(true);
-    collator.setCaseSensitivity(Qt::CaseInsensitive);
-    return collator;
-}

@@ -1,8 +1,7 @@
 #pragma once
 
+#include "KPNameOrder.h"
 #include "KPShownDocument.h"
-
-#include <QCollator>
 
 // The order in which documents are shown. Equal documents of one order follow each other by name
 // (numbers by value: "9" before "10"), then by path, so that every order is total and stable.
@@ -36,6 +35,3 @@ struct KPOrderedDocument
 
 // Whether `a` comes before `b`.
 bool kpComesBefore(const KPDocOrder &order, const KPOrderedDocument &a, const KPOrderedDocument &b);
-
-// The user's collation, numbers by value.
-QCollator kpNameCollator();

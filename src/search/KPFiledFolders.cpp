@@ -2,34 +2,28 @@
 
 #include "UserDefaults.h"
 #include "XPFileInfo.h"
-#include "XPFolders.h"
+#include "XPFiledDocuments.h"
 
-static bool hasMonthsOnly()
+// Where the managed folder is not in use, what stands in for it has no folders of dates.
+static QString dated(const QString &folder)
 {
-    return UserDefaults::standard().boolValue(QStringLiteral("KPUseYearMonthFiledDocs"));
-}
-
-QString KPFiledFolders::root()
-{
-    const QString chosen =
-        UserDefaults::standard().stringValue(QStringLiteral("KPFiledDocumentsPath"));
-    return chosen.isEmpty() ? XPFolders::documents() + QStringLiteral("/Filed Documents")
-                            : XPFolders::expandTilde(chosen);
-}
-
-QString KPFiledFolders::month(const QDateTime &date)
-{
-    return root() + QStringLiteral("/%1/%2").arg(date.date().year()).arg(date.date().month());
+    const QString root = XPFiledDocuments::filedDocumentsRootIfPresent();
+    return XPFiledDocuments::usesFiledDocuments() ? root + u'/' + folder : root;
 }
 
 QString KPFiledFolders::day(const QDateTime &date)
 {
-    return hasMonthsOnly() ? month(date) : month(date) + u'/' + QString::number(date.date().day());
+    return dated(XPFiledDocuments::datedFolder(date));
+}
+
+QString KPFiledFolders::month(const QDateTime &date)
+{
+    return dated(QStringLiteral("%1/%2").arg(date.date().year()).arg(date.date().month()));
 }
 
 QStringList KPFiledFolders::past7Days(const QDateTime &date)
 {
-    if (hasMonthsOnly())
+    if (UserDefaults::standard().boolValue(XPFiledDocuments::useYearMonthKey))
         return {month(date)};
     constexpr int days = 7;
     constexpr qint64 secondsADay = 86400;
@@ -41,8 +35,4 @@ QStringList KPFiledFolders::past7Days(const QDateTime &date)
             folders.append(folder);
     }
     return folders;
-}
-
-void KPFiledFolders::rebuild()
-{
 }

@@ -1,6 +1,6 @@
 #include "KPFolderBookmarks.h"
 
-#include "KPFolderAlias.h"
+#include "XPAliasRecord.h"
 #include "XPAtomicFile.h"
 #include "XPFolders.h"
 #include "XPLog.h"
@@ -264,7 +264,7 @@ void KPFolderBookmarks::convertOldAliasFormat()
     const PropertyValue::Dictionary &aliases = list->dictionary();
     for (auto alias = aliases.cbegin(); alias != aliases.cend(); ++alias) {
         const QString path = XPPath::absolute(XPFolders::expandTilde(alias.key()));
-        const auto target = KPFolderAlias::path(alias->data());
+        const auto target = XPAliasRecord::path(alias->data());
         if (!target) {
             logUnreadable(alias.key() + QStringLiteral(": ") + target.error().message);
             continue;

@@ -8,6 +8,7 @@
 #include "KPSearchVolumes.h"
 #include "MDQuery.h"
 #include "MetadataIndex.h"
+#include "XPFiledDocuments.h"
 #include "XPFolders.h"
 #include "XPPath.h"
 
@@ -54,7 +55,7 @@ bool KPSearchFolders::isPlace(const QString &entry)
 QStringList KPSearchFolders::filedDocumentsFolders(const QString &place) const
 {
     if (place == filedDocuments)
-        return {KPFiledFolders::root()};
+        return {XPFiledDocuments::filedDocumentsRootIfPresent()};
     const QDateTime now = QDateTime::currentDateTime();
     if (place == filedToday)
         return {KPFiledFolders::day(now)};
@@ -136,7 +137,7 @@ void KPSearchFolders::rebuildSearchFoldersList()
     QStringList outer = folders;
     outer.removeIf([&](const QString &folder) { return tracking.isInsideAnother(folder); });
     outer.removeDuplicates();
-    KPFiledFolders::rebuild();
+    XPFiledDocuments::rebuildFiledDocsPath();
     const XPLocker locker(m_mutex);
     if (folders == m_searchFolders)
         return;

@@ -1,7 +1,7 @@
 #include "KPFolderBookmarks.h"
 
-#include "KPFolderAlias.h"
 #include "TestHome.h"
+#include "XPAliasRecord.h"
 #include "XPAtomicFile.h"
 #include "XPPropertyList.h"
 
@@ -58,7 +58,7 @@ TEST(FolderAlias, NamesAPath)
         {"empty", {}, nullptr},
     };
     for (const auto &row : cases) {
-        const auto path = KPFolderAlias::path(row.record);
+        const auto path = XPAliasRecord::path(row.record);
         EXPECT_EQ(path.hasValue(), row.path != nullptr) << row.name;
         if (path && row.path) {
             EXPECT_EQ(*path, text(row.path)) << row.name;

@@ -7,6 +7,7 @@
 #include "MetadataIndex.h"
 #include "TestHome.h"
 #include "TestSystem.h"
+#include "XPFiledDocuments.h"
 #include "XPFolders.h"
 #include "XPNotificationCenter.h"
 #include "XPPath.h"
@@ -42,7 +43,7 @@ protected:
     void TearDown() override
     {
         UserDefaults::standard().remove(KPSearchFolderSetting::key);
-        UserDefaults::standard().remove(text("KPFiledDocumentsPath"));
+        UserDefaults::standard().remove(XPFiledDocuments::preferredPathKey);
         folders().rebuildSearchFoldersList();
     }
 
@@ -89,7 +90,7 @@ TEST_F(SearchFolders, ReduceToWhatAQueryIsToLookIn)
     ASSERT_TRUE(QDir(tree.path()).mkpath(text("filed")));
     const QString link = tree.path(text("link"));
     ASSERT_TRUE(QFile::link(b, link));
-    UserDefaults::standard().setValue(text("KPFiledDocumentsPath"), tree.path(text("filed")));
+    UserDefaults::standard().setValue(XPFiledDocuments::preferredPathKey, tree.path(text("filed")));
     set({b, a});
     using List = QStringList;
     const struct
@@ -129,7 +130,8 @@ TEST_F(SearchFolders, ReduceToWhatAQueryIsToLookIn)
 
 TEST_F(SearchFolders, OfThePast7DaysAreThoseThatExist)
 {
-    UserDefaults::standard().setValue(text("KPFiledDocumentsPath"), tree.path());
+    UserDefaults::standard().setValue(XPFiledDocuments::preferredPathKey, tree.path());
+    folders().rebuildSearchFoldersList();
     const QDateTime now = QDateTime::currentDateTime();
     const auto make = [&](int daysBefore) {
         const QDate date = now.addSecs(-86400LL * daysBefore).date();

@@ -1,4 +1,4 @@
-#include "KPFolderAlias.h"
+#include "XPAliasRecord.h"
 
 #include "XPPath.h"
 
@@ -23,7 +23,7 @@ static XPError malformed(qsizetype offset)
     return XPError::malformed(QStringLiteral("not an alias record that names a path"), offset);
 }
 
-XPResult<QString> KPFolderAlias::path(QByteArrayView record)
+XPResult<QString> XPAliasRecord::path(QByteArrayView record)
 {
     if (record.size() < headSize || number(record, versionAt) != version)
         return malformed(0);
