@@ -21,10 +21,18 @@ static KPSearchState::Ptr stateOfFiles(const QStringList &paths, KPCommandOutput
     return all ? all : KPSearchState::searchStateWithNativeDictionary({});
 }
 
-static int explain(const KPSearchState &state, KPCommandOutput &output)
+// The query that a search would run. Nothing: it asks the index nothing.
+static std::optional<QString> queryOf(const KPSearchState::Ptr &state)
 {
-    const auto &query = state.mdQueryString();
-    const KPIndexedState::Scope scope = KPIndexedState::scopeOf(state);
+    if (state->isFinderListing() || state->isFileListSearch() || state->utiIsInconsistent())
+        return {};
+    return KPIndexedState(state).text();
+}
+
+static int explain(const KPSearchState::Ptr &state, KPCommandOutput &output)
+{
+    const std::optional<QString> query = queryOf(state);
+    const KPIndexedState::Scope scope = KPIndexedState::scopeOf(*state);
     QStringList folders = scope.folders;
     if (scope.everywhere) {
         for (const QString &root : MetadataIndex::allRoots())
@@ -80,7 +88,7 @@ static int run(const KPCommandLine &line, KPCommandOutput &output)
         return output.exitStatus();
     }
     if (line.has("--explain"))
-        return explain(*state, output);
+        return explain(state, output);
     for (const XPError &error : options->missingFolders())
         output.fail(error.path, error.reason());
     return options->isWithoutFolder() ? output.exitStatus() : search(state, *how, output);

@@ -102,7 +102,7 @@ std::unique_ptr<KPIndexedState> KPIndexedState::unreadable() const
     if (asksWords || !m_state->searchTags().isEmpty() || !m_state->excludeTags().isEmpty() ||
         m_state->isShowingUntaggedDocuments())
         clauses.append(QStringLiteral("(%1 == * && !(%1 == \"*\"))").arg(tags));
-    if (!m_state->ratingString().isEmpty())
+    if (!m_state->ratingConditions().isEmpty())
         clauses.append(QStringLiteral("(%1 == * && !(%1 < 0 || %1 >= 0))").arg(rating));
     if (clauses.isEmpty())
         return nullptr;

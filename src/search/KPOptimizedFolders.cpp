@@ -6,7 +6,8 @@
 #include <QDir>
 #include <algorithm>
 
-KPOptimizedFolders::KPOptimizedFolders(const QStringList &folders, Reach reach) : m_reach(reach)
+KPOptimizedFolders::KPOptimizedFolders(const QStringList &folders, Reach reach)
+    : m_reach(reach), m_hasEntries(!folders.isEmpty())
 {
     const KPSearchFolders::Real real = KPSearchFolders::realFolders(folders);
     m_isEverything = real.everything;

@@ -17,6 +17,8 @@ public:
     // `folders` as KPSearchState holds them: paths and names of places.
     KPOptimizedFolders(const QStringList &folders, Reach reach);
 
+    // The list had no entries. One of entries that name no folder holds nothing.
+    bool setsNoCondition() const { return !m_hasEntries; }
     // Neither a folder nor the whole disk.
     bool isEmpty() const { return m_folders.isEmpty() && !m_isWholeDisk; }
     // The list names the whole disk. Other volumes (XPVolumes: removable and network ones) are
@@ -36,6 +38,7 @@ public:
 private:
     QStringList m_folders;
     Reach m_reach = Reach::Below;
+    bool m_hasEntries = false;
     bool m_isWholeDisk = false;
     bool m_isEverything = false; // other volumes too
 };

@@ -1,12 +1,15 @@
 #pragma once
 
+#include <QDateTime>
 #include <QStringList>
+#include <functional>
 #include <optional>
 
 // The date ranges that a search state can name, and what they stand for now.
 //
 // Days are counted backwards from now, 86400 seconds each; years are calendar years in local
-// time, so their days have a fraction.
+// time, so their days have a fraction. A range that nobody named is spelled "days:START" or
+// "days:START:END", in days before now.
 // Threads: any.
 namespace KPSearchDates {
 
@@ -32,28 +35,24 @@ struct Range
 
 // No range for a key that is not known.
 Range rangeOf(const QString &key);
+QString keyOf(const Range &range); // "days:…"; empty without a start
+// What fulfils all of the keys. Where that is nothing, the range has no inside.
+Range commonOf(const QStringList &keys);
 // All keys, in the order of a menu.
 QStringList allKeys();
 
-// A range with the key that stands for it, where there is one.
-struct NamedRange
-{
-    QString key;
-    Range range;
-};
+// The one of two keys that stands for both, as ranges are now. None: neither does, or nothing
+// fulfils both.
+std::optional<QString> narrow(const QString &key, const QString &other);
 
-// What fulfils both.
-struct Narrowed
-{
-    enum class Kind {
-        Key,   // one key says it; an empty one: no condition
-        Range, // no key does: `range`
-        None,  // nothing can
-    };
-    Kind kind = Kind::Key;
-    QString key;
-    Range range;
-};
-Narrowed narrow(const NamedRange &one, const NamedRange &two);
+// The keys that say together what both lists say, without those that always follow from another:
+// where two years meet, what lies within what depends on the day. The first is the narrowest for
+// now. None: nothing fulfils both.
+std::optional<QStringList> join(const QStringList &keys, const QStringList &others);
+
+// What time it is, in local time.
+QDateTime now();
+// Another clock, for tests; an empty function is the usual one. When no other thread asks.
+void setClock(std::function<QDateTime()> clockToUse);
 
 } // namespace KPSearchDates

@@ -40,6 +40,8 @@ public:
     static const QString filedPast7Days;
 
     static bool isPreferredLocation(const QString &entry);
+    // One that stands for a list where it is the first entry, everywhere aside.
+    static bool isPlace(const QString &entry);
     // The folders of one of the places of the managed folder; of the past 7 days those that exist
     // (looks at the disk). None for any other entry.
     QStringList filedDocumentsFolders(const QString &place) const;
@@ -135,7 +137,6 @@ private:
     KPSearchFolders();
     ~KPSearchFolders();
     QStringList placeFolders(const QString &place) const;
-    static bool isPlace(const QString &entry);
     struct Observers;
 
     const std::unique_ptr<KPFolderBookmarks> m_bookmarks;

@@ -141,7 +141,8 @@ bool KPSearchState::needToDoMDQuery() const
 {
     return isShowingTaggedDocuments() || isShowingUntaggedDocuments() ||
            isShowingManagedDocuments() || !searchTags().isEmpty() || !searchString().isEmpty() ||
-           !explicitFileUTITags().isEmpty() || searchHasDateRange() || !ratingString().isEmpty();
+           !explicitFileUTITags().isEmpty() || searchHasDateRange() ||
+           !ratingConditions().isEmpty();
 }
 
 bool KPSearchState::isSearchGoodEnoughToPerformSearch() const
@@ -435,13 +436,21 @@ QString KPSearchState::dateString() const
 
 KPSearchDates::Range KPSearchState::getStart() const
 {
-    if (const QString key = dateString(); !key.isEmpty())
-        return dateStringToDayRange(key);
+    return KPSearchDates::commonOf(dateKeys());
+}
+
+QStringList KPSearchState::dateKeys() const
+{
     const auto days = [this](const QString &key) -> std::optional<double> {
         const double number = plainValue(m_dictionary, key).doubleValue(std::nan(""));
         return std::isfinite(number) ? std::optional(number) : std::nullopt;
     };
-    return {days(relativeStart), days(relativeEnd)};
+    const QString key = dateString();
+    QStringList keys = strings(dateSearchAlso);
+    keys.prepend(key.isEmpty() ? KPSearchDates::keyOf({days(relativeStart), days(relativeEnd)})
+                               : key);
+    keys.removeAll(QString());
+    return keys;
 }
 
 bool KPSearchState::searchHasDateRange() const
@@ -452,4 +461,12 @@ bool KPSearchState::searchHasDateRange() const
 QString KPSearchState::ratingString() const
 {
     return string(ratingSearch);
+}
+
+QStringList KPSearchState::ratingConditions() const
+{
+    QStringList conditions = strings(ratingSearchAlso);
+    conditions.prepend(ratingString());
+    conditions.removeAll(QString());
+    return conditions;
 }

@@ -116,10 +116,13 @@ public:
     bool searchUserTags() const { return true; } // whatever is stored
 
     QString dateString() const; // a date key
-    // From the date key, else from the two numbers of days.
+    // All that must be fulfilled: the key, else the two numbers of days, and further ones.
+    QStringList dateKeys() const;
+    // What the keys stand for now.
     KPSearchDates::Range getStart() const;
     bool searchHasDateRange() const;
     QString ratingString() const;
+    QStringList ratingConditions() const; // this one and further ones
     // The rating to give to a document that is to show up in this state.
     std::optional<double> ratingThatPasses() const;
 
@@ -195,7 +198,7 @@ public:
     static QStringList combineContraintFoldersAND(const QStringList &one, const QStringList &two);
     static std::optional<bool> combineBools(std::optional<bool> one, std::optional<bool> two);
     static Tags utiArrayAND(const Tags &one, const Tags &two);
-    // The key of what fulfils both. None: no key stands for it (KPSearchDates::narrow says more).
+    // The key of what fulfils both. None: neither stands for it (KPSearchDates::join says more).
     static std::optional<QString> narrowDateRange(const QString &dateString,
                                                   const QString &otherDateString);
     static QString relativeDaysToDateString(std::optional<double> start, std::optional<double> end);

@@ -256,6 +256,7 @@ Ptr KPSearchState::searchStateWithNewDateString(const QString &dateKey) const
 {
     Dictionary changed = m_dictionary;
     setText(changed, dateSearch, dateKey);
+    changed.remove(dateSearchAlso);
     // A range in days was the old date.
     changed.remove(relativeStart);
     changed.remove(relativeEnd);
@@ -266,5 +267,6 @@ Ptr KPSearchState::searchStateWithNewRating(const QString &condition) const
 {
     Dictionary changed = m_dictionary;
     setText(changed, ratingSearch, condition);
+    changed.remove(ratingSearchAlso);
     return stateOf(changed);
 }

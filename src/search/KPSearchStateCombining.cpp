@@ -1,6 +1,6 @@
 // KPSearchState: what fulfils two states at once.
 #include "KPContentTypes.h"
-#include "KPSearchFolders.h"
+#include "KPFolderCombining.h"
 #include "KPSearchState.h"
 #include "KPSearchStateKeys.h"
 #include "KPStarCondition.h"
@@ -58,22 +58,8 @@ static QStringList commonOf(const QStringList &one, const QStringList &two)
 QStringList KPSearchState::combineContraintFoldersAND(const QStringList &one,
                                                       const QStringList &two)
 {
-    if (one.isEmpty() || two.isEmpty())
-        return one + two;
-    const auto isIn = [](const QString &folder, const QStringList &folders) {
-        return folders.contains(folder) ||
-               KPSearchFolders::instance().pathInFolderArray(folders, folder);
-    };
-    QStringList both;
-    for (const QString &folder : one) {
-        if (isIn(folder, two))
-            both.append(folder);
-    }
-    for (const QString &folder : two) {
-        if (isIn(folder, one) && !both.contains(folder))
-            both.append(folder);
-    }
-    return both;
+    using Reach = KPOptimizedFolders::Reach;
+    return KPFolderCombining::common(one, Reach::Below, two, Reach::Below);
 }
 
 std::optional<bool> KPSearchState::combineBools(std::optional<bool> one, std::optional<bool> two)
@@ -122,11 +108,7 @@ Tags KPSearchState::utiArrayAND(const Tags &one, const Tags &two)
 std::optional<QString> KPSearchState::narrowDateRange(const QString &dateString,
                                                       const QString &otherDateString)
 {
-    const KPSearchDates::Narrowed narrowed =
-        KPSearchDates::narrow({dateString, KPSearchDates::rangeOf(dateString)},
-                              {otherDateString, KPSearchDates::rangeOf(otherDateString)});
-    return narrowed.kind == KPSearchDates::Narrowed::Kind::Key ? std::optional(narrowed.key)
-                                                               : std::nullopt;
+    return KPSearchDates::narrow(dateString, otherDateString);
 }
 
 namespace {
@@ -139,20 +121,84 @@ public:
 
     KPSearchState::Ptr state()
     {
+        addOthers();
         addTextsAndTags();
         addDate();
         addRating();
+        addModes();
         addFolders();
         addTypes();
-        addModes();
         addTextFlags();
         return KPSearchState::searchStateWithNativeDictionary(m_both);
     }
 
 private:
+    // What no rule below names: of a mode, of matching, and what a newer program added. What one
+    // state says or both say alike stays.
+    void addOthers()
+    {
+        static const QStringList named = {withTags,
+                                          excludeTags,
+                                          searchStrings,
+                                          constraintFolders,
+                                          excludeFolders,
+                                          fileList,
+                                          fileUTIs,
+                                          fileUTIsToExclude,
+                                          dateSearch,
+                                          dateSearchAlso,
+                                          ratingSearch,
+                                          ratingSearchAlso,
+                                          relativeStart,
+                                          relativeEnd,
+                                          searchContents,
+                                          searchMetaData,
+                                          searchFileNames,
+                                          fileListGoDeep,
+                                          showBundleContents,
+                                          alwaysSearchSystemFiles,
+                                          showTaggedDocuments,
+                                          documentsWithNoTagsOnly,
+                                          postConstraintFolders,
+                                          fileListShowBundleContents};
+        const auto &one = m_one.nativeDictionary();
+        const auto &two = m_two.nativeDictionary();
+        m_both = one;
+        m_both.insert(two);
+        for (const QString &key : named)
+            m_both.remove(key);
+        for (const QString &key : m_both.keys()) {
+            const bool inBoth = one.contains(key) && two.contains(key);
+            if (inBoth && one.value(key) != two.value(key))
+                joinOther(key);
+        }
+        // Shown by one alone, the insides of bundles are not what both show.
+        if (m_one.isShowBundleContents() && m_two.isShowBundleContents())
+            m_both.insert(fileListShowBundleContents, PropertyValue::boolean(true));
+    }
+
+    // A mode limits what is shown, and where a state looks for tags limits what is found; of two
+    // values of an unknown key nobody can say what both mean.
+    void joinOther(const QString &key)
+    {
+        const bool one = m_one.boolValueForKey(key);
+        const bool two = m_two.boolValueForKey(key);
+        if (key == showManagedDocuments || key == finderListingMode)
+            m_both.insert(key, PropertyValue::boolean(one || two));
+        else if (key == KPSearchStateKey::searchUserTags || key == searchReadOnlyKeywords)
+            m_both.insert(key, PropertyValue::boolean(one && two));
+        else
+            m_isImpossible = true;
+    }
+
     void addTextsAndTags()
     {
-        set(searchStrings, unionCaseAside(m_one.searchStrings(), m_two.searchStrings()));
+        const QStringList texts = unionCaseAside(m_one.searchStrings(), m_two.searchStrings());
+        set(searchStrings, texts);
+        const auto isRaw = [](const QString &text) { return text.startsWith(u"mdq:"); };
+        // A query as it is typed to the index takes up the whole text.
+        if (texts.size() > 1 && std::any_of(texts.begin(), texts.end(), isRaw))
+            m_isImpossible = true;
         const QStringList wanted = unionCaseAside(m_one.searchTags(), m_two.searchTags());
         set(withTags, wanted);
         QSet<QString> wantedKeys;
@@ -165,43 +211,106 @@ private:
 
     void addDate()
     {
-        const auto narrowed = KPSearchDates::narrow({m_one.dateString(), m_one.getStart()},
-                                                    {m_two.dateString(), m_two.getStart()});
-        switch (narrowed.kind) {
-        case KPSearchDates::Narrowed::Kind::Key:
-            if (!narrowed.key.isEmpty())
-                m_both.insert(dateSearch, PropertyValue(narrowed.key));
-            break;
-        case KPSearchDates::Narrowed::Kind::Range:
-            m_both.insert(relativeStart, PropertyValue::real(*narrowed.range.start));
-            if (narrowed.range.end)
-                m_both.insert(relativeEnd, PropertyValue::real(*narrowed.range.end));
-            break;
-        case KPSearchDates::Narrowed::Kind::None:
+        const auto keys = KPSearchDates::join(m_one.dateKeys(), m_two.dateKeys());
+        if (!keys)
             m_isImpossible = true;
-            break;
-        }
+        else if (!keys->isEmpty())
+            setWithMore(dateSearch, dateSearchAlso, *keys);
+        else if (const QString key =
+                     m_one.dateString().isEmpty() ? m_two.dateString() : m_one.dateString();
+                 !key.isEmpty())
+            m_both.insert(dateSearch, PropertyValue(key)); // any date, or a newer program's
     }
 
     void addRating()
     {
-        const auto both = KPStarCondition::narrow(m_one.ratingString(), m_two.ratingString());
-        if (!both)
+        const auto conditions =
+            KPStarCondition::join(m_one.ratingConditions(), m_two.ratingConditions());
+        if (!conditions)
             m_isImpossible = true;
-        else if (!both->isEmpty())
-            m_both.insert(ratingSearch, PropertyValue(*both));
+        else if (!conditions->isEmpty())
+            setWithMore(ratingSearch, ratingSearchAlso, *conditions);
+    }
+
+    void setWithMore(const QString &key, const QString &moreKey, QStringList texts)
+    {
+        m_both.insert(key, PropertyValue(texts.takeFirst()));
+        set(moreKey, texts);
     }
 
     void addFolders()
     {
-        // The stored folders: constraintFolders() answers others in some modes.
-        setOrImpossible(constraintFolders, m_one.strings(constraintFolders),
-                        m_two.strings(constraintFolders),
-                        &KPSearchState::combineContraintFoldersAND);
-        setOrImpossible(postConstraintFolders, m_one.postConstraintFolders(),
-                        m_two.postConstraintFolders(), &KPSearchState::combineContraintFoldersAND);
-        set(excludeFolders, unionOf(m_one.excludeFolders(), m_two.excludeFolders()));
-        setOrImpossible(fileList, m_one.fileListSearch(), m_two.fileListSearch(), &commonOf);
+        if (!m_both.contains(fileListGoDeep) && (isListing(m_one) || isListing(m_two)))
+            addListedFolders();
+        else
+            addSearchedFolders();
+        set(excludeFolders,
+            KPFolderCombining::unionOf(m_one.excludeFolders(), m_two.excludeFolders()));
+        setOrImpossible(fileList, listedFiles(m_one, m_two), listedFiles(m_two, m_one), &commonOf);
+    }
+
+    // A list of files shows them wherever they lie.
+    static QStringList foldersOf(const KPSearchState &state)
+    {
+        return state.isFileListSearch() ? QStringList() : state.strings(constraintFolders);
+    }
+
+    static bool isListing(const KPSearchState &state)
+    {
+        return state.isFilesAndFolders() && !state.isFileListSearch();
+    }
+
+    void addSearchedFolders()
+    {
+        const QStringList one = foldersOf(m_one);
+        const QStringList two = foldersOf(m_two);
+        const auto combine = &KPSearchState::combineContraintFoldersAND;
+        setOrImpossible(constraintFolders, one, two, combine);
+        const QStringList narrowerOne = m_one.postConstraintFolders();
+        const QStringList narrowerTwo = m_two.postConstraintFolders();
+        if (!narrowerOne.isEmpty() || !narrowerTwo.isEmpty())
+            setOrImpossible(postConstraintFolders, narrowerOne.isEmpty() ? one : narrowerOne,
+                            narrowerTwo.isEmpty() ? two : narrowerTwo, combine);
+    }
+
+    // A listing shows what lies in its folders themselves, in the narrower ones if it has some:
+    // those of them stay that the other state lists too, or has below its folders.
+    void addListedFolders()
+    {
+        using Reach = KPOptimizedFolders::Reach;
+        const KPSearchState &listing = isListing(m_one) ? m_one : m_two;
+        const KPSearchState &other = &listing == &m_one ? m_two : m_one;
+        QStringList folders = listing.constraintFolders();
+        const auto narrow = [&](const QStringList &by, Reach reach) {
+            const QStringList both = KPFolderCombining::common(folders, Reach::Inside, by, reach);
+            m_isImpossible = m_isImpossible || (both.isEmpty() && !folders.isEmpty());
+            folders = both;
+        };
+        if (isListing(other)) {
+            narrow(other.constraintFolders(), Reach::Inside);
+        } else {
+            narrow(foldersOf(other), Reach::Below);
+            narrow(other.postConstraintFolders(), Reach::Below);
+        }
+        const bool isNarrower = !listing.postConstraintFolders().isEmpty();
+        set(isNarrower ? postConstraintFolders : constraintFolders, folders);
+        if (isNarrower)
+            set(constraintFolders, listing.strings(constraintFolders));
+    }
+
+    // Without those that lie outside the folders of the other state: in a list they do not count.
+    QStringList listedFiles(const KPSearchState &state, const KPSearchState &other)
+    {
+        QStringList files = state.fileListSearch();
+        if (files.isEmpty() || other.isFileListSearch())
+            return files;
+        const KPOptimizedFolders &wanted = other.optimizedConstraintFolders();
+        const KPOptimizedFolders &excluded = other.optimizedExcludeFolders();
+        files.removeIf([&](const QString &file) {
+            return (!wanted.setsNoCondition() && !wanted.holds(file)) || excluded.holds(file);
+        });
+        m_isImpossible = m_isImpossible || files.isEmpty();
+        return files;
     }
 
     void addTypes()
@@ -255,7 +364,7 @@ private:
                          QStringList (*combine)(const QStringList &, const QStringList &))
     {
         const QStringList both = combine(one, two);
-        if (both.isEmpty() && !one.isEmpty())
+        if (both.isEmpty() && !(one.isEmpty() && two.isEmpty()))
             m_isImpossible = true;
         set(key, both);
     }
@@ -273,6 +382,8 @@ KPSearchState::Ptr KPSearchState::searchStateWithAND(const KPSearchState &other)
     if (m_dictionary.isEmpty())
         return searchStateWithNativeDictionary(other.m_dictionary);
     if (other.m_dictionary.isEmpty())
+        return searchStateWithNativeDictionary(m_dictionary);
+    if (isEqualToSearchState(other))
         return searchStateWithNativeDictionary(m_dictionary);
     return Combination(*this, other).state();
 }

@@ -20,7 +20,11 @@ inline const QString fileUTIsToExclude = QStringLiteral("SaveStateKey_FileUTIsTo
 // Texts: a date key (KPSearchDates), a condition on the rating ("!= *", ">= 3", "<= 3").
 inline const QString dateSearch = QStringLiteral("SaveStateKey_DateSearch");
 inline const QString ratingSearch = QStringLiteral("SaveStateKey_RatingSearch");
-// Numbers: days before now. Of a range that no date key stands for, and of states stored elsewhere.
+// Arrays of further ones of these, which must be fulfilled too: where states are combined of which
+// no single key or condition says both.
+inline const QString dateSearchAlso = QStringLiteral("SaveStateKey_DateSearchAlso");
+inline const QString ratingSearchAlso = QStringLiteral("SaveStateKey_RatingSearchAlso");
+// Numbers: days before now. Of states stored elsewhere.
 inline const QString relativeStart = QStringLiteral("SaveStateKey_DaysBeforeNow_RelativeStart");
 inline const QString relativeEnd = QStringLiteral("SaveStateKey_DaysBeforeNow_RelativeEnd");
 // Booleans.

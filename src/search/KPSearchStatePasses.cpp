@@ -196,8 +196,8 @@ bool KPSearchState::docPassesContraintFolders(const KPDoc &doc) const
     const QString anyFile =
         (folder.size() > 1 ? folder.toString() : QString()) + QStringLiteral("/x");
     const KPOptimizedFolders &wanted = optimizedConstraintFolders();
-    const bool passes =
-        (wanted.isEmpty() || wanted.holds(anyFile)) && !optimizedExcludeFolders().holds(anyFile);
+    const bool passes = (wanted.setsNoCondition() || wanted.holds(anyFile)) &&
+                        !optimizedExcludeFolders().holds(anyFile);
     m_caches->lastFolder.store(address | (passes ? 1 : 0), std::memory_order_relaxed);
     return passes;
 }
@@ -275,7 +275,7 @@ bool KPSearchState::docPassesDateRange(const KPDoc &doc) const
         const KPSearchDates::Range days = getStart();
         if (!days.start)
             return {};
-        const double now = PropertyValue::Date::now().secondsSince1970();
+        const double now = static_cast<double>(KPSearchDates::now().toMSecsSinceEpoch()) / 1000;
         const auto seconds = [now](double daysBefore) {
             constexpr double secondsADay = 86400;
             constexpr double far = 1e15; // what an integer holds exactly, whatever was stored
@@ -294,12 +294,13 @@ bool KPSearchState::docPassesDateRange(const KPDoc &doc) const
 std::optional<KPStarCondition::Bounds> KPSearchState::ratingBounds() const
 {
     return m_caches->ratingBounds.get([this] {
-        const QString condition = ratingString();
-        const auto bounds = KPStarCondition::bounds(condition);
-        if (!bounds && !condition.isEmpty())
-            qCWarning(xpLog, "unable to parse ratings string, %ls",
-                      qUtf16Printable(XPPath::printable(condition)));
-        return bounds;
+        const QStringList conditions = ratingConditions();
+        for (const QString &condition : conditions) {
+            if (!KPStarCondition::bounds(condition))
+                qCWarning(xpLog, "unable to parse ratings string, %ls",
+                          qUtf16Printable(XPPath::printable(condition)));
+        }
+        return KPStarCondition::commonBounds(conditions);
     });
 }
 

@@ -103,7 +103,7 @@ QString KPSearchState::queryText() const
         clauses.append(QStringLiteral("(kMDItemContentTypeTree != ") + type->uti() + u')');
     for (const KPTagName *type : equalToFileTypeNamesExclude())
         clauses.append(QStringLiteral("(kMDItemContentType != ") + type->uti() + u')');
-    if (const QString rating = ratingString(); !rating.isEmpty())
+    for (const QString &rating : ratingConditions())
         clauses.append(QStringLiteral("(kMDItemStarRating ") + rating + u')');
     if (!searchShouldShowDocsEveryWhere())
         clauses.append(QStringLiteral("(kMDItemSupportFileType != MDSystemFile)"));

@@ -25,6 +25,8 @@ const QHash<QString, Kind> &kinds()
         {fileList, Kind::Paths},
         {fileUTIs, Kind::Types},
         {fileUTIsToExclude, Kind::Types},
+        {dateSearchAlso, Kind::Texts},
+        {ratingSearchAlso, Kind::Texts},
         {dateSearch, Kind::Text},
         {ratingSearch, Kind::Text},
         {relativeStart, Kind::Number},

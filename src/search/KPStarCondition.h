@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include <QStringList>
 #include <optional>
 
 // A condition on the star rating as a search state stores it: "!= *" (unrated), ">= N", "<= N".
@@ -21,8 +21,11 @@ inline constexpr double noUpperBound = 1e9;
 // Nothing for a text that is none of the three; that and an empty text set no condition.
 std::optional<Bounds> bounds(const QString &condition);
 
-// What fulfils both; of two that overlap without one holding the other, the second. Nothing: no
-// rating can.
-std::optional<QString> narrow(const QString &condition, const QString &other);
+// The conditions that say together what both lists say, without those that follow from another.
+// One that is none of the three stays: the index may understand it. Nothing: no rating fulfils
+// all.
+std::optional<QStringList> join(const QStringList &conditions, const QStringList &others);
+// Of those that can be read.
+std::optional<Bounds> commonBounds(const QStringList &conditions);
 
 } // namespace KPStarCondition

@@ -1,3 +1,4 @@
+#include "KPContentTypes.h"
 #include "KPFileType.h"
 #include "KPTagName.h"
 #include "KPTagNameKey.h"
@@ -137,16 +138,40 @@ static QString shortName(const QString &uti)
     return translated == id || translated.isEmpty() ? name : translated;
 }
 
+// The identifier as it is declared: people and other programs write it in any case.
+static QString declaredSpelling(const QString &uti)
+{
+    static const QString tree = QStringLiteral("tree_");
+    const bool isTree = uti.startsWith(tree);
+    const QString identifier = isTree ? uti.mid(tree.size()) : uti;
+    if (const auto type = KPContentTypes::numberOf(identifier); type != KPContentTypes::none)
+        return (isTree ? tree : QString()) + KPContentTypes::identifier(type);
+    const bool isDynamic = identifier.startsWith(u"dyn.", Qt::CaseInsensitive);
+    return isDynamic ? (isTree ? tree : QString()) + lowerCase(identifier) : uti;
+}
+
+static void makeTypeKey(Buffer &key, const QString &uti)
+{
+    key.clear();
+    KPTagNameKey::append(key, KPTagNameKey::fileTypePrefix);
+    KPTagNameKey::append(key, uti);
+}
+
 KPTagName *KPTagName::tagNameForUTITag(const QString &uti, const QString & /*fileName*/)
 {
     if (uti.isEmpty())
         return nullptr;
     Buffer key;
-    KPTagNameKey::append(key, KPTagNameKey::fileTypePrefix);
-    KPTagNameKey::append(key, uti);
+    makeTypeKey(key, uti);
     if (KPTagName *known = KPTagNameRegistry::instance().find(textOf(key)))
         return known;
-    return tagNameWithDisplayName(shortName(uti), textOf(key).toString());
+    const QString declared = declaredSpelling(uti);
+    if (declared != uti) {
+        makeTypeKey(key, declared);
+        if (KPTagName *known = KPTagNameRegistry::instance().find(textOf(key)))
+            return known;
+    }
+    return tagNameWithDisplayName(shortName(declared), textOf(key).toString());
 }
 
 KPTagName *KPTagName::utiTagNameForPath(const QString &path, quint32 fileMode)
