@@ -248,6 +248,96 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPFolderShown">
         <translation>Ordner: %1</translation>
     </message>
+    <message id="KPGroupNameDigits">
+        <translation>0–9</translation>
+    </message>
+    <message id="KPGroupNameFiveStars">
+        <translation>Fünf Sterne</translation>
+    </message>
+    <message id="KPGroupNameFolder">
+        <translation>Ordner</translation>
+    </message>
+    <message id="KPGroupNameFourStars">
+        <translation>Vier Sterne</translation>
+    </message>
+    <message id="KPGroupNameLastYear">
+        <translation>Letztes Jahr</translation>
+    </message>
+    <message id="KPGroupNameLater">
+        <translation>In der Zukunft</translation>
+    </message>
+    <message id="KPGroupNameLessThan100MB">
+        <translation>50 MB bis 100 MB</translation>
+    </message>
+    <message id="KPGroupNameLessThan100k">
+        <translation>10 kB bis 100 kB</translation>
+    </message>
+    <message id="KPGroupNameLessThan10k">
+        <translation>Unter 10 kB</translation>
+    </message>
+    <message id="KPGroupNameLessThan1GB">
+        <translation>100 MB bis 1 GB</translation>
+    </message>
+    <message id="KPGroupNameLessThan1MB">
+        <translation>100 kB bis 1 MB</translation>
+    </message>
+    <message id="KPGroupNameLessThan20MB">
+        <translation>1 MB bis 20 MB</translation>
+    </message>
+    <message id="KPGroupNameLessThan50MB">
+        <translation>20 MB bis 50 MB</translation>
+    </message>
+    <message id="KPGroupNameMoreThan1GB">
+        <translation>1 GB und mehr</translation>
+    </message>
+    <message id="KPGroupNameNoDate">
+        <translation>Ohne Datum</translation>
+    </message>
+    <message id="KPGroupNameNoTags">
+        <translation>Ohne Schlagwörter</translation>
+    </message>
+    <message id="KPGroupNameOlder">
+        <translation>Älter</translation>
+    </message>
+    <message id="KPGroupNameOneStar">
+        <translation>Ein Stern</translation>
+    </message>
+    <message id="KPGroupNameOtherCharacters">
+        <translation>Andere</translation>
+    </message>
+    <message id="KPGroupNamePackage">
+        <translation>Pakete</translation>
+    </message>
+    <message id="KPGroupNamePast30Days">
+        <translation>Letzte 30 Tage</translation>
+    </message>
+    <message id="KPGroupNamePast7Days">
+        <translation>Letzte 7 Tage</translation>
+    </message>
+    <message id="KPGroupNameThisYear">
+        <translation>Dieses Jahr</translation>
+    </message>
+    <message id="KPGroupNameThreeStars">
+        <translation>Drei Sterne</translation>
+    </message>
+    <message id="KPGroupNameToday">
+        <translation>Heute</translation>
+    </message>
+    <message id="KPGroupNameTwoStars">
+        <translation>Zwei Sterne</translation>
+    </message>
+    <message id="KPGroupNameUnrated">
+        <translation>Nicht bewertet</translation>
+    </message>
+    <message id="KPGroupNameYearBeforeLastYear">
+        <translation>Vorletztes Jahr</translation>
+    </message>
+    <message id="KPGroupNameYesterday">
+        <translation>Gestern</translation>
+    </message>
+    <message id="KPGroupNameZeroLength">
+        <translation>Leer</translation>
+    </message>
     <message id="KPHome">
         <translation>Persönlicher Ordner</translation>
     </message>

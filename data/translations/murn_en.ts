@@ -250,6 +250,96 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPFolderShown">
         <translation>Folder: %1</translation>
     </message>
+    <message id="KPGroupNameDigits">
+        <translation>0–9</translation>
+    </message>
+    <message id="KPGroupNameFiveStars">
+        <translation>Five stars</translation>
+    </message>
+    <message id="KPGroupNameFolder">
+        <translation>Folders</translation>
+    </message>
+    <message id="KPGroupNameFourStars">
+        <translation>Four stars</translation>
+    </message>
+    <message id="KPGroupNameLastYear">
+        <translation>Last year</translation>
+    </message>
+    <message id="KPGroupNameLater">
+        <translation>In the future</translation>
+    </message>
+    <message id="KPGroupNameLessThan100MB">
+        <translation>50 MB to 100 MB</translation>
+    </message>
+    <message id="KPGroupNameLessThan100k">
+        <translation>10 kB to 100 kB</translation>
+    </message>
+    <message id="KPGroupNameLessThan10k">
+        <translation>Less than 10 kB</translation>
+    </message>
+    <message id="KPGroupNameLessThan1GB">
+        <translation>100 MB to 1 GB</translation>
+    </message>
+    <message id="KPGroupNameLessThan1MB">
+        <translation>100 kB to 1 MB</translation>
+    </message>
+    <message id="KPGroupNameLessThan20MB">
+        <translation>1 MB to 20 MB</translation>
+    </message>
+    <message id="KPGroupNameLessThan50MB">
+        <translation>20 MB to 50 MB</translation>
+    </message>
+    <message id="KPGroupNameMoreThan1GB">
+        <translation>1 GB and more</translation>
+    </message>
+    <message id="KPGroupNameNoDate">
+        <translation>No date</translation>
+    </message>
+    <message id="KPGroupNameNoTags">
+        <translation>No tags</translation>
+    </message>
+    <message id="KPGroupNameOlder">
+        <translation>Older</translation>
+    </message>
+    <message id="KPGroupNameOneStar">
+        <translation>One star</translation>
+    </message>
+    <message id="KPGroupNameOtherCharacters">
+        <translation>Other</translation>
+    </message>
+    <message id="KPGroupNamePackage">
+        <translation>Packages</translation>
+    </message>
+    <message id="KPGroupNamePast30Days">
+        <translation>Past 30 days</translation>
+    </message>
+    <message id="KPGroupNamePast7Days">
+        <translation>Past 7 days</translation>
+    </message>
+    <message id="KPGroupNameThisYear">
+        <translation>This year</translation>
+    </message>
+    <message id="KPGroupNameThreeStars">
+        <translation>Three stars</translation>
+    </message>
+    <message id="KPGroupNameToday">
+        <translation>Today</translation>
+    </message>
+    <message id="KPGroupNameTwoStars">
+        <translation>Two stars</translation>
+    </message>
+    <message id="KPGroupNameUnrated">
+        <translation>Not rated</translation>
+    </message>
+    <message id="KPGroupNameYearBeforeLastYear">
+        <translation>The year before last</translation>
+    </message>
+    <message id="KPGroupNameYesterday">
+        <translation>Yesterday</translation>
+    </message>
+    <message id="KPGroupNameZeroLength">
+        <translation>Empty</translation>
+    </message>
     <message id="KPHome">
         <translation>Home</translation>
     </message>

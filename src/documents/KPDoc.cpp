@@ -228,13 +228,11 @@ KPDoc::Rare &KPDoc::rare() const
 
 void KPDoc::forgetCachedValues()
 {
-    std::shared_ptr<const void> group; // let go after the lock
     const KPDocLocker lock(m_lock);
     m_cachedInfo &= ThumbnailSize;
     m_utiTagName.store(nullptr, std::memory_order_relaxed);
     m_descriptorHash.store(-1);
-    if (m_rare)
-        group.swap(m_rare->group);
+    m_group.store(nullptr, std::memory_order_release);
 }
 
 void KPDoc::dataChanged()
@@ -264,16 +262,4 @@ void KPDoc::setLastDrawnThumbnailSize(QSizeF size)
     const KPDocLocker lock(m_lock);
     rare().thumbnailSize = size;
     m_cachedInfo |= ThumbnailSize;
-}
-
-std::shared_ptr<const void> KPDoc::cachedGroup() const
-{
-    const KPDocLocker lock(m_lock);
-    return m_rare ? m_rare->group : nullptr;
-}
-
-void KPDoc::setCachedGroup(std::shared_ptr<const void> group)
-{
-    const KPDocLocker lock(m_lock);
-    rare().group = std::move(group);
 }

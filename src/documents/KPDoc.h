@@ -179,8 +179,9 @@ public:
     // What views keep with a document until its path changes.
     QSizeF lastDrawnThumbnailSize() const;
     void setLastDrawnThumbnailSize(QSizeF size);
-    std::shared_ptr<const void> cachedGroup() const;
-    void setCachedGroup(std::shared_ptr<const void> group);
+    // Of the results that it was last shown among; it lives for the process.
+    const void *cachedGroup() const { return m_group.load(std::memory_order_acquire); }
+    void setCachedGroup(const void *group) { m_group.store(group, std::memory_order_release); }
     qint64 cachedDescriptorHash() const { return m_descriptorHash.load(std::memory_order_relaxed); }
     void setCachedDescriptorHash(qint64 hash) { m_descriptorHash.store(hash); }
 
@@ -225,7 +226,6 @@ private:
     {
         QString displayNameLC;
         QString title;
-        std::shared_ptr<const void> group;
         QSizeF thumbnailSize;
         qint64 resourceForkSize = 0;
         int pageCount = 0;
@@ -253,6 +253,7 @@ private:
     QByteArray m_representation XP_GUARDED_BY(m_lock);
     mutable std::atomic<KPTagName *> m_utiTagName = nullptr;
     std::atomic<qint64> m_descriptorHash = -1;
+    std::atomic<const void *> m_group = nullptr;
     mutable std::unique_ptr<Rare> m_rare XP_GUARDED_BY(m_lock);
     mutable quint32 m_cachedInfo XP_GUARDED_BY(m_lock) = 0;
 };

@@ -94,23 +94,16 @@ QString KPDirectoryListing::pathOf(const Child &child) const
 
 void KPDirectoryListing::displayNameSortFinderStyle()
 {
-    const QCollator collator = kpNameCollator();
-    struct Keyed
-    {
-        QCollatorSortKey key;
-        Child child;
-    };
-    std::vector<Keyed> keyed;
+    const KPNameKeys keys;
+    std::vector<std::pair<QByteArray, Child>> keyed;
     keyed.reserve(m_children.size());
-    for (Child &child : m_children) {
-        QCollatorSortKey key = collator.sortKey(child.name);
-        keyed.push_back({std::move(key), std::move(child)});
-    }
-    std::sort(keyed.begin(), keyed.end(), [](const Keyed &a, const Keyed &b) {
-        const int order = a.key.compare(b.key);
-        return order != 0 ? order < 0 : a.child.name < b.child.name;
+    for (Child &child : m_children)
+        keyed.emplace_back(keys.key(child.name), std::move(child));
+    std::sort(keyed.begin(), keyed.end(), [](const auto &a, const auto &b) {
+        const int order = a.first.compare(b.first);
+        return order != 0 ? order < 0 : a.second.name < b.second.name;
     });
     m_children.clear();
-    for (Keyed &each : keyed)
-        m_children.push_back(std::move(each.child));
+    for (auto &[key, child] : keyed)
+        m_children.push_back(std::move(child));
 }

@@ -24,13 +24,14 @@ public:
     };
     struct Options
     {
-        bool invisible = false;
-        bool foldersOnly = false; // packages are none
-        std::function<bool()> stop = {};
+        bool invisible;
+        bool foldersOnly;           // packages are none
+        std::function<bool()> stop; // may be empty
     };
 
     // The folder must be there and readable; a link to one counts. Cancelled when `stop` said so.
-    static XPResult<KPDirectoryListing> of(const QString &folder, const Options &options = {});
+    static XPResult<KPDirectoryListing> of(const QString &folder, const Options &options);
+    static XPResult<KPDirectoryListing> of(const QString &folder) { return of(folder, {}); }
 
     const QString &folder() const { return m_folder; }
     const std::vector<Child> &children() const { return m_children; } // in no order until sorted

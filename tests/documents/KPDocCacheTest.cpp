@@ -99,7 +99,8 @@ TEST(DocCache, FollowsARename)
     EXPECT_EQ(doc->fileType(), u"com.adobe.pdf");
     EXPECT_EQ(doc->fsDisplayNameLC(), u"old.pdf");
     doc->setCachedDescriptorHash(7);
-    doc->setCachedGroup(std::make_shared<int>(1));
+    static const int group = 1;
+    doc->setCachedGroup(&group);
     const XPFileInfo info = fileOf(1);
     doc->setFilePath(path, &info);
     EXPECT_EQ(KPDocCache::docAtPath(path), doc);

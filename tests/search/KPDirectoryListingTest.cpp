@@ -48,28 +48,26 @@ TEST(DirectoryListing, SortsAsFileManagersDo)
         EXPECT_TRUE(XPFileInfo::read(sorted.pathOf(child)));
         EXPECT_TRUE(!child.info.isRegular() || child.info.size == 5);
     }
-    KPDirectoryListing::Options options;
-    options.foldersOnly = true;
-    EXPECT_EQ(names(*KPDirectoryListing::of(tree.path(), options)), QStringList{text("folder")});
-    options = {};
-    options.invisible = true;
-    EXPECT_TRUE(names(*KPDirectoryListing::of(tree.path(), options)).contains(text(".hidden")));
+    EXPECT_EQ(names(*KPDirectoryListing::of(tree.path(), {false, true, {}})),
+              QStringList{text("folder")});
+    EXPECT_TRUE(
+        names(*KPDirectoryListing::of(tree.path(), {true, false, {}})).contains(text(".hidden")));
 }
 
 TEST(DirectoryListing, SaysWhyThereIsNone)
 {
     const TestFolder tree;
-    const auto kindOf = [](const QString &folder, KPDirectoryListing::Options options = {}) {
+    const auto kindOf = [](const QString &folder, const KPDirectoryListing::Options &options) {
         const auto listing = KPDirectoryListing::of(folder, options);
         return listing ? std::optional<XPError::Kind>() : listing.error().kind;
     };
-    EXPECT_EQ(kindOf(tree.path(text("gone"))), XPError::Kind::NotFound);
-    EXPECT_NE(kindOf(tree.file(text("file"))), std::nullopt);
+    EXPECT_EQ(kindOf(tree.path(text("gone")), {}), XPError::Kind::NotFound);
+    EXPECT_NE(kindOf(tree.file(text("file")), {}), std::nullopt);
     EXPECT_EQ(kindOf(tree.path(), {false, false, [] { return true; }}), XPError::Kind::Cancelled);
-    QDir().mkpath(tree.path(text("shut")));
     const int answer = asPlainUser(tree.path(), [&] {
+        QDir().mkpath(tree.path(text("shut")));
         QFile::setPermissions(tree.path(text("shut")), {});
-        return kindOf(tree.path(text("shut"))) == XPError::Kind::NotPermitted ? 0 : 1;
+        return kindOf(tree.path(text("shut")), {}) == XPError::Kind::NotPermitted ? 0 : 1;
     });
     EXPECT_EQ(answer, 0) << "unreadable is not empty";
 }
