@@ -92,7 +92,11 @@ std::unique_ptr<Exiv2::Image> ImageMetadata::open(const DocumentSource &source)
 {
     Exiv2::LogMsg::setLevel(Exiv2::LogMsg::mute);
     try {
+// exiv2 0.27 takes the object in the pointer type that the language has given up.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
         auto image = Exiv2::ImageFactory::open(Exiv2::BasicIo::AutoPtr(new SourceIo(source)));
+#pragma GCC diagnostic pop
         if (!image.get())
             return {};
         std::unique_ptr<Exiv2::Image> kept(image.release());
