@@ -1,4 +1,5 @@
 #include "IndexBenchChild.h"
+#include "IndexCatalog.h"
 
 #include "IndexBenchKeeper.h"
 #include "KPFileType.h"
@@ -184,8 +185,8 @@ static int keepAndTell(const QString &root, bool contents)
     keeper->sync(true);
     std::this_thread::sleep_for(12s);
     {
-        const IndexCatalog::Reading reading(keeper->catalog());
-        cost.items = static_cast<double>(keeper->catalog().count());
+        const IndexCatalog::Reading reading(keeper->source().catalog());
+        cost.items = static_cast<double>(keeper->source().catalog().count());
     }
     cost.memory = memory("VmRSS:") - before;
     cost.metadata = diskUse(folder.store(), false);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "IndexSettings.h"
+#include "IndexSetup.h"
 #include "MetadataIndex.h"
 
 #include <QTemporaryDir>
@@ -20,10 +22,10 @@ private:
 // What stands in the store is loaded when this returns.
 inline std::unique_ptr<MetadataIndex> keep(const QString &store, const QStringList &roots)
 {
-    IndexKeeper::Setup setup;
+    IndexSetup setup;
     setup.path = store;
     setup.roots = roots;
-    setup.rules = IndexRules(IndexRules::defaultRules());
+    setup.rules = IndexSettings::defaultRules();
     auto index = MetadataIndex::open(setup);
     index->waitUntilLoaded();
     return index;

@@ -31,10 +31,10 @@ static QString corpus(const benchmark::State &state)
     return path;
 }
 
-static void expectWhole(const MetadataIndex &keeper, const benchmark::State &state)
+static void expectWhole(MetadataIndex &keeper, const benchmark::State &state)
 {
-    const IndexCatalog::Reading reading(keeper.catalog());
-    if (keeper.catalog().count() < state.range(0))
+    const IndexCatalog::Reading reading(keeper.source().catalog());
+    if (keeper.source().catalog().count() < state.range(0))
         std::abort(); // the figure would be of something else
 }
 

@@ -141,8 +141,7 @@ static void whileCrawling(benchmark::State &state)
         LiveScene scene(coming, {corpus});
         scene.begin();
         scene.latency("write " + scene.path("fresh-first.txt") + " text", true); // all is watched
-        for (int i = 0; scene.keeper().keeper()->status().phase != IndexKeeper::Status::Phase::Live;
-             ++i)
+        for (int i = 0; scene.keeper().status()->phase != IndexStatus::Phase::Live; ++i)
             scene.cycle(i, times);
     }
     report(state, times, 50, 50);
@@ -156,7 +155,7 @@ static void whileImporting(benchmark::State &state)
         LiveScene scene(coming, {corpus});
         scene.keeper().sync(false);
         scene.begin();
-        for (int i = 0; i < 200 && scene.keeper().keeper()->status().contentsWaiting > 0; ++i)
+        for (int i = 0; i < 200 && scene.keeper().status()->contentsWaiting > 0; ++i)
             scene.cycle(i, times);
     }
     report(state, times, 50, 50);

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "IndexCatalog.h"
 #include "IndexSource.h"
+#include "IndexText.h"
 
 #include <QStringList>
 

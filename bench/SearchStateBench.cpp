@@ -1,4 +1,5 @@
 // A search state's tests over 100,000 documents, and the making of its query text.
+#include "IndexText.h"
 #include "KPDocCache.h"
 #include "KPDocMetaData.h"
 #include "KPSearchState.h"

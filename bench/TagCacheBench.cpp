@@ -1,6 +1,7 @@
 // Attribute caches filled and read; the backup of 100,000 tagged files beside a bare pass.
 #include "IndexBenchKeeper.h"
 #include "IndexCorpus.h"
+#include "IndexText.h"
 #include "KPTagName.h"
 #include "Karvex.h"
 #include "KarvexBackup.h"

@@ -350,14 +350,101 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
             <numerusform>Text wird gelesen: noch %1 Dateien</numerusform>
         </translation>
     </message>
+    <message id="KPIndexContentsNotSaved">
+        <translation>Was in Dateien gefunden wurde, lässt sich im Moment nicht sichern: %1.</translation>
+    </message>
+    <message id="KPIndexContentsUnsearchable">
+        <translation>Inhalte können nicht durchsucht werden: %1.</translation>
+    </message>
+    <message id="KPIndexEventsLost">
+        <translation>Zu viel hat sich auf einmal geändert: Alles wird mit dem Datenträger verglichen.</translation>
+    </message>
     <message id="KPIndexFolder">
         <translation>Diesen Ordner &amp;indizieren</translation>
+    </message>
+    <message id="KPIndexFolderLeftOut">
+        <translation>%1 ist durch eine Regel vom Index ausgenommen.</translation>
+    </message>
+    <message id="KPIndexFolderNotIndexed">
+        <translation>%1 ist nicht indiziert.</translation>
+    </message>
+    <message id="KPIndexFoldersUnreadable" numerus="yes">
+        <translation>
+            <numerusform>%n Ordner kann nicht gelesen werden.</numerusform>
+            <numerusform>%n Ordner können nicht gelesen werden.</numerusform>
+        </translation>
+    </message>
+    <message id="KPIndexFoldersUnwatched" numerus="yes">
+        <translation>
+            <numerusform>%n Ordner wird nur alle %1 Sekunden angesehen: Mehr kann das System nicht beobachten.</numerusform>
+            <numerusform>%n Ordner werden nur alle %1 Sekunden angesehen: Mehr kann das System nicht beobachten.</numerusform>
+        </translation>
+    </message>
+    <message id="KPIndexNoRequests">
+        <translation>Andere Programme können vom Index nichts erfragen: %1.</translation>
+    </message>
+    <message id="KPIndexNoWatches">
+        <translation>Änderungen werden nur durch erneutes Nachsehen gefunden: Das System meldet keine.</translation>
+    </message>
+    <message id="KPIndexNotAnswering">
+        <translation>Das Programm, das den Index führt, antwortet nicht.</translation>
+    </message>
+    <message id="KPIndexNothingSaved">
+        <translation>Der Index wird nicht gesichert und beim nächsten Start neu angelegt: %1.</translation>
     </message>
     <message id="KPIndexOpening">
         <translation>Der Index wird geöffnet…</translation>
     </message>
     <message id="KPIndexReading">
         <translation>Ordner werden gelesen: bisher %1 Dateien</translation>
+    </message>
+    <message id="KPIndexReasonDamaged">
+        <translation>die Datei ist beschädigt</translation>
+    </message>
+    <message id="KPIndexReasonNoSpace">
+        <translation>der Datenträger ist voll</translation>
+    </message>
+    <message id="KPIndexReasonNotFound">
+        <translation>die Datei oder der Ordner ist nicht da</translation>
+    </message>
+    <message id="KPIndexReasonNotPermitted">
+        <translation>das ist nicht erlaubt</translation>
+    </message>
+    <message id="KPIndexReasonOther">
+        <translation>das System meldet einen Fehler</translation>
+    </message>
+    <message id="KPIndexReasonReadOnly">
+        <translation>der Datenträger kann nicht beschrieben werden</translation>
+    </message>
+    <message id="KPIndexReasonTooLarge">
+        <translation>der Name ist zu lang oder die Datei zu groß</translation>
+    </message>
+    <message id="KPIndexRootDistant">
+        <translation>%1: Änderungen durch andere Rechner werden nur alle %2 Sekunden gefunden.</translation>
+    </message>
+    <message id="KPIndexRootHoldsStore">
+        <translation>%1 wird nicht indiziert: Dort liegt der Index selbst.</translation>
+    </message>
+    <message id="KPIndexRootKept">
+        <translation>%1 Was dort gefunden wurde, bleibt im Index.</translation>
+    </message>
+    <message id="KPIndexRootMissing">
+        <translation>%1 ist nicht da.</translation>
+    </message>
+    <message id="KPIndexRootSilent">
+        <translation>%1 antwortet nicht.</translation>
+    </message>
+    <message id="KPIndexRootUnmounted">
+        <translation>%1: Der Datenträger %2 ist nicht eingehängt.</translation>
+    </message>
+    <message id="KPIndexRootUnreadable">
+        <translation>%1 kann nicht gelesen werden: %2.</translation>
+    </message>
+    <message id="KPIndexSavingFails">
+        <translation>Der Index lässt sich im Moment nicht sichern: %1.</translation>
+    </message>
+    <message id="KPIndexSearchWithoutFolder">
+        <translation>Diese Suche hat keinen Ordner, in dem sie suchen kann.</translation>
     </message>
     <message id="KPInspector">
         <translation>Informationen</translation>

@@ -352,14 +352,101 @@ Free software under the GNU General Public License, version 3 or later.</transla
             <numerusform>Reading text: %1 files left</numerusform>
         </translation>
     </message>
+    <message id="KPIndexContentsNotSaved">
+        <translation>What was found inside files cannot be saved at the moment: %1.</translation>
+    </message>
+    <message id="KPIndexContentsUnsearchable">
+        <translation>Contents cannot be searched: %1.</translation>
+    </message>
+    <message id="KPIndexEventsLost">
+        <translation>Too much changed at once: everything is being compared with the disk.</translation>
+    </message>
     <message id="KPIndexFolder">
         <translation>&amp;Index This Folder</translation>
+    </message>
+    <message id="KPIndexFolderLeftOut">
+        <translation>%1 is left out of the index by a rule.</translation>
+    </message>
+    <message id="KPIndexFolderNotIndexed">
+        <translation>%1 is not indexed.</translation>
+    </message>
+    <message id="KPIndexFoldersUnreadable" numerus="yes">
+        <translation>
+            <numerusform>%n folder cannot be read.</numerusform>
+            <numerusform>%n folders cannot be read.</numerusform>
+        </translation>
+    </message>
+    <message id="KPIndexFoldersUnwatched" numerus="yes">
+        <translation>
+            <numerusform>%n folder is looked at every %1 seconds only: the system can watch no more.</numerusform>
+            <numerusform>%n folders are looked at every %1 seconds only: the system can watch no more.</numerusform>
+        </translation>
+    </message>
+    <message id="KPIndexNoRequests">
+        <translation>Other programs cannot ask for anything of the index: %1.</translation>
+    </message>
+    <message id="KPIndexNoWatches">
+        <translation>Changes are found only by looking again: the system tells of none.</translation>
+    </message>
+    <message id="KPIndexNotAnswering">
+        <translation>The program that keeps the index does not answer.</translation>
+    </message>
+    <message id="KPIndexNothingSaved">
+        <translation>The index is not saved and is made anew at the next start: %1.</translation>
     </message>
     <message id="KPIndexOpening">
         <translation>Opening the index…</translation>
     </message>
     <message id="KPIndexReading">
         <translation>Reading folders: %1 files so far</translation>
+    </message>
+    <message id="KPIndexReasonDamaged">
+        <translation>the file is damaged</translation>
+    </message>
+    <message id="KPIndexReasonNoSpace">
+        <translation>the disk is full</translation>
+    </message>
+    <message id="KPIndexReasonNotFound">
+        <translation>there is no such file or folder</translation>
+    </message>
+    <message id="KPIndexReasonNotPermitted">
+        <translation>that is not allowed</translation>
+    </message>
+    <message id="KPIndexReasonOther">
+        <translation>the system reports a failure</translation>
+    </message>
+    <message id="KPIndexReasonReadOnly">
+        <translation>the disk cannot be written to</translation>
+    </message>
+    <message id="KPIndexReasonTooLarge">
+        <translation>the name is too long or the file too large</translation>
+    </message>
+    <message id="KPIndexRootDistant">
+        <translation>%1: changes made by other machines are found every %2 seconds only.</translation>
+    </message>
+    <message id="KPIndexRootHoldsStore">
+        <translation>%1 is not indexed: the index itself is kept there.</translation>
+    </message>
+    <message id="KPIndexRootKept">
+        <translation>%1 What was found there stays in the index.</translation>
+    </message>
+    <message id="KPIndexRootMissing">
+        <translation>%1 is not there.</translation>
+    </message>
+    <message id="KPIndexRootSilent">
+        <translation>%1 does not answer.</translation>
+    </message>
+    <message id="KPIndexRootUnmounted">
+        <translation>%1: its volume %2 is not mounted.</translation>
+    </message>
+    <message id="KPIndexRootUnreadable">
+        <translation>%1 cannot be read: %2.</translation>
+    </message>
+    <message id="KPIndexSavingFails">
+        <translation>The index cannot be saved at the moment: %1.</translation>
+    </message>
+    <message id="KPIndexSearchWithoutFolder">
+        <translation>This search has no folder to look in.</translation>
     </message>
     <message id="KPInspector">
         <translation>Inspector</translation>

@@ -242,7 +242,7 @@ void KPController::showProblems()
 {
     QStringList problems = m_problems;
     if (m_index)
-        problems += m_index->status().problems;
+        problems += m_index->problems();
     if (!m_backupProblem.isEmpty())
         problems.append(m_backupProblem);
     m_status->showProblems(problems);

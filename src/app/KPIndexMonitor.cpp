@@ -2,6 +2,7 @@
 
 #include "KPIndexCoverage.h"
 #include "KPIndexRoots.h"
+#include "KPIndexTexts.h"
 
 #include <QLocale>
 
@@ -37,8 +38,8 @@ KPIndexMonitor::~KPIndexMonitor()
 
 void KPIndexMonitor::look()
 {
-    if (const IndexKeeper *keeper = m_index.keeper())
-        take(keeper->status());
+    if (m_index.isKeptHere())
+        take(m_index.status().valueOr({}));
     else if (!std::exchange(m_isAsking, true))
         m_asker.start([this] { ask(); });
 }
@@ -53,8 +54,7 @@ void KPIndexMonitor::ask()
         if (!answer) {
             m_answer.phase = Phase::Live;
             m_answer.problems = {
-                QStringLiteral("the program that keeps the index does not answer: ") +
-                answer.error().message};
+                {.kind = IndexProblem::Kind::NotAnswering, .error = answer.error()}};
         }
     }
     Q_EMIT answered(QPrivateSignal());
@@ -77,6 +77,11 @@ void KPIndexMonitor::take(const IndexStatus &status)
     if (!activity().isEmpty())
         m_timer.start();
     Q_EMIT changed();
+}
+
+QStringList KPIndexMonitor::problems() const
+{
+    return KPIndexTexts::problems(m_status);
 }
 
 bool KPIndexMonitor::isSettled() const

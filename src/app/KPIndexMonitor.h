@@ -1,6 +1,7 @@
 #pragma once
 
 #include "MetadataIndex.h"
+#include "XPMutex.h"
 
 #include <QObject>
 #include <QThreadPool>
@@ -23,6 +24,8 @@ public:
     const IndexStatus &status() const { return m_status; }
     // In the user's language; empty when everything is up to date.
     QString activity() const;
+    // What is degraded, in the user's language.
+    QStringList problems() const;
     // The folders were all read once.
     bool isSettled() const;
 

@@ -1,4 +1,5 @@
 // murnctl find: prints the documents of a search state.
+#include "IndexSettings.h"
 #include "KPFindOptions.h"
 #include "KPIndexedState.h"
 #include "KPResultsRun.h"
@@ -35,7 +36,7 @@ static int explain(const KPSearchState::Ptr &state, KPCommandOutput &output)
     const KPIndexedState::Scope scope = KPIndexedState::scopeOf(*state);
     QStringList folders = scope.folders;
     if (scope.everywhere) {
-        for (const QString &root : MetadataIndex::allRoots())
+        for (const QString &root : IndexSettings::allRoots())
             folders.append(XPPath::absolute(root));
     }
     if (output.isJson()) {

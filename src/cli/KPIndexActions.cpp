@@ -1,6 +1,8 @@
 #include "KPIndexActions.h"
 
-#include "IndexVerifier.h"
+#include "IndexDifference.h"
+#include "IndexSettings.h"
+#include "KPIndexTexts.h"
 #include "KPProgressLine.h"
 #include "XPPath.h"
 
@@ -42,32 +44,48 @@ static QByteArray describe(IndexStatus::Root::State state)
     return "  (does not answer)";
 }
 
+// With what an administrator can do about it.
+static QString describe(const IndexProblem &problem)
+{
+    using Kind = IndexProblem::Kind;
+    const QString text = KPIndexTexts::problem(problem);
+    switch (problem.kind) {
+    case Kind::NoWatches:
+        return text + QStringLiteral(" (sysctl fs.inotify.max_user_instances)");
+    case Kind::FoldersUnwatched:
+        return text + QStringLiteral(" (sysctl fs.inotify.max_user_watches)");
+    case Kind::EventsLost:
+        return text + QStringLiteral(" (sysctl fs.inotify.max_queued_events)");
+    default:
+        return text;
+    }
+}
+
 static void printText(const IndexStatus &status, KPIndexSession &session, KPCommandOutput &output)
 {
     const auto field = [&](const char *label, const QByteArray &text) {
         output.write(QByteArray(label).leftJustified(12) + text + '\n');
     };
     field("State:", KPIndexSession::describe(status).toUtf8());
-    field("Kept by:", session.index().keeper() ? "this command; no other process runs"
-                                               : "another process, which follows every change");
+    field("Kept by:", session.index().isKeptHere() ? "this command; no other process runs"
+                                                   : "another process, which follows every change");
     field("Holds:", QByteArray::number(status.items) + " files and folders");
     field("Contents:", status.contentsWaiting
                            ? QByteArray::number(status.contentsWaiting) + " files wait"
                            : QByteArray("all read"));
-    const QStringList wanted = MetadataIndex::roots();
+    const QStringList wanted = IndexSettings::roots();
     for (const IndexStatus::Root &root : status.roots) {
         if (root.state != IndexStatus::Root::State::Missing || wanted.contains(root.path))
             field("Folder:", output.name(root.path) + describe(root.state));
     }
-    const IndexRules rules = IndexRules::fromSettings();
-    for (const QString &rule : rules.rules())
+    for (const QString &rule : IndexSettings::rules())
         field(rule.startsWith(u'!') ? "Taken in:" : "Left out:",
               output.name(rule.startsWith(u'!') ? rule.mid(1) : rule));
-    field("Store:", output.name(MetadataIndex::storePath()));
+    field("Store:", output.name(IndexSettings::storePath()));
     if (status.problems.isEmpty())
         field("Degraded:", "nothing");
-    for (const QString &problem : status.problems)
-        field("Degraded:", XPPath::printable(problem).toUtf8());
+    for (const IndexProblem &problem : status.problems)
+        field("Degraded:", describe(problem).toUtf8());
 }
 
 static const char *phaseName(Phase phase)
@@ -92,14 +110,14 @@ static void printJson(const IndexStatus &status, KPIndexSession &session, KPComm
         roots.append("{\"path\": " + KPCommandOutput::json(root.path) + ", \"state\": \"" +
                      stateName(root.state) + "\"}");
     output.write(QByteArray("{\n  \"phase\": \"") + phaseName(status.phase) +
-                 "\",\n  \"keptHere\": " + (session.index().keeper() ? "true" : "false") +
+                 "\",\n  \"keptHere\": " + (session.index().isKeptHere() ? "true" : "false") +
                  ",\n  \"items\": " + QByteArray::number(status.items) +
                  ",\n  \"foldersRead\": " + QByteArray::number(status.foldersRead) +
                  ",\n  \"contentsWaiting\": " + QByteArray::number(status.contentsWaiting) +
-                 ",\n  \"degraded\": " + KPCommandOutput::json(status.problems) +
-                 ",\n  \"roots\": [" + roots.join(", ") + "],\n  \"exclusions\": " +
-                 KPCommandOutput::json(IndexRules::fromSettings().rules()) +
-                 ",\n  \"store\": " + KPCommandOutput::json(MetadataIndex::storePath()) + "\n}\n");
+                 ",\n  \"degraded\": " + KPCommandOutput::json(KPIndexTexts::problems(status)) +
+                 ",\n  \"roots\": [" + roots.join(", ") +
+                 "],\n  \"exclusions\": " + KPCommandOutput::json(IndexSettings::rules()) +
+                 ",\n  \"store\": " + KPCommandOutput::json(IndexSettings::storePath()) + "\n}\n");
 }
 
 int KPIndexActions::status(const QString &, const KPCommandLine &, KPCommandOutput &output)
@@ -124,8 +142,8 @@ int KPIndexActions::sync(const QString &, const KPCommandLine &line, KPCommandOu
     if (!session.catchUp(!line.has("--no-content")))
         return KPExitInterrupted;
     if (const auto status = session.status()) {
-        for (const QString &problem : status->problems)
-            output.fail(problem);
+        for (const IndexProblem &problem : status->problems)
+            output.fail(describe(problem));
     }
     return output.exitStatus();
 }
@@ -142,7 +160,7 @@ int KPIndexActions::rebuild(const QString &operand, const KPCommandLine &line,
 
 // --- verify
 
-using Difference = IndexVerifier::Difference;
+using Difference = IndexDifference;
 
 static const char *text(Difference::Kind kind)
 {
@@ -172,16 +190,15 @@ static std::optional<std::vector<Difference>> compare(KPIndexSession &session, q
 {
     KPProgressLine progress;
     bool interrupted = false;
-    IndexVerifier verifier(session.index().source().catalog(),
-                           IndexRules::fromSettings().withoutStore(MetadataIndex::storePath()));
-    auto differences = verifier.run([&](qint64 folders) {
-        if (progress.isDue())
-            progress.show(
-                QStringLiteral("murnctl: comparing with the disk: %1 folders").arg(folders));
-        interrupted = session.interrupt().happened();
-        return !interrupted;
-    });
-    *items = verifier.itemsCompared();
+    auto differences = session.index().verify(
+        [&](qint64 folders) {
+            if (progress.isDue())
+                progress.show(
+                    QStringLiteral("murnctl: comparing with the disk: %1 folders").arg(folders));
+            interrupted = session.interrupt().happened();
+            return !interrupted;
+        },
+        items);
     if (interrupted)
         return {};
     return differences;

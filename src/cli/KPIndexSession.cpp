@@ -1,11 +1,13 @@
 #include "KPIndexSession.h"
 
 #include "KPProgressLine.h"
+#include "XPTranslations.h"
 
 KPIndexSession::KPIndexSession(KPCommandOutput &output)
     : m_output(output), m_index(MetadataIndex::open()), m_types(m_index->source()),
       m_healer(*m_index)
 {
+    XPTranslations::install(QLocale::c()); // everything that murnctl says is English
 }
 
 QString KPIndexSession::describe(const IndexStatus &status)

@@ -1,12 +1,11 @@
 // murnctl index: what the index covers.
+#include "IndexSettings.h"
 #include "KPIndexActions.h"
 #include "KPIndexRoots.h"
 #include "MetadataIndex.h"
 #include "UserDefaults.h"
 #include "XPFolders.h"
 #include "XPPath.h"
-
-static const QString exclusionsKey = QStringLiteral("KPIndexExclusions");
 
 // Brings the changed settings to the disk, and the index after them.
 static int applySettings(KPCommandOutput &output)
@@ -25,12 +24,12 @@ static int applySettings(KPCommandOutput &output)
 int KPIndexActions::roots(const QString &, const KPCommandLine &, KPCommandOutput &output)
 {
     if (output.isJson()) {
-        output.write("{\n  \"roots\": " + KPCommandOutput::json(MetadataIndex::roots()) +
-                     ",\n  \"exclusions\": " +
-                     KPCommandOutput::json(IndexRules::fromSettings().rules()) + "\n}\n");
+        output.write("{\n  \"roots\": " + KPCommandOutput::json(IndexSettings::roots()) +
+                     ",\n  \"exclusions\": " + KPCommandOutput::json(IndexSettings::rules()) +
+                     "\n}\n");
         return output.exitStatus();
     }
-    for (const QString &root : MetadataIndex::roots())
+    for (const QString &root : IndexSettings::roots())
         output.writeRecord(output.name(root));
     return output.exitStatus();
 }
@@ -50,7 +49,7 @@ int KPIndexActions::remove(const QString &operand, const KPCommandLine &, KPComm
 {
     // One that is not there any more is removed as well.
     const QString folder = XPFolders::realFolder(operand).valueOr(XPPath::absolute(operand));
-    QStringList roots = MetadataIndex::roots();
+    QStringList roots = IndexSettings::roots();
     if (roots.removeAll(folder) == 0) {
         const QString above = KPIndexRoots::above(folder, roots);
         output.fail(folder, above.isEmpty()
@@ -60,7 +59,7 @@ int KPIndexActions::remove(const QString &operand, const KPCommandLine &, KPComm
                                       .arg(above));
         return output.exitStatus();
     }
-    MetadataIndex::setRoots(roots);
+    IndexSettings::setRoots(roots);
     return applySettings(output);
 }
 
@@ -74,14 +73,14 @@ static int setRule(const QString &pattern, bool include, KPCommandOutput &output
                                             "with / or ~/"));
     if (!pattern.isValidUtf16())
         return kpReportUsage(&kpIndexCommand, QStringLiteral("the pattern is not UTF-8"));
-    QStringList rules = IndexRules::fromSettings().rules();
+    QStringList rules = IndexSettings::rules();
     const bool wasRule = rules.removeAll(pattern) > 0;
     rules.removeAll(u'!' + pattern);
     if (!include)
         rules.append(pattern);
     else if (!wasRule)
         rules.append(u'!' + pattern);
-    UserDefaults::standard().setValue(exclusionsKey, PropertyValue(rules));
+    IndexSettings::setRules(rules);
     return applySettings(output);
 }
 

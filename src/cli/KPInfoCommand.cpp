@@ -1,4 +1,5 @@
 // murnctl info: shows the document records of files.
+#include "IndexSettings.h"
 #include "KPCommandOutput.h"
 #include "KPContentTypes.h"
 #include "KPDocCache.h"
@@ -29,7 +30,7 @@ class Index
 public:
     explicit Index(KPCommandOutput &output)
     {
-        if (XPFileInfo::read(MetadataIndex::storePath()))
+        if (XPFileInfo::read(IndexSettings::storePath()))
             m_session = std::make_unique<KPIndexSession>(output);
     }
     // False: interrupted.

@@ -1,5 +1,7 @@
 #include "KPIndexCoverage.h"
 
+#include "IndexCatalog.h"
+#include "IndexSettings.h"
 #include "MetadataIndex.h"
 #include "XPPath.h"
 #include "XPVolumes.h"
@@ -15,18 +17,6 @@ static std::optional<QByteArray> below(const QByteArray &folder, const QByteArra
     return path.mid(start.size());
 }
 
-static bool isLeftOut(const IndexRules &rules, QByteArray folder, const QByteArray &rest)
-{
-    for (const QByteArray &name : rest.split('/')) {
-        if (name.isEmpty())
-            continue;
-        if (rules.excludes(folder, name))
-            return true;
-        folder = folder == "/" ? folder + name : folder + '/' + name;
-    }
-    return false;
-}
-
 KPIndexCoverage::Kind KPIndexCoverage::of(const IndexSource &source, const QString &folder)
 {
     const QByteArray path = XPPath::encode(folder);
@@ -40,9 +30,8 @@ KPIndexCoverage::Kind KPIndexCoverage::of(const IndexSource &source, const QStri
             roots.insert(catalog.path(catalog.slotOf(root)));
     }
     // Those of the settings too: an index that was only just opened knows none yet.
-    for (const QString &root : MetadataIndex::allRoots())
+    for (const QString &root : IndexSettings::allRoots())
         roots.insert(XPPath::encode(XPPath::absolute(root)));
-    const IndexRules rules = IndexRules::fromSettings();
     const QString mountPoint = XPVolumes::volumeOf(folder).mountPoint;
     Kind kind = Kind::NoRoot;
     for (const QByteArray &root : roots) {
@@ -50,7 +39,7 @@ KPIndexCoverage::Kind KPIndexCoverage::of(const IndexSource &source, const QStri
         // A volume mounted inside a root is no part of it.
         if (!rest || XPVolumes::volumeOf(XPPath::decode(root)).mountPoint != mountPoint)
             continue;
-        if (isKnown || !isLeftOut(rules, root, *rest))
+        if (isKnown || !IndexSettings::isLeftOut(folder, XPPath::decode(root)))
             return Kind::Indexed;
         kind = Kind::LeftOut;
     }
@@ -63,11 +52,9 @@ QString KPIndexCoverage::problem(const IndexSource &source, const QString &folde
     case Kind::Indexed:
         break;
     case Kind::NoRoot:
-        return QStringLiteral("%1 is not indexed; add it with: murnctl index add DIR").arg(folder);
+        return qtTrId("KPIndexFolderNotIndexed").arg(XPPath::printable(folder));
     case Kind::LeftOut:
-        return QStringLiteral("%1 is left out of the index by a rule; add it with: murnctl index "
-                              "add DIR")
-            .arg(folder);
+        return qtTrId("KPIndexFolderLeftOut").arg(XPPath::printable(folder));
     }
     return {};
 }

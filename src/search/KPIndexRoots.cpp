@@ -1,5 +1,6 @@
 #include "KPIndexRoots.h"
 
+#include "IndexSettings.h"
 #include "MDQuery.h"
 #include "MetadataIndex.h"
 #include "XPPath.h"
@@ -18,28 +19,17 @@ QString KPIndexRoots::above(const QString &folder, const QStringList &roots)
     return {};
 }
 
-bool KPIndexRoots::isLeftOut(const QString &folder, const QString &root)
-{
-    const IndexRules rules = IndexRules::fromSettings();
-    for (QString at = folder; at.size() > root.size(); at = XPPath::folder(at)) {
-        if (rules.excludes(XPPath::encode(XPPath::folder(at)),
-                           XPPath::encode(XPPath::fileName(at))))
-            return true;
-    }
-    return false;
-}
-
 bool KPIndexRoots::add(const QString &folder)
 {
-    QStringList roots = MetadataIndex::roots();
+    QStringList roots = IndexSettings::roots();
     const QString root = above(folder, roots);
-    if (!root.isEmpty() && !isLeftOut(folder, root))
+    if (!root.isEmpty() && !IndexSettings::isLeftOut(folder, root))
         return false;
     roots.removeIf([&](const QString &inner) {
-        return !above(inner, {folder}).isEmpty() && !isLeftOut(inner, folder);
+        return !above(inner, {folder}).isEmpty() && !IndexSettings::isLeftOut(inner, folder);
     });
     roots.append(folder);
-    MetadataIndex::setRoots(roots);
+    IndexSettings::setRoots(roots);
     return true;
 }
 

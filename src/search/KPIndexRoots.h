@@ -12,8 +12,6 @@ namespace KPIndexRoots {
 // The one of the roots that holds `folder` (rules aside); empty: none. A volume mounted inside a
 // root is no part of it.
 QString above(const QString &folder, const QStringList &roots);
-// A rule leaves out the folder or one between it and the root.
-bool isLeftOut(const QString &folder, const QString &root);
 
 // False: it is indexed already. Roots that the new one holds are no roots of their own any more.
 bool add(const QString &folder);

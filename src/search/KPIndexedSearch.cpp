@@ -192,7 +192,7 @@ QStringList KPIndexedSearch::placesNotCovered() const
     }
     // Entries that stand for no folder at all.
     if (problems.isEmpty() && m_state && m_folders.isEmpty() && !m_state->scope().everywhere)
-        problems.append(QStringLiteral("this search has no folder to look in"));
+        problems.append(qtTrId("KPIndexSearchWithoutFolder"));
     return problems;
 }
 

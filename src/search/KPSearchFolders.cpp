@@ -1,6 +1,7 @@
 // KPSearchFolders: the registry and its places.
 #include "KPSearchFolders.h"
 
+#include "IndexSettings.h"
 #include "KPFiledFolders.h"
 #include "KPFolderBookmarks.h"
 #include "KPOptimizedFolders.h"
@@ -210,7 +211,7 @@ void KPSearchFolders::updateIndexAvailability(const QList<IndexStatus::Root> &ro
 void KPSearchFolders::updateIndexAvailability()
 {
     QList<IndexStatus::Root> roots;
-    for (const QString &root : MetadataIndex::allRoots())
+    for (const QString &root : IndexSettings::allRoots())
         roots.append({root, IndexStatus::Root::State::Live});
     updateIndexAvailability(roots);
 }

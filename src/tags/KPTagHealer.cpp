@@ -1,5 +1,6 @@
 #include "KPTagHealer.h"
 
+#include "IndexRecord.h"
 #include "Karvex.h"
 #include "MetadataIndex.h"
 #include "UserDefaults.h"

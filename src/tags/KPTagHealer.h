@@ -1,6 +1,6 @@
 #pragma once
 
-#include "IndexLosses.h"
+#include "IndexLoss.h"
 #include "KPHealing.h"
 #include "XPFileInfo.h"
 #include "XPMutex.h"

@@ -1,5 +1,6 @@
 #include "KPController.h"
 
+#include "IndexSettings.h"
 #include "KPDocIcons.h"
 #include "KPDocsView.h"
 #include "KPFilterBar.h"
@@ -60,7 +61,7 @@ protected:
         KPTagName::intializeGlobals();
         KPDocIcons::registerIcons();
         XPFactorySettings::registerAll();
-        MetadataIndex::setRoots({m_folder.path()});
+        IndexSettings::setRoots({m_folder.path()});
         XPPrompts::install(std::make_unique<Alerts>(&m_alerts));
         for (const char *name : {"a.txt", "b.pdf", "c.odt"})
             m_paths.append(m_folder.file(QString::fromLatin1(name)));
@@ -292,7 +293,7 @@ TEST_F(Controller, OffersToIndexAFolderThatIsNot)
     EXPECT_FALSE(button->isVisible());
     EXPECT_TRUE(until([&] { return m_window->isSettled(); }));
     EXPECT_THAT(m_window->findChild<KPStatusLine *>()->problems(), testing::IsEmpty());
-    EXPECT_TRUE(MetadataIndex::roots().contains(other.path()));
+    EXPECT_TRUE(IndexSettings::roots().contains(other.path()));
 }
 
 // Without a place to save the index the window works all the same, and says so.

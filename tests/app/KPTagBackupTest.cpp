@@ -1,5 +1,6 @@
 #include "KPTagBackup.h"
 
+#include "IndexSetup.h"
 #include "Karvex.h"
 #include "KarvexBackupFile.h"
 #include "MetadataIndex.h"
@@ -25,7 +26,7 @@ protected:
     {
         XPFactorySettings::registerAll();
         EXPECT_FALSE(Karvex::setUserTags(QStringList{QStringLiteral("t")}, m_file));
-        IndexKeeper::Setup setup;
+        IndexSetup setup;
         setup.path = m_store.path(QStringLiteral("index.sqlite"));
         setup.roots = QStringList{m_folder.path()};
         m_index = MetadataIndex::open(setup);

@@ -97,7 +97,7 @@ TEST_F(MurnctlFind, NamesMissingFoldersAndSearchesTheOthers)
     const MurnctlResult outside = find({"--in", XPPath::encode(elsewhere.path())});
     EXPECT_EQ(outside.status, 1);
     EXPECT_EQ(outside.lines().size(), 3);
-    EXPECT_TRUE(outside.err.contains("is not indexed; add it with: murnctl index add"));
+    EXPECT_TRUE(outside.err.contains(" is not indexed."));
 }
 
 TEST_F(MurnctlFind, FollowsChangesUntilInterrupted)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "IndexSettings.h"
+#include "IndexSetup.h"
 #include "KPSearchState.h"
 #include "MetadataIndex.h"
 #include "TestHome.h"
@@ -16,10 +18,10 @@ public:
     IndexSource &index()
     {
         if (!m_index) {
-            IndexKeeper::Setup setup;
+            IndexSetup setup;
             setup.path = m_store.path(QStringLiteral("index.sqlite"));
             setup.roots = QStringList{path()} + moreRoots;
-            setup.rules = IndexRules::fromSettings();
+            setup.rules = IndexSettings::rules();
             m_index = MetadataIndex::open(setup);
             EXPECT_TRUE(m_index->waitUntilLoaded());
             catchUp();

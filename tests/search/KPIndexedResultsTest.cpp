@@ -7,6 +7,7 @@
 #include "UserDefaults.h"
 #include "XPExtendedAttributes.h"
 #include "XPPath.h"
+#include "XPTranslations.h"
 
 #include <atomic>
 #include <fcntl.h>
@@ -261,6 +262,7 @@ TEST(IndexedResults, EndInTheMiddleOfTheirWork)
 
 TEST(IndexedResults, TellWhichFoldersTheIndexDoesNotHold)
 {
+    XPTranslations::install(QLocale::c());
     IndexedFolder folder;
     folder.file(QStringLiteral("a"));
     folder.file(QStringLiteral("node_modules/b"));

@@ -8,6 +8,7 @@
 #include "Karvex.h"
 #include "XPExtendedAttributes.h"
 #include "XPPath.h"
+#include "XPTranslations.h"
 
 #include <QScopeGuard>
 #include <filesystem>
@@ -280,6 +281,7 @@ TEST_F(IndexedState, LooksEverywhereWithoutFolders)
 
 TEST_F(IndexedState, NamesTheFoldersThatTheIndexDoesNotCover)
 {
+    XPTranslations::install(QLocale::c());
     const TestFolder volume;
     KPSearchFolders::instance().setIndexAvailability({{volume.path(), KPSearchVolumes::fails}});
     const auto restore = qScopeGuard([] { KPSearchFolders::instance().updateIndexAvailability(); });

@@ -1,5 +1,6 @@
 #include "KPSearchFolders.h"
 
+#include "IndexSettings.h"
 #include "KPSearchFolderSetting.h"
 #include "KPSearchState.h"
 #include "KPSearchVolumes.h"
@@ -312,13 +313,13 @@ TEST_F(SearchFolders, AreAddedAndRemoved)
         XPPrompts::install(nullptr);
         UserDefaults::standard().remove(text("KPIndexRoots"));
     });
-    MetadataIndex::setRoots({text("/nowhere")});
+    IndexSettings::setRoots({text("/nowhere")});
     const QString a = make(text("a"));
     const QString b = make(text("b"));
     set({a});
     EXPECT_EQ(folders().addSearchFolder(b), std::nullopt);
     EXPECT_EQ(folders().userSearchFolders(), (QStringList{a, b}));
-    EXPECT_EQ(MetadataIndex::roots(), (QStringList{text("/nowhere"), b}));
+    EXPECT_EQ(IndexSettings::roots(), (QStringList{text("/nowhere"), b}));
     for (const char *refused : {"/Network", "/Network/x", "/does/not/exist"})
         folders().addSearchFolderAction(text(refused), [](bool added) { EXPECT_FALSE(added); });
     EXPECT_EQ(prompts.alerts, 3);

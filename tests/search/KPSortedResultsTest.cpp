@@ -2,6 +2,7 @@
 
 #include "IndexCatalog.h"
 #include "IndexSource.h"
+#include "IndexText.h"
 #include "KPDocCache.h"
 #include "KPDocMetaData.h"
 #include "XPPath.h"

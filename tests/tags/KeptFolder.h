@@ -1,5 +1,6 @@
 #pragma once
 
+#include "IndexSetup.h"
 #include "MetadataIndex.h"
 #include "TestHome.h"
 
@@ -17,7 +18,7 @@ public:
     MetadataIndex &kept()
     {
         if (!m_index) {
-            IndexKeeper::Setup setup;
+            IndexSetup setup;
             setup.path = m_store.path(QStringLiteral("index.sqlite"));
             setup.roots = QStringList{path()};
             m_index = MetadataIndex::open(setup);

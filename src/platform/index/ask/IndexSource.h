@@ -1,12 +1,16 @@
 #pragma once
 
-#include "IndexCatalog.h"
-#include "IndexText.h"
+#include "IndexItem.h"
 
-#include <QStringList>
+#include <QByteArray>
 #include <functional>
+#include <vector>
 
-// What a query runs on: the catalog of this process, however it is kept up to date.
+class IndexCatalog;
+class IndexText;
+
+// What a query runs on: the catalog of this process, however it is kept up to date. Outside of the
+// index the catalog is looked at through an IndexLook.
 class IndexSource
 {
 public:

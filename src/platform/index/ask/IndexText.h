@@ -1,6 +1,6 @@
 #pragma once
 
-#include "IndexRecord.h"
+#include "IndexItem.h"
 #include "MDPredicate.h"
 
 #include <QHash>

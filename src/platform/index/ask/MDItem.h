@@ -1,5 +1,6 @@
 #pragma once
 
+#include "IndexCatalog.h"
 #include "IndexSource.h"
 #include "XPNotificationCenter.h"
 

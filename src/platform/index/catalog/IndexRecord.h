@@ -1,5 +1,6 @@
 #pragma once
 
+#include "IndexItem.h"
 #include "PropertyValue.h"
 #include "XPError.h"
 #include "XPFileInfo.h"
@@ -9,9 +10,6 @@
 #include <QMap>
 #include <QString>
 #include <vector>
-
-// The number of a file's row: given once, never used again. 0 is no item.
-using IndexItem = quint32;
 
 // Everything the index holds about one file, without its text.
 // Threads: a value.

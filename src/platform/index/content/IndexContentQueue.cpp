@@ -27,13 +27,6 @@ static bool isOlder(const IndexContentQueue::Waiting &a, const IndexContentQueue
     return a.modified != b.modified ? a.modified < b.modified : a.item < b.item;
 }
 
-IndexContentQueue::Importers IndexContentQueue::builtInImporters()
-{
-    Importers importers;
-    importers.push_back(std::make_unique<IndexPlainTextImporter>());
-    return importers;
-}
-
 IndexContentQueue::IndexContentQueue(IndexTextStore &store, Callbacks callbacks,
                                      Importers importers)
     : m_store(store), m_callbacks(std::move(callbacks)), m_importers(std::move(importers))
@@ -152,6 +145,7 @@ qsizetype IndexContentQueue::postponed() const
 void IndexContentQueue::feed()
 {
     bool rested = false;
+    bool told = false;
     XPLocker lock(m_mutex);
     while (!m_stopping) {
         if (m_damaged != 0 && (!m_pausedUntil || *m_pausedUntil <= Clock::now())) {
@@ -188,8 +182,13 @@ void IndexContentQueue::feed()
             lock.unlock();
             m_store.rest();
             lock.lock();
+        } else if (!std::exchange(told, true)) {
+            lock.unlock();
+            m_callbacks.idle();
+            lock.lock();
         } else {
             m_wake.wait(lock);
+            told = false;
         }
     }
 }
@@ -334,7 +333,7 @@ void IndexContentQueue::pause(const XPError &error)
         const XPLocker lock(m_mutex);
         m_pausedUntil = Clock::now() + m_pause;
     }
-    m_callbacks.problem(error.message);
+    m_callbacks.problem(error);
 }
 
 void IndexContentQueue::renewIfWorthIt()

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "IndexImporter.h"
+#include "IndexImporters.h"
 #include "IndexTextStore.h"
 
 #include <QHash>
@@ -40,23 +40,24 @@ public:
         std::function<std::optional<File>(IndexItem)> lookUp;
         // Applies what was found (an Import change a file); called after the words are stored.
         std::function<void(IndexBatch)> done;
-        // What hinders importing, in words; empty: nothing any more.
-        std::function<void(const QString &)> problem;
+        // What hinders importing; nothing: nothing does any more.
+        std::function<void(const std::optional<XPError> &)> problem;
         // Everything is to be imported again: addBacklog() with what the index holds.
         std::function<void()> startedOver;
+        // Nothing waits any more; may be told more than once.
+        std::function<void()> idle;
     };
     struct Waiting
     {
         qint64 modified = 0;
         IndexItem item = 0;
     };
-    using Importers = std::vector<std::unique_ptr<IndexImporter>>;
+    using Importers = IndexImporters::Importers;
 
     // The store must outlive the queue. Of `importers` the first that accepts a type has it.
     IndexContentQueue(IndexTextStore &store, Callbacks callbacks,
-                      Importers importers = builtInImporters());
+                      Importers importers = IndexImporters::make());
     ~IndexContentQueue(); // stops within one file's import
-    static Importers builtInImporters();
 
     bool accepts(const QString &type) const;
     void add(IndexItem item); // changed just now

@@ -1,5 +1,7 @@
 #include "IndexCrawler.h"
 
+#include "XPStrandedThreads.h"
+
 #include <QHash>
 #include <algorithm>
 #include <condition_variable>
@@ -82,7 +84,10 @@ IndexCrawler::~IndexCrawler()
         if (all)
             thread.join();
         else
-            thread.detach();
+            XPStrandedThreads::adopt(std::move(thread), [pool = m_pool] {
+                const XPLocker lock(pool->mutex);
+                return pool->threads == 0;
+            });
     }
 }
 

@@ -1,6 +1,5 @@
 #include "IndexRules.h"
 
-#include "UserDefaults.h"
 #include "XPFolders.h"
 #include "XPPath.h"
 
@@ -34,12 +33,6 @@ IndexRules::IndexRules(const QStringList &rules) : m_texts(rules)
         if (!rule.pattern.isEmpty())
             m_rules.append(rule);
     }
-}
-
-IndexRules IndexRules::fromSettings()
-{
-    const PropertyValue saved = UserDefaults::standard().value(QStringLiteral("KPIndexExclusions"));
-    return IndexRules(saved.isArray() ? saved.strings() : defaultRules());
 }
 
 IndexRules IndexRules::withRoots(const QByteArrayList &roots) const

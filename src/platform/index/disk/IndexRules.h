@@ -7,19 +7,17 @@
 
 // Which folders people do not want to see: hidden ones, caches, version-control stores, build
 // trees and package stores. A rule is a folder's name ("node_modules", "*.tmp" with the wildcards
-// * and ?) or, beginning with "/" or "~/", the path of one folder. The rules are the setting
-// "KPIndexExclusions"; a rule with "!" before it takes a folder back in, and the last rule that
-// fits decides. A folder that is itself a root is never left out. Also left out is what names
-// itself a cache: a folder that holds a "CACHEDIR.TAG" (the Cache Directory Tagging
-// specification) or a build tool's cache file, whose own entries are then not indexed.
-// Threads: a value.
+// * and ?) or, beginning with "/" or "~/", the path of one folder. A rule with "!" before it takes
+// a folder back in, and the last rule that fits decides. A folder that is itself a root is never
+// left out. Also left out is what names itself a cache: a folder that holds a "CACHEDIR.TAG" (the
+// Cache Directory Tagging specification) or a build tool's cache file, whose own entries are then
+// not indexed. Threads: a value.
 class IndexRules
 {
 public:
     IndexRules() = default; // nothing is left out
     explicit IndexRules(const QStringList &rules);
     static QStringList defaultRules();
-    static IndexRules fromSettings();
 
     // The same with roots inside other roots (volumes, mostly), which are read on their own.
     IndexRules withRoots(const QByteArrayList &roots) const;

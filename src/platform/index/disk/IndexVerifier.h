@@ -1,6 +1,7 @@
 #pragma once
 
 #include "IndexCatalog.h"
+#include "IndexDifference.h"
 #include "IndexFolderReader.h"
 #include "IndexRules.h"
 
@@ -18,20 +19,7 @@ public:
     {
     }
 
-    struct Difference
-    {
-        enum class Kind {
-            NotIndexed,
-            NotOnDisk,
-            OtherFacts,
-            OtherAttributes,
-            OtherType,
-            OldContent, // imported before the file was changed last
-            NoFolder,   // a row whose folder is no row
-            Unreadable,
-        } kind;
-        QByteArray path;
-    };
+    using Difference = IndexDifference;
     // Compares everything below the roots; `progress` is told of each folder and says whether to
     // go on.
     std::vector<Difference> run(const std::function<bool(qint64 folders)> &progress = {});

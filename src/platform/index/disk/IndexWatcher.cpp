@@ -33,8 +33,8 @@ static QByteArray joined(const QByteArray &folder, const QByteArray &name)
     return folder == "/" ? folder + name : folder + '/' + name;
 }
 
-IndexWatcher::IndexWatcher(Callback callback, Options options)
-    : m_callback(std::move(callback)), m_distant(options.distant),
+IndexWatcher::IndexWatcher(Callback callback, Drained drained, Options options)
+    : m_callback(std::move(callback)), m_drained(std::move(drained)), m_distant(options.distant),
       m_inotify(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)), m_stop(::eventfd(0, EFD_CLOEXEC)),
       m_mounts(options.mounts ? ::open("/proc/thread-self/mountinfo", O_RDONLY | O_CLOEXEC) : -1)
 {
@@ -168,6 +168,7 @@ void IndexWatcher::loop()
         if (!events.empty())
             m_callback(std::move(events));
         m_busy = false;
+        m_drained();
     }
 }
 
@@ -220,8 +221,7 @@ bool IndexWatcher::completeMove(quint32 cookie, const Event &to, std::vector<Eve
 void IndexWatcher::translate(const char *bytes, size_t size, std::vector<Event> &out)
 {
     using namespace std::chrono;
-    const qint64 time =
-        duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
+    const qint64 time = duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
     for (size_t at = 0; at < size;) {
         const auto *event = reinterpret_cast<const inotify_event *>(bytes + at);
         at += sizeof(inotify_event) + event->len;

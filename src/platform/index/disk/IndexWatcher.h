@@ -24,7 +24,7 @@ struct IndexPathOrder
 // new path, one that left what is watched loses them. Events come in batches, in order. When the
 // kernel's queue overflows one Overflow event says that anything may have happened; a folder for
 // which no watch could be had is reported by watch() and must be looked at on a timer.
-// Threads: watch() and forgetBelow() from any; the callback on the watcher's thread.
+// Threads: watch() and forgetBelow() from any; the callbacks on the watcher's thread.
 class IndexWatcher
 {
 public:
@@ -48,15 +48,17 @@ public:
         qint64 time = 0; // when it was heard of, in milliseconds of the steady clock
     };
     using Callback = std::function<void(std::vector<Event>)>;
+    using Drained = std::function<void()>;
 
     struct Options
     {
         bool distant = false; // file calls may hang: nothing else is to wait for them
         bool mounts = false;  // tell of the mount table too
     };
-    IndexWatcher(Callback callback, Options options);
+    // `drained`: isDrained() may have become true.
+    IndexWatcher(Callback callback, Drained drained, Options options);
     ~IndexWatcher();
-    void stop(); // the callback is not called any more once this has returned
+    void stop(); // the callbacks are not called any more once this has returned
     bool isUsable() const { return m_inotify.isOpen(); }
 
     // `descriptor`: the folder, open; to be read after this. False: no watch left, or the file
@@ -86,6 +88,7 @@ private:
         XP_REQUIRES(m_mutex);
 
     const Callback m_callback;
+    const Drained m_drained;
     const bool m_distant;
     const XPFileDescriptor m_inotify;
     const XPFileDescriptor m_stop; // eventfd

@@ -1,5 +1,7 @@
 #include "IndexJobs.h"
 
+#include <utility>
+
 // Listings hold a few kilobytes each.
 static constexpr size_t mostWaiting = 256;
 
@@ -33,12 +35,6 @@ void IndexJobs::waitForRoom()
     --m_waitingForRoom;
 }
 
-bool IndexJobs::isEmpty() const
-{
-    const XPLocker lock(m_mutex);
-    return m_urgent.empty() && m_inTurn.empty();
-}
-
 void IndexJobs::stop()
 {
     {
@@ -49,11 +45,25 @@ void IndexJobs::stop()
     m_room.notify_all();
 }
 
-void IndexJobs::run()
+void IndexJobs::run(const std::function<void()> &idle)
 {
     Job job;
     Urgency urgency = Urgency::Now;
-    while (next(job, urgency)) {
+    bool toldIdle = false;
+    for (;;) {
+        switch (next(job, urgency)) {
+        case Next::Stop:
+            return;
+        case Next::Nothing:
+            if (std::exchange(toldIdle, true))
+                sleep();
+            else
+                idle();
+            continue;
+        case Next::Job:
+            break;
+        }
+        toldIdle = false;
         if (job())
             continue;
         const XPLocker lock(m_mutex);
@@ -61,33 +71,37 @@ void IndexJobs::run()
     }
 }
 
-bool IndexJobs::next(Job &job, Urgency &urgency)
+IndexJobs::Next IndexJobs::next(Job &job, Urgency &urgency)
 {
     job = nullptr; // what it held goes before the wait
-    XPLocker lock(m_mutex);
-    for (;;) {
-        if (m_stopping)
-            return false;
-        if (!m_later.empty() && m_later.begin()->first <= Clock::now()) {
-            m_urgent.push_back(std::move(m_later.begin()->second));
-            m_later.erase(m_later.begin());
-            continue;
-        }
-        urgency = m_urgent.empty() ? Urgency::InTurn : Urgency::Now;
-        std::deque<Job> &jobs = queue(urgency);
-        if (!jobs.empty()) {
-            job = std::move(jobs.front());
-            jobs.pop_front();
-            // Half empty, so that the crawl is not woken for each job.
-            if (m_waitingForRoom && m_inTurn.size() <= mostWaiting / 2)
-                m_room.notify_all();
-            return true;
-        }
-        m_sleeping = true;
-        if (m_later.empty())
-            m_wake.wait(lock);
-        else
-            m_wake.wait_until(lock, m_later.begin()->first);
-        m_sleeping = false;
+    const XPLocker lock(m_mutex);
+    if (m_stopping)
+        return Next::Stop;
+    while (!m_later.empty() && m_later.begin()->first <= Clock::now()) {
+        m_urgent.push_back(std::move(m_later.begin()->second));
+        m_later.erase(m_later.begin());
     }
+    urgency = m_urgent.empty() ? Urgency::InTurn : Urgency::Now;
+    std::deque<Job> &jobs = queue(urgency);
+    if (jobs.empty())
+        return Next::Nothing;
+    job = std::move(jobs.front());
+    jobs.pop_front();
+    // Half empty, so that the crawl is not woken for each job.
+    if (m_waitingForRoom && m_inTurn.size() <= mostWaiting / 2)
+        m_room.notify_all();
+    return Next::Job;
+}
+
+void IndexJobs::sleep()
+{
+    XPLocker lock(m_mutex);
+    if (m_stopping || !m_urgent.empty() || !m_inTurn.empty())
+        return;
+    m_sleeping = true;
+    if (m_later.empty())
+        m_wake.wait(lock);
+    else
+        m_wake.wait_until(lock, m_later.begin()->first);
+    m_sleeping = false;
 }

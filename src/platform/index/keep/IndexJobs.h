@@ -25,16 +25,16 @@ public:
     void postLater(Job job, std::chrono::milliseconds delay); // urgent when due
     // Blocks while very many jobs wait in turn, so that a crawl does not outrun the writer.
     void waitForRoom();
-    // Asked on the writer's thread: whether no job is left but the one that asks (and those due
-    // later).
-    bool isEmpty() const;
-
-    void run();  // until stop()
-    void stop(); // jobs that wait are dropped
+    // `idle` is called when the last job is done, before the thread sleeps. Jobs due later may
+    // wait.
+    void run(const std::function<void()> &idle); // until stop()
+    void stop();                                 // jobs that wait are dropped
 
 private:
     using Clock = std::chrono::steady_clock;
-    bool next(Job &job, Urgency &urgency);
+    enum class Next { Job, Nothing, Stop };
+    Next next(Job &job, Urgency &urgency);
+    void sleep();
     std::deque<Job> &queue(Urgency urgency) XP_REQUIRES(m_mutex)
     {
         return urgency == Urgency::Now ? m_urgent : m_inTurn;

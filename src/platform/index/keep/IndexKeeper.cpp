@@ -12,10 +12,11 @@ static constexpr IndexSlot slotsAStep = 20'000;
 
 // --- Start and end
 
-IndexKeeper::IndexKeeper(IndexLive &live, const Setup &setup, std::unique_ptr<IndexStore> store)
+IndexKeeper::IndexKeeper(IndexLive &live, const IndexSetup &setup,
+                         std::unique_ptr<IndexStore> store)
     : m_live(live), m_setup(setup), m_takenOver(std::move(store)), m_writer(live, m_problems),
       m_rules(setup.rules),
-      m_reconciler(m_writer, std::make_shared<const IndexRules>(setup.rules),
+      m_reconciler(m_writer, std::make_shared<const IndexRules>(m_rules),
                    {[this](const QByteArray &folder, bool deep) { read(folder, deep); },
                     [this](const QByteArray &folder) {
                         const auto crew = crewOf(folder);
@@ -57,9 +58,7 @@ void IndexKeeper::run()
     m_reconciler.begin();
     m_local = makeCrew(false);
     if (!m_local->watcher->isUsable())
-        m_problems.set(QStringLiteral("watch"),
-                       QStringLiteral("changes are found by looking again only: the system gives "
-                                      "no watches (sysctl fs.inotify.max_user_instances)"));
+        m_problems.set(IndexProblems::watching, {.kind = IndexProblem::Kind::NoWatches});
     queueWaitingContents(0);
     std::optional<IndexRecents> recents;
     if (!m_setup.recents.isEmpty()) {
@@ -72,7 +71,7 @@ void IndexKeeper::run()
                 Urgency::InTurn);
         });
     }
-    m_jobs.run();
+    m_jobs.run([this] { tellQuiet(); });
     recents.reset();
     for (Root &root : m_roots)
         root.crew.reset();
@@ -99,8 +98,8 @@ void IndexKeeper::openText()
         text = IndexTextStore::open(path, true);
     }
     if (!text) {
-        m_problems.set(QStringLiteral("text"),
-                       QStringLiteral("contents cannot be searched: ") + text.error().message);
+        m_problems.set(IndexProblems::contents,
+                       {.kind = IndexProblem::Kind::ContentsUnsearchable, .error = text.error()});
         return;
     }
     m_text = *std::move(text);
@@ -124,9 +123,15 @@ std::shared_ptr<IndexContentQueue> IndexKeeper::makeContentQueue()
             },
             Urgency::InTurn);
     };
-    callbacks.problem = [this](const QString &text) {
-        m_problems.set(QStringLiteral("text"), text);
+    callbacks.problem = [this](const std::optional<XPError> &error) {
+        if (error)
+            m_problems.set(IndexProblems::contents,
+                           {.kind = IndexProblem::Kind::ContentsNotSaved, .error = error});
+        else
+            m_problems.clear(IndexProblems::contents);
+        mayBeQuiet();
     };
+    callbacks.idle = [this] { mayBeQuiet(); };
     callbacks.startedOver = [this] {
         m_jobs.post([this] { return queueWaitingContents(0); }, Urgency::InTurn);
     };
@@ -162,7 +167,7 @@ std::shared_ptr<IndexKeeper::Crew> IndexKeeper::makeCrew(bool distant)
                 },
                 Urgency::Now);
         },
-        IndexWatcher::Options{distant, !distant});
+        [this] { mayBeQuiet(); }, IndexWatcher::Options{distant, !distant});
     IndexCrawler::Callbacks callbacks;
     callbacks.stamp = [this] {
         ++m_foldersRead;
@@ -476,13 +481,13 @@ void IndexKeeper::setRoots(const QStringList &roots)
         Urgency::Now);
 }
 
-void IndexKeeper::setRules(const IndexRules &rules)
+void IndexKeeper::setRules(const QStringList &rules)
 {
     m_jobs.post(
         [this, rules] {
-            if (rules.rules() == m_rules.rules())
+            if (rules == m_rules.rules())
                 return true;
-            m_rules = rules;
+            m_rules = IndexRules(rules);
             applyRules();
             for (Root &root : m_roots)
                 readRoot(root);
@@ -523,12 +528,13 @@ IndexStatus IndexKeeper::status() const
     }
     status.contentsWaiting = contents ? contents->waiting() + contents->postponed() : 0;
     status.foldersRead = m_foldersRead;
-    status.problems = m_problems.texts();
+    status.problems = m_problems.all();
     const IndexCatalog::Reading reading(m_live.catalog());
     status.items = m_live.catalog().count();
     return status;
 }
 
+// No job is left; asked on the writer's thread.
 bool IndexKeeper::isQuiet(bool contents) const
 {
     if (contents && m_importer && m_importer->waiting() > 0)
@@ -537,29 +543,41 @@ bool IndexKeeper::isQuiet(bool contents) const
     const auto isAtRest = [](const Crew &crew) {
         return crew.watcher->isDrained() && (crew.isSilent || crew.crawler->isIdle());
     };
-    return isAtRest(*m_local) &&
-           std::all_of(m_roots.begin(), m_roots.end(),
-                       [&](const Root &root) { return !root.crew || isAtRest(*root.crew); }) &&
-           m_jobs.isEmpty();
+    return isAtRest(*m_local) && std::all_of(m_roots.begin(), m_roots.end(), [&](const Root &root) {
+               return !root.crew || isAtRest(*root.crew);
+           });
 }
 
 void IndexKeeper::whenQuiet(bool contents, std::function<void()> done)
 {
-    // Asked on the writer's thread, where no job is half done.
+    ++m_asking; // before looking: whoever comes to rest meanwhile says so
     m_jobs.post(
         [this, contents, done = std::move(done)] {
-            if (isQuiet(contents))
-                done();
-            else
-                m_jobs.postLater(
-                    [this, contents, done] {
-                        whenQuiet(contents, done);
-                        return true;
-                    },
-                    5ms);
+            m_waiting.push_back({contents, done});
             return true;
         },
         Urgency::InTurn);
+}
+
+// From any thread: something came to rest, or may have.
+void IndexKeeper::mayBeQuiet()
+{
+    if (m_asking > 0)
+        m_jobs.post([] { return true; }, Urgency::InTurn);
+}
+
+void IndexKeeper::tellQuiet()
+{
+    for (const bool contents : {false, true}) {
+        const auto isMeant = [&](const Waiting &waiting) { return waiting.contents == contents; };
+        if (std::none_of(m_waiting.begin(), m_waiting.end(), isMeant) || !isQuiet(contents))
+            continue;
+        for (const Waiting &waiting : m_waiting) {
+            if (isMeant(waiting))
+                waiting.done();
+        }
+        m_asking -= static_cast<int>(std::erase_if(m_waiting, isMeant));
+    }
 }
 
 bool IndexKeeper::sync(bool contents, const std::function<bool()> &stop)

@@ -5,6 +5,7 @@
 #include "IndexJobs.h"
 #include "IndexRecents.h"
 #include "IndexReconciler.h"
+#include "IndexSetup.h"
 #include "IndexStatus.h"
 #include "XPMountTable.h"
 
@@ -21,24 +22,12 @@
 class IndexKeeper
 {
 public:
-    using Status = IndexStatus;
-    struct Setup
-    {
-        QString path; // of the store; empty: in memory only
-        QStringList roots;
-        IndexRules rules;
-        QString recents; // the desktop's list of recently used files; empty: none
-        // How often folders without a watch, and volumes that others change, are read again.
-        std::chrono::milliseconds unwatchedInterval = std::chrono::seconds(30);
-        std::chrono::milliseconds distantInterval = std::chrono::minutes(5);
-        std::chrono::seconds patience = std::chrono::seconds(10); // until a root counts as silent
-    };
     // The caller holds the writer's lock. `store`: of a follower whose catalog is up to date.
     // Returns at once: opening, loading and everything else happen on the writer's thread.
-    IndexKeeper(IndexLive &live, const Setup &setup, std::unique_ptr<IndexStore> store = {});
+    IndexKeeper(IndexLive &live, const IndexSetup &setup, std::unique_ptr<IndexStore> store = {});
     ~IndexKeeper();
 
-    Status status() const;
+    IndexStatus status() const;
     // Returns when everything that happened before the call is in the index; false when `stop`
     // said so before. With a crawl under way that takes as long as the crawl; with `contents`, as
     // long as what waits to be imported. A root that does not answer is not waited for.
@@ -49,7 +38,7 @@ public:
     // Another process found the index of contents damaged: it is begun anew.
     void textIsDamaged(quint64 inode);
     void setRoots(const QStringList &roots);
-    void setRules(const IndexRules &rules);
+    void setRules(const QStringList &rules);
     IndexProblems &problems() { return m_problems; }
 
 private:
@@ -82,6 +71,12 @@ private:
         std::shared_ptr<Crew> crew;
     };
 
+    struct Waiting
+    {
+        bool contents = false;
+        std::function<void()> done;
+    };
+
     void run();
     void openText();
     std::shared_ptr<IndexContentQueue> makeContentQueue();
@@ -95,7 +90,7 @@ private:
     void dropRoot(const QByteArray &path);
     void readRoot(Root &root);
     bool isMountedAsBefore(const Root &root) const;
-    void setMissing(Root &root, const QString &why);
+    void setMissing(Root &root, IndexProblem problem);
     void watchForMissing(const Root &root);
     bool prepareRoot(Root &root, const IndexListing &listing);
     Root *rootAt(const QByteArray &path);
@@ -109,9 +104,12 @@ private:
     void scheduleReading(const std::shared_ptr<Crew> &crew);
     void readAgain(Crew &crew);
     void tellOfUnwatched(const Crew &crew);
+    void tellOf(const Root &root, IndexProblem::Kind kind);
     void checkSilence(const std::shared_ptr<Crew> &crew);
     void updateStatus();
     bool isQuiet(bool contents) const;
+    void mayBeQuiet(); // any thread
+    void tellQuiet();
     void applied(const IndexBatch &batch);
     bool wantsContent(IndexSlot slot) const;
     bool isContentStored(IndexSlot slot) const;
@@ -127,7 +125,7 @@ private:
     void queueLastUse(IndexItem item);
 
     IndexLive &m_live;
-    const Setup m_setup;
+    const IndexSetup m_setup;
     IndexProblems m_problems;
     IndexJobs m_jobs;
 
@@ -146,7 +144,9 @@ private:
     QSet<QByteArray> m_lastUsedNames;
     bool m_savingLater = false;
     bool m_restingLater = false;
-    bool m_hasDistant = false; // roots
+    bool m_hasDistant = false;      // roots
+    std::vector<Waiting> m_waiting; // for the index to be quiet
+    std::atomic<int> m_asking = 0;  // the same and those about to; any thread
 
     mutable XPMutex m_mutex;
     IndexStatus m_status XP_GUARDED_BY(m_mutex);

@@ -33,11 +33,6 @@ static XPMountTable readMounts()
     return XPMountTable::parse(text);
 }
 
-static QString shown(const QByteArray &path)
-{
-    return XPPath::printable(XPPath::decode(path));
-}
-
 // --- Which roots there are
 
 // Whether reading `other` reads `path` too.
@@ -79,7 +74,7 @@ void IndexKeeper::applyRoots(const QStringList &roots)
     }
     std::erase_if(m_roots, [&](const Root &root) {
         if (!wanted.contains(root.path))
-            m_problems.set(XPPath::decode(root.path), {});
+            m_problems.clear(XPPath::decode(root.path));
         return !wanted.contains(root.path);
     });
     for (const QByteArray &path : wanted) {
@@ -146,14 +141,12 @@ void IndexKeeper::readRoot(Root &root)
     if (root.volume.isEmpty())
         root.volume = QString::fromUtf8(m_writer.note(QStringLiteral("volume:") + path));
     if (!isMountedAsBefore(root)) {
-        setMissing(
-            root,
-            QStringLiteral("its volume %1 is not mounted").arg(XPPath::printable(root.volume)));
+        setMissing(root, {.kind = IndexProblem::Kind::RootUnmounted, .volume = root.volume});
         return;
     }
     const QString store = XPPath::folder(XPPath::absolute(m_setup.path));
     if (!m_setup.path.isEmpty() && (path == store || path.startsWith(store + u'/'))) {
-        setMissing(root, QStringLiteral("the index itself is kept there"));
+        setMissing(root, {.kind = IndexProblem::Kind::RootHoldsStore});
         return;
     }
     const bool distant = m_mounts.volumeOf(path).slow;
@@ -177,17 +170,18 @@ bool IndexKeeper::isMountedAsBefore(const Root &root) const
     return root.volume.isEmpty() || m_mounts.volumeOf(root.volume).mountPoint == root.volume;
 }
 
-void IndexKeeper::setMissing(Root &root, const QString &why)
+void IndexKeeper::setMissing(Root &root, IndexProblem problem)
 {
     root.state = RootState::Missing;
     root.isAsked = false;
     const QString path = XPPath::decode(root.path);
-    QString problem = QStringLiteral("%1: %2").arg(shown(root.path), why);
-    if (m_reconciler.itemAt(root.path))
-        problem += QStringLiteral("; what was found there stays in the index");
-    else if (path.startsWith(XPFolders::ourApplicationSupport() + u'/'))
-        problem.clear(); // our own folders are made when they are needed
-    m_problems.set(path, problem);
+    problem.path = path;
+    problem.keepsItems = m_reconciler.itemAt(root.path) != 0;
+    // Our own folders are made when they are needed.
+    if (!problem.keepsItems && path.startsWith(XPFolders::ourApplicationSupport() + u'/'))
+        m_problems.clear(path);
+    else
+        m_problems.set(path, problem);
     if (root.crew)
         root.crew->watcher->forgetBelow(root.path);
     watchForMissing(root);
@@ -231,11 +225,12 @@ bool IndexKeeper::prepareRoot(Root &root, const IndexListing &listing)
     if (listing.error) {
         const qint64 code = listing.error->code;
         if (code == ENOENT || code == ENOTDIR || code == ELOOP) {
-            setMissing(root, QStringLiteral("it is not there"));
+            setMissing(root, {.kind = IndexProblem::Kind::RootMissing});
             return false;
         }
-        m_problems.set(path,
-                       QStringLiteral("%1: %2").arg(shown(root.path), listing.error->reason()));
+        m_problems.set(
+            path,
+            {.kind = IndexProblem::Kind::RootUnreadable, .path = path, .error = listing.error});
         return listing.info.has_value();
     }
     // An empty folder may be what an unmounted volume left.
@@ -245,7 +240,7 @@ bool IndexKeeper::prepareRoot(Root &root, const IndexListing &listing)
         readRoot(root);
         return false;
     }
-    m_problems.set(path, {});
+    m_problems.clear(path);
     root.volume = m_mounts.volumeOf(path).mountPoint;
     m_writer.setNote(QStringLiteral("volume:") + path, root.volume.toUtf8());
     const IndexCatalog &catalog = m_writer.catalog();
@@ -298,17 +293,18 @@ void IndexKeeper::crawlDone(const std::shared_ptr<Crew> &crew)
         m_trustedBefore = std::numeric_limits<qint64>::max();
         m_writer.endBulk();
         applyRecents();
-        m_problems.set(QStringLiteral("overflow"), {});
+        m_problems.clear(IndexProblems::overflow);
     }
     const bool anyCrawling = std::any_of(m_roots.begin(), m_roots.end(), [](const Root &root) {
         return root.crew && root.crew->isCrawling;
     });
     if (!anyCrawling)
         m_reconciler.crawlDone();
-    const qsizetype unreadable = m_reconciler.unreadable();
-    m_problems.set(QStringLiteral("unreadable"),
-                   unreadable ? QStringLiteral("%1 folders cannot be read").arg(unreadable)
-                              : QString());
+    if (const qsizetype unreadable = m_reconciler.unreadable())
+        m_problems.set(IndexProblems::reading,
+                       {.kind = IndexProblem::Kind::FoldersUnreadable, .count = unreadable});
+    else
+        m_problems.clear(IndexProblems::reading);
     tellOfUnwatched(*crew);
     scheduleReading(crew);
     updateStatus();
@@ -316,28 +312,32 @@ void IndexKeeper::crawlDone(const std::shared_ptr<Crew> &crew)
 
 // --- Reading again what gives no events
 
+static qint64 secondsOf(milliseconds time)
+{
+    return std::chrono::duration_cast<std::chrono::seconds>(time).count();
+}
+
+void IndexKeeper::tellOf(const Root &root, IndexProblem::Kind kind)
+{
+    const QString path = XPPath::decode(root.path);
+    m_problems.set(path,
+                   {.kind = kind, .path = path, .seconds = secondsOf(m_setup.distantInterval)});
+}
+
 void IndexKeeper::tellOfUnwatched(const Crew &crew)
 {
-    const auto seconds = [](milliseconds time) {
-        return std::chrono::duration_cast<std::chrono::seconds>(time).count();
-    };
     for (const Root &root : m_roots) {
         if (root.crew.get() == &crew && crew.distant && root.state == RootState::Live)
-            m_problems.set(XPPath::decode(root.path),
-                           QStringLiteral("%1: changes made by other machines are found every %2 "
-                                          "seconds only")
-                               .arg(shown(root.path))
-                               .arg(seconds(m_setup.distantInterval)));
+            tellOf(root, IndexProblem::Kind::RootDistant);
     }
     if (crew.distant)
         return;
-    QString text;
-    if (!crew.unwatched.isEmpty())
-        text = QStringLiteral("%1 folders are looked at every %2 seconds only: no watches left "
-                              "(sysctl fs.inotify.max_user_watches)")
-                   .arg(crew.unwatched.size())
-                   .arg(seconds(m_setup.unwatchedInterval));
-    m_problems.set(QStringLiteral("watches"), text);
+    if (crew.unwatched.isEmpty())
+        m_problems.clear(IndexProblems::unwatched);
+    else
+        m_problems.set(IndexProblems::unwatched, {.kind = IndexProblem::Kind::FoldersUnwatched,
+                                                  .count = crew.unwatched.size(),
+                                                  .seconds = secondsOf(m_setup.unwatchedInterval)});
 }
 
 void IndexKeeper::scheduleReading(const std::shared_ptr<Crew> &crew)
@@ -386,11 +386,10 @@ void IndexKeeper::checkSilence(const std::shared_ptr<Crew> &crew)
                     continue;
                 if (there->isSilent) {
                     root.state = RootState::Silent;
-                    m_problems.set(XPPath::decode(root.path),
-                                   QStringLiteral("%1 does not answer").arg(shown(root.path)));
+                    tellOf(root, IndexProblem::Kind::RootSilent);
                 } else if (root.state == RootState::Silent) {
                     root.state = RootState::Reading;
-                    m_problems.set(XPPath::decode(root.path), {});
+                    m_problems.clear(XPPath::decode(root.path));
                 }
             }
             updateStatus();
@@ -410,9 +409,7 @@ void IndexKeeper::applySpecialEvents(const std::shared_ptr<Crew> &crew,
         if (event.kind == Kind::Mounts) {
             mountsChanged();
         } else if (event.kind == Kind::Overflow) {
-            m_problems.set(QStringLiteral("overflow"),
-                           QStringLiteral("too many changes at once: everything is compared with "
-                                          "the disk (sysctl fs.inotify.max_queued_events)"));
+            m_problems.set(IndexProblems::overflow, {.kind = IndexProblem::Kind::EventsLost});
             for (Root &root : m_roots) {
                 if (root.crew == crew && root.state != RootState::Missing)
                     readRoot(root);

@@ -39,7 +39,7 @@ void IndexLive::tellLoss(IndexLoss loss)
         m_losses.push_back(std::move(loss));
 }
 
-void IndexLive::setLossListener(IndexLosses::Report listener)
+void IndexLive::setLossListener(IndexLoss::Report listener)
 {
     const XPLocker lock(m_listenerMutex);
     m_lossListener = std::move(listener);

@@ -1,8 +1,9 @@
 #pragma once
 
 #include "IndexCatalog.h"
-#include "IndexLosses.h"
+#include "IndexLoss.h"
 #include "IndexSource.h"
+#include "IndexText.h"
 #include "XPMutex.h"
 
 #include <atomic>
@@ -32,7 +33,7 @@ public:
     // Told of files that lost attributes, while this process keeps the index; also of those that
     // were found before it was set. Called on the writer's thread, under the lock of the
     // listeners, so it only takes note. It is not called any more once another one was set.
-    void setLossListener(IndexLosses::Report listener);
+    void setLossListener(IndexLoss::Report listener);
 
     // For the one that keeps it up to date, on its thread.
     IndexCatalog &writable() { return m_catalog; }
@@ -58,6 +59,6 @@ private:
     XPMutex m_listenerMutex; // held while they are called, so that removing waits for that
     std::map<int, Listener> m_listeners XP_GUARDED_BY(m_listenerMutex);
     int m_lastListener XP_GUARDED_BY(m_listenerMutex) = 0;
-    IndexLosses::Report m_lossListener XP_GUARDED_BY(m_listenerMutex);
+    IndexLoss::Report m_lossListener XP_GUARDED_BY(m_listenerMutex);
     std::vector<IndexLoss> m_losses XP_GUARDED_BY(m_listenerMutex); // while there is no listener
 };

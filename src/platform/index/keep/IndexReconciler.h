@@ -23,7 +23,7 @@ public:
         std::function<void(const QByteArray &folder, bool deep)> read; // asks the crawler
         std::function<bool(const QByteArray &folder)> isCrawling;      // of the volume it is on
         std::function<bool(const QByteArray &folder)> isDistant;       // file calls may hang
-        IndexLosses::Report lost;
+        IndexLoss::Report lost;
     };
     IndexReconciler(IndexWriter &writer, std::shared_ptr<const IndexRules> rules, Calls calls);
 

@@ -2,10 +2,13 @@
 
 #include "XPPath.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/eventfd.h>
+#include <sys/inotify.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -43,14 +46,24 @@ IndexRequests::IndexRequests(const QString &storePath, Handler handler)
         m_error = XPError::fromErrno(errno, storePath);
         return;
     }
-    ::unlink(address.sun_path); // left by a process that was killed
+    // Under its name only when somebody listens: it is waited for (Arrival). What was left there by
+    // a process that was killed is replaced.
+    const QByteArray name(address.sun_path);
+    const QByteArray fresh = name + ".new";
+    if (static_cast<size_t>(fresh.size()) >= sizeof address.sun_path) {
+        m_error = XPError::fromErrno(ENAMETOOLONG, storePath);
+        return;
+    }
+    std::memcpy(address.sun_path, fresh.constData(), static_cast<size_t>(fresh.size()));
+    ::unlink(address.sun_path);
     ::fchmod(m_socket.get(), 0600);
     const auto *generic = reinterpret_cast<const sockaddr *>(&address);
-    if (::bind(m_socket.get(), generic, sizeof address) != 0 || ::listen(m_socket.get(), 16) != 0) {
+    if (::bind(m_socket.get(), generic, sizeof address) != 0 || ::listen(m_socket.get(), 16) != 0 ||
+        ::chmod(address.sun_path, 0600) != 0 ||
+        ::rename(fresh.constData(), name.constData()) != 0) {
         m_error = XPError::fromErrno(errno, storePath);
         return;
     }
-    ::chmod(address.sun_path, 0600);
     m_thread = std::thread([this] { loop(); });
 }
 
@@ -119,6 +132,32 @@ bool IndexRequests::receive(const std::shared_ptr<Connection> &connection)
 }
 
 // --- Who asks
+
+IndexRequests::Arrival::Arrival(const QString &storePath)
+    : m_inotify(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC))
+{
+    ::inotify_add_watch(m_inotify.get(), XPPath::encode(XPPath::folder(storePath)).constData(),
+                        IN_MOVED_TO | IN_ONLYDIR);
+}
+
+bool IndexRequests::Arrival::wait(std::chrono::steady_clock::time_point deadline,
+                                  const std::function<bool()> &stop)
+{
+    using namespace std::chrono;
+    for (;;) {
+        const auto left = duration_cast<milliseconds>(deadline - steady_clock::now());
+        if (left <= milliseconds::zero() || (stop && stop()))
+            return false;
+        pollfd waiting = {m_inotify.get(), POLLIN, 0};
+        const auto most = stop ? std::min(left, milliseconds(50)) : left;
+        if (::poll(&waiting, 1, static_cast<int>(most.count())) <= 0)
+            continue;
+        char events[4096];
+        while (::read(m_inotify.get(), events, sizeof events) > 0)
+            continue;
+        return true;
+    }
+}
 
 static XPResult<XPFileDescriptor> sendRequest(const QString &storePath, IndexRequests::Kind kind,
                                               const QByteArray &request)

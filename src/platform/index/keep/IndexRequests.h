@@ -6,6 +6,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <chrono>
 #include <functional>
 #include <map>
 #include <memory>
@@ -40,6 +41,20 @@ public:
     // The answer; Cancelled when `stop` said so before.
     static XPResult<QByteArray> ask(const QString &storePath, Kind kind, const QByteArray &request,
                                     const std::function<bool()> &stop = {});
+
+    // A process that begins to keep the index begins to listen, and is noticed by those who wait.
+    class Arrival
+    {
+    public:
+        explicit Arrival(const QString &storePath);
+        // Returns true when one has come since the object was made or last returned; false at the
+        // deadline, or when `stop` said so.
+        bool wait(std::chrono::steady_clock::time_point deadline,
+                  const std::function<bool()> &stop);
+
+    private:
+        XPFileDescriptor m_inotify;
+    };
 
 private:
     struct Connection

@@ -1,9 +1,8 @@
 #include "IndexStatus.h"
 
-#include <QDataStream>
 #include <QIODevice>
 
-static constexpr quint32 statusVersion = 1;
+static constexpr quint32 statusVersion = 2;
 
 QByteArray IndexStatus::toBytes() const
 {

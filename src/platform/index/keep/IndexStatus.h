@@ -1,10 +1,9 @@
 #pragma once
 
-#include "XPError.h"
+#include "IndexProblem.h"
 
 #include <QByteArray>
 #include <QList>
-#include <QStringList>
 
 // How the index is, for people and for other processes.
 // Threads: a value.
@@ -29,7 +28,7 @@ struct IndexStatus
     qint64 foldersRead = 0;
     qint64 contentsWaiting = 0;
     QList<Root> roots;
-    QStringList problems; // what is degraded, in words
+    QList<IndexProblem> problems; // what is degraded
 
     QByteArray toBytes() const;
     static XPResult<IndexStatus> fromBytes(const QByteArray &bytes);

@@ -1,39 +1,14 @@
 #include "IndexWriter.h"
 
-#include "XPLog.h"
-
 #include <malloc.h>
 
 static constexpr size_t largestBatch = 2000; // changes applied under one lock
 static constexpr qint64 shortestJournal = 4 << 20;
 static constexpr qint64 journalWorthSaving = 300; // batches
 static constexpr size_t changesWorthTrimming = 20'000;
-static const QString saving = QStringLiteral("save");
 static constexpr IndexItem itemsReservedAtOnce = 1 << 16;
 static const QString itemsKey = QStringLiteral("items");
 static const QString unfinishedKey = QStringLiteral("unfinished");
-
-void IndexProblems::set(const QString &about, const QString &text)
-{
-    const XPLocker lock(m_mutex);
-    if (text.isEmpty()) {
-        m_texts.erase(about);
-        return;
-    }
-    QString &known = m_texts[about];
-    if (known != text)
-        qCInfo(xpLog).noquote() << "Index:" << text;
-    known = text;
-}
-
-QStringList IndexProblems::texts() const
-{
-    const XPLocker lock(m_mutex);
-    QStringList texts;
-    for (const auto &[about, text] : m_texts)
-        texts.append(text);
-    return texts;
-}
 
 // --- Opening
 
@@ -51,9 +26,8 @@ void IndexWriter::open(const QString &path)
         }
         if (error) {
             m_live.writable().clear();
-            m_problems.set(saving,
-                           QStringLiteral("nothing is saved, the next start begins anew: ") +
-                               error->message);
+            m_problems.set(IndexProblems::saving,
+                           {.kind = IndexProblem::Kind::NothingSaved, .error = error});
         } else {
             m_store = *std::move(store);
         }
@@ -65,7 +39,7 @@ void IndexWriter::takeOver(std::unique_ptr<IndexStore> store)
 {
     m_store = std::move(store);
     if (auto error = m_store->becomeWriter(m_live.writable())) {
-        m_problems.set(saving, error->message);
+        savingFails(*error);
         m_unsaved = true;
     }
     readLastItem();
@@ -103,7 +77,7 @@ void IndexWriter::commit(IndexBatch &batch)
         m_live.tell(m_live.writable().apply(part));
         if (m_store && !m_bulk && !m_unsaved) {
             if (auto error = m_store->append(part)) {
-                m_problems.set(saving, error->message);
+                savingFails(*error);
                 m_unsaved = true;
             }
         }
@@ -127,6 +101,12 @@ void IndexWriter::commit(IndexBatch &batch)
 }
 
 // --- Saving
+
+void IndexWriter::savingFails(const XPError &error)
+{
+    m_problems.set(IndexProblems::saving,
+                   {.kind = IndexProblem::Kind::SavingFails, .error = error});
+}
 
 void IndexWriter::saveIfDue()
 {
@@ -155,7 +135,10 @@ void IndexWriter::save()
     }
     const auto error = m_store->checkpoint(m_live.writable(), m_bulk || m_unsaved);
     m_unsaved = error.has_value();
-    m_problems.set(saving, error ? error->message : QString());
+    if (error)
+        savingFails(*error);
+    else
+        m_problems.clear(IndexProblems::saving);
 }
 
 void IndexWriter::beginBulk()
@@ -214,5 +197,5 @@ void IndexWriter::setNote(const QString &key, const QByteArray &value)
     if (!m_store || note(key) == value)
         return;
     if (auto error = m_store->setMeta(key, value))
-        m_problems.set(saving, error->message);
+        savingFails(*error);
 }

@@ -1,22 +1,8 @@
 #pragma once
 
 #include "IndexLive.h"
+#include "IndexProblems.h"
 #include "IndexStore.h"
-
-#include <QStringList>
-
-// Problems of the index in words, by what they are about: an empty text takes one back.
-// Threads: any.
-class IndexProblems
-{
-public:
-    void set(const QString &about, const QString &text);
-    QStringList texts() const;
-
-private:
-    mutable XPMutex m_mutex;
-    std::map<QString, QString> m_texts XP_GUARDED_BY(m_mutex);
-};
 
 // Applies batches of changes: to the catalog, to those who listen, to the journal on disk; and
 // saves the catalog when the journal has grown long.
@@ -65,6 +51,7 @@ public:
 
 private:
     void saveIfDue();
+    void savingFails(const XPError &error);
     void readLastItem();
 
     IndexLive &m_live;

@@ -1,111 +1,119 @@
 #include "MetadataIndex.h"
 
+#include "IndexFollower.h"
+#include "IndexKeeper.h"
+#include "IndexLockWaiter.h"
+#include "IndexRequests.h"
+#include "IndexSettings.h"
+#include "IndexVerifier.h"
+#include "UserDefaults.h"
 #include "XPFolders.h"
 #include "XPPath.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
-#include <thread>
 
 using namespace std::chrono_literals;
 
-static const QString rootsKey = QStringLiteral("KPIndexRoots");
-static const QString rulesKey = QStringLiteral("KPIndexExclusions");
 static constexpr auto patience = 5s; // with a process that holds the lock and does not answer
+
+struct MetadataIndex::Private
+{
+    explicit Private(const IndexSetup &what) : setup(what) {}
+
+    void start();
+    void keep(XPFileDescriptor held, std::unique_ptr<IndexStore> store);
+    void follow(XPFileDescriptor held);
+    void takeOver(XPFileDescriptor held);
+    void answer(IndexRequests::Kind kind, const QByteArray &request,
+                const IndexRequests::Answer &answer);
+    void followSettings();
+    void applySettings();
+    std::shared_ptr<IndexFollower> follower() const;
+
+    IndexSetup setup;
+    bool followsSettings = false;
+    IndexLive live;
+    mutable XPMutex mutex;
+    std::shared_ptr<IndexFollower> following XP_GUARDED_BY(mutex);
+    XPFileDescriptor lock; // held as long as there is a keeper
+    std::unique_ptr<IndexKeeper> ownKeeper;
+    std::unique_ptr<IndexRequests> requests;
+    std::atomic<IndexKeeper *> keeper = nullptr;
+    std::vector<XPObservation> observations;
+    std::unique_ptr<IndexLockWaiter> waiter; // for the other process's end
+};
+
+MetadataIndex::MetadataIndex(const IndexSetup &setup) : d(std::make_unique<Private>(setup))
+{
+}
+
+MetadataIndex::~MetadataIndex()
+{
+    d->observations.clear();
+    d->waiter.reset();
+    d->live.setReimport({});
+    d->requests.reset(); // its handler uses the keeper
+    d->ownKeeper.reset();
+}
+
+std::unique_ptr<MetadataIndex> MetadataIndex::open()
+{
+    IndexSetup setup;
+    setup.path = IndexSettings::storePath();
+    setup.roots = IndexSettings::allRoots();
+    setup.rules = IndexSettings::rules();
+    setup.recents = XPFolders::applicationSupport() + QStringLiteral("/recently-used.xbel");
+    std::unique_ptr<MetadataIndex> index(new MetadataIndex(setup));
+    index->d->followSettings();
+    index->d->start();
+    return index;
+}
+
+std::unique_ptr<MetadataIndex> MetadataIndex::open(const IndexSetup &setup)
+{
+    std::unique_ptr<MetadataIndex> index(new MetadataIndex(setup));
+    index->d->start();
+    return index;
+}
 
 // --- Settings
 
-QString MetadataIndex::storePath()
+void MetadataIndex::Private::followSettings()
 {
-    return XPFolders::ourCaches() + QStringLiteral("/index/index.sqlite");
-}
-
-QStringList MetadataIndex::roots()
-{
-    const PropertyValue saved = UserDefaults::standard().value(rootsKey);
-    if (!saved.isArray())
-        return {XPFolders::home()};
-    QStringList roots;
-    for (const PropertyValue &root : saved.array()) {
-        // A path that is no well-formed text is stored as its bytes.
-        roots.append(root.isString() ? XPFolders::expandTilde(root.string())
-                                     : XPPath::decode(root.data()));
-    }
-    return roots;
-}
-
-void MetadataIndex::setRoots(const QStringList &roots)
-{
-    PropertyValue::Array values;
-    for (const QString &root : roots) {
-        if (root.isValidUtf16())
-            values.append(root);
-        else
-            values.append(XPPath::encode(root));
-    }
-    UserDefaults::standard().setValue(rootsKey, values);
-}
-
-QStringList MetadataIndex::allRoots()
-{
-    return roots() << XPFolders::ourApplicationSupport() + QStringLiteral("/Pending Documents");
-}
-
-void MetadataIndex::followSettings()
-{
-    m_followsSettings = true;
-    for (const QString &key : {rootsKey, rulesKey})
-        m_observations.push_back(UserDefaults::standard().addObserver(
+    followsSettings = true;
+    for (const QString &key : {IndexSettings::rootsKey, IndexSettings::rulesKey})
+        observations.push_back(UserDefaults::standard().addObserver(
             QStringLiteral("values.") + key, [this](const PropertyValue &) { applySettings(); }));
 }
 
-void MetadataIndex::applySettings()
+void MetadataIndex::Private::applySettings()
 {
-    IndexKeeper *const kept = keeper();
-    if (!kept || !m_followsSettings)
+    IndexKeeper *const kept = keeper;
+    if (!kept || !followsSettings)
         return;
-    kept->setRules(IndexRules::fromSettings());
-    kept->setRoots(allRoots());
+    kept->setRules(IndexSettings::rules());
+    kept->setRoots(IndexSettings::allRoots());
 }
 
 void MetadataIndex::settingsChanged()
 {
     (void)UserDefaults::standard().synchronise();
-    if (keeper())
-        applySettings();
+    if (isKeptHere())
+        d->applySettings();
     else
-        (void)IndexRequests::tell(m_setup.path, IndexRequests::Kind::Settings, {});
+        (void)IndexRequests::tell(d->setup.path, IndexRequests::Kind::Settings, {});
+}
+
+void MetadataIndex::setFolders(const QStringList &roots, const QStringList &rules)
+{
+    if (IndexKeeper *const kept = d->keeper) {
+        kept->setRules(rules);
+        kept->setRoots(roots);
+    }
 }
 
 // --- Keeping or following
-
-// Waits for the lock on a thread that nothing can wake up but the lock, so the thread may be left
-// behind; it then lets the lock go at once.
-struct MetadataIndex::Waiter
-{
-    XPMutex mutex;
-    MetadataIndex *owner XP_GUARDED_BY(mutex) = nullptr;
-};
-
-std::unique_ptr<MetadataIndex> MetadataIndex::open()
-{
-    IndexKeeper::Setup setup;
-    setup.path = storePath();
-    setup.roots = allRoots();
-    setup.rules = IndexRules::fromSettings();
-    setup.recents = XPFolders::applicationSupport() + QStringLiteral("/recently-used.xbel");
-    std::unique_ptr<MetadataIndex> index(new MetadataIndex(setup));
-    index->followSettings();
-    index->start();
-    return index;
-}
-
-std::unique_ptr<MetadataIndex> MetadataIndex::open(const IndexKeeper::Setup &setup)
-{
-    std::unique_ptr<MetadataIndex> index(new MetadataIndex(setup));
-    index->start();
-    return index;
-}
 
 static XPFileDescriptor openLock(const QString &storePath)
 {
@@ -113,115 +121,104 @@ static XPFileDescriptor openLock(const QString &storePath)
     return XPFileDescriptor(::open(path.constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
 }
 
-void MetadataIndex::start()
+void MetadataIndex::Private::start()
 {
-    auto error = XPFolders::create(XPPath::folder(m_setup.path));
-    XPFileDescriptor lock;
+    auto error = XPFolders::create(XPPath::folder(setup.path));
+    XPFileDescriptor held;
     if (!error) {
-        lock = openLock(m_setup.path);
-        if (!lock.isOpen())
-            error = XPError::fromErrno(errno, m_setup.path);
+        held = openLock(setup.path);
+        if (!held.isOpen())
+            error = XPError::fromErrno(errno, setup.path);
     }
     if (error) {
-        m_setup.path.clear();
+        setup.path.clear();
         keep({}, {});
-        keeper()->problems().set(QStringLiteral("save"),
-                                 QStringLiteral("nothing is saved, the next start begins anew: ") +
-                                     error->message);
+        ownKeeper->problems().set(IndexProblems::saving,
+                                  {.kind = IndexProblem::Kind::NothingSaved, .error = error});
         return;
     }
-    if (::flock(lock.get(), LOCK_EX | LOCK_NB) == 0)
-        keep(std::move(lock), {});
+    if (::flock(held.get(), LOCK_EX | LOCK_NB) == 0)
+        keep(std::move(held), {});
     else
-        follow(std::move(lock));
+        follow(std::move(held));
 }
 
-void MetadataIndex::keep(XPFileDescriptor lock, std::unique_ptr<IndexStore> store)
+void MetadataIndex::Private::keep(XPFileDescriptor held, std::unique_ptr<IndexStore> store)
 {
-    m_lock = std::move(lock);
-    m_ownKeeper = std::make_unique<IndexKeeper>(m_live, m_setup, std::move(store));
-    m_keeper = m_ownKeeper.get();
-    if (m_setup.path.isEmpty())
+    lock = std::move(held);
+    ownKeeper = std::make_unique<IndexKeeper>(live, setup, std::move(store));
+    keeper = ownKeeper.get();
+    if (setup.path.isEmpty())
         return;
-    m_requests = std::make_unique<IndexRequests>(
-        m_setup.path, [this](IndexRequests::Kind kind, const QByteArray &request,
-                             const IndexRequests::Answer &to) { answer(kind, request, to); });
-    if (const auto &error = m_requests->error())
-        m_ownKeeper->problems().set(QStringLiteral("requests"),
-                                    QStringLiteral("other programs cannot ask for anything: ") +
-                                        error->message);
+    requests = std::make_unique<IndexRequests>(
+        setup.path, [this](IndexRequests::Kind kind, const QByteArray &request,
+                           const IndexRequests::Answer &to) { answer(kind, request, to); });
+    if (const auto &error = requests->error())
+        ownKeeper->problems().set(IndexProblems::requests,
+                                  {.kind = IndexProblem::Kind::NoRequests, .error = error});
 }
 
-void MetadataIndex::follow(XPFileDescriptor lock)
+void MetadataIndex::Private::follow(XPFileDescriptor held)
 {
-    m_live.setReimport([path = m_setup.path](const QByteArray &file) {
+    live.setReimport([path = setup.path](const QByteArray &file) {
         (void)IndexRequests::tell(path, IndexRequests::Kind::Import, file);
     });
-    m_waiter = std::make_shared<Waiter>();
     {
-        const XPLocker locker(m_mutex);
-        m_follower = std::make_shared<IndexFollower>(m_live, m_setup.path);
+        const XPLocker locker(mutex);
+        following = std::make_shared<IndexFollower>(live, setup.path);
     }
-    {
-        const XPLocker locker(m_waiter->mutex);
-        m_waiter->owner = this;
-    }
-    std::thread([waiter = m_waiter, lock = std::move(lock)]() mutable {
-        while (::flock(lock.get(), LOCK_EX) != 0) {
-            if (errno != EINTR)
-                return;
-        }
-        const XPLocker locker(waiter->mutex);
-        if (waiter->owner)
-            waiter->owner->takeOver(std::move(lock));
-    }).detach();
+    waiter = std::make_unique<IndexLockWaiter>(
+        std::move(held), [this](XPFileDescriptor taken) { takeOver(std::move(taken)); });
 }
 
-void MetadataIndex::takeOver(XPFileDescriptor lock)
+void MetadataIndex::Private::takeOver(XPFileDescriptor held)
 {
-    std::shared_ptr<IndexFollower> following;
+    std::shared_ptr<IndexFollower> before;
     {
-        const XPLocker locker(m_mutex);
-        following.swap(m_follower);
+        const XPLocker locker(mutex);
+        before.swap(following);
     }
-    std::unique_ptr<IndexStore> store = following->finish();
-    following.reset();
-    if (m_followsSettings) {
-        m_setup.roots = allRoots();
-        m_setup.rules = IndexRules::fromSettings();
+    std::unique_ptr<IndexStore> store = before->finish();
+    before.reset();
+    if (followsSettings) {
+        setup.roots = IndexSettings::allRoots();
+        setup.rules = IndexSettings::rules();
     }
-    keep(std::move(lock), std::move(store));
+    keep(std::move(held), std::move(store));
 }
 
-MetadataIndex::~MetadataIndex()
+std::shared_ptr<IndexFollower> MetadataIndex::Private::follower() const
 {
-    m_observations.clear();
-    if (m_waiter) {
-        const XPLocker locker(m_waiter->mutex);
-        m_waiter->owner = nullptr;
-    }
-    m_live.setReimport({});
-    m_requests.reset(); // its handler uses the keeper
-    m_ownKeeper.reset();
-}
-
-std::shared_ptr<IndexFollower> MetadataIndex::follower() const
-{
-    const XPLocker locker(m_mutex);
-    return m_follower;
+    const XPLocker locker(mutex);
+    return following;
 }
 
 // --- Asking whoever keeps it
 
-bool MetadataIndex::waitUntilLoaded(const std::function<bool()> &stop) const
+IndexSource &MetadataIndex::source()
 {
-    return m_live.waitUntilLoaded(stop);
+    return d->live;
 }
 
-void MetadataIndex::answer(IndexRequests::Kind kind, const QByteArray &request,
-                           const IndexRequests::Answer &answer)
+bool MetadataIndex::isKeptHere() const
 {
-    IndexKeeper *const kept = keeper();
+    return d->keeper != nullptr;
+}
+
+void MetadataIndex::setLossListener(IndexLoss::Report listener)
+{
+    d->live.setLossListener(std::move(listener));
+}
+
+bool MetadataIndex::waitUntilLoaded(const Stop &stop) const
+{
+    return d->live.waitUntilLoaded(stop);
+}
+
+void MetadataIndex::Private::answer(IndexRequests::Kind kind, const QByteArray &request,
+                                    const IndexRequests::Answer &answer)
+{
+    IndexKeeper *const kept = keeper;
     switch (kind) {
     case IndexRequests::Kind::Import:
         kept->reimport(request);
@@ -242,45 +239,56 @@ void MetadataIndex::answer(IndexRequests::Kind kind, const QByteArray &request,
     }
 }
 
-XPResult<IndexStatus> MetadataIndex::status(const std::function<bool()> &stop) const
+XPResult<IndexStatus> MetadataIndex::status(const Stop &stop) const
 {
-    if (const IndexKeeper *kept = keeper())
+    if (const IndexKeeper *kept = d->keeper)
         return kept->status();
-    const auto bytes = IndexRequests::ask(m_setup.path, IndexRequests::Kind::Status, {}, stop);
+    const auto bytes = IndexRequests::ask(d->setup.path, IndexRequests::Kind::Status, {}, stop);
     if (!bytes)
         return bytes.error();
     return IndexStatus::fromBytes(*bytes);
 }
 
-std::optional<XPError> MetadataIndex::sync(bool contents, const std::function<bool()> &stop)
+std::optional<XPError> MetadataIndex::sync(bool contents, const Stop &stop)
 {
     const auto stopped = XPError::make(XPError::Kind::Cancelled, QStringLiteral("stopped"));
     // The process that keeps the index may end meanwhile; then it is this one, or a third.
+    IndexRequests::Arrival arrival(d->setup.path);
     auto deadline = std::chrono::steady_clock::now() + patience;
     for (;;) {
         if (stop && stop())
             return stopped;
-        if (IndexKeeper *kept = keeper())
+        if (IndexKeeper *kept = d->keeper)
             return kept->sync(contents, stop) ? std::nullopt : std::optional(stopped);
-        const auto answer =
-            IndexRequests::ask(m_setup.path, IndexRequests::Kind::Sync, contents ? "1" : "0", stop);
+        const auto answer = IndexRequests::ask(d->setup.path, IndexRequests::Kind::Sync,
+                                               contents ? "1" : "0", stop);
         if (answer) {
-            const auto following = follower();
+            const auto following = d->follower();
             if (following && following->refresh(stop))
                 return {};
             deadline = std::chrono::steady_clock::now() + patience;
             continue;
         }
-        if (answer.error().kind == XPError::Kind::Cancelled ||
-            std::chrono::steady_clock::now() > deadline)
+        if (answer.error().kind == XPError::Kind::Cancelled || !arrival.wait(deadline, stop))
             return answer.error();
-        std::this_thread::sleep_for(20ms);
     }
+}
+
+std::vector<IndexDifference>
+MetadataIndex::verify(const std::function<bool(qint64 folders)> &progress,
+                      qint64 *itemsCompared) const
+{
+    IndexVerifier verifier(
+        d->live.catalog(),
+        IndexRules(IndexSettings::rules()).withoutStore(IndexSettings::storePath()));
+    auto differences = verifier.run(progress);
+    *itemsCompared = verifier.itemsCompared();
+    return differences;
 }
 
 std::optional<XPError> MetadataIndex::remove()
 {
-    const QString path = storePath();
+    const QString path = IndexSettings::storePath();
     const XPFileDescriptor lock = openLock(path);
     if (!lock.isOpen())
         return errno == ENOENT ? std::nullopt : std::optional(XPError::fromErrno(errno, path));

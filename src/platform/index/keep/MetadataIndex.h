@@ -1,9 +1,13 @@
 #pragma once
 
-#include "IndexFollower.h"
-#include "IndexKeeper.h"
-#include "IndexRequests.h"
-#include "UserDefaults.h"
+#include "IndexLoss.h"
+#include "IndexSource.h"
+#include "IndexStatus.h"
+
+#include <memory>
+
+struct IndexDifference;
+struct IndexSetup;
 
 // The metadata index of this user, as this process has it: kept here when no other process does,
 // followed otherwise, and taken over when the other process ends, however it ends.
@@ -15,63 +19,43 @@
 class MetadataIndex
 {
 public:
-    // By the settings, which it follows.
+    using Stop = std::function<bool()>; // asked from time to time: whether to give up
+
+    // By the settings (IndexSettings), which it follows.
     static std::unique_ptr<MetadataIndex> open();
-    static std::unique_ptr<MetadataIndex> open(const IndexKeeper::Setup &setup);
+    static std::unique_ptr<MetadataIndex> open(const IndexSetup &setup);
     ~MetadataIndex();
 
-    IndexSource &source() { return m_live; }
-    const IndexCatalog &catalog() const { return m_live.catalog(); }
-    bool waitUntilLoaded(const std::function<bool()> &stop = {}) const;
-    // Null while another process keeps the index; stays until the end once it is there.
-    IndexKeeper *keeper() const { return m_keeper; }
-    // See IndexLive. Nothing is told while another process keeps the index.
-    void setLossListener(IndexLosses::Report listener)
-    {
-        m_live.setLossListener(std::move(listener));
-    }
+    IndexSource &source();
+    bool waitUntilLoaded(const Stop &stop = {}) const;
+    // False while another process keeps the index; true until the end once it is.
+    bool isKeptHere() const;
+    // Told of files that lost attributes while the index is kept here, also before the call; on a
+    // thread of the index, so it only takes note. Not called any more once another one was set.
+    void setLossListener(IndexLoss::Report listener);
 
-    // Whichever process keeps the index. Cancelled when `stop` said so, else an error when that
-    // process does not answer.
-    XPResult<IndexStatus> status(const std::function<bool()> &stop = {}) const;
+    // Whichever process keeps the index; at once where it is kept here. Cancelled when `stop` said
+    // so before, else an error when that process does not answer.
+    XPResult<IndexStatus> status(const Stop &stop = {}) const;
     // Returns when everything that happened before the call is in this process's index too;
     // with `contents` also the text that waits to be imported.
-    std::optional<XPError> sync(bool contents, const std::function<bool()> &stop = {});
-    // After a change of the settings below, made in this process: tells whoever keeps the index.
-    void settingsChanged();
+    std::optional<XPError> sync(bool contents, const Stop &stop = {});
+    // Compares every row with what is on disk; only tells. While somebody is at work on the files,
+    // what was just changed may show. `progress` is told of the folders and says whether to go on.
+    std::vector<IndexDifference> verify(const std::function<bool(qint64 folders)> &progress,
+                                        qint64 *itemsCompared) const;
 
-    // The file of the store: in the user's caches, as it can be made again at any time.
-    static QString storePath();
-    // The folders that are indexed: the setting "KPIndexRoots"; the user's home without it.
-    static QStringList roots();
-    static void setRoots(const QStringList &roots);
-    // The same and what is always indexed: the inbox of documents that wait to be filed.
-    static QStringList allRoots();
+    // After a change of the settings, made in this process: tells whoever keeps the index.
+    void settingsChanged();
+    // Other folders from now on, for an index with a setup of its own that is kept here.
+    void setFolders(const QStringList &roots, const QStringList &rules);
+
     // Deletes the store, so that the next open() builds it anew. NotPermitted while it is kept.
     static std::optional<XPError> remove();
 
 private:
-    struct Waiter;
-    explicit MetadataIndex(const IndexKeeper::Setup &setup) : m_setup(setup) {}
-    void start();
-    void keep(XPFileDescriptor lock, std::unique_ptr<IndexStore> store);
-    void follow(XPFileDescriptor lock);
-    void takeOver(XPFileDescriptor lock);
-    void answer(IndexRequests::Kind kind, const QByteArray &request,
-                const IndexRequests::Answer &answer);
-    void followSettings();
-    void applySettings();
-    std::shared_ptr<IndexFollower> follower() const;
+    struct Private;
+    explicit MetadataIndex(const IndexSetup &setup);
 
-    IndexKeeper::Setup m_setup;
-    bool m_followsSettings = false;
-    IndexLive m_live;
-    std::shared_ptr<Waiter> m_waiter; // for the other process's end
-    mutable XPMutex m_mutex;
-    std::shared_ptr<IndexFollower> m_follower XP_GUARDED_BY(m_mutex);
-    XPFileDescriptor m_lock; // held as long as there is a keeper
-    std::unique_ptr<IndexKeeper> m_ownKeeper;
-    std::unique_ptr<IndexRequests> m_requests;
-    std::atomic<IndexKeeper *> m_keeper = nullptr;
-    std::vector<XPObservation> m_observations;
+    std::unique_ptr<Private> d;
 };

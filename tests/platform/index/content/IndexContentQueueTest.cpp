@@ -60,9 +60,10 @@ public:
                     file->second.imported = change.record.importedModified == file->second.modified;
             }
         };
-        callbacks.problem = [this](const QString &text) {
+        callbacks.idle = [] {};
+        callbacks.problem = [this](const std::optional<XPError> &error) {
             const XPLocker lock(m_mutex);
-            m_problems.append(text);
+            m_problems.push_back(error);
         };
         callbacks.startedOver = [this] {
             const XPLocker lock(m_mutex);
@@ -80,7 +81,7 @@ public:
         const XPLocker lock(m_mutex);
         return m_titles[item].isString() ? m_titles[item].string() : QString();
     }
-    QStringList problems()
+    std::vector<std::optional<XPError>> problems()
     {
         const XPLocker lock(m_mutex);
         return m_problems;
@@ -97,7 +98,7 @@ private:
     std::map<IndexItem, IndexContentQueue::File> m_files XP_GUARDED_BY(m_mutex);
     Items m_order XP_GUARDED_BY(m_mutex);
     std::map<IndexItem, PropertyValue> m_titles XP_GUARDED_BY(m_mutex);
-    QStringList m_problems XP_GUARDED_BY(m_mutex);
+    std::vector<std::optional<XPError>> m_problems XP_GUARDED_BY(m_mutex);
     bool m_startedOver XP_GUARDED_BY(m_mutex) = false;
 };
 
@@ -291,7 +292,7 @@ TEST(IndexContentQueue, TriesAgainWhatCouldNotBeStored)
     queue.retry();
     ASSERT_TRUE(becomes([&] { return queue.waiting() == 0 && queue.postponed() == 0; }));
     EXPECT_EQ(found(*store, "needle"), Items{1});
-    EXPECT_EQ(files.problems().last(), QString());
+    EXPECT_FALSE(files.problems().back());
 }
 
 // Bytes on the disk that only a question meets, be it another process's.

@@ -1,4 +1,6 @@
+#include "IndexCatalog.h"
 #include "IndexEvaluator.h"
+#include "IndexSetup.h"
 #include "IndexVerifier.h"
 #include "MDQueryParser.h"
 #include "MetadataIndex.h"
@@ -66,7 +68,7 @@ static std::string differences(const Facts &disk, const Facts &index)
 
 static std::unique_ptr<MetadataIndex> indexOf(const TestFolder &store, const QString &root)
 {
-    IndexKeeper::Setup setup;
+    IndexSetup setup;
     setup.path = store.path(QStringLiteral("index.sqlite"));
     setup.roots = {root};
     return MetadataIndex::open(setup);

@@ -1,4 +1,6 @@
 #include "IndexRecents.h"
+#include "IndexCatalog.h"
+#include "IndexSetup.h"
 #include "IndexTestKept.h"
 #include "TestHome.h"
 #include "XPPath.h"
@@ -44,7 +46,7 @@ TEST(IndexRecents, BecomeTheDateOfLastUse)
     const TestFolder tree;
     const QString known = tree.file(QStringLiteral("known.txt"));
     const QString late = tree.path(QStringLiteral("late.txt"));
-    IndexKeeper::Setup setup;
+    IndexSetup setup;
     setup.path = store.path(QStringLiteral("index.sqlite"));
     setup.roots = {tree.path()};
     setup.recents = store.path(QStringLiteral("recently-used.xbel"));
@@ -57,7 +59,7 @@ TEST(IndexRecents, BecomeTheDateOfLastUse)
     };
     auto index = MetadataIndex::open(setup);
     const auto used = [&](const QString &file) {
-        const IndexCatalog &catalog = index->catalog();
+        const IndexCatalog &catalog = index->source().catalog();
         const IndexCatalog::Reading reading(catalog);
         const IndexSlot slot = catalog.slotOf(catalog.itemAtPath(XPPath::encode(file)));
         return slot != IndexCatalog::noSlot &&
@@ -76,5 +78,5 @@ TEST(IndexRecents, BecomeTheDateOfLastUse)
     index.reset();
     list({});
     index = MetadataIndex::open(setup);
-    EXPECT_TRUE(holdsSoon([&] { return index->keeper()->status().items > 0 && !used(late); }));
+    EXPECT_TRUE(holdsSoon([&] { return index->status()->items > 0 && !used(late); }));
 }

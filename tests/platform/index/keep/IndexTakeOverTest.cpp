@@ -1,3 +1,6 @@
+#include "IndexCatalog.h"
+#include "IndexRequests.h"
+#include "IndexSetup.h"
 #include "IndexTestKept.h"
 #include "IndexVerifier.h"
 #include "TestChild.h"
@@ -5,17 +8,17 @@
 #include "XPPath.h"
 
 #include <csignal>
-#include <unistd.h>
+#include <semaphore.h>
 
 static IndexItem itemOf(MetadataIndex &index, const QString &path)
 {
-    const IndexCatalog::Reading reading(index.catalog());
-    return index.catalog().itemAtPath(XPPath::encode(path));
+    const IndexCatalog::Reading reading(index.source().catalog());
+    return index.source().catalog().itemAtPath(XPPath::encode(path));
 }
 
 static std::unique_ptr<MetadataIndex> openIndex(const QString &store, const QString &root)
 {
-    IndexKeeper::Setup setup;
+    IndexSetup setup;
     setup.path = store;
     setup.roots = {root};
     return MetadataIndex::open(setup);
@@ -37,17 +40,18 @@ TEST_P(IndexTakeOver, GoesOnWhereTheOtherProcessEnded)
     const QString path = store.path(QStringLiteral("index.sqlite"));
     const QString old = tree.file(QStringLiteral("sub/old.txt"));
     const pid_t child = startChild([&] {
-        static volatile std::sig_atomic_t ended = 0;
-        std::signal(SIGTERM, [](int) { ended = 1; });
+        static sem_t end;
+        ::sem_init(&end, 0, 0);
+        std::signal(SIGTERM, [](int) { ::sem_post(&end); });
         const auto index = openIndex(path, tree.path());
-        while (!ended)
-            ::usleep(1000);
+        while (::sem_wait(&end) != 0)
+            continue;
     });
     // The other one has to be first.
     ASSERT_TRUE(holdsSoon(
         [&] { return IndexRequests::ask(path, IndexRequests::Kind::Sync, "0").hasValue(); }));
     const auto index = openIndex(path, tree.path());
-    ASSERT_EQ(index->keeper(), nullptr);
+    ASSERT_FALSE(index->isKeptHere());
     ASSERT_FALSE(index->sync(true));
     const IndexItem number = itemOf(*index, old);
     EXPECT_NE(number, 0U);
@@ -64,10 +68,10 @@ TEST_P(IndexTakeOver, GoesOnWhereTheOtherProcessEnded)
     EXPECT_EQ(waitForChild(child), GetParam().signal == SIGKILL ? -SIGKILL : 0);
     const QString third = tree.file(QStringLiteral("other/third.txt"));
     EXPECT_TRUE(holdsSoon([&] { return itemOf(*index, third) != 0; }));
-    EXPECT_NE(index->keeper(), nullptr);
+    EXPECT_TRUE(index->isKeptHere());
     EXPECT_EQ(itemOf(*index, old), number);
     ASSERT_FALSE(index->sync(true));
-    EXPECT_TRUE(IndexVerifier(index->catalog(), IndexRules()).run().empty());
+    EXPECT_TRUE(IndexVerifier(index->source().catalog(), IndexRules()).run().empty());
 }
 
 INSTANTIATE_TEST_SUITE_P(Ends, IndexTakeOver,
@@ -86,7 +90,7 @@ TEST(MetadataIndex, TellsOfWhatWasLoadedLate)
     index->source().addListener([&](const std::vector<IndexItem> &) { told = true; });
     ASSERT_TRUE(index->waitUntilLoaded());
     EXPECT_NE(itemOf(*index, file), 0U);
-    EXPECT_TRUE(holdsSoon([&] { return told || index->keeper()->status().items > 0; }));
+    EXPECT_TRUE(holdsSoon([&] { return told || index->status()->items > 0; }));
 }
 
 TEST(MetadataIndex, WorksInMemoryWhereNothingCanBeSaved)
@@ -96,5 +100,7 @@ TEST(MetadataIndex, WorksInMemoryWhereNothingCanBeSaved)
     const auto index = openIndex(QStringLiteral("/proc/no/index.sqlite"), tree.path());
     ASSERT_FALSE(index->sync(true));
     EXPECT_NE(itemOf(*index, file), 0U);
-    EXPECT_EQ(index->keeper()->status().problems.size(), 1);
+    const QList<IndexProblem> problems = index->status()->problems;
+    ASSERT_EQ(problems.size(), 1);
+    EXPECT_EQ(problems.front().kind, IndexProblem::Kind::NothingSaved);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "IndexSetup.h"
 #include "MetadataIndex.h"
 
 #include <QDeadlineTimer>
@@ -24,14 +25,14 @@ class IndexTestKept
 public:
     IndexTestKept(const QString &store, const QString &root)
     {
-        IndexKeeper::Setup setup;
+        IndexSetup setup;
         setup.path = store;
         setup.roots = {root};
         m_index = MetadataIndex::open(setup);
     }
-    bool isOpen() const { return m_index->keeper() != nullptr; }
+    bool isOpen() const { return m_index->isKeptHere(); }
     IndexSource &source() { return m_index->source(); }
-    QStringList problems() const { return m_index->keeper()->status().problems; }
+    QList<IndexProblem> problems() const { return m_index->status()->problems; }
 
     // Up to date, contents too; false after a minute.
     bool settle()
