@@ -125,6 +125,7 @@ void KPDoc::setLStatInfo(const XPFileInfo &info)
     m_modified.store(info.modified, std::memory_order_relaxed);
     m_size.store(info.size, std::memory_order_relaxed);
     m_cachedInfo &= DisplayNameLC | ThumbnailSize; // which do not come from the file
+    ++m_state;
     m_utiTagName.store(nullptr, std::memory_order_relaxed);
 }
 
@@ -132,6 +133,9 @@ void KPDoc::updateFromLStat(const XPFileInfo &info)
 {
     if (static_cast<quint16>(info.mode) != unixFileMode() ||
         info.modified != unixModificationTime() || info.size != unixFileSize()) {
+        // First, so that nobody who sees the new facts finds the old type.
+        if (unixFileMode() != 0)
+            KPFileType::forgetPath(filePath());
         const KPDocLocker lock(m_lock);
         setLStatInfo(info);
     }
@@ -178,6 +182,7 @@ void KPDoc::setPlace(Place place)
     m_utiTagName.store(nullptr, std::memory_order_relaxed);
     m_descriptorHash.store(-1);
     m_cachedInfo = 0;
+    ++m_state;
     old.swap(m_rare);
 }
 
@@ -219,6 +224,12 @@ void KPDoc::dropCachesOf(KPPooledString oldPath)
 
 // --- What is cached
 
+quint32 KPDoc::stateNumber() const
+{
+    const KPDocLocker lock(m_lock);
+    return m_state;
+}
+
 KPDoc::Rare &KPDoc::rare() const
 {
     if (!m_rare)
@@ -230,6 +241,7 @@ void KPDoc::forgetCachedValues()
 {
     const KPDocLocker lock(m_lock);
     m_cachedInfo &= ThumbnailSize;
+    ++m_state;
     m_utiTagName.store(nullptr, std::memory_order_relaxed);
     m_descriptorHash.store(-1);
     m_group.store(nullptr, std::memory_order_release);

@@ -238,7 +238,10 @@ private:
     void forgetCachedValues() XP_EXCLUDES(m_lock);
     void dropCachesOf(KPPooledString oldPath);
     Rare &rare() const XP_REQUIRES(m_lock);
-    void setTitle(const QString &title) XP_EXCLUDES(m_lock);
+    // What is found out by looking at the file takes time; it is kept only if the record is still
+    // of the same file in the same state as when it was begun.
+    quint32 stateNumber() const XP_EXCLUDES(m_lock);
+    void setTitle(const QString &title, quint32 asOf) XP_EXCLUDES(m_lock);
     QString typeExtension() const;
 
     // What is compared for each result of a search stands first, together.
@@ -256,4 +259,5 @@ private:
     std::atomic<const void *> m_group = nullptr;
     mutable std::unique_ptr<Rare> m_rare XP_GUARDED_BY(m_lock);
     mutable quint32 m_cachedInfo XP_GUARDED_BY(m_lock) = 0;
+    quint32 m_state XP_GUARDED_BY(m_lock) = 0; // another one after each change of path or facts
 };

@@ -84,18 +84,19 @@ QString KPDoc::fileSizeString() const
 
 int KPDoc::pageCount() const
 {
-    const KPPooledString path = pooledPath();
+    quint32 asOf = 0;
     {
         const KPDocLocker lock(m_lock);
         if ((m_cachedInfo & PageCount) && m_rare)
             return m_rare->pageCount;
+        asOf = m_state;
     }
     const PropertyValue value =
-        KPDocMetaData::indexed(path.toString(), QStringLiteral("kMDItemNumberOfPages"));
+        KPDocMetaData::indexed(filePath(), QStringLiteral("kMDItemNumberOfPages"));
     const auto pages = static_cast<int>(value.doubleValue());
     // What is not known yet may be known later.
     const KPDocLocker lock(m_lock);
-    if (pages > 0 && m_filePath.load() == path) {
+    if (pages > 0 && m_state == asOf) {
         rare().pageCount = pages;
         m_cachedInfo |= PageCount;
     }

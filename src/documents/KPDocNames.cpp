@@ -215,9 +215,11 @@ QString KPDoc::title() const
     return {};
 }
 
-void KPDoc::setTitle(const QString &title)
+void KPDoc::setTitle(const QString &title, quint32 asOf)
 {
     const KPDocLocker lock(m_lock);
+    if (m_state != asOf)
+        return;
     rare().title = title;
     m_cachedInfo |= Title;
 }
@@ -229,18 +231,21 @@ bool KPDoc::canChangeTitle() const
 
 void KPDoc::setTitleFromEmailMessage()
 {
+    const quint32 asOf = stateNumber();
     const QString subject = KPDocTitles::subjectOfMessage(filePath());
-    setTitle(subject.isEmpty() ? QStringLiteral("(no subject)") : subject);
+    setTitle(subject.isEmpty() ? QStringLiteral("(no subject)") : subject, asOf);
 }
 
 void KPDoc::setTitleFromAddressBookCard()
 {
+    const quint32 asOf = stateNumber();
     const QString name = KPDocTitles::nameOnCard(filePath());
-    setTitle(name.isEmpty() ? QStringLiteral("An Address Card") : name);
+    setTitle(name.isEmpty() ? QStringLiteral("An Address Card") : name, asOf);
 }
 
 void KPDoc::setTitleFromBookmark()
 {
+    const quint32 asOf = stateNumber();
     const QString name = KPDocTitles::nameOfBookmark(filePath());
-    setTitle(name.isEmpty() ? fsName() : name);
+    setTitle(name.isEmpty() ? fsName() : name, asOf);
 }

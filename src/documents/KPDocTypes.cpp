@@ -16,12 +16,13 @@ KPTagName *KPDoc::utiTagName() const
 {
     if (KPTagName *known = m_utiTagName.load(std::memory_order_acquire))
         return known;
+    const quint32 asOf = stateNumber();
     const KPPooledString path = pooledPath();
     if (path.isEmpty() || path == gonePath())
         return nullptr;
     KPTagName *tag = KPTagName::utiTagNameForPath(path.toString(), unixFileMode());
     const KPDocLocker lock(m_lock);
-    if (m_filePath.load() == path)
+    if (m_state == asOf)
         m_utiTagName.store(tag, std::memory_order_release);
     return tag;
 }
@@ -112,9 +113,10 @@ static qint64 resourceForkSize(const QByteArray &path)
 
 void KPDoc::addResourceForkInfoToSize()
 {
+    const quint32 asOf = stateNumber();
     const qint64 size = resourceForkSize(fileSystemRepresentation());
     const KPDocLocker lock(m_lock);
-    if (size != 0 || m_rare)
+    if (m_state == asOf && (size != 0 || m_rare))
         rare().resourceForkSize = size;
 }
 

@@ -1,5 +1,6 @@
 #include "KPDocCache.h"
 
+#include "KPFileType.h"
 #include "Karvex.h"
 #include "TestHome.h"
 #include "XPExtendedAttributes.h"
@@ -51,6 +52,37 @@ TEST(Doc, HasASizeGroup)
             docOf(QStringLiteral("/sizes/") + QLatin1String(row.name), row.mode, row.size);
         EXPECT_EQ(doc->fileSizeGroup(), QLatin1String(row.group)) << row.size;
     }
+}
+
+TEST(Doc, HasAnotherTypeWhenTheFileIsAnother)
+{
+    const TestFolder folder;
+    KPDoc *doc = KPDocCache::docAtPath(folder.file(QStringLiteral("letter"), "Dear all,\n"));
+    EXPECT_NE(doc->fileType(), QStringLiteral("com.adobe.pdf"));
+    (void)folder.file(QStringLiteral("letter"), "%PDF-1.4\n%\xE2\xE3\xCF\xD3\n");
+    doc->updateFileInfo();
+    EXPECT_EQ(doc->fileType(), QStringLiteral("com.adobe.pdf"));
+}
+
+// The file changes while its type is being found out.
+TEST(Doc, DoesNotKeepWhatWasFoundOutTooLate)
+{
+    const TestFolder folder;
+    KPDoc *doc = KPDocCache::docAtPath(folder.file(QStringLiteral("unknown"), ""));
+    int asked = 0;
+    KPFileType::setIndexLookup([&](const QString &) {
+        if (++asked > 1)
+            return QStringLiteral("public.jpeg");
+        XPFileInfo info = doc->facts();
+        ++info.size;
+        doc->updateFromLStat(info);
+        return QStringLiteral("com.adobe.pdf");
+    });
+    (void)doc->fileType();
+    EXPECT_EQ(doc->fileType(), QStringLiteral("public.jpeg"));
+    EXPECT_EQ(doc->fileType(), QStringLiteral("public.jpeg"));
+    EXPECT_EQ(asked, 2);
+    KPFileType::setIndexLookup({});
 }
 
 TEST(Doc, RoundsRatingsToStars)
