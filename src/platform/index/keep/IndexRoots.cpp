@@ -1,4 +1,4 @@
-#include "IndexKeeper.h"
+#include "IndexRoots.h"
 
 #include "KPFileType.h"
 #include "XPFolders.h"
@@ -11,8 +11,6 @@
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
-// The work of reading again is kept to a twentieth of the time.
-static constexpr int restFactor = 20;
 static constexpr milliseconds lookAgainAfter(100); // for a root that seems to come
 
 static bool isInside(const QByteArray &path, const QByteArray &folder)
@@ -49,7 +47,93 @@ static bool isReadWith(const QByteArray &path, const QByteArray &other, const In
     return true;
 }
 
-void IndexKeeper::applyRoots(const QStringList &roots)
+IndexRoots::IndexRoots(IndexKeeping &keeping, Calls calls)
+    : m_live(keeping.live), m_setup(keeping.setup), m_problems(keeping.problems),
+      m_jobs(keeping.jobs), m_writer(keeping.writer), m_calls(std::move(calls)),
+      m_rules(m_setup.rules),
+      m_reconciler(m_writer, std::make_shared<const IndexRules>(m_rules),
+                   {[this](const QByteArray &folder, bool deep) { read(folder, deep); },
+                    [this](const QByteArray &folder) {
+                        const auto crew = crewOf(folder);
+                        return crew && crew->isCrawling;
+                    },
+                    [this](const QByteArray &folder) { return isDistant(folder); },
+                    [this](IndexLoss loss) { m_live.tellLoss(std::move(loss)); }})
+{
+}
+
+void IndexRoots::begin()
+{
+    // Two changes within one tick of the disk's clock leave the same change time. Where the last
+    // run ended, the second one may not have been seen.
+    if (const qint64 written = m_writer.lastWritten())
+        m_trustedBefore = written - 10'000'000'000;
+    m_reconciler.begin();
+    m_local = makeCrew(false);
+    if (!m_local->watcher->isUsable())
+        m_problems.set(IndexProblems::watching, {.kind = IndexProblem::Kind::NoWatches});
+}
+
+void IndexRoots::end()
+{
+    for (Root &root : m_roots)
+        root.crew.reset();
+    m_local.reset();
+}
+
+void IndexRoots::setRoots(const QStringList &roots)
+{
+    m_jobs.post(
+        [this, roots] {
+            applyRoots(roots);
+            return true;
+        },
+        IndexJobs::Urgency::Now);
+}
+
+void IndexRoots::setRules(const QStringList &rules)
+{
+    m_jobs.post(
+        [this, rules] {
+            if (rules == m_rules.rules())
+                return true;
+            m_rules = IndexRules(rules);
+            applyRules();
+            for (Root &root : m_roots)
+                readRoot(root);
+            return true;
+        },
+        IndexJobs::Urgency::Now);
+}
+
+void IndexRoots::look(const QByteArray &path)
+{
+    m_jobs.post(
+        [this, path] {
+            m_reconciler.look(path);
+            return true;
+        },
+        IndexJobs::Urgency::Now);
+}
+
+bool IndexRoots::isDistant(const QByteArray &path) const
+{
+    const auto crew = crewOf(path);
+    return crew && crew->distant;
+}
+
+bool IndexRoots::isAtRest() const
+{
+    // In this order: what one of them hands on is then seen in the next.
+    const auto rests = [](const Crew &crew) {
+        return crew.watcher->isDrained() && (crew.isSilent || crew.crawler->isIdle());
+    };
+    return rests(*m_local) && std::all_of(m_roots.begin(), m_roots.end(), [&](const Root &root) {
+               return !root.crew || rests(*root.crew);
+           });
+}
+
+void IndexRoots::applyRoots(const QStringList &roots)
 {
     m_mounts = readMounts();
     QByteArrayList wanted;
@@ -91,7 +175,7 @@ void IndexKeeper::applyRoots(const QStringList &roots)
     updateStatus();
 }
 
-void IndexKeeper::applyRules()
+void IndexRoots::applyRules()
 {
     QByteArrayList paths;
     for (const Root &root : m_roots)
@@ -106,7 +190,7 @@ void IndexKeeper::applyRules()
     }
 }
 
-void IndexKeeper::dropRoot(const QByteArray &path)
+void IndexRoots::dropRoot(const QByteArray &path)
 {
     m_local->watcher->forgetBelow(path);
     IndexBatch gone;
@@ -115,14 +199,14 @@ void IndexKeeper::dropRoot(const QByteArray &path)
     m_writer.setNote(QStringLiteral("volume:") + XPPath::decode(path), {});
 }
 
-IndexKeeper::Root *IndexKeeper::rootAt(const QByteArray &path)
+IndexRoots::Root *IndexRoots::rootAt(const QByteArray &path)
 {
     const auto found = std::find_if(m_roots.begin(), m_roots.end(),
                                     [&](const Root &root) { return root.path == path; });
     return found == m_roots.end() ? nullptr : &*found;
 }
 
-std::shared_ptr<IndexKeeper::Crew> IndexKeeper::crewOf(const QByteArray &path) const
+std::shared_ptr<IndexRoots::Crew> IndexRoots::crewOf(const QByteArray &path) const
 {
     const Root *nearest = nullptr;
     for (const Root &root : m_roots) {
@@ -135,7 +219,7 @@ std::shared_ptr<IndexKeeper::Crew> IndexKeeper::crewOf(const QByteArray &path) c
 
 // --- Reading them
 
-void IndexKeeper::readRoot(Root &root)
+void IndexRoots::readRoot(Root &root)
 {
     const QString path = XPPath::decode(root.path);
     if (root.volume.isEmpty())
@@ -159,20 +243,20 @@ void IndexKeeper::readRoot(Root &root)
         root.crew->overflowed = true; // once more, after this time
         return;
     }
-    root.state = RootState::Reading;
+    root.state = State::Reading;
     root.isAsked = true;
     read(root.path, true);
     updateStatus();
 }
 
-bool IndexKeeper::isMountedAsBefore(const Root &root) const
+bool IndexRoots::isMountedAsBefore(const Root &root) const
 {
     return root.volume.isEmpty() || m_mounts.volumeOf(root.volume).mountPoint == root.volume;
 }
 
-void IndexKeeper::setMissing(Root &root, IndexProblem problem)
+void IndexRoots::setMissing(Root &root, IndexProblem problem)
 {
-    root.state = RootState::Missing;
+    root.state = State::Missing;
     root.isAsked = false;
     const QString path = XPPath::decode(root.path);
     problem.path = path;
@@ -189,7 +273,7 @@ void IndexKeeper::setMissing(Root &root, IndexProblem problem)
 }
 
 // The nearest folder that is there tells when the next one on the way comes.
-void IndexKeeper::watchForMissing(const Root &root)
+void IndexRoots::watchForMissing(const Root &root)
 {
     QByteArray missing = root.path;
     for (QByteArray folder = missing; folder != "/"; missing = folder) {
@@ -209,7 +293,7 @@ void IndexKeeper::watchForMissing(const Root &root)
             m_jobs.postLater(
                 [this, path = root.path] {
                     Root *there = rootAt(path);
-                    if (there && there->state == RootState::Missing)
+                    if (there && there->state == State::Missing)
                         readRoot(*there);
                     return true;
                 },
@@ -219,7 +303,7 @@ void IndexKeeper::watchForMissing(const Root &root)
 }
 
 // The first thing heard of a root. False: nothing of the listing is to be applied.
-bool IndexKeeper::prepareRoot(Root &root, const IndexListing &listing)
+bool IndexRoots::prepareRoot(Root &root, const IndexListing &listing)
 {
     const QString path = XPPath::decode(root.path);
     if (listing.error) {
@@ -257,7 +341,7 @@ bool IndexKeeper::prepareRoot(Root &root, const IndexListing &listing)
     return true;
 }
 
-void IndexKeeper::read(const QByteArray &folder, bool deep)
+void IndexRoots::read(const QByteArray &folder, bool deep)
 {
     const auto crew = crewOf(folder);
     if (!crew)
@@ -270,7 +354,7 @@ void IndexKeeper::read(const QByteArray &folder, bool deep)
     crew->crawler->submit(folder, deep);
 }
 
-void IndexKeeper::crawlDone(const std::shared_ptr<Crew> &crew)
+void IndexRoots::crawlDone(const std::shared_ptr<Crew> &crew)
 {
     if (!crew->crawler->isIdle() || crew->waiting > 0)
         return; // more was asked for meanwhile; its end tells again
@@ -279,10 +363,9 @@ void IndexKeeper::crawlDone(const std::shared_ptr<Crew> &crew)
     crew->lastCrawl = std::chrono::duration_cast<milliseconds>(Clock::now() - crew->since);
     const bool again = std::exchange(crew->overflowed, false);
     for (Root &root : m_roots) {
-        if (root.crew != crew ||
-            (root.state != RootState::Reading && root.state != RootState::Silent))
+        if (root.crew != crew || (root.state != State::Reading && root.state != State::Silent))
             continue;
-        root.state = RootState::Live;
+        root.state = State::Live;
         root.isAsked = false;
         if (again)
             readRoot(root);
@@ -292,7 +375,7 @@ void IndexKeeper::crawlDone(const std::shared_ptr<Crew> &crew)
     if (crew == m_local) {
         m_trustedBefore = std::numeric_limits<qint64>::max();
         m_writer.endBulk();
-        applyRecents();
+        m_calls.crawled();
         m_problems.clear(IndexProblems::overflow);
     }
     const bool anyCrawling = std::any_of(m_roots.begin(), m_roots.end(), [](const Root &root) {
@@ -310,99 +393,10 @@ void IndexKeeper::crawlDone(const std::shared_ptr<Crew> &crew)
     updateStatus();
 }
 
-// --- Reading again what gives no events
-
-static qint64 secondsOf(milliseconds time)
-{
-    return std::chrono::duration_cast<std::chrono::seconds>(time).count();
-}
-
-void IndexKeeper::tellOf(const Root &root, IndexProblem::Kind kind)
-{
-    const QString path = XPPath::decode(root.path);
-    m_problems.set(path,
-                   {.kind = kind, .path = path, .seconds = secondsOf(m_setup.distantInterval)});
-}
-
-void IndexKeeper::tellOfUnwatched(const Crew &crew)
-{
-    for (const Root &root : m_roots) {
-        if (root.crew.get() == &crew && crew.distant && root.state == RootState::Live)
-            tellOf(root, IndexProblem::Kind::RootDistant);
-    }
-    if (crew.distant)
-        return;
-    if (crew.unwatched.isEmpty())
-        m_problems.clear(IndexProblems::unwatched);
-    else
-        m_problems.set(IndexProblems::unwatched, {.kind = IndexProblem::Kind::FoldersUnwatched,
-                                                  .count = crew.unwatched.size(),
-                                                  .seconds = secondsOf(m_setup.unwatchedInterval)});
-}
-
-void IndexKeeper::scheduleReading(const std::shared_ptr<Crew> &crew)
-{
-    if ((crew->unwatched.isEmpty() && !crew->distant) || std::exchange(crew->isDue, true))
-        return;
-    const auto interval = crew->distant ? m_setup.distantInterval : m_setup.unwatchedInterval;
-    const std::weak_ptr<Crew> weak = crew;
-    m_jobs.postLater(
-        [this, weak] {
-            const auto there = weak.lock();
-            if (there && std::exchange(there->isDue, false)) {
-                if (there->isCrawling)
-                    scheduleReading(there);
-                else
-                    readAgain(*there);
-            }
-            return true;
-        },
-        std::max(interval, crew->lastCrawl * restFactor));
-}
-
-void IndexKeeper::readAgain(Crew &crew)
-{
-    for (const QByteArray &folder : std::exchange(crew.unwatched, {})) {
-        if (m_reconciler.itemAt(folder))
-            read(folder, false);
-    }
-    for (const Root &root : m_roots) {
-        if (root.crew.get() == &crew && crew.distant && root.state == RootState::Live)
-            read(root.path, true);
-    }
-}
-
-void IndexKeeper::checkSilence(const std::shared_ptr<Crew> &crew)
-{
-    const std::weak_ptr<Crew> weak = crew;
-    m_jobs.postLater(
-        [this, weak] {
-            const auto there = weak.lock();
-            if (!there || !there->isCrawling)
-                return true;
-            there->isSilent = there->crawler->isStuckFor(m_setup.patience);
-            for (Root &root : m_roots) {
-                if (root.crew != there)
-                    continue;
-                if (there->isSilent) {
-                    root.state = RootState::Silent;
-                    tellOf(root, IndexProblem::Kind::RootSilent);
-                } else if (root.state == RootState::Silent) {
-                    root.state = RootState::Reading;
-                    m_problems.clear(XPPath::decode(root.path));
-                }
-            }
-            updateStatus();
-            checkSilence(there);
-            return true;
-        },
-        m_setup.patience);
-}
-
 // --- What the watcher tells of roots
 
-void IndexKeeper::applySpecialEvents(const std::shared_ptr<Crew> &crew,
-                                     const std::vector<IndexWatcher::Event> &events)
+void IndexRoots::applySpecialEvents(const std::shared_ptr<Crew> &crew,
+                                    const std::vector<IndexWatcher::Event> &events)
 {
     using Kind = IndexWatcher::Event::Kind;
     for (const IndexWatcher::Event &event : events) {
@@ -411,7 +405,7 @@ void IndexKeeper::applySpecialEvents(const std::shared_ptr<Crew> &crew,
         } else if (event.kind == Kind::Overflow) {
             m_problems.set(IndexProblems::overflow, {.kind = IndexProblem::Kind::EventsLost});
             for (Root &root : m_roots) {
-                if (root.crew == crew && root.state != RootState::Missing)
+                if (root.crew == crew && root.state != State::Missing)
                     readRoot(root);
             }
         } else if (event.kind == Kind::FolderGone) {
@@ -422,14 +416,14 @@ void IndexKeeper::applySpecialEvents(const std::shared_ptr<Crew> &crew,
             // taken away before it can.
             const QByteArray path = IndexReconciler::joined(event.folder, event.name);
             for (Root &root : m_roots) {
-                if (root.state != RootState::Missing &&
+                if (root.state != State::Missing &&
                     (root.path == path || isInside(root.path, path)))
                     readRoot(root);
             }
         }
     }
     for (Root &root : m_roots) {
-        if (root.state != RootState::Missing)
+        if (root.state != State::Missing)
             continue;
         const bool maybeBack = std::any_of(events.begin(), events.end(), [&](const auto &event) {
             const bool moved = event.kind == Kind::Moved;
@@ -442,14 +436,14 @@ void IndexKeeper::applySpecialEvents(const std::shared_ptr<Crew> &crew,
     }
 }
 
-void IndexKeeper::mountsChanged()
+void IndexRoots::mountsChanged()
 {
     const XPMountTable before = std::exchange(m_mounts, readMounts());
     for (Root &root : m_roots) {
         const auto &was = before.volumeOf(XPPath::decode(root.path));
         const auto &is = m_mounts.volumeOf(XPPath::decode(root.path));
         if (was.mountPoint != is.mountPoint || was.source != is.source ||
-            root.state == RootState::Missing)
+            root.state == State::Missing)
             readRoot(root);
     }
     const QStringList pointsBefore = before.mountPoints();
@@ -463,16 +457,27 @@ void IndexKeeper::mountsChanged()
     }
 }
 
-void IndexKeeper::updateStatus()
+void IndexRoots::updateStatus()
 {
     using Phase = IndexStatus::Phase;
     IndexStatus status; // a new list, not the one that others may be reading
     status.phase = Phase::Live;
     for (const Root &root : m_roots) {
         status.roots.append({XPPath::decode(root.path), root.state});
-        if (root.state == RootState::Reading)
+        if (root.state == State::Reading)
             status.phase = m_writer.isBulk() ? Phase::Crawling : Phase::Verifying;
     }
     const XPLocker lock(m_mutex);
     m_status = std::move(status);
+}
+
+IndexStatus IndexRoots::status() const
+{
+    IndexStatus status;
+    {
+        const XPLocker lock(m_mutex);
+        status = m_status;
+    }
+    status.foldersRead = m_foldersRead;
+    return status;
 }
