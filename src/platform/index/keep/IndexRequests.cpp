@@ -159,10 +159,15 @@ bool IndexRequests::Arrival::wait(std::chrono::steady_clock::time_point deadline
     }
 }
 
+// `patience`: while the other process has too much to do; 0: none.
 static XPResult<XPFileDescriptor> sendRequest(const QString &storePath, IndexRequests::Kind kind,
-                                              const QByteArray &request)
+                                              const QByteArray &request,
+                                              std::chrono::seconds patience)
 {
-    XPFileDescriptor socket(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+    const int wait = patience > std::chrono::seconds::zero() ? 0 : SOCK_NONBLOCK;
+    XPFileDescriptor socket(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC | wait, 0));
+    const timeval most = {static_cast<time_t>(patience.count()), 0};
+    ::setsockopt(socket.get(), SOL_SOCKET, SO_SNDTIMEO, &most, sizeof most);
     XPFileDescriptor folder;
     sockaddr_un address = {};
     const QByteArray message = static_cast<char>(kind) + request;
@@ -181,7 +186,7 @@ static XPResult<XPFileDescriptor> sendRequest(const QString &storePath, IndexReq
 std::optional<XPError> IndexRequests::tell(const QString &storePath, Kind kind,
                                            const QByteArray &request)
 {
-    const auto sent = sendRequest(storePath, kind, request);
+    const auto sent = sendRequest(storePath, kind, request, {});
     return sent ? std::nullopt : std::optional(sent.error());
 }
 
@@ -189,7 +194,7 @@ XPResult<QByteArray> IndexRequests::ask(const QString &storePath, Kind kind,
                                         const QByteArray &request,
                                         const std::function<bool()> &stop)
 {
-    const auto socket = sendRequest(storePath, kind, request);
+    const auto socket = sendRequest(storePath, kind, request, std::chrono::seconds(2));
     if (!socket)
         return socket.error();
     for (;;) {

@@ -3,7 +3,6 @@
 
 #include "XPPath.h"
 
-using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
 // The work of reading again is kept to a twentieth of the time.

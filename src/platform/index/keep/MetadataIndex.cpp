@@ -269,7 +269,9 @@ std::optional<XPError> MetadataIndex::sync(bool contents, const Stop &stop)
             deadline = std::chrono::steady_clock::now() + patience;
             continue;
         }
-        if (answer.error().kind == XPError::Kind::Cancelled || !arrival.wait(deadline, stop))
+        if (answer.error().kind == XPError::Kind::Cancelled)
+            return answer.error();
+        if (!arrival.wait(deadline, stop) && !isKeptHere())
             return answer.error();
     }
 }
