@@ -572,6 +572,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPRatingHint">
         <translation>0 bis 5 Sterne; die Zifferntasten setzen sie</translation>
     </message>
+    <message id="KPRatingNotReadable">
+        <translation>die Bewertung ist nicht lesbar</translation>
+    </message>
     <message id="KPRatingUnrated">
         <translation>Ohne Bewertung</translation>
     </message>
@@ -703,6 +706,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPTagsHint">
         <translation>Schlagwort hinzufügen …</translation>
+    </message>
+    <message id="KPTagsNotReadable">
+        <translation>die Schlagwörter sind nicht lesbar</translation>
     </message>
     <message id="KPTagsReadOnly">
         <translation>Einige der Schlagwörter sind nur zum Lesen und können nicht gelöscht werden. Löschen lassen sich nur selbst eingegebene Schlagwörter. Die anderen kann man im Abschnitt Schlagwörter ausblenden.</translation>

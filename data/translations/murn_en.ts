@@ -574,6 +574,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPRatingHint">
         <translation>0 to 5 stars; the digits set them</translation>
     </message>
+    <message id="KPRatingNotReadable">
+        <translation>its rating cannot be read</translation>
+    </message>
     <message id="KPRatingUnrated">
         <translation>Unrated</translation>
     </message>
@@ -705,6 +708,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPTagsHint">
         <translation>Add a tag…</translation>
+    </message>
+    <message id="KPTagsNotReadable">
+        <translation>its tags cannot be read</translation>
     </message>
     <message id="KPTagsReadOnly">
         <translation>Some tags are of a read only nature and cannot be deleted. Only tags entered by users can be deleted. You can turn off read only tags under the tags section.</translation>

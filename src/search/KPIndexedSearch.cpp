@@ -135,12 +135,6 @@ void KPIndexedSearch::hide(IndexItem item)
 
 // --- Documents
 
-static QString unreadable(const char *what)
-{
-    return QStringLiteral("%1 cannot be read: the stored value is of an unexpected kind")
-        .arg(QLatin1String(what));
-}
-
 static KPFoundDocument foundDocument(const QString &path, const IndexRecord &record)
 {
     KPFoundDocument document;
@@ -149,7 +143,7 @@ static KPFoundDocument foundDocument(const QString &path, const IndexRecord &rec
     const PropertyValue tags = record.attributes.value(Karvex::tagsToSearchFor());
     document.hasUnreadableTags = !tags.isNull() && !tags.isArrayOfStrings();
     if (document.hasUnreadableTags)
-        document.error = unreadable("tags");
+        document.error = qtTrId("KPTagsNotReadable");
     else
         document.tags = tags.strings();
     const PropertyValue rating = record.attributes.value(Karvex::starRatingKey);
@@ -157,7 +151,7 @@ static KPFoundDocument foundDocument(const QString &path, const IndexRecord &rec
     if (std::isfinite(stars))
         document.rating = stars;
     else if (document.error.isEmpty())
-        document.error = unreadable("the rating");
+        document.error = qtTrId("KPRatingNotReadable");
     return document;
 }
 

@@ -1,6 +1,8 @@
 """Compares files that must agree: check-sources.py [BUILD_FOLDER]
 
 - the ids of texts used under src/ and those of every data/translations/*.ts;
+- sentences written into the code below the shell's commands, which people could not read in their
+  language, and waits for a fixed time in tests;
 - with a build folder: each *Test.cpp, *Bench.cpp and *Fuzz.cpp on disk and those that its
   compilation database holds, for the kinds that this build has.
 """
@@ -16,6 +18,39 @@ USED_ID = re.compile(r'\b(?:qtTrId|QT_TRID_NOOP)\s*\(\s*"([^"]+)"')
 # An id made of a fixed beginning and a value: translated(QByteArray("KPTypeName: ") + type).
 FAMILY = re.compile(r'"(\w+: )"\s*\+')
 PLACEHOLDER = re.compile(r"%(?:L?\d+|n)")
+# Words in a string literal, where no statement says that they are an error's message, a line of
+# the log or a database's text.
+LITERAL = re.compile(r'"((?:[^"\\\n]|\\.)*)"')
+SENTENCE = re.compile(r"(?:^|[\s:;,(])[a-zA-Z']{2,}(?:,? [a-zA-Z'%0-9]+){2,}")
+NOT_FOR_PEOPLE = re.compile(r"XPError|malformed|fail\(|\bqC(?:Debug|Info|Warning|Critical)\(|xpLog|"
+                            r"static_assert|Q_ASSERT|\b(?:SELECT|PRAGMA|INSERT|CREATE|DELETE|DROP)\b")
+# The programs of the shell speak English, and say it themselves.
+SPEAKS_ENGLISH = ("src/cli/", "src/importer/", "src/app/program/")
+# Literals that became an error's message in another statement, or texts fixed by a convention.
+SENTENCES_KNOWN = {
+    "src/documents/KPDocNames.cpp": "errors",
+    "src/platform/base/XPPropertyListBinaryReader.cpp": "errors",
+    "src/platform/base/XPPropertyListXmlReader.cpp": "errors",
+    "src/platform/importing/CagedImporter.cpp": "errors and what the cage lacks",
+    "src/platform/importing/ImportAttempts.cpp": "errors",
+    "src/platform/importing/ImportProcess.cpp": "errors",
+    "src/platform/importing/ImportWorker.cpp": "errors",
+    "src/platform/index/content/IndexTextReader.cpp": "errors",
+    "src/platform/index/keep/IndexRequests.cpp": "errors",
+    "src/platform/index/store/IndexStore.cpp": "errors",
+    "src/search/KPIndexedSearch.cpp": "errors",
+    "src/search/KPSearchStateTexts.cpp": "an id",
+    "src/tags/KPTagHealer.cpp": "the log of healings",
+    "src/tags/KarvexBackup.cpp": "errors and the log",
+    "src/tags/KarvexErrors.cpp": "errors of the convention",
+    "src/tags/KarvexRestore.cpp": "errors",
+    "src/types/KPFileTypeNames.cpp": "an id",
+}
+SLEEP = re.compile(r"\b(?:sleep_for|sleep_until|usleep|nanosleep|qWait)\s*\(|\b[mu]?sleep\(\d")
+SLEEPS_KNOWN = {
+    "tests/platform/index/keep/IndexTestKept.h": "looks again until a condition holds",
+    "tests/platform/index/keep/IndexKillTest.cpp": "the moment of the kill, at random",
+}
 faults = []
 
 
@@ -68,6 +103,32 @@ def check_texts():
                 faults.append(f"{path.name}: {id_} has other placeholders than murn_en.ts")
 
 
+def sources(folder):
+    """Each source below the folder as its path in the project and its code without comments."""
+    for path in sorted(ROOT.glob(f"{folder}/**/*")):
+        if path.suffix in (".cpp", ".h"):
+            code = re.sub(r"//.*", "", path.read_text(encoding="utf-8"))
+            yield path.relative_to(ROOT).as_posix(), code
+
+
+def check_sentences():
+    for path, code in sources("src"):
+        if path.startswith(SPEAKS_ENGLISH) or path in SENTENCES_KNOWN:
+            continue
+        whole = re.sub(r'"\s*\n\s*"', "", code)
+        for statement in re.split(r"[;{}]", whole):
+            if not NOT_FOR_PEOPLE.search(statement):
+                for text in LITERAL.findall(statement):
+                    if SENTENCE.search(text):
+                        faults.append(f"{path}: \"{text}\" belongs into the translations")
+
+
+def check_waits():
+    for path, code in sources("tests"):
+        if path not in SLEEPS_KNOWN and SLEEP.search(code):
+            faults.append(f"{path}: waits for a time, not for a signal or condition")
+
+
 def check_built(build):
     database = json.loads((build / "compile_commands.json").read_text(encoding="utf-8"))
     built = {Path(entry["file"]).resolve() for entry in database}
@@ -79,6 +140,8 @@ def check_built(build):
 
 
 check_texts()
+check_sentences()
+check_waits()
 if len(sys.argv) > 1:
     check_built(Path(sys.argv[1]))
 print("\n".join(faults))
