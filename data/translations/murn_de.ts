@@ -71,6 +71,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPChangedMeanwhile">
         <translation>inzwischen hat ein anderes Programm sie geändert</translation>
     </message>
+    <message id="KPChangedMeanwhile">
+        <translation>Inzwischen hat ein anderes Programm die Datei geändert.</translation>
+    </message>
     <message id="KPChipExcluded">
         <translation>ohne Schlagwort %1</translation>
     </message>

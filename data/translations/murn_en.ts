@@ -73,6 +73,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPChangedMeanwhile">
         <translation>it was changed by another program since</translation>
     </message>
+    <message id="KPChangedMeanwhile">
+        <translation>It was changed by another program meanwhile.</translation>
+    </message>
     <message id="KPChipExcluded">
         <translation>without tag %1</translation>
     </message>

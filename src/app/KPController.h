@@ -84,6 +84,7 @@ private:
     void restoreSettings();
     void saveSettings() const;
 
+    void renameTyped(const QString &path, const QString &oldName, const QString &typed);
     void startSearch();
     void stopSearch();
     void searchFinished(const QStringList &problems);

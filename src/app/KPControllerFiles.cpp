@@ -15,36 +15,42 @@
 
 namespace {
 
-void rename(
-    KPDoc *doc, const QString &name, const std::function<void()> &succeeded = [] {})
+void tellNotRenamed(const QString &name, const QString &reason) XP_REQUIRES(xpGuiThread)
 {
-    xpGuiThread.assertHere();
-    const QString shown = XPPath::printable(doc->fsDisplayName());
-    doc->setFsDisplayName(name, [shown, succeeded](const std::optional<XPError> &error) {
-        if (!error)
-            succeeded();
-        else if (error->kind != XPError::Kind::Cancelled)
-            XPPrompts::current().alert(qtTrId("KPCannotRename").arg(shown), error->reason());
-    });
+    XPPrompts::current().alert(qtTrId("KPCannotRename").arg(XPPath::printable(name)), reason);
 }
 
-// A renaming that was done. Taking it back is renaming once more, with the same questions.
+// A renaming that was done. Taking it back gives the file its very name again, unless somebody
+// else renamed it since.
 class RenameCommand : public QUndoCommand
 {
 public:
     RenameCommand(KPDoc *doc, const QString &oldName)
-        : QUndoCommand(qtTrId("KPUndoRename")), m_doc(doc), m_old(oldName),
-          m_new(doc->fsDisplayName())
+        : QUndoCommand(qtTrId("KPUndoRename")), m_doc(doc), m_old(oldName), m_new(doc->fsName())
     {
     }
-    void undo() override { rename(m_doc, m_old); }
+    void undo() override { rename(m_new, m_old); }
     void redo() override
     {
         if (!std::exchange(m_isNew, false))
-            rename(m_doc, m_new);
+            rename(m_old, m_new);
     }
 
 private:
+    void rename(const QString &from, const QString &to)
+    {
+        xpGuiThread.assertHere();
+        if (m_doc->fsName() != from) {
+            tellNotRenamed(from, qtTrId("KPChangedMeanwhile"));
+            return;
+        }
+        m_doc->renameTo(to, [from](const std::optional<XPError> &error) {
+            xpGuiThread.assertHere();
+            if (error)
+                tellNotRenamed(from, error->reason());
+        });
+    }
+
     KPDoc *const m_doc; // for the process
     const QString m_old, m_new;
     bool m_isNew = true; // pushed, which "redoes" what was done already
@@ -84,15 +90,13 @@ void KPController::renameSelected()
     dialog->setOkButtonText(qtTrId("KPRenameButton"));
     const QString &path = paths.first();
     const QString name = XPPath::fileName(path);
-    dialog->setTextValue(name);
-    connect(
-        dialog, &QInputDialog::textValueSelected, this, [this, path, name](const QString &text) {
-            if (KPDoc *doc = KPDocCache::docAtPathIfExists(path); doc != nullptr && text != name)
-                rename(doc, text, [window = QPointer(this), doc, name] {
-                    if (window)
-                        window->m_history->push(new RenameCommand(doc, name));
-                });
-        });
+    dialog->setTextValue(KPDoc::changeCharsForNameToFinderDisplayMode(name));
+    const QString shown = dialog->textValue(); // a field may hold less than a name does
+    connect(dialog, &QInputDialog::textValueSelected, this,
+            [this, path, name, shown](const QString &text) {
+                if (text != shown)
+                    renameTyped(path, name, text);
+            });
     dialog->open();
     // What people change is the name; the extension stays unless they mean it.
     if (auto *field = dialog->findChild<QLineEdit *>()) {
@@ -100,6 +104,22 @@ void KPController::renameSelected()
         const qsizetype extension = XPPath::extension(name).size();
         field->setSelection(0, static_cast<int>(name.size() - (extension ? extension + 1 : 0)));
     }
+}
+
+void KPController::renameTyped(const QString &path, const QString &oldName, const QString &typed)
+{
+    xpGuiThread.assertHere();
+    KPDoc *doc = KPDocCache::docAtPathIfExists(path);
+    if (doc == nullptr)
+        return;
+    doc->setFsDisplayName(
+        typed, [window = QPointer(this), doc, oldName](const std::optional<XPError> &error) {
+            xpGuiThread.assertHere();
+            if (!error && window)
+                window->m_history->push(new RenameCommand(doc, oldName));
+            else if (error && error->kind != XPError::Kind::Cancelled)
+                tellNotRenamed(oldName, error->reason());
+        });
 }
 
 void KPController::trashSelected()

@@ -87,6 +87,8 @@ public:
     // Renames the file: asks where the extension would change, never replaces a file, then tells
     // with no error or why not (Cancelled too). Main thread; `done` comes there.
     void setFsDisplayName(const QString &name, const Done &done) XP_REQUIRES(xpGuiThread);
+    // Renames the file to exactly this name, as undo does: no rule for typed names, no question.
+    void renameTo(const QString &fsName, const Done &done) XP_REQUIRES(xpGuiThread);
     // A name as a user types it, as a file's name: ":" to a space, then "/" to ":", no line breaks.
     static QString displayFileNameToFSName(const QString &name);
     static QString changeCharsForNameToFinderDisplayMode(const QString &name); // ":" to "/"

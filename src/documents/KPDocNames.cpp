@@ -175,6 +175,14 @@ static void performRename(KPDoc *doc, const QString &name, const KPDoc::Done &do
         });
 }
 
+void KPDoc::renameTo(const QString &fsName, const Done &done)
+{
+    if (isGone())
+        done(XPError::fromErrno(ENOENT));
+    else
+        performRename(this, fsName, done);
+}
+
 void KPDoc::setFsDisplayName(const QString &name, const Done &done)
 {
     const QString newName = displayFileNameToFSName(name);

@@ -1,6 +1,7 @@
 #include "KPController.h"
 
 #include "IndexSettings.h"
+#include "KPDocCache.h"
 #include "KPDocIcons.h"
 #include "KPDocsView.h"
 #include "KPFilterBar.h"
@@ -27,6 +28,8 @@
 #include <QFile>
 #include <QInputDialog>
 #include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
 #include <QMimeData>
 #include <QScopeGuard>
 #include <QSignalSpy>
@@ -184,6 +187,40 @@ TEST_F(Controller, RenamesTakesBackAndMovesToTheTrash)
     EXPECT_THAT(m_alerts, testing::IsEmpty());
 }
 
+TEST_F(Controller, UndoOfARenamingGivesBackTheVeryName)
+{
+    const QString meeting = m_folder.file(QStringLiteral("Meeting 10:30.txt"));
+    makeWindow(m_folder.path());
+    ASSERT_TRUE(until([&] { return rows() == 4 && m_window->isSettled(); }));
+    m_window->showDocuments({meeting});
+    ASSERT_TRUE(until([&] { return m_window->isSettled() && m_view->selectedCount() == 1; }));
+    const auto rename = [&](const char *stem) {
+        QApplication::setActiveWindow(m_window.get());
+        QTest::keyClick(m_window.get(), Qt::Key_F2);
+        auto *dialog = m_window->findChild<QInputDialog *>();
+        ASSERT_NE(dialog, nullptr);
+        EXPECT_EQ(dialog->textValue(), QStringLiteral("Meeting 10/30.txt"));
+        QTest::keyClicks(dialog->findChild<QLineEdit *>(), QLatin1String(stem));
+        QTest::keyClick(dialog, Qt::Key_Return);
+    };
+    rename("Talk");
+    const QString talk = m_folder.path(QStringLiteral("Talk.txt"));
+    ASSERT_TRUE(until([&] { return QFile::exists(talk); }));
+    QTest::keyClick(m_window.get(), Qt::Key_Z, Qt::ControlModifier);
+    ASSERT_TRUE(until([&] { return QFile::exists(meeting); }));
+
+    // Somebody else gives it a third name: there is nothing of ours to take back.
+    QTest::keyClick(m_window.get(), Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    ASSERT_TRUE(until([&] { return QFile::exists(talk); }));
+    const QString third = m_folder.path(QStringLiteral("third.txt"));
+    KPDoc *doc = KPDocCache::docAtPath(talk);
+    std::filesystem::rename(talk.toStdString(), third.toStdString());
+    doc->setFilePath(third);
+    QTest::keyClick(m_window.get(), Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_TRUE(until([&] { return m_alerts.size() == 1; }));
+    EXPECT_TRUE(QFile::exists(third));
+}
+
 TEST_F(Controller, ShowsWhatOtherProgramsDo)
 {
     openWindow();
@@ -275,6 +312,52 @@ TEST_F(Controller, NarrowsByTagsDateAndRating)
     choose(rating, QStringLiteral(">= 4"));
     EXPECT_TRUE(shows(1));
     EXPECT_EQ(bar->state()->searchTags(), QStringList{work});
+}
+
+// Every command stands in a menu, once, and says truly whether it can work.
+TEST_F(Controller, MenusTellWhatCanBeDone)
+{
+    openWindow();
+    QHash<QKeySequence, QString> shortcuts;
+    QHash<QString, QAction *> byText;
+    for (QAction *menu : m_window->menuBar()->actions()) {
+        for (QAction *action : menu->menu()->actions()) {
+            if (action->isSeparator())
+                continue;
+            byText.insert(action->text().section(u'\t', 0, 0), action);
+            if (const QKeySequence keys = action->shortcut(); !keys.isEmpty()) {
+                EXPECT_FALSE(shortcuts.contains(keys)) << keys.toString().toStdString();
+                shortcuts.insert(keys, action->text());
+            }
+        }
+    }
+    const auto enabled = [&](const char *id) {
+        QAction *action = byText.value(qtTrId(id));
+        EXPECT_TRUE(action) << id;
+        return action && action->isEnabled();
+    };
+    const auto onDocuments = {"KPOpen",       "KPReveal",      "KPEditTags",
+                              "KPRenameFile", "KPMoveToTrash", "KPCopyFiles"};
+    m_view->clearSelection();
+    EXPECT_TRUE(until([&] { return m_window->isSettled(); }));
+    for (const char *id : onDocuments)
+        EXPECT_FALSE(enabled(id)) << id;
+    EXPECT_FALSE(enabled("KPUndo"));
+    select(1);
+    for (const char *id : onDocuments)
+        EXPECT_TRUE(enabled(id)) << id;
+    QTest::keyClick(m_view, Qt::Key_4);
+    ASSERT_TRUE(until([&] { return ratingOf(m_paths[1]) == 4 && m_window->isSettled(); }));
+    bool checked = false;
+    for (QAction *stars : byText.value(qtTrId("KPRate"))->menu()->actions())
+        checked |= stars->isChecked() && stars->text().endsWith(u'4');
+    EXPECT_TRUE(checked) << "the menu shows the rating that holds";
+    bool takesBack = false;
+    for (const QAction *action : std::as_const(byText))
+        takesBack |= action->isEnabled() &&
+                     action->shortcut() == QKeySequence(QKeySequence::Undo) &&
+                     action->text() != qtTrId("KPUndo");
+    EXPECT_TRUE(takesBack) << "undo says what it takes back";
 }
 
 // A folder outside the index is told, with the remedy at hand; then the window follows it.
