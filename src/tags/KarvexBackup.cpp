@@ -254,6 +254,42 @@ bool Run::attempt()
 
 } // namespace
 
+static void write(const QStringList &locations, const PresentFiles &present,
+                  KarvexBackup::Result *result)
+{
+    const KarvexFileLock lock = KarvexFileLock::named(KarvexBackupFile::defaultPath());
+    Run run(locations, present, result);
+    int attempts = 1;
+    while (!run.attempt()) {
+        if (++attempts > mostAttempts) {
+            result->problems.append(
+                QStringLiteral("the backup is being changed by another program"));
+            break;
+        }
+    }
+}
+
+std::optional<XPError> KarvexBackup::keep(const QList<KarvexBackupRecord> &records)
+{
+    const auto reading = [](bool isThere) { return isThere ? Reading::Known : Reading::None; };
+    PresentFiles present;
+    for (KarvexBackupRecord record : records) {
+        record.tags = storable(record.tags);
+        if (record.isWorthKeeping())
+            present.push_back({record, reading(!record.tags.isEmpty()),
+                               reading(record.tagDate.has_value()), reading(record.rating > 0),
+                               reading(record.ratingDate.has_value())});
+    }
+    if (present.empty())
+        return {};
+    Result result;
+    write({KarvexBackupFile::defaultPath()}, present, &result);
+    if (result.worked)
+        return {};
+    return XPError::make(result.failure, QStringLiteral("the tags could not be backed up: ") +
+                                             result.problems.join(QStringLiteral("; ")));
+}
+
 KarvexBackup::Result KarvexBackup::writeSingleFile(IndexSource &source,
                                                    const QStringList &locations,
                                                    const KarvexProgress &progress)
@@ -275,16 +311,7 @@ KarvexBackup::Result KarvexBackup::writeSingleFile(IndexSource &source,
         result.problems.append(
             QStringLiteral("only %1 files with tags were backed up").arg(mostResults));
     result.itemCount = static_cast<qsizetype>(present->size());
-    const KarvexFileLock lock = KarvexFileLock::named(KarvexBackupFile::defaultPath());
-    Run run(locations, *present, &result);
-    int attempts = 1;
-    while (!run.attempt()) {
-        if (++attempts > mostAttempts) {
-            result.problems.append(
-                QStringLiteral("the backup is being changed by another program"));
-            break;
-        }
-    }
+    write(locations, *present, &result);
     result.status = result.worked ? QStringLiteral("%1 backups done, file written to %2")
                                         .arg(result.itemCount)
                                         .arg(XPFolders::abbreviateWithTilde(locations.first()))

@@ -31,4 +31,8 @@ public:
     // The merged backups of all locations, the earlier ones first, are written to each of them.
     static Result writeSingleFile(IndexSource &source, const QStringList &locations,
                                   const KarvexProgress &progress = {});
+
+    // The same for these files alone, in the user's own backup: for tags that a file is about to
+    // lose. Any thread.
+    static std::optional<XPError> keep(const QList<KarvexBackupRecord> &records);
 };

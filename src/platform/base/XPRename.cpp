@@ -9,29 +9,45 @@
 #include <unistd.h>
 
 // A folder takes no second name, but it may replace an empty folder, which is made first.
-static int renameFolder(const char *from, const char *to)
+static int renameFolder(int fromFolder, const char *from, int toFolder, const char *to)
 {
-    if (::mkdir(to, S_IRWXU) != 0)
+    if (::mkdirat(toFolder, to, S_IRWXU) != 0)
         return errno;
-    if (::rename(from, to) == 0)
+    if (::renameat(fromFolder, from, toFolder, to) == 0)
         return 0;
     const int error = errno;
-    ::rmdir(to);
+    ::unlinkat(toFolder, to, AT_REMOVEDIR);
     return error;
 }
 
-int XPRename::toFreeName(const char *from, const char *to)
+// Where the old name cannot go, the new one goes again.
+static int renameByLink(int fromFolder, const char *from, int toFolder, const char *to)
 {
-    if (::renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE) == 0)
+    if (::linkat(fromFolder, from, toFolder, to, 0) != 0)
+        return errno;
+    if (::unlinkat(fromFolder, from, 0) == 0)
+        return 0;
+    const int error = errno;
+    ::unlinkat(toFolder, to, 0);
+    return error;
+}
+
+int XPRename::toFreeNameAt(int fromFolder, const char *from, int toFolder, const char *to)
+{
+    if (::renameat2(fromFolder, from, toFolder, to, RENAME_NOREPLACE) == 0)
         return 0;
     if (errno != EINVAL && errno != ENOSYS)
         return errno;
     struct stat status = {};
-    if (::lstat(from, &status) != 0)
+    if (::fstatat(fromFolder, from, &status, AT_SYMLINK_NOFOLLOW) != 0)
         return errno;
-    if (S_ISDIR(status.st_mode))
-        return renameFolder(from, to);
-    return ::link(from, to) == 0 && ::unlink(from) == 0 ? 0 : errno;
+    return S_ISDIR(status.st_mode) ? renameFolder(fromFolder, from, toFolder, to)
+                                   : renameByLink(fromFolder, from, toFolder, to);
+}
+
+int XPRename::toFreeName(const char *from, const char *to)
+{
+    return toFreeNameAt(AT_FDCWD, from, AT_FDCWD, to);
 }
 
 std::optional<XPError> XPRename::toFreeName(const QString &from, const QString &to)

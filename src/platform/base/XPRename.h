@@ -15,4 +15,7 @@ std::optional<XPError> toFreeName(const QString &from, const QString &to);
 // The same for the bytes of paths: 0, or the errno.
 int toFreeName(const char *from, const char *to);
 
+// The same for names in open folders (AT_FDCWD: none).
+int toFreeNameAt(int fromFolder, const char *from, int toFolder, const char *to);
+
 } // namespace XPRename
