@@ -14,38 +14,35 @@
 // still the file that was copied. After a failure everything is as it was before. A process that
 // dies in between leaves a note (XPMoveJournal), by which XPMoveRecovery puts things right.
 // Threads: any; blocking file calls, as long as the bytes take.
-class XPFileMover
-{
-public:
-    // What happens to tags and other attributes that the target cannot hold.
-    enum class Attributes {
-        Keep,      // the call fails (Unsupported or NoSpace) and nothing is moved
-        MayBeLost, // the user was told; tags and rating go to the backup of tags
-    };
-    // Called now and then with the bytes copied so far. False stops: Cancelled, nothing changed.
-    using Progress = std::function<bool(qint64)>;
+namespace XPFileMover {
 
-    struct Options
-    {
-        Attributes attributes = Attributes::Keep;
-        Progress progress;
-    };
-
-    // EEXIST where the new path is taken. InvalidArgument for a folder that would go into itself.
-    static std::optional<XPError> move(const QString &from, const QString &to,
-                                       const Options &options = {});
-    static std::optional<XPError> copy(const QString &from, const QString &to,
-                                       const Options &options = {});
-
-    struct Replaced
-    {
-        // Where the old file is when no trash takes it; else empty.
-        QString keptAside;
-    };
-    // A file that is at `to` is set aside beside it as "NAME beingReplaced.EXT" first, and goes to
-    // the trash once the new one is in its place; back to its name if that fails.
-    static XPResult<Replaced> moveReplacing(const QString &from, const QString &to,
-                                            const Options &options = {});
-    static XPResult<Replaced> copyReplacing(const QString &from, const QString &to,
-                                            const Options &options = {});
+// What happens to tags and other attributes that the target cannot hold.
+enum class Attributes {
+    Keep,      // the call fails (Unsupported or NoSpace) and nothing is moved
+    MayBeLost, // the user was told (XPAttributeRoom); tags and rating are backed up first
 };
+
+struct Options
+{
+    Attributes attributes = Attributes::Keep;
+    // Called now and then with the bytes copied so far. False stops: Cancelled, nothing changed.
+    std::function<bool(qint64)> progress = {};
+};
+
+// EEXIST where the new path is taken. InvalidArgument for a folder that would go into itself.
+std::optional<XPError> move(const QString &from, const QString &to, const Options &options = {});
+std::optional<XPError> copy(const QString &from, const QString &to, const Options &options = {});
+
+struct Replaced
+{
+    // Where the old file is when no trash takes it; else empty.
+    QString keptAside;
+};
+// A file that is at `to` is set aside beside it as "NAME beingReplaced.EXT" first, and goes to
+// the trash once the new one is in its place; back to its name if that fails.
+XPResult<Replaced> moveReplacing(const QString &from, const QString &to,
+                                 const Options &options = {});
+XPResult<Replaced> copyReplacing(const QString &from, const QString &to,
+                                 const Options &options = {});
+
+} // namespace XPFileMover

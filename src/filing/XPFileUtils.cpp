@@ -2,6 +2,8 @@
 
 #include "XPFileFacts.h"
 #include "XPFileInfo.h"
+#include "XPFilePlace.h"
+#include "XPFileTree.h"
 #include "XPFolderNames.h"
 #include "XPFolders.h"
 #include "XPFreeNames.h"
@@ -55,6 +57,17 @@ XPFileUtils::moveItemOnSameFileSystemCheckingForSpecialExclusions(const QString 
         return XPError::make(XPError::Kind::NotPermitted,
                              QStringLiteral("files of this program are not moved"), path);
     return moveItemOnSameFileSystem(path, toPath);
+}
+
+bool XPFileUtils::moveFileToTrash(const QString &path, bool useDeleteOnFail)
+{
+    const auto error = XPTrash::move(path);
+    if (error && useDeleteOnFail) {
+        if (const auto place = XPFilePlace::open(path))
+            (void)XPFileTree::remove(place->folder(), place->name());
+    }
+    const auto info = XPFileInfo::read(path);
+    return !info && info.error().kind == XPError::Kind::NotFound;
 }
 
 QString XPFileUtils::documentsFolder()

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <charconv>
 #include <fcntl.h>
 #include <linux/limits.h>
 #include <sys/stat.h>
@@ -19,10 +20,11 @@ static bool isAscii(QByteArrayView bytes)
     return std::all_of(bytes.begin(), bytes.end(), [](char c) { return (c & 0x80) == 0; });
 }
 
-// One text per name whatever its spelling. Undecodable bytes stand for themselves.
-static QByteArray keyOf(QByteArrayView name)
+// One for each name whatever its spelling. Undecodable bytes stand for themselves.
+static size_t keyOf(QByteArrayView name)
 {
-    return isAscii(name) ? name.toByteArray() : XPPath::encode(decomposed(XPPath::decode(name)));
+    return isAscii(name) ? qHash(name)
+                         : qHash(QByteArrayView(XPPath::encode(decomposed(XPPath::decode(name)))));
 }
 
 // Whether another name could be the same text: of plain letters only these three have a twin
@@ -59,6 +61,12 @@ QString XPFreeNames::pathOf(const QString &name) const
 
 QString XPFreeNames::take(const QString &name)
 {
+    const QString extension = XPPath::extension(name);
+    Parts parts = {name, {}};
+    if (!extension.isEmpty()) {
+        parts.stem.chop(extension.size() + 1);
+        parts.end = u'.' + extension;
+    }
     QString candidate = name;
     for (int number = 1; number <= mostNumbers + 1; ++number) {
         const State state = stateOf(candidate);
@@ -68,9 +76,29 @@ QString XPFreeNames::take(const QString &name)
         }
         if (state == State::Unknown)
             break;
-        candidate = numbered(name, number);
+        number = firstUnknown(parts, number);
+        candidate = numbered(parts, number);
     }
     return pathOf(name);
+}
+
+// The first number from this one on whose name, uncut, the folder is not known to hold: a folder
+// full of numbers is passed in one go. Blanks and dots decompose to themselves and take no marks.
+int XPFreeNames::firstUnknown(const Parts &parts, int number) const
+{
+    const QByteArray end = XPPath::encode(decomposed(parts.end));
+    QByteArray key = XPPath::encode(decomposed(parts.stem)) + ' ';
+    const qsizetype size = key.size();
+    for (; number <= mostNumbers; ++number) {
+        char digits[8];
+        const auto result = std::to_chars(digits, digits + sizeof digits, number);
+        key.resize(size);
+        key.append(digits, result.ptr - digits);
+        key.append(end);
+        if (!m_taken.contains(qHash(QByteArrayView(key))))
+            break;
+    }
+    return number;
 }
 
 // Names that the folder is known to hold cost no file call.
@@ -85,13 +113,13 @@ XPFreeNames::State XPFreeNames::stateOf(const QString &name)
     if (::lstat((m_folderBytes + bytes).constData(), &status) != 0) {
         if (errno != ENOENT)
             return State::Unknown;
-        return !hasOneSpelling(bytes) && isSpelledThere(name) ? State::Taken : State::Free;
+        return !hasOneSpelling(bytes) && isSpelledThere(bytes) ? State::Taken : State::Free;
     }
-    (void)isSpelledThere(name); // more names are wanted now: one reading tells all
+    (void)isSpelledThere(bytes); // more names are wanted now: one reading tells all
     return State::Taken;
 }
 
-bool XPFreeNames::isSpelledThere(const QString &name)
+bool XPFreeNames::isSpelledThere(const QByteArray &name)
 {
     if (!m_isRead) {
         m_isRead = true;
@@ -101,25 +129,20 @@ bool XPFreeNames::isSpelledThere(const QString &name)
                                    return true;
                                });
     }
-    return m_taken.contains(keyOf(XPPath::encode(name)));
+    return m_taken.contains(keyOf(name));
 }
 
 // "NAME N.EXT"; the name cut where the file system would refuse it.
-QString XPFreeNames::numbered(const QString &name, int number)
+QString XPFreeNames::numbered(const Parts &parts, int number)
 {
-    const QString extension = XPPath::extension(name);
-    QString end = u' ' + QString::number(number);
-    QString stem = name;
-    if (!extension.isEmpty()) {
-        stem.chop(extension.size() + 1);
-        end += u'.' + extension;
-    }
+    const QString end = u' ' + QString::number(number) + parts.end;
+    QString stem = parts.stem;
     if (stem.size() + end.size() <= alwaysShortEnough / 3)
         return stem + end;
     const qsizetype room = longestName() - XPPath::encode(end).size();
     while (!stem.isEmpty() && XPPath::encode(stem).size() > room)
         stem = shortened(stem);
-    return stem.isEmpty() ? name : stem + end;
+    return stem.isEmpty() ? parts.stem + parts.end : stem + end;
 }
 
 qsizetype XPFreeNames::longestName()

@@ -24,15 +24,23 @@ public:
 private:
     enum class State { Free, Taken, Unknown };
 
+    // A name in the two parts that a number goes between.
+    struct Parts
+    {
+        QString stem;
+        QString end; // ".EXT"
+    };
+
     State stateOf(const QString &name);
-    bool isSpelledThere(const QString &name);
-    QString numbered(const QString &name, int number);
+    bool isSpelledThere(const QByteArray &name);
+    int firstUnknown(const Parts &parts, int number) const;
+    QString numbered(const Parts &parts, int number);
     qsizetype longestName();
     QString pathOf(const QString &name) const;
 
     const QString m_folder;
     const QByteArray m_folderBytes;
-    QSet<QByteArray> m_taken; // decomposed
+    QSet<size_t> m_taken; // hashes of decomposed names: two alike only waste a number
     bool m_isRead = false;
     qsizetype m_longestName = 0; // bytes; 0: not asked yet
 };
