@@ -20,6 +20,7 @@
 #include "UserDefaults.h"
 #include "XPFactorySettings.h"
 #include "XPLog.h"
+#include "XPMoveRecovery.h"
 #include "XPTranslations.h"
 
 #include <QApplication>
@@ -86,6 +87,7 @@ static int run(const KPCommandLine &line)
     QObject::connect(services.get(), &KPAppServices::infoAsked, &controller,
                      &KPController::showInformation);
     KPDocServices::install(std::move(services));
+    KPDocServices::current().runFileWork([] { (void)XPMoveRecovery::run(); }, [] {});
     KPTagBackup backup(index->source());
     QObject::connect(&backup, &KPTagBackup::changed, &controller,
                      [&] { controller.showBackup(backup.activity(), backup.problem()); });
