@@ -228,6 +228,14 @@ PropertyValue KPDocMetaData::indexed(const QString &path, const QString &key)
     return value;
 }
 
+bool KPDocMetaData::isIndexed(const QString &path)
+{
+    bool found = false;
+    state().source.with(
+        [&](IndexSource &source) { found = MDItem::create(source, path) != nullptr; });
+    return found;
+}
+
 QStringList KPDocMetaData::indexedPaths(const QString &query, const QString &attribute,
                                         const Accept &accept)
 {

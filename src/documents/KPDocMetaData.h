@@ -35,6 +35,7 @@ QList<std::pair<KPPooledString, XPAttributeValuePtr>> values(Attribute attribute
 
 // What the index holds of a file; null when it is not indexed.
 PropertyValue indexed(const QString &path, const QString &key);
+bool isIndexed(const QString &path);
 
 // The indexed files that match a query text and whose raw value of the attribute `accept` takes.
 using Accept = std::function<bool(const PropertyValue &raw)>;

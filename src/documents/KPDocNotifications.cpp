@@ -41,10 +41,13 @@ static void documentChanging(const XPNotification &notification)
         itemChanging(*item);
 }
 
+// Filing posts the two paths as the object, everybody else as the user information.
 static void documentPathChanged(const XPNotification &notification)
 {
-    const QString oldPath = notification.userInfo[QStringLiteral("oldPath")].string();
-    const QString newPath = notification.userInfo[QStringLiteral("newPath")].string();
+    const auto *object = std::get_if<PropertyValue>(&notification.object);
+    const PropertyValue::Dictionary paths = object ? object->dictionary() : notification.userInfo;
+    const QString oldPath = paths[QStringLiteral("oldPath")].string();
+    const QString newPath = paths[QStringLiteral("newPath")].string();
     KPDoc *doc = KPDocCache::docAtPathIfExists(oldPath);
     if (doc == nullptr || oldPath == newPath)
         return;
