@@ -89,8 +89,29 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPCommonTagsOnly">
         <translation>Schlagwörter, die alle ausgewählten Dokumente gemeinsam haben. Ihre anderen bleiben.</translation>
     </message>
+    <message id="KPCopyDocSingle">
+        <translation>„%1“ kopieren?</translation>
+    </message>
+    <message id="KPCopyDocs">
+        <translation>%1 Dokumente kopieren?</translation>
+    </message>
+    <message id="KPCopyDocsComments">
+        <translation>In „%1“ entstehen Kopien mit Schlagwörtern und Bewertungen.</translation>
+    </message>
     <message id="KPCopyFiles">
         <translation>&amp;Kopieren</translation>
+    </message>
+    <message id="KPCopyOK">
+        <translation>Kopieren</translation>
+    </message>
+    <message id="KPCopySingleDocComments">
+        <translation>In „%1“ entsteht eine Kopie mit Schlagwörtern und Bewertung.</translation>
+    </message>
+    <message id="KPCopyTo">
+        <translation>In Ordner kopieren …</translation>
+    </message>
+    <message id="KPCopyToTitle">
+        <translation>Dokumente kopieren nach</translation>
     </message>
     <message id="KPCountsSelected">
         <translation>%1, %2 ausgewählt</translation>
@@ -175,6 +196,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPFactType">
         <translation>Art</translation>
+    </message>
+    <message id="KPFileDocuments">
+        <translation>Zur Bibliothek hinzufügen …</translation>
     </message>
     <message id="KPFileTypeGroupArchives">
         <translation>Archive</translation>
@@ -476,6 +500,27 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPMenuView">
         <translation>&amp;Ansicht</translation>
     </message>
+    <message id="KPMoveDocSingle">
+        <translation>„%1“ verschieben?</translation>
+    </message>
+    <message id="KPMoveDocs">
+        <translation>%1 Dokumente verschieben?</translation>
+    </message>
+    <message id="KPMoveDocsComments">
+        <translation>Sie kommen mit Schlagwörtern und Bewertungen nach „%1“.</translation>
+    </message>
+    <message id="KPMoveOK">
+        <translation>Verschieben</translation>
+    </message>
+    <message id="KPMoveSingleDocComments">
+        <translation>Es kommt mit Schlagwörtern und Bewertung nach „%1“.</translation>
+    </message>
+    <message id="KPMoveTo">
+        <translation>In Ordner verschieben …</translation>
+    </message>
+    <message id="KPMoveToTitle">
+        <translation>Dokumente verschieben nach</translation>
+    </message>
     <message id="KPMoveToTrash">
         <translation>In den &amp;Papierkorb</translation>
     </message>
@@ -722,6 +767,12 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPTagsUnreadableBecause">
         <translation>Die Schlagwörter sind nicht lesbar: %1. Sie bleiben unberührt.</translation>
     </message>
+    <message id="KPTooManyDocs">
+        <translation>Zu viele Dokumente auf einmal</translation>
+    </message>
+    <message id="KPTooManyDocsComments">
+        <translation>Es wurden %3 Dokumente gewählt; höchstens %4 können auf einmal verschoben oder kopiert werden. Nichts wurde geändert.</translation>
+    </message>
     <message id="KPToolBar">
         <translation>Werkzeugleiste</translation>
     </message>
@@ -766,6 +817,135 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KarvexAuthenticationPrompt">
         <translation>Um an manchen Dateien Metadaten wie Schlagwörter zu setzen, ist eine Legitimation nötig.</translation>
+    </message>
+    <message id="XPConvertButton">
+        <translation>Dokumente verschieben</translation>
+    </message>
+    <message id="XPConvertLeaveButton">
+        <translation>Nicht verschieben</translation>
+    </message>
+    <message id="XPConvertProgress">
+        <translation>Dokumente kommen in Monatsordner</translation>
+    </message>
+    <message id="XPConvertText">
+        <translation>Neue Dokumente kommen ab jetzt in Monatsordner. Die bisher abgelegten liegen in Tagesordnern und können folgen. Kein Dokument geht verloren oder wird ersetzt.</translation>
+    </message>
+    <message id="XPConvertTitle">
+        <translation>Bisher abgelegte Dokumente in Monatsordner verschieben?</translation>
+    </message>
+    <message id="XPCopyingItems">
+        <translation>%1 Objekte werden kopiert</translation>
+    </message>
+    <message id="XPDontReplace">
+        <translation>Nicht ersetzen</translation>
+    </message>
+    <message id="XPDuplicatesContinue">
+        <translation>Fortfahren</translation>
+    </message>
+    <message id="XPDuplicatesMultiple">
+        <translation>%3 Objekte mit Dateinamen wie %1 werden nicht verschoben oder kopiert, da mehrere gleich heißen. Wenn Sie fortfahren, steht eine Liste der übersprungenen Dateien im Protokoll</translation>
+    </message>
+    <message id="XPDuplicatesSingle">
+        <translation>%2 wird nicht verschoben oder kopiert, da eine andere Datei genauso heißt. Wenn Sie fortfahren, steht diese Datei im Protokoll</translation>
+    </message>
+    <message id="XPDuplicatesTitle">
+        <translation>Einige Objekte werden nicht kopiert oder verschoben</translation>
+    </message>
+    <message id="XPFileButton">
+        <translation>Ablegen</translation>
+    </message>
+    <message id="XPFileComment">
+        <translation>Heutiger Ordner: %1</translation>
+    </message>
+    <message id="XPFileTitleMultiple">
+        <translation>%1 Dokumente ablegen?</translation>
+    </message>
+    <message id="XPFileTitleSingle">
+        <translation>„%1“ ablegen?</translation>
+    </message>
+    <message id="XPFileTooManyComment">
+        <translation>Weniger als %1 können auf einmal hinzugefügt werden; es sind mindestens %2. Nichts wurde geändert.</translation>
+    </message>
+    <message id="XPFileTooManyTitle">
+        <translation>Zu viele Dokumente auf einmal</translation>
+    </message>
+    <message id="XPFilingItems">
+        <translation>%1 Objekte werden abgelegt</translation>
+    </message>
+    <message id="XPImportCommentCopy">
+        <translation>Beim Vormerken bleibt alles, wo es ist. Beim Ablegen kommt zudem eine Kopie in den heutigen Ordner der abgelegten Dokumente, da dieser auf einem anderen Datenträger liegt.</translation>
+    </message>
+    <message id="XPImportCommentManyFileWarningAddendum">
+        <translation> Bei %1 Dokumenten kann das etwas dauern.</translation>
+    </message>
+    <message id="XPImportCommentMove">
+        <translation>Beim Vormerken bleibt alles, wo es ist. Beim Ablegen kommt es zudem in den heutigen Ordner der abgelegten Dokumente.</translation>
+    </message>
+    <message id="XPImportManageAndFileButton">
+        <translation>Hinzufügen und ablegen</translation>
+    </message>
+    <message id="XPImportManageOnlyButton">
+        <translation>Nur hinzufügen</translation>
+    </message>
+    <message id="XPImportTitleMultiple">
+        <translation>%1 Dokumente zur Bibliothek hinzufügen?</translation>
+    </message>
+    <message id="XPImportTitleSingle">
+        <translation>„%1“ zur Bibliothek hinzufügen?</translation>
+    </message>
+    <message id="XPKeptAsideTitle">
+        <translation>Das Ersetzte ließ sich nicht in den Papierkorb legen und liegt hier</translation>
+    </message>
+    <message id="XPLosesTagsText">
+        <translation>Das Dateisystem dort hat keinen Platz dafür. Sie bleiben in der Sicherung der Schlagwörter.</translation>
+    </message>
+    <message id="XPLosesTagsTitle">
+        <translation>In „%1“ gehen Schlagwörter und Bewertungen verloren</translation>
+    </message>
+    <message id="XPMarkingItems">
+        <translation>%1 Objekte werden hinzugefügt</translation>
+    </message>
+    <message id="XPMovingItems">
+        <translation>%1 Objekte werden verschoben</translation>
+    </message>
+    <message id="XPNewerIsThere">
+        <translation> Im Zielordner liegt bereits eine NEUERE Datei dieses Namens.</translation>
+    </message>
+    <message id="XPNotAllImportedComment">
+        <translation>%1 von %2 Dokumenten wurden importiert. Das liegt oft an fehlenden Rechten oder schreibgeschützten Dateien</translation>
+    </message>
+    <message id="XPNotAllImportedTitle">
+        <translation>Nicht alle Dokumente importiert</translation>
+    </message>
+    <message id="XPNotCopiedTitle">
+        <translation>Nicht kopiert: %1</translation>
+    </message>
+    <message id="XPNotMarkedMultiple">
+        <translation>%1 Dokumente ließen sich nicht als Teil der Bibliothek kennzeichnen</translation>
+    </message>
+    <message id="XPNotMarkedSingle">
+        <translation>„%1“ ließ sich nicht als Teil der Bibliothek kennzeichnen</translation>
+    </message>
+    <message id="XPNotMovedTitle">
+        <translation>Nicht verschoben: %1</translation>
+    </message>
+    <message id="XPOlderIsThere">
+        <translation> Im Zielordner liegt bereits eine ältere Datei dieses Namens.</translation>
+    </message>
+    <message id="XPReplace">
+        <translation>Ersetzen</translation>
+    </message>
+    <message id="XPSameIsThere">
+        <translation> Im Zielordner liegt bereits eine Datei mit diesem Namen und Datum.</translation>
+    </message>
+    <message id="XPSomeAreThere">
+        <translation> Einige Dateien mit diesen Namen gibt es im Zielordner bereits.</translation>
+    </message>
+    <message id="XPStop">
+        <translation>Anhalten</translation>
+    </message>
+    <message id="XPStopIsSafe">
+        <translation>Anhalten beendet den Vorgang an einer sicheren Stelle.</translation>
     </message>
     <message id="not ">
         <translation>nicht </translation>

@@ -91,8 +91,29 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPCommonTagsOnly">
         <translation>Tags that all selected documents share. Their other tags stay.</translation>
     </message>
+    <message id="KPCopyDocSingle">
+        <translation>Copy “%1”?</translation>
+    </message>
+    <message id="KPCopyDocs">
+        <translation>Copy %1 documents?</translation>
+    </message>
+    <message id="KPCopyDocsComments">
+        <translation>Copies are made in “%1”, with tags and ratings.</translation>
+    </message>
     <message id="KPCopyFiles">
         <translation>&amp;Copy</translation>
+    </message>
+    <message id="KPCopyOK">
+        <translation>Copy</translation>
+    </message>
+    <message id="KPCopySingleDocComments">
+        <translation>A copy is made in “%1”, with tags and rating.</translation>
+    </message>
+    <message id="KPCopyTo">
+        <translation>Copy to Folder…</translation>
+    </message>
+    <message id="KPCopyToTitle">
+        <translation>Copy Documents to</translation>
     </message>
     <message id="KPCountsSelected">
         <translation>%1, %2 selected</translation>
@@ -177,6 +198,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPFactType">
         <translation>Type</translation>
+    </message>
+    <message id="KPFileDocuments">
+        <translation>Add to Library…</translation>
     </message>
     <message id="KPFileTypeGroupArchives">
         <translation>Archives</translation>
@@ -478,6 +502,27 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPMenuView">
         <translation>&amp;View</translation>
     </message>
+    <message id="KPMoveDocSingle">
+        <translation>Move “%1”?</translation>
+    </message>
+    <message id="KPMoveDocs">
+        <translation>Move %1 documents?</translation>
+    </message>
+    <message id="KPMoveDocsComments">
+        <translation>They go to “%1”, with tags and ratings.</translation>
+    </message>
+    <message id="KPMoveOK">
+        <translation>Move</translation>
+    </message>
+    <message id="KPMoveSingleDocComments">
+        <translation>It goes to “%1”, with tags and rating.</translation>
+    </message>
+    <message id="KPMoveTo">
+        <translation>Move to Folder…</translation>
+    </message>
+    <message id="KPMoveToTitle">
+        <translation>Move Documents to</translation>
+    </message>
     <message id="KPMoveToTrash">
         <translation>Move to T&amp;rash</translation>
     </message>
@@ -724,6 +769,12 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPTagsUnreadableBecause">
         <translation>The tags cannot be read: %1. They are left alone.</translation>
     </message>
+    <message id="KPTooManyDocs">
+        <translation>Too many documents at once</translation>
+    </message>
+    <message id="KPTooManyDocsComments">
+        <translation>%3 documents were chosen; at most %4 can be moved or copied at a time. Nothing was changed.</translation>
+    </message>
     <message id="KPToolBar">
         <translation>Toolbar</translation>
     </message>
@@ -768,6 +819,135 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KarvexAuthenticationPrompt">
         <translation>You need to authorize to set metadata like tags on some files.</translation>
+    </message>
+    <message id="XPConvertButton">
+        <translation>Move Documents</translation>
+    </message>
+    <message id="XPConvertLeaveButton">
+        <translation>Leave Them</translation>
+    </message>
+    <message id="XPConvertProgress">
+        <translation>Moving documents to folders of months</translation>
+    </message>
+    <message id="XPConvertText">
+        <translation>New documents go to folders of months from now on. Those filed before are in folders of days, and can follow. No document is lost or replaced.</translation>
+    </message>
+    <message id="XPConvertTitle">
+        <translation>Move the documents filed so far to folders of months?</translation>
+    </message>
+    <message id="XPCopyingItems">
+        <translation>Copying %1 items</translation>
+    </message>
+    <message id="XPDontReplace">
+        <translation>Don't Replace</translation>
+    </message>
+    <message id="XPDuplicatesContinue">
+        <translation>Continue</translation>
+    </message>
+    <message id="XPDuplicatesMultiple">
+        <translation>%3 items with file names including %1 will not be moved or copied, as they share common file names. If you continue, a list of skipped files will be written to the console log, for reference</translation>
+    </message>
+    <message id="XPDuplicatesSingle">
+        <translation>%2 will not be moved or copied, as it shares a file name with another file. If you continue, this file will be listed on the console log, for reference</translation>
+    </message>
+    <message id="XPDuplicatesTitle">
+        <translation>Some items will not be copied or moved</translation>
+    </message>
+    <message id="XPFileButton">
+        <translation>File</translation>
+    </message>
+    <message id="XPFileComment">
+        <translation>Today’s folder: %1</translation>
+    </message>
+    <message id="XPFileTitleMultiple">
+        <translation>File %1 documents?</translation>
+    </message>
+    <message id="XPFileTitleSingle">
+        <translation>File “%1”?</translation>
+    </message>
+    <message id="XPFileTooManyComment">
+        <translation>Fewer than %1 can be added at a time; there are at least %2. Nothing was changed.</translation>
+    </message>
+    <message id="XPFileTooManyTitle">
+        <translation>Too many documents at once</translation>
+    </message>
+    <message id="XPFilingItems">
+        <translation>Filing %1 items</translation>
+    </message>
+    <message id="XPImportCommentCopy">
+        <translation>Marking leaves everything where it is. Filing also puts a copy into today’s folder of Filed Documents, as that is on another volume.</translation>
+    </message>
+    <message id="XPImportCommentManyFileWarningAddendum">
+        <translation> With %1 documents this may take a while.</translation>
+    </message>
+    <message id="XPImportCommentMove">
+        <translation>Marking leaves everything where it is. Filing also moves it into today’s folder of Filed Documents.</translation>
+    </message>
+    <message id="XPImportManageAndFileButton">
+        <translation>Add and File</translation>
+    </message>
+    <message id="XPImportManageOnlyButton">
+        <translation>Only Add</translation>
+    </message>
+    <message id="XPImportTitleMultiple">
+        <translation>Add %1 documents to the library?</translation>
+    </message>
+    <message id="XPImportTitleSingle">
+        <translation>Add “%1” to the library?</translation>
+    </message>
+    <message id="XPKeptAsideTitle">
+        <translation>What was replaced could not be moved to the trash and is kept here</translation>
+    </message>
+    <message id="XPLosesTagsText">
+        <translation>Its file system has no room for them. They stay in the backup of tags.</translation>
+    </message>
+    <message id="XPLosesTagsTitle">
+        <translation>Tags and ratings cannot be kept in “%1”</translation>
+    </message>
+    <message id="XPMarkingItems">
+        <translation>Adding %1 items</translation>
+    </message>
+    <message id="XPMovingItems">
+        <translation>Moving %1 items</translation>
+    </message>
+    <message id="XPNewerIsThere">
+        <translation> A NEWER file of the same name is already at the destination folder.</translation>
+    </message>
+    <message id="XPNotAllImportedComment">
+        <translation>%1 of %2 documents were imported. This is often due to permission or read only file problems</translation>
+    </message>
+    <message id="XPNotAllImportedTitle">
+        <translation>Not all documents imported</translation>
+    </message>
+    <message id="XPNotCopiedTitle">
+        <translation>Not copied: %1</translation>
+    </message>
+    <message id="XPNotMarkedMultiple">
+        <translation>%1 documents could not be marked as part of the library</translation>
+    </message>
+    <message id="XPNotMarkedSingle">
+        <translation>“%1” could not be marked as part of the library</translation>
+    </message>
+    <message id="XPNotMovedTitle">
+        <translation>Not moved: %1</translation>
+    </message>
+    <message id="XPOlderIsThere">
+        <translation> An older file of the same name is already at the destination folder.</translation>
+    </message>
+    <message id="XPReplace">
+        <translation>Replace</translation>
+    </message>
+    <message id="XPSameIsThere">
+        <translation> A file of the same name and date is already at the destination folder.</translation>
+    </message>
+    <message id="XPSomeAreThere">
+        <translation> Some files with the same names already exist at the destination folder.</translation>
+    </message>
+    <message id="XPStop">
+        <translation>Stop</translation>
+    </message>
+    <message id="XPStopIsSafe">
+        <translation>Pressing stop will stop the operation at a safe point.</translation>
     </message>
     <message id="not ">
         <translation>not </translation>

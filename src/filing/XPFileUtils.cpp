@@ -43,8 +43,7 @@ std::optional<XPError> XPFileUtils::moveItemOnSameFileSystem(const QString &path
     return XPRename::toFreeName(path, toPath);
 }
 
-// Programs keep books of the files in these; one that vanishes breaks them.
-static bool belongsToAProgram(const QString &path)
+bool XPFileUtils::isGuarded(const QString &path)
 {
     return path.contains(u"/Library/Mail/") || path.contains(u"Photos Library.photoslibrary");
 }
@@ -53,7 +52,7 @@ std::optional<XPError>
 XPFileUtils::moveItemOnSameFileSystemCheckingForSpecialExclusions(const QString &path,
                                                                   const QString &toPath)
 {
-    if (belongsToAProgram(path))
+    if (isGuarded(path))
         return XPError::make(XPError::Kind::NotPermitted,
                              QStringLiteral("files of this program are not moved"), path);
     return moveItemOnSameFileSystem(path, toPath);

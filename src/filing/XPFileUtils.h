@@ -31,7 +31,10 @@ public:
     // A rename that never replaces: EEXIST where the name is taken, EXDEV across file systems.
     static std::optional<XPError> moveItemOnSameFileSystem(const QString &path,
                                                            const QString &toPath);
-    // The same, but files of a mail store or a photo library are never moved (NotPermitted).
+    // Whether the path belongs to another program, which keeps books of its files.
+    static bool isGuarded(const QString &path);
+    // The same as the first, but files of a mail store or a photo library are never moved
+    // (NotPermitted).
     static std::optional<XPError>
     moveItemOnSameFileSystemCheckingForSpecialExclusions(const QString &path,
                                                          const QString &toPath);

@@ -114,14 +114,14 @@ static QString wantedRoot()
 QString XPFiledDocuments::filedDocumentsRoot()
 {
     quint64 generation = 0;
-    if (const QString path = cachedRoot(&generation); !path.isEmpty())
+    if (QString path = cachedRoot(&generation); !path.isEmpty())
         return path;
     if (!usesFiledDocuments())
         return XPFolders::desktop();
     forgetRootWhenActivated();
     const QString wanted = wantedRoot();
     (void)XPFolders::create(wanted); // what goes there finds out
-    const QString path = XPFolders::realFolder(wanted).valueOr(wanted);
+    QString path = XPFolders::realFolder(wanted).valueOr(wanted);
     cacheRoot(path, generation);
     return path;
 }
@@ -171,7 +171,7 @@ QString XPFiledDocuments::currentFiledDocumentsPath(const QDateTime &now)
 {
     if (!usesFiledDocuments())
         return XPFolders::desktop();
-    const QString folder = filedDocumentsPathForDate(now);
+    QString folder = filedDocumentsPathForDate(now);
     if (isFolder(folder))
         return folder;
     if (!XPFolders::create(folder))

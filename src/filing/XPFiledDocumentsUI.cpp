@@ -1,0 +1,222 @@
+// XPFiledDocuments: what asks, takes long or warns.
+#include "UserDefaults.h"
+#include "XPFiledDocuments.h"
+#include "XPFilingRun.h"
+#include "XPFilingWork.h"
+#include "XPLog.h"
+#include "XPPath.h"
+#include "XPPrompts.h"
+#include "XPVolumeFacts.h"
+
+#include <QLocale>
+#include <algorithm>
+
+const QString XPFiledDocuments::askKey = QStringLiteral("KPFiledDocumentsAsk");
+const QString XPFiledDocuments::alwaysFileKey = QStringLiteral("KPFilesAlwaysPutInFiledDocuments");
+
+using Routed = XPFiledDocuments::Routed;
+
+static QString count(qsizetype number)
+{
+    return QLocale().toString(number);
+}
+
+static QString quotedName(const QString &path)
+{
+    return XPPath::printable(XPPath::fileName(path));
+}
+
+// Each problem to the log; the marks that are missing, which no count of documents shows, to the
+// user.
+static void tellProblems(const XPFileReport &report) XP_REQUIRES(xpGuiThread)
+{
+    QList<XPFileStep> unmarked;
+    for (const XPFileStep &step : report.problems()) {
+        qCWarning(xpLog).noquote() << XPPath::printable(step.from) << step.problem->reason();
+        if (!step.to.isEmpty())
+            unmarked.append(step);
+    }
+    if (unmarked.isEmpty())
+        return;
+    const QString title = unmarked.size() == 1
+                              ? qtTrId("XPNotMarkedSingle").arg(quotedName(unmarked.first().to))
+                              : qtTrId("XPNotMarkedMultiple").arg(count(unmarked.size()));
+    XPPrompts::current().alert(title, unmarked.first().problem->reason());
+}
+
+void XPFiledDocuments::warnThatImportFailed(qsizetype requested, qsizetype worked)
+{
+    XPPrompts::current().alert(
+        qtTrId("XPNotAllImportedTitle"),
+        qtTrId("XPNotAllImportedComment").arg(count(worked), count(requested)));
+}
+
+// One alert at most: the count that is short says it all.
+static void finish(const QStringList &asked, const XPFileReport &report,
+                   const XPFiledDocuments::Done &done) XP_REQUIRES(xpGuiThread)
+{
+    if (report.paths.size() != asked.size() && !report.wasStopped)
+        XPFiledDocuments::warnThatImportFailed(asked.size(), report.paths.size());
+    else
+        tellProblems(report);
+    done(report.paths);
+}
+
+// A file that is listed twice is one file.
+static QStringList once(QStringList paths)
+{
+    paths.removeDuplicates();
+    return paths;
+}
+
+void XPFiledDocuments::putFilesIntoFiledDocumentsUI(const QStringList &paths, Done done)
+{
+    const QStringList asked = once(paths);
+    XPFilingWork::runShown(
+        qtTrId("XPFilingItems").arg(count(asked.size())), asked.size(),
+        [asked](const XPFileRunOptions &options) {
+            createFiledDocumentsFolder();
+            XPFilingRun run(options);
+            run.putFiles(asked, false);
+            return run.takeReport();
+        },
+        [asked, done](const XPFileReport &report) {
+            xpGuiThread.assertHere();
+            finish(asked, report, done);
+        });
+}
+
+void XPFiledDocuments::setToManagedUI(const QStringList &paths, Done done)
+{
+    const QStringList asked = once(paths);
+    XPFilingWork::runShown(
+        qtTrId("XPMarkingItems").arg(count(asked.size())), asked.size(),
+        [asked](const XPFileRunOptions &options) {
+            createFiledDocumentsFolder();
+            XPFilingRun run(options);
+            run.setToManaged(asked);
+            return run.takeReport();
+        },
+        [asked, done](const XPFileReport &report) {
+            xpGuiThread.assertHere();
+            finish(asked, report, done);
+        });
+}
+
+static void copyAllUI(const QStringList &paths, const Routed &done) XP_REQUIRES(xpGuiThread)
+{
+    XPFilingWork::runShown(
+        qtTrId("XPCopyingItems").arg(count(paths.size())), paths.size(),
+        [paths](const XPFileRunOptions &options) {
+            XPFilingRun run(options);
+            run.copyAll(paths);
+            return run.takeReport();
+        },
+        [done](const XPFileReport &report) {
+            xpGuiThread.assertHere();
+            tellProblems(report);
+            done(report.paths);
+        });
+}
+
+static void fileOrMark(const QStringList &paths, bool putInFiledDocs, const Routed &done)
+    XP_REQUIRES(xpGuiThread)
+{
+    const auto answer = [done](const QStringList &resulting) { done(resulting); };
+    if (putInFiledDocs)
+        XPFiledDocuments::putFilesIntoFiledDocumentsUI(paths, answer);
+    else
+        XPFiledDocuments::setToManagedUI(paths, answer);
+}
+
+static void route(const QStringList &found, bool areManaged, bool optionKey, const Routed &done)
+    XP_REQUIRES(xpGuiThread)
+{
+    if (found.isEmpty() || areManaged) {
+        done(found);
+        return;
+    }
+    if (optionKey) {
+        copyAllUI(found, done);
+        return;
+    }
+    if (found.size() >= XPFiledDocuments::mostFiles) {
+        XPPrompts::current().alert(
+            qtTrId("XPFileTooManyTitle"),
+            qtTrId("XPFileTooManyComment")
+                .arg(count(XPFiledDocuments::mostFiles), count(found.size())));
+        done({});
+        return;
+    }
+    const UserDefaults &defaults = UserDefaults::standard();
+    if (found.size() <= XPFiledDocuments::mostUnasked &&
+        !defaults.boolValue(XPFiledDocuments::askKey)) {
+        fileOrMark(found, defaults.boolValue(XPFiledDocuments::alwaysFileKey), done);
+        return;
+    }
+    XPFiledDocuments::askToPutDocumentsIntoFiledDocumentsFolder(
+        found, [found, done](std::optional<bool> putInFiledDocs) {
+            xpGuiThread.assertHere();
+            if (putInFiledDocs)
+                fileOrMark(found, *putInFiledDocs, done);
+            else
+                done({});
+        });
+}
+
+void XPFiledDocuments::setFilesAsManagedRoutingIfNeeded(const QStringList &paths, bool optionKey,
+                                                        Routed done)
+{
+    struct Found
+    {
+        QStringList paths;
+        bool areManaged;
+    };
+    XPFilingWork::run(
+        [paths] {
+            const QStringList found = once(digForFilesInsideFolders(paths));
+            return Found{found, allFilesManaged(found)};
+        },
+        [optionKey, done](const Found &found) {
+            xpGuiThread.assertHere();
+            route(found.paths, found.areManaged, optionKey, done);
+        });
+}
+
+static XPPrompts::Question importQuestion(const QStringList &paths, bool isSameVolume)
+{
+    const QString number = count(paths.size());
+    XPPrompts::Question question;
+    question.title = paths.size() == 1
+                         ? qtTrId("XPImportTitleSingle").arg(quotedName(paths.first()))
+                         : qtTrId("XPImportTitleMultiple").arg(number);
+    question.text = isSameVolume ? qtTrId("XPImportCommentMove") : qtTrId("XPImportCommentCopy");
+    if (paths.size() >= XPFiledDocuments::fewestForAddendum)
+        question.text += qtTrId("XPImportCommentManyFileWarningAddendum");
+    question.text.replace(QStringLiteral("%1"), number);
+    question.buttons = {qtTrId("XPImportManageOnlyButton"), qtTrId("KPCancel"),
+                        qtTrId("XPImportManageAndFileButton")};
+    question.cancelButton = 1;
+    return question;
+}
+
+void XPFiledDocuments::askToPutDocumentsIntoFiledDocumentsFolder(const QStringList &paths,
+                                                                 PutInFiledDocs answer)
+{
+    if (paths.isEmpty()) {
+        answer({});
+        return;
+    }
+    const auto isSameVolume = [first = paths.first()] {
+        return PathsOnSameVol(first, filedDocumentsRootIfPresent() + u'/' +
+                                         datedFolder(QDateTime::currentDateTime()));
+    };
+    XPFilingWork::run(isSameVolume, [paths, answer](bool isSame) {
+        xpGuiThread.assertHere();
+        constexpr int file = 2;
+        const XPPrompts::Question question = importQuestion(paths, isSame);
+        XPPrompts::current().ask(question, [answer, question](int button) {
+            answer(button == question.cancelButton ? std::nullopt : std::optional(button == file));
+        });
+    });
+}

@@ -1,0 +1,208 @@
+#include "XPFilingRun.h"
+
+#include "XPFileFacts.h"
+#include "XPFileInfo.h"
+#include "XPFileMover.h"
+#include "XPFileUtils.h"
+#include "XPFiledDocuments.h"
+#include "XPNotificationCenter.h"
+#include "XPPath.h"
+#include "XPVolumeFacts.h"
+
+#include <cerrno>
+
+// A name that somebody else takes between the look and the move is looked for again.
+static constexpr int mostRaces = 16;
+
+static bool isTaken(const std::optional<XPError> &error)
+{
+    return error && error->domain == XPError::posixDomain && error->code == EEXIST;
+}
+
+XPFilingRun::XPFilingRun(XPFileRunOptions options, QDateTime now)
+    : m_options(std::move(options)), m_now(std::move(now))
+{
+}
+
+template <typename Work>
+void XPFilingRun::forEach(const QStringList &paths, Work work)
+{
+    qsizetype done = 0;
+    for (const QString &path : paths) {
+        if (m_options.progress && !m_options.progress(done)) {
+            m_report.wasStopped = true;
+            return;
+        }
+        ++done;
+        if (!m_taken.contains(path)) {
+            m_taken.insert(path);
+            work(path);
+        }
+    }
+}
+
+void XPFilingRun::putFiles(const QStringList &paths, bool forceMove)
+{
+    if (!m_options.dryRun)
+        XPNotificationCenter::instance().post(XPFiledDocuments::aboutToMoveNotification);
+    forEach(paths, [&](const QString &path) { putFile(path, forceMove); });
+}
+
+void XPFilingRun::setToManaged(const QStringList &paths)
+{
+    forEach(paths, [&](const QString &path) { setToManagedCopyIfNeeded(path); });
+}
+
+void XPFilingRun::copyAll(const QStringList &paths)
+{
+    forEach(paths, [&](const QString &path) { copyOne(path); });
+}
+
+void XPFilingRun::fail(const QString &path, const XPError &error)
+{
+    m_report.steps.append({path, {}, Step::Action::Failed, error, {}});
+}
+
+// Chooses the dated folder, and makes it, before the first file that goes there.
+void XPFilingRun::prepare()
+{
+    if (m_names)
+        return;
+    QString folder;
+    if (!m_options.dryRun)
+        folder = XPFiledDocuments::currentFiledDocumentsPath(m_now);
+    else if (XPFiledDocuments::usesFiledDocuments())
+        folder = XPFiledDocuments::filedDocumentsRootIfPresent() + u'/' +
+                 XPFiledDocuments::datedFolder(m_now);
+    else
+        folder = XPFiledDocuments::filedDocumentsRootIfPresent();
+    m_names = std::make_unique<XPFreeNames>(folder);
+}
+
+std::optional<XPError> XPFilingRun::mark(const QString &path) const
+{
+    return m_options.dryRun ? std::nullopt : XPFiledDocuments::setManaged(true, path);
+}
+
+void XPFilingRun::putFile(const QString &path, bool forceMove)
+{
+    const auto info = XPFileInfo::read(path);
+    if (!info) {
+        fail(path, info.error());
+        return;
+    }
+    if (!XPFileUtils::isFileOrPackage(path)) {
+        m_report.steps.append({path, path, Step::Action::Skipped, {}, {}});
+        return;
+    }
+    Step step{path, path, Step::Action::Marked, {}, {}};
+    if (XPFiledDocuments::pathIsAlreadyInGoodPlaceInFiledDocuments(path)) {
+        step.problem = mark(path);
+        m_report.steps.append(step);
+        return;
+    }
+    if (const auto error = bring(path, forceMove, &step)) {
+        fail(path, *error);
+        return;
+    }
+    step.problem = mark(step.to);
+    m_report.paths.append(step.to);
+    m_report.steps.append(step);
+}
+
+std::optional<XPError> XPFilingRun::move(const QString &path, const QString &target,
+                                         bool forceMove) const
+{
+    if (m_options.dryRun)
+        return (PathsOnSameVol(path, target) && !XPFileUtils::isGuarded(path)) || forceMove
+                   ? std::nullopt
+                   : std::optional(XPError::fromErrno(EXDEV, path));
+    return forceMove
+               ? XPFileMover::move(path, target)
+               : XPFileUtils::moveItemOnSameFileSystemCheckingForSpecialExclusions(path, target);
+}
+
+// Moves the file into the dated folder, or copies it there.
+std::optional<XPError> XPFilingRun::bring(const QString &path, bool forceMove, Step *step)
+{
+    prepare();
+    std::optional<XPError> error;
+    for (int race = 0; race < mostRaces; ++race) {
+        step->to = m_names->take(XPPath::fileName(path));
+        error = move(path, step->to, forceMove);
+        if (!isTaken(error))
+            break;
+    }
+    if (!error) {
+        step->action = Step::Action::Moved;
+        if (!m_options.dryRun)
+            XPFiledDocuments::tellMoved(path, step->to);
+        return {};
+    }
+    // A copy besides a file that should have gone would be made again and again.
+    return forceMove ? error : copyToFreeName(path, step);
+}
+
+std::optional<XPError> XPFilingRun::copyToFreeName(const QString &path, Step *step)
+{
+    prepare();
+    std::optional<XPError> error;
+    for (int race = 0; race < mostRaces; ++race) {
+        if (race > 0 || step->to.isEmpty() || step->to == path)
+            step->to = m_names->take(XPPath::fileName(path));
+        error = m_options.dryRun ? std::nullopt : XPFileMover::copy(path, step->to);
+        if (!isTaken(error))
+            break;
+    }
+    step->action = Step::Action::Copied;
+    return error;
+}
+
+void XPFilingRun::setToManagedCopyIfNeeded(const QString &path)
+{
+    const auto info = XPFileInfo::read(path);
+    if (!info) {
+        fail(path, info.error());
+        return;
+    }
+    std::optional<XPError> error;
+    if (XPFiledDocuments::pathOKForManaged(path)) {
+        error = mark(path);
+        if (!error || XPFiledDocuments::pathIsInFiledDocuments(path)) {
+            m_report.paths.append(path);
+            m_report.steps.append({path, path, Step::Action::Marked, error, {}});
+            return;
+        }
+    }
+    copyOne(path);
+}
+
+void XPFilingRun::copyOne(const QString &path)
+{
+    const auto info = XPFileInfo::read(path);
+    if (path.isEmpty() || !info) {
+        fail(path, info ? XPError::fromErrno(ENOENT) : info.error());
+        return;
+    }
+    if (XPFiledDocuments::pathIsInFiledDocuments(path)) {
+        // Answered under its old name, wherever it was filed.
+        const qsizetype others = m_report.paths.size();
+        if (!m_options.dryRun)
+            XPNotificationCenter::instance().post(XPFiledDocuments::aboutToMoveNotification);
+        putFile(path, false);
+        m_report.paths.resize(others);
+        m_report.paths.append(path);
+        return;
+    }
+    if (!m_options.dryRun)
+        XPNotificationCenter::instance().post(XPFiledDocuments::aboutToMoveNotification);
+    Step step{path, {}, Step::Action::Copied, {}, {}};
+    if (const auto error = copyToFreeName(path, &step)) {
+        fail(path, *error);
+        return;
+    }
+    step.problem = mark(step.to);
+    if (!step.problem)
+        m_report.paths.append(step.to);
+    m_report.steps.append(step);
+}
