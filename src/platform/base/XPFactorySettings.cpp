@@ -126,6 +126,7 @@ static constexpr Setting plainSettings[] = {
     // Filing and the drop zone.
     {"KPFiledDocumentsAsk", true},
     {"KPFilesAlwaysPutInFiledDocuments", false},
+    {"maxDestinationsToRemember", 10},
     {"KPAutoImportOffice", true},
     {"KPAutoImportiWork", true},
     {"KPAutoImportPDFs", true},
