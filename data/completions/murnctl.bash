@@ -17,6 +17,8 @@ _murnctl_options() {
             --managed --type --not-type --date --rating --in --not-in --list-folder --deep --state \
             --explain --print-state --count --limit --live --json --print0 --help ;;
         query) printf '%s\n' --in --count --limit --live --json --print0 --help ;;
+        file) printf '%s\n' --to --copy --pending --yes --dry-run --json --print0 --help ;;
+        manage | unmanage) printf '%s\n' --dry-run --json --print0 --help ;;
         backup) printf '%s\n' --to --json --help ;;
         restore) printf '%s\n' --from --dry-run --json --help ;;
         healed) printf '%s\n' --undo --accept --json --help ;;
@@ -34,7 +36,7 @@ _murnctl() {
         if [[ $cur == -* ]]; then
             _murnctl_offer < <(_murnctl_options)
         else
-            _murnctl_offer <<<$'tags\ntag\nrate\nfind\ninfo\ntypes\nquery\nbackup\nrestore\nhealed\nindex'
+            _murnctl_offer <<<$'tags\ntag\nrate\nfind\ninfo\ntypes\nquery\nfile\nmanage\nunmanage\nbackup\nrestore\nhealed\nindex'
         fi
         return
     fi

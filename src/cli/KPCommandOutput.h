@@ -16,6 +16,7 @@ public:
     explicit KPCommandOutput(const KPCommandLine &line);
 
     bool isJson() const { return m_isJson; }
+    bool isSeparatingByNul() const { return m_separator == '\0'; }
     void write(const QByteArray &bytes);
     // A name or a tag, then the separator: a line end, or NUL with --print0.
     void writeRecord(const QByteArray &bytes) { write(bytes + m_separator); }

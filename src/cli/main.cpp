@@ -5,6 +5,7 @@
 #include "UserDefaults.h"
 #include "XPFactorySettings.h"
 #include "XPPath.h"
+#include "XPTranslations.h"
 
 #include <QCoreApplication>
 #include <QLoggingCategory>
@@ -17,10 +18,10 @@
 #include <fcntl.h>
 #include <langinfo.h>
 
-static constexpr std::array commands = {&kpTagsCommand,   &kpTagCommand,    &kpRateCommand,
-                                        &kpFindCommand,   &kpInfoCommand,   &kpTypesCommand,
-                                        &kpQueryCommand,  &kpBackupCommand, &kpRestoreCommand,
-                                        &kpHealedCommand, &kpIndexCommand};
+static constexpr std::array commands = {
+    &kpTagsCommand,   &kpTagCommand,     &kpRateCommand,   &kpFindCommand,   &kpInfoCommand,
+    &kpTypesCommand,  &kpQueryCommand,   &kpFileCommand,   &kpManageCommand, &kpUnmanageCommand,
+    &kpBackupCommand, &kpRestoreCommand, &kpHealedCommand, &kpIndexCommand};
 
 // A closed standard stream must not let the next file that is opened take its number.
 static void keepStandardStreamsTaken()
@@ -94,6 +95,7 @@ static int run(const KPCommand &command, const QStringList &words)
     if (!UserDefaults::standard().boolValue(QStringLiteral("KPDebugLogging")))
         QLoggingCategory::setFilterRules(QStringLiteral("murn.info=false"));
     KarvexPrefs::chooseDomain();
+    XPTranslations::install(QLocale(QLocale::English)); // as all that this program prints
     // No dialogs from a shell: who may write a file as administrator says so with sudo.
     gAllowKarvexAuthenticationDialogs = false;
     KPCommandOutput output(*line);
