@@ -1,5 +1,20 @@
 #include "KPAppServices.h"
 
+#include "XPFiledDocuments.h"
+#include "XPLog.h"
+#include "XPPath.h"
+
+bool KPAppServices::setManaged(bool managed, const QString &path)
+{
+    m_worker.run(
+        [managed, path] {
+            if (const auto error = XPFiledDocuments::setManaged(managed, path))
+                qCWarning(xpLog).noquote() << XPPath::printable(path) << error->reason();
+        },
+        [] {});
+    return true;
+}
+
 void KPAppServices::revealInLibrary(const QStringList &paths)
 {
     Q_EMIT revealAsked(paths);

@@ -13,6 +13,8 @@ class KPAppServices : public QObject, public KPDocServices
     Q_OBJECT
 
 public:
+    // On the file worker, where the pause after each mark holds up nobody. What fails is logged.
+    bool setManaged(bool managed, const QString &path) override;
     void revealInLibrary(const QStringList &paths) override;
     void openInfoWindow(const QStringList &paths) override;
     void runFileWork(std::function<void()> work, std::function<void()> done) override;

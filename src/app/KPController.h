@@ -57,6 +57,9 @@ public:
     void revealSelected();
     void renameSelected();
     void trashSelected();
+    void fileSelected(); // with Alt held: copies into the managed folder
+    void moveSelected();
+    void copySelectedTo();
     void copySelected();
     void selectAll();
     void search();
@@ -97,6 +100,7 @@ private:
     void showCounts();
     void takeChanges(const QList<KPFileChange> &changes);
     void report(const KPEditReport &report);
+    void bringSelected(bool copies);
     void showFolders();
     QStringList suggestedTags() const;
 

@@ -6,9 +6,11 @@
 #include "KPDocIcons.h"
 #include "KPDocPrefs.h"
 #include "KPFileTypeRegistry.h"
+#include "KPFilingUpkeep.h"
 #include "KPIndexMonitor.h"
 #include "KPIndexedResults.h"
 #include "KPIndexedTypes.h"
+#include "KPProgress.h"
 #include "KPPrompts.h"
 #include "KPScreenshot.h"
 #include "KPSearchFolders.h"
@@ -19,6 +21,7 @@
 #include "KarvexPrefs.h"
 #include "UserDefaults.h"
 #include "XPFactorySettings.h"
+#include "XPFiledDocuments.h"
 #include "XPLog.h"
 #include "XPMoveRecovery.h"
 #include "XPTranslations.h"
@@ -91,13 +94,17 @@ static int run(const KPCommandLine &line)
     KPTagBackup backup(index->source());
     QObject::connect(&backup, &KPTagBackup::changed, &controller,
                      [&] { controller.showBackup(backup.activity(), backup.problem()); });
+    XPProgress::install(std::make_unique<KPProgress>(&controller));
+    const KPFilingUpkeep upkeep;
     controller.show();
     if (!line.screenshot.isEmpty())
         new KPScreenshot(&controller, line.screenshot, line.selection); // the controller's
     const int status = QApplication::exec();
     folders.stopObserving();
     folders.setIndex(nullptr);
+    XPProgress::install(nullptr);    // asks what is shown there to stop
     KPDocServices::install(nullptr); // ends when the file calls asked for are done
+    XPFiledDocuments::cleanup();
     KPDoc::stopMetaDataSearching();
     for (const auto &error :
          {KPFileTypeRegistry::instance().writeFileTypesPlist(), KPDocPrefs::saveState()}) {

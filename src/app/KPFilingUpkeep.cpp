@@ -1,0 +1,79 @@
+#include "KPFilingUpkeep.h"
+
+#include "UserDefaults.h"
+#include "XPFiledDocuments.h"
+#include "XPFilingWork.h"
+#include "XPLog.h"
+#include "XPPath.h"
+#include "XPPrompts.h"
+
+#include <QGuiApplication>
+
+static void logProblems(const XPFileReport &report)
+{
+    for (const XPFileStep &step : report.problems())
+        qCWarning(xpLog).noquote() << XPPath::printable(step.from) << step.problem->reason();
+}
+
+KPFilingUpkeep::KPFilingUpkeep(QObject *parent) : QObject(parent)
+{
+    xpGuiThread.assertHere();
+    connect(qGuiApp, &QGuiApplication::applicationStateChanged, this,
+            [this](Qt::ApplicationState state) {
+                if (state == Qt::ApplicationActive)
+                    becomeActive();
+            });
+    m_layout = UserDefaults::standard().addObserver(QStringLiteral("values.") +
+                                                        XPFiledDocuments::useYearMonthKey,
+                                                    [this](const PropertyValue &on) {
+                                                        if (on.boolValue())
+                                                            layoutChosen();
+                                                    });
+}
+
+void KPFilingUpkeep::becomeActive()
+{
+    xpGuiThread.assertHere();
+    XPNotificationCenter::instance().post(XPFiledDocuments::willBecomeActiveNotification);
+    XPFilingWork::run(
+        [] {
+            XPFileReport report = XPFiledDocuments::movePendingFilesToFiledDocuments();
+            report.steps += XPFiledDocuments::moveDocsAtRootOfFiledDocumentsToToday().steps;
+            return report;
+        },
+        &logProblems);
+}
+
+void KPFilingUpkeep::layoutChosen()
+{
+    xpGuiThread.assertHere();
+    XPFilingWork::run(
+        [] {
+            return XPFiledDocuments::usesFiledDocuments() &&
+                   XPFiledDocuments::hasYearMonthDayFolders();
+        },
+        [this](bool hasDays) {
+            if (hasDays)
+                offerConversion();
+        });
+}
+
+void KPFilingUpkeep::offerConversion()
+{
+    xpGuiThread.assertHere();
+    const XPPrompts::Question question{qtTrId("XPConvertTitle"),
+                                       qtTrId("XPConvertText"),
+                                       {qtTrId("XPConvertButton"), qtTrId("XPConvertLeaveButton")},
+                                       1};
+    XPPrompts::current().ask(question, [](int button) {
+        xpGuiThread.assertHere();
+        if (button != 0)
+            return;
+        XPFilingWork::runShown(
+            qtTrId("XPConvertProgress"), 0,
+            [](const XPFileRunOptions &options) {
+                return XPFiledDocuments::convertFromYearMonthDayToYearMonth(options);
+            },
+            &logProblems);
+    });
+}

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "XPNotificationCenter.h"
+
+#include <QObject>
+
+// What the managed folder needs while the program runs: whenever it comes to the front, what waits
+// in the inbox or lies in the folder's root is filed. When the user chooses folders of months, the
+// documents in folders of days may follow, if he wants.
+// Threads: main; its file calls run on the file worker (KPDocServices).
+class KPFilingUpkeep : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit KPFilingUpkeep(QObject *parent = nullptr);
+
+private:
+    void becomeActive();
+    void layoutChosen();
+    void offerConversion();
+
+    XPObservation m_layout;
+};
