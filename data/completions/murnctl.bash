@@ -22,6 +22,7 @@ _murnctl_options() {
         backup) printf '%s\n' --to --json --help ;;
         restore) printf '%s\n' --from --dry-run --json --help ;;
         healed) printf '%s\n' --undo --accept --json --help ;;
+        import) printf '%s\n' --json --help ;;
         index) printf '%s\n' --no-content --json --print0 --help ;;
         info) printf '%s\n' --json --help ;;
         types) printf '%s\n' --extension --tree --all --groups --json --help ;;
@@ -36,7 +37,7 @@ _murnctl() {
         if [[ $cur == -* ]]; then
             _murnctl_offer < <(_murnctl_options)
         else
-            _murnctl_offer <<<$'tags\ntag\nrate\nfind\ninfo\ntypes\nquery\nfile\nmanage\nunmanage\nbackup\nrestore\nhealed\nindex'
+            _murnctl_offer <<<$'tags\ntag\nrate\nfind\ninfo\ntypes\nquery\nfile\nmanage\nunmanage\nbackup\nrestore\nhealed\nimport\nindex'
         fi
         return
     fi

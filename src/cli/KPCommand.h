@@ -46,4 +46,5 @@ extern const KPCommand kpUnmanageCommand;
 extern const KPCommand kpBackupCommand;
 extern const KPCommand kpRestoreCommand;
 extern const KPCommand kpHealedCommand;
+extern const KPCommand kpImportCommand;
 extern const KPCommand kpIndexCommand;

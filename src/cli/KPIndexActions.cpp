@@ -2,6 +2,7 @@
 
 #include "IndexDifference.h"
 #include "IndexSettings.h"
+#include "KPImporterStatus.h"
 #include "KPIndexTexts.h"
 #include "KPProgressLine.h"
 #include "XPPath.h"
@@ -82,6 +83,7 @@ static void printText(const IndexStatus &status, KPIndexSession &session, KPComm
         field(rule.startsWith(u'!') ? "Taken in:" : "Left out:",
               output.name(rule.startsWith(u'!') ? rule.mid(1) : rule));
     field("Store:", output.name(IndexSettings::storePath()));
+    KPImporterStatus(IndexSettings::storePath()).printText(output);
     if (status.problems.isEmpty())
         field("Degraded:", "nothing");
     for (const IndexProblem &problem : status.problems)
@@ -117,7 +119,9 @@ static void printJson(const IndexStatus &status, KPIndexSession &session, KPComm
                  ",\n  \"degraded\": " + KPCommandOutput::json(KPIndexTexts::problems(status)) +
                  ",\n  \"roots\": [" + roots.join(", ") +
                  "],\n  \"exclusions\": " + KPCommandOutput::json(IndexSettings::rules()) +
-                 ",\n  \"store\": " + KPCommandOutput::json(IndexSettings::storePath()) + "\n}\n");
+                 ",\n  \"store\": " + KPCommandOutput::json(IndexSettings::storePath()));
+    KPImporterStatus(IndexSettings::storePath()).printJson(output);
+    output.write("\n}\n");
 }
 
 int KPIndexActions::status(const QString &, const KPCommandLine &, KPCommandOutput &output)

@@ -1,4 +1,6 @@
 // murnctl: tags, ratings and searches from the shell.
+#include "CagedImporter.h"
+#include "IndexSettings.h"
 #include "KPCommandOutput.h"
 #include "Karvex.h"
 #include "KarvexPrefs.h"
@@ -21,7 +23,7 @@
 static constexpr std::array commands = {
     &kpTagsCommand,   &kpTagCommand,     &kpRateCommand,   &kpFindCommand,   &kpInfoCommand,
     &kpTypesCommand,  &kpQueryCommand,   &kpFileCommand,   &kpManageCommand, &kpUnmanageCommand,
-    &kpBackupCommand, &kpRestoreCommand, &kpHealedCommand, &kpIndexCommand};
+    &kpBackupCommand, &kpRestoreCommand, &kpHealedCommand, &kpImportCommand, &kpIndexCommand};
 
 // A closed standard stream must not let the next file that is opened take its number.
 static void keepStandardStreamsTaken()
@@ -98,6 +100,7 @@ static int run(const KPCommand &command, const QStringList &words)
     XPTranslations::install(QLocale(QLocale::English)); // as all that this program prints
     // No dialogs from a shell: who may write a file as administrator says so with sudo.
     gAllowKarvexAuthenticationDialogs = false;
+    CagedImporter::install(IndexSettings::storePath());
     KPCommandOutput output(*line);
     return command.run(*line, output);
 }

@@ -1,3 +1,5 @@
+#include "CagedImporter.h"
+#include "IndexSettings.h"
 #include "KPAppServices.h"
 #include "KPAppearance.h"
 #include "KPCommandLine.h"
@@ -63,6 +65,16 @@ static void setUpServices()
     KPDocIcons::registerIcons();
 }
 
+// The user may have the reading of documents stand still, with the setting "KPImportPaused".
+static XPObservation followImportPause(ImportPause &pause)
+{
+    const auto follow = [&pause](const PropertyValue &value) {
+        pause.set(ImportPause::Asked, value.boolValue());
+    };
+    follow(UserDefaults::standard().value(QStringLiteral("KPImportPaused")));
+    return UserDefaults::standard().addObserver(QStringLiteral("values.KPImportPaused"), follow);
+}
+
 static int run(const KPCommandLine &line)
 {
     setUpServices();
@@ -70,6 +82,9 @@ static int run(const KPCommandLine &line)
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/app/com.brindle.murn.svg")));
     const KPAppearance appearance(line.colours);
     xpGuiThread.assertHere();
+    ImportManners manners;
+    const XPObservation pause = followImportPause(manners.pause());
+    CagedImporter::install(IndexSettings::storePath(), &manners);
     const auto index = MetadataIndex::open();
     const KPTagHealer healer(*index);
     KPDocCache::intializeGlobals();

@@ -1,13 +1,29 @@
 #include "CagedImporter.h"
 
+#include "IndexImporters.h"
 #include "KPContentTypes.h"
 #include "XPPath.h"
+#include "XPPrograms.h"
 
 #include <algorithm>
 
 CagedImporter::CagedImporter(const ImportWorker::Setup &setup, const QString &attempts)
     : m_worker(setup), m_attempts(attempts)
 {
+}
+
+QString CagedImporter::attemptsOf(const QString &storePath)
+{
+    return storePath + QStringLiteral(".importing");
+}
+
+void CagedImporter::install(const QString &storePath, ImportManners *manners)
+{
+    IndexImporters::install([attempts = attemptsOf(storePath), manners] {
+        const ImportWorker::Setup setup = {.program = XPPrograms::helper("murn-importer"),
+                                           .manners = manners};
+        return std::make_unique<CagedImporter>(setup, attempts);
+    });
 }
 
 XPResult<ImportHello> CagedImporter::hello() const
@@ -26,21 +42,6 @@ bool CagedImporter::accepts(const QString &type) const
     const QStringList tree = KPContentTypes::typeTree(type);
     return std::any_of(tree.begin(), tree.end(),
                        [&](const QString &each) { return known->types.contains(each); });
-}
-
-QStringList CagedImporter::problems() const
-{
-    const auto known = hello();
-    if (!known)
-        return {QStringLiteral("contents cannot be read: ") + known.error().message};
-    QStringList problems;
-    if (known->landlock == 0)
-        problems << QStringLiteral("the kernel has no Landlock: documents are read with less "
-                                   "protection, some of them without their fonts");
-    if (!known->seccomp)
-        problems << QStringLiteral("the kernel filters no system calls: documents are read with "
-                                   "less protection");
-    return problems;
 }
 
 XPResult<IndexImporter::Content> CagedImporter::contentOf(const ImportDocument &document,

@@ -19,11 +19,15 @@ public:
     // `attempts`: the file of ImportAttempts.
     CagedImporter(const ImportWorker::Setup &setup, const QString &attempts);
 
+    // Has every index that this process opens from now on read documents so. `manners`: when to
+    // stand still; outlives the index; null: never. Before the index is opened.
+    static void install(const QString &storePath, ImportManners *manners = nullptr);
+    // Where the attempts of the index at `storePath` are written down.
+    static QString attemptsOf(const QString &storePath);
+
     bool accepts(const QString &type) const override;
     XPResult<Content> import(const QByteArray &path, const QString &type,
                              const std::stop_token &stop) override;
-    // What is degraded, in words: no importer, no Landlock, no seccomp. Starts the importer.
-    QStringList problems() const;
 
 private:
     XPResult<ImportHello> hello() const;

@@ -19,7 +19,7 @@ static constexpr int patience = 12;
 static constexpr milliseconds secondLook = 250ms;
 
 ImportWorker::ImportWorker(Setup setup)
-    : m_setup(std::move(setup)), m_pause(m_setup.pause ? *m_setup.pause : m_noPause),
+    : m_setup(std::move(setup)), m_pause(m_setup.manners ? m_setup.manners->pause() : m_noPause),
       m_bell(m_pause)
 {
 }
@@ -155,6 +155,14 @@ ImportWorker::Break ImportWorker::broken(DocumentFailure failure, const QString 
 
 // --- Jobs
 
+// As poll() takes it; below 0 is for ever. Manners have to be looked after now and then.
+int ImportWorker::timeout(milliseconds left) const
+{
+    if (m_setup.manners && (left < 0ms || left > ImportManners::interval))
+        left = ImportManners::interval;
+    return static_cast<int>(left.count());
+}
+
 // Until a frame is there, the time over or `stop` said.
 ImportWorker::Outcome ImportWorker::wait(milliseconds limit, bool mayPause,
                                          const std::stop_token &stop)
@@ -167,12 +175,14 @@ ImportWorker::Outcome ImportWorker::wait(milliseconds limit, bool mayPause,
             m_process.reset();
             return XPError::make(XPError::Kind::Cancelled, QStringLiteral("stopped"));
         }
+        if (m_setup.manners)
+            m_setup.manners->look();
         watch.hold(mayPause && m_pause.reasons() != 0);
         const auto left = watch.left();
         if (!left)
             return broken(DocumentFailure::TimedOut, QStringLiteral("took too long"));
         pollfd events[] = {{m_process->socket(), POLLIN, 0}, {m_bell.descriptor(), POLLIN, 0}};
-        ::poll(events, std::size(events), static_cast<int>(left->count()));
+        ::poll(events, std::size(events), timeout(*left));
         auto received = receive();
         if (auto *frame = std::get_if<ImportFrame>(&received))
             return std::move(*frame);

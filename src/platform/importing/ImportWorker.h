@@ -1,7 +1,7 @@
 #pragma once
 
+#include "ImportManners.h"
 #include "ImportMessages.h"
-#include "ImportPause.h"
 #include "ImportProcess.h"
 
 #include <stop_token>
@@ -21,7 +21,7 @@ public:
         QByteArray program;
         bool idle = true;
         std::chrono::milliseconds limit{5000}; // a file, unless it is large (limitFor())
-        ImportPause *pause = nullptr;          // outlives the worker; may be null
+        ImportManners *manners = nullptr;      // when to stand still; outlives the worker
     };
     // The document broke its importer.
     struct Break
@@ -50,6 +50,7 @@ private:
     bool hasUnaskedBytes() const;
     bool send(const ImportFrame &frame, int document) const;
     std::variant<std::monostate, ImportFrame, Break> receive();
+    int timeout(std::chrono::milliseconds left) const;
     Outcome wait(std::chrono::milliseconds limit, bool mayPause, const std::stop_token &stop);
     Break broken(DocumentFailure failure, const QString &reason = {});
 

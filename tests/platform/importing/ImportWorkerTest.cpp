@@ -133,12 +133,13 @@ static bool hasStoppedChild()
 TEST(ImportWorker, StandsStillWhilePaused)
 {
     const TestFolder folder;
-    ImportPause pause;
+    ImportManners manners({[] { return false; }, [] { return std::nullopt; }});
+    ImportPause &pause = manners.pause();
     auto setup = hostile(100ms);
-    setup.pause = &pause;
+    setup.manners = &manners;
     ImportWorker worker(setup);
     ASSERT_TRUE(worker.hello());
-    pause.set(ImportPause::Battery, true);
+    pause.set(ImportPause::Pictures, true);
     pause.set(ImportPause::Asked, true);
     auto outcome = std::async(std::launch::async, [&] {
         return run(worker, folder.file(QStringLiteral("file.compute")));
@@ -147,7 +148,7 @@ TEST(ImportWorker, StandsStillWhilePaused)
     while (!hasStoppedChild() && std::chrono::steady_clock::now() < deadline)
         std::this_thread::yield();
     EXPECT_TRUE(hasStoppedChild());
-    pause.set(ImportPause::Battery, false);
+    pause.set(ImportPause::Pictures, false);
     EXPECT_TRUE(hasStoppedChild());
     pause.set(ImportPause::Asked, false);
     ASSERT_EQ(outcome.wait_for(60s), std::future_status::ready);

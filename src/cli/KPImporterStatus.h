@@ -1,0 +1,27 @@
+#pragma once
+
+#include "KPCommandOutput.h"
+
+// How documents are read on this machine, for `index status`: how the importer is shut in, and
+// which documents are left alone because they broke it.
+// Threads: main; starts the importer for a moment.
+class KPImporterStatus
+{
+public:
+    // `storePath`: of the index.
+    explicit KPImporterStatus(const QString &storePath);
+
+    // Lines "LABEL TEXT"; members of an object, each with a comma before it.
+    void printText(KPCommandOutput &output) const;
+    void printJson(KPCommandOutput &output) const;
+
+private:
+    struct Alone
+    {
+        QString path;
+        QString reason;
+    };
+    QString m_cage;
+    bool m_isWhole = false; // nothing of the cage is missing
+    QList<Alone> m_alone;
+};
