@@ -380,6 +380,12 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPIndexContentsNotSaved">
         <translation>Was in Dateien gefunden wurde, lässt sich im Moment nicht sichern: %1.</translation>
     </message>
+    <message id="KPIndexContentsRate" numerus="yes">
+        <translation>
+            <numerusform>(%1 pro Sekunde, noch etwa %n Minute)</numerusform>
+            <numerusform>(%1 pro Sekunde, noch etwa %n Minuten)</numerusform>
+        </translation>
+    </message>
     <message id="KPIndexContentsUnsearchable">
         <translation>Inhalte können nicht durchsucht werden: %1.</translation>
     </message>

@@ -382,6 +382,12 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPIndexContentsNotSaved">
         <translation>What was found inside files cannot be saved at the moment: %1.</translation>
     </message>
+    <message id="KPIndexContentsRate" numerus="yes">
+        <translation>
+            <numerusform>(%1 a second, about %n minute left)</numerusform>
+            <numerusform>(%1 a second, about %n minutes left)</numerusform>
+        </translation>
+    </message>
     <message id="KPIndexContentsUnsearchable">
         <translation>Contents cannot be searched: %1.</translation>
     </message>

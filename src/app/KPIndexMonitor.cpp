@@ -74,6 +74,7 @@ void KPIndexMonitor::takeAnswer()
 void KPIndexMonitor::take(const IndexStatus &status)
 {
     m_status = status;
+    m_progress.note(status.contentsWaiting, ImportProgress::Clock::now());
     if (!activity().isEmpty())
         m_timer.start();
     Q_EMIT changed();
@@ -104,8 +105,15 @@ QString KPIndexMonitor::activity() const
     }
     if (m_status.contentsWaiting == 0)
         return {};
-    return qtTrId("KPIndexContents", static_cast<int>(m_status.contentsWaiting))
-        .arg(locale.toString(m_status.contentsWaiting));
+    const QString waiting = qtTrId("KPIndexContents", static_cast<int>(m_status.contentsWaiting))
+                                .arg(locale.toString(m_status.contentsWaiting));
+    const auto left = m_progress.left();
+    if (!left)
+        return waiting;
+    const int minutes = static_cast<int>(std::min<qint64>(left->count() / 60 + 1, 100'000));
+    return waiting + u' ' +
+           qtTrId("KPIndexContentsRate", minutes)
+               .arg(locale.toString(*m_progress.filesPerSecond(), 'f', 0));
 }
 
 bool KPIndexMonitor::isIndexed(const QString &folder) const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ImportProgress.h"
 #include "MetadataIndex.h"
 #include "XPMutex.h"
 
@@ -46,6 +47,7 @@ private:
 
     MetadataIndex &m_index;
     IndexStatus m_status;
+    ImportProgress m_progress;
     QTimer m_timer;
     int m_listener;
     bool m_isAsking = false;

@@ -1,5 +1,6 @@
 #include "KPIndexSession.h"
 
+#include "ImportProgress.h"
 #include "KPProgressLine.h"
 #include "XPTranslations.h"
 
@@ -30,14 +31,33 @@ QString KPIndexSession::describe(const IndexStatus &status)
     return QStringLiteral("up to date");
 }
 
+// " (120 a second, about 3 min left)"; empty while nothing can be said.
+static QString describe(const ImportProgress &reading)
+{
+    const auto left = reading.left();
+    if (!left)
+        return {};
+    const qint64 minutes = (left->count() + 59) / 60;
+    const QString time = left->count() < 60 ? QStringLiteral("%1 s").arg(left->count())
+                         : minutes < 120    ? QStringLiteral("%1 min").arg(minutes)
+                                            : QStringLiteral("%1 h").arg((minutes + 59) / 60);
+    return QStringLiteral(" (%1 a second, about %2 left)")
+        .arg(*reading.filesPerSecond(), 0, 'f', *reading.filesPerSecond() < 10 ? 1 : 0)
+        .arg(time);
+}
+
 bool KPIndexSession::catchUp(bool contents)
 {
     KPProgressLine progress;
+    ImportProgress reading;
     const auto isInterrupted = [this] { return m_interrupt.happened(); };
     const auto stop = [&] {
         if (progress.isDue()) {
-            if (const auto status = m_index->status(isInterrupted))
-                progress.show(QStringLiteral("murnctl: ") + describe(*status));
+            if (const auto status = m_index->status(isInterrupted)) {
+                reading.note(status->contentsWaiting, ImportProgress::Clock::now());
+                progress.show(QStringLiteral("murnctl: ") + describe(*status) +
+                              ::describe(reading));
+            }
         }
         return isInterrupted();
     };
