@@ -64,6 +64,9 @@ struct State
     std::array<Shared<XPAttributeCache>, KPDocMetaData::attributeCount> caches;
     std::array<std::atomic<bool>, KPDocMetaData::attributeCount> asked = {};
     std::unique_ptr<QObject> timers; // main thread; dies with the searching
+    // Instead of the caches, once holdFilledValues() was called.
+    std::array<XPAttributeTable, KPDocMetaData::attributeCount> held;
+    std::atomic<bool> holds = false;
 };
 
 } // namespace
@@ -166,6 +169,8 @@ static void startWhenFirstAsked(Attribute attribute)
 XPAttributeValuePtr KPDocMetaData::value(Attribute attribute, KPPooledString path)
 {
     startWhenFirstAsked(attribute);
+    if (state().holds && !state().caches[attribute].isSet())
+        return state().held[attribute].find(path).value;
     XPAttributeValuePtr value;
     state().caches[attribute].with(
         [&](XPAttributeCache &cache) { value = cache.attributeAtPath(path); });
@@ -181,6 +186,34 @@ std::optional<XPError> KPDocMetaData::errorAt(Attribute attribute, KPPooledStrin
     XPError error = *found;
     error.path = path.toString();
     return error;
+}
+
+const QString &KPDocMetaData::key(Attribute attribute)
+{
+    return kindOf(attribute).key;
+}
+
+void KPDocMetaData::holdFilledValues()
+{
+    state().holds = true;
+}
+
+XPAttributeValuePtr KPDocMetaData::fill(Attribute attribute, KPPooledString path,
+                                        const XPResult<PropertyValue> &raw, Known known)
+{
+    const auto &transformer = kindOf(attribute).transformer;
+    XPAttributeValuePtr value;
+    if (!raw)
+        value = XPAttributeCache::unreadable(raw.error());
+    else if (!raw->isNull())
+        value = transformer ? transformer(*raw) : XPAttributeOf<PropertyValue>::make(*raw);
+    if (state().holds && !state().caches[attribute].isSet()) {
+        state().held[attribute].store(path, value);
+        return value;
+    }
+    state().caches[attribute].with(
+        [&](XPAttributeCache &cache) { value = cache.fill(value, path, known == Known::Kept); });
+    return value;
 }
 
 KPTagName::Tags KPDocMetaData::tags(Attribute attribute, KPPooledString path)

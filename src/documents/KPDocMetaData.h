@@ -25,6 +25,16 @@ std::optional<XPError> errorAt(Attribute attribute, KPPooledString path);
 KPTagName::Tags tags(Attribute attribute, KPPooledString path);
 // A value that this program wrote.
 void setValue(Attribute attribute, KPPooledString path, const XPAttributeValuePtr &value);
+// A value that came with the results of a query (Known::Kept: an older one stays, its cache hears
+// of changes by itself), or that was read from the file just now (Known::Replaced). Nobody is
+// told. The answer is what is held from now on, or would be if the cache were started.
+enum class Known { Kept, Replaced };
+XPAttributeValuePtr fill(Attribute attribute, KPPooledString path,
+                         const XPResult<PropertyValue> &raw, Known known);
+// The attribute's key.
+const QString &key(Attribute attribute);
+// For a program without caches: what fill() brings is held from now on, and nothing else is.
+void holdFilledValues();
 // Every cache looks the path up again when it is next asked.
 void unCacheDataAtPath(KPPooledString path);
 // Has a cache look at these files soon.

@@ -82,6 +82,18 @@ void XPAttributeCache::setAttribute(const XPAttributeValuePtr &value, KPPooledSt
     XPNotificationCenter::instance().post(QStringLiteral("documentChanging"), path.toString());
 }
 
+XPAttributeValuePtr XPAttributeCache::fill(const XPAttributeValuePtr &value, KPPooledString path,
+                                           bool unknownOnly)
+{
+    const XPLocker lock(m_pathsToFixLock);
+    if (!unknownOnly || m_values.find(path).isUnknown) {
+        endLookups(path);
+        m_values.store(path, value);
+        return value;
+    }
+    return m_values.find(path).value;
+}
+
 void XPAttributeCache::unCacheDataAtPath(KPPooledString path)
 {
     const XPLocker lock(m_pathsToFixLock);

@@ -51,6 +51,10 @@ public:
     XPAttributeValuePtr attributeAtPathCacheOnly(KPPooledString path) const;
     // A value that this program just wrote; null: it removed the attribute.
     void setAttribute(const XPAttributeValuePtr &value, KPPooledString path);
+    // A value that came from elsewhere, already as it is held: nobody is told. `unknownOnly`: what
+    // is known stays. Answers what is held then.
+    XPAttributeValuePtr fill(const XPAttributeValuePtr &value, KPPooledString path,
+                             bool unknownOnly);
     // The next read queues it.
     void unCacheDataAtPath(KPPooledString path);
 

@@ -124,6 +124,7 @@ public:
 
     // A row back as the record it was made from, attributes included.
     IndexRecord record(IndexSlot slot) const;
+    XPFileInfo info(IndexSlot slot) const; // the facts of it alone
     // One value: attributes on the file over told and imported ones. Null: absent.
     PropertyValue attribute(IndexSlot slot, const QString &name) const;
     // The entries of a row's values that count; good as long as the Reading.

@@ -165,6 +165,22 @@ RowSet IndexCatalog::below(IndexSlot folder) const
     return rows;
 }
 
+XPFileInfo IndexCatalog::info(IndexSlot slot) const
+{
+    const IndexChunk &chunk = chunkOf(slot);
+    const quint32 row = rowOf(slot);
+    XPFileInfo info;
+    info.mode = chunk.modes[row];
+    info.size = chunk.sizes[row];
+    info.modified = chunk.modified[row];
+    info.changed = chunk.changed[row];
+    info.birth = chunk.birth(row);
+    info.inode = chunk.inodes[row];
+    const quint16 device = chunk.devices[row];
+    info.device = device < d->devices.size() ? d->devices[device] : 0;
+    return info;
+}
+
 IndexRecord IndexCatalog::record(IndexSlot slot) const
 {
     const IndexChunk &chunk = chunkOf(slot);
@@ -173,14 +189,7 @@ IndexRecord IndexCatalog::record(IndexSlot slot) const
     record.item = chunk.items[row];
     record.parent = chunk.parents[row];
     record.name = chunk.name(row);
-    record.info.mode = chunk.modes[row];
-    record.info.size = chunk.sizes[row];
-    record.info.modified = chunk.modified[row];
-    record.info.changed = chunk.changed[row];
-    record.info.birth = chunk.birth(row);
-    record.info.inode = chunk.inodes[row];
-    const quint16 device = chunk.devices[row];
-    record.info.device = device < d->devices.size() ? d->devices[device] : 0;
+    record.info = info(slot);
     record.type = d->types[chunk.types[row]];
     record.attributes = attributesOf(slot, IndexValues::Origin::File);
     record.imported = attributesOf(slot, IndexValues::Origin::Imported);
