@@ -1,8 +1,9 @@
 // murnctl find: prints the documents of a search state.
 #include "IndexSettings.h"
 #include "KPFindOptions.h"
-#include "KPIndexedState.h"
+#include "KPIndexFilter.h"
 #include "KPResultsRun.h"
+#include "KPSearcher.h"
 #include "KPStateFile.h"
 #include "XPPath.h"
 
@@ -27,13 +28,13 @@ static std::optional<QString> queryOf(const KPSearchState::Ptr &state)
 {
     if (state->isFinderListing() || state->isFileListSearch() || state->utiIsInconsistent())
         return {};
-    return KPIndexedState(state).text();
+    return KPIndexFilter(KPSearcher::allDocumentsOf(state)).text();
 }
 
 static int explain(const KPSearchState::Ptr &state, KPCommandOutput &output)
 {
     const std::optional<QString> query = queryOf(state);
-    const KPIndexedState::Scope scope = KPIndexedState::scopeOf(*state);
+    const KPIndexFilter::Scope scope = KPIndexFilter::scopeOf(*state);
     QStringList folders = scope.folders;
     if (scope.everywhere) {
         for (const QString &root : IndexSettings::allRoots())
@@ -60,16 +61,15 @@ static bool needsContents(const KPSearchState &state)
     return !text.isEmpty() && (state.searchContents() || state.searchMetaData());
 }
 
-static int search(const KPSearchState::Ptr &state, KPResultsRun::Options how,
+static int search(const KPSearchState::Ptr &state, const KPResultsRun::Options &how,
                   KPCommandOutput &output)
 {
     KPIndexSession session(output);
-    if (!session.catchUp(needsContents(*state)))
+    // A listing looks at the disk itself.
+    const bool asksIndex = !state->isFinderListing() && !state->isFileListSearch();
+    if (asksIndex && !session.catchUp(needsContents(*state)))
         return KPExitInterrupted;
-    how.documents = true;
-    return KPResultsRun(how, session, output).run([&](KPIndexedResults &source) {
-        source.setSearchState(state);
-    });
+    return KPResultsRun(how, session, output).search(state);
 }
 
 static int run(const KPCommandLine &line, KPCommandOutput &output)
@@ -102,7 +102,9 @@ const KPCommand kpFindCommand = {
     "Each WORD is in the name of the file, in any case and with or without accents. Words that\n"
     "mean more: \"quoted phrases\"; after --, -WORD (without it); tag:TAG; rating:>=3; name:WORD\n"
     "(whatever the other options); .pdf (a type); mdq:QUERY (see 'murnctl query --help').\n"
-    "Documents are the files of a folder and of the folders in it, as the metadata index holds\n"
-    "them; hidden ones (.name) are left out. Their paths are printed in no order.\n",
+    "Documents are the files and packages of a folder and of the folders in it, as the metadata\n"
+    "index holds them; hidden ones (.name) are left out. --list-folder and a state's list of\n"
+    "files look at the disk instead: every WORD is in the name then. Paths are printed in no\n"
+    "order. With --live, what goes is told six seconds later, as it may be being saved.\n",
     KPResultsRun::commandOptions(KPFindOptions::commandOptions()),
     run};

@@ -35,9 +35,7 @@ static int run(const KPCommandLine &line, KPCommandOutput &output)
     KPIndexSession session(output);
     if (!session.catchUp(KPResultsRun::asksForContent(text)))
         return KPExitInterrupted;
-    return KPResultsRun(*options, session, output).run([&](KPIndexedResults &source) {
-        source.setQuery(text, folders);
-    });
+    return KPResultsRun(*options, session, output).query(text, folders);
 }
 
 const KPCommand kpQueryCommand = {

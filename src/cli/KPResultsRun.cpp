@@ -1,5 +1,7 @@
 #include "KPResultsRun.h"
 
+#include "KPIndexCoverage.h"
+#include "KPSearcher.h"
 #include "MDQueryParser.h"
 #include "XPFolders.h"
 #include "XPPath.h"
@@ -86,16 +88,12 @@ KPResultsRun::KPResultsRun(const Options &options, KPIndexSession &session, KPCo
 {
 }
 
-int KPResultsRun::run(const std::function<void(KPIndexedResults &)> &start)
+int KPResultsRun::run()
 {
-    KPIndexedResults source(m_session.index().source(), m_options.live
-                                                            ? KPIndexedResults::Mode::Live
-                                                            : KPIndexedResults::Mode::Once);
-    connectTo(source);
     connect(&m_session.interrupt(), &KPInterrupt::interrupted, this, [this] { end(); });
-    start(source);
-    QCoreApplication::exec();
-    source.stop();
+    if (!m_isEnded)
+        QCoreApplication::exec();
+    m_isEnded = true;
     // Who follows changes ends it like this; whatever else was interrupted is not complete.
     if (m_session.interrupt().happened() && !m_options.live)
         return KPExitInterrupted;
@@ -106,63 +104,201 @@ int KPResultsRun::run(const std::function<void(KPIndexedResults &)> &start)
     return m_output.exitStatus();
 }
 
-void KPResultsRun::connectTo(KPResultSource &source)
-{
-    connect(&source, &KPResultSource::documentsAdded, this, &KPResultsRun::added);
-    connect(&source, &KPResultSource::documentsChanged, this,
-            [this](const QList<KPFoundDocument> &documents) {
-                for (const KPFoundDocument &document : documents) {
-                    printChange('~', document.path);
-                    reportError(document);
-                }
-                if (!m_output.flush())
-                    end();
-            });
-    connect(&source, &KPResultSource::documentsRemoved, this, [this](const QStringList &paths) {
-        for (const QString &path : paths)
-            printChange('-', path);
-        if (!m_output.flush())
-            end();
-    });
-    connect(&source, &KPResultSource::finished, this, &KPResultsRun::finished);
-}
-
 void KPResultsRun::end()
 {
     m_isEnded = true;
     QCoreApplication::exit();
 }
 
-void KPResultsRun::added(const QList<KPFoundDocument> &documents)
+// --- The documents of a state
+
+int KPResultsRun::search(const KPSearchState::Ptr &state)
 {
-    for (const KPFoundDocument &document : documents) {
+    m_documents = true;
+    m_isListing = state->isFinderListing() || state->isFileListSearch();
+    KPThreadedSearcher::Setup setup;
+    setup.live = m_options.live;
+    setup.makesRecords = false;
+    setup.countsTags = false;
+    setup.firstMaximum = 0;
+    setup.maximum = 0;
+    setup.pickUp = std::chrono::milliseconds(0); // nobody types here
+    if (m_isListing)
+        KPDocMetaData::holdFilledValues();
+    KPThreadedSearcher searcher(m_session.index().source(), this, setup);
+    searcher.startSearchThread();
+    searcher.newSearchState(KPSearcher::allDocumentsOf(state));
+    return run();
+}
+
+KPDocValues KPResultsRun::valuesAt(const QString &path) const
+{
+    if (m_isListing)
+        return KPDocValues::ofFile(path);
+    const IndexCatalog &catalog = m_session.index().source().catalog();
+    const IndexCatalog::Reading reading(catalog);
+    const IndexSlot slot = catalog.slotOf(catalog.itemAtPath(XPPath::encode(path)));
+    return slot == IndexCatalog::noSlot ? KPDocValues() : KPDocValues::ofRow(catalog, slot);
+}
+
+void KPResultsRun::updatedResults(const KPResultsDelivery::Ptr &delivery)
+{
+    if (m_isEnded)
+        return;
+    const KPResultsDifference &difference = delivery->difference;
+    for (const auto &told : difference.removed)
+        printChange('-', told.path.toString());
+    for (size_t i = 0; i < difference.changed.size(); ++i) {
+        const KPPooledString before = difference.changed[i].path;
+        const KPPooledString now = delivery->changedPaths[i];
+        if (now != before)
+            printChange('-', before.toString());
+        printChange(now != before ? '+' : '~', now.toString());
+        reportProblem(now.toString(), valuesAt(now.toString()));
+    }
+    for (const KPPooledString path : delivery->addedPaths) {
+        const KPDocValues values = valuesAt(path.toString());
+        add(path.toString(), &values);
         if (m_isEnded)
             return;
-        ++m_count;
-        if (m_options.live)
-            printChange('+', document.path);
-        else if (!m_options.count)
-            printDocument(document);
-        reportError(document);
-        if (m_count == m_options.limit)
-            end();
+    }
+    const IndexCatalog &catalog = m_session.index().source().catalog();
+    for (const IndexItem item : delivery->items) {
+        QString path;
+        KPDocValues values;
+        {
+            const IndexCatalog::Reading reading(catalog);
+            const IndexSlot slot = catalog.slotOf(item);
+            if (slot == IndexCatalog::noSlot)
+                continue;
+            path = XPPath::decode(catalog.path(slot));
+            values = KPDocValues::ofRow(catalog, slot);
+        }
+        add(path, &values);
+        if (m_isEnded)
+            return;
     }
     if (!m_output.flush())
         end();
 }
 
-void KPResultsRun::printDocument(const KPFoundDocument &document)
+void KPResultsRun::searchDone(const QStringList &problems)
 {
-    if (!m_output.isJson()) {
-        m_output.writeRecord(m_output.name(document.path));
+    if (m_isEnded)
         return;
+    for (const QString &problem : problems)
+        m_output.fail(problem);
+    if (!m_options.live)
+        end();
+}
+
+// --- What a query matches
+
+int KPResultsRun::query(const QString &text, const QStringList &folders)
+{
+    IndexSource &source = m_session.index().source();
+    const auto created = MDQuery::create(source, text);
+    if (!created) {
+        m_output.fail(created.error().message);
+        return m_output.exitStatus();
     }
-    m_output.write((m_count == 1 ? "[\n  {\"path\": " : ",\n  {\"path\": ") +
-                   KPCommandOutput::json(document.path));
-    if (m_options.documents)
-        m_output.write(", \"tags\": " + KPCommandOutput::json(document.tags) + ", \"rating\": " +
-                       QByteArray::number(document.rating, 'g', QLocale::FloatingPointShortest));
-    m_output.write("}");
+    MDQuery &query = **created;
+    query.setSearchScope(folders);
+    connect(&query, &MDQuery::progress, this, [&] { takeQueryItems(query); });
+    connect(&query, &MDQuery::finished, this, [&] {
+        takeQueryItems(query);
+        QStringList problems;
+        for (const QString &folder : folders) {
+            if (const QString problem = KPIndexCoverage::problem(source, folder);
+                !problem.isEmpty())
+                problems.append(problem);
+        }
+        searchDone(problems);
+    });
+    connect(&query, &MDQuery::updated, this, &KPResultsRun::takeQueryChanges);
+    query.execute(m_options.live ? MDQuery::Options(MDQuery::WantsUpdates) : MDQuery::Options());
+    return run();
+}
+
+static QString pathOf(const IndexCatalog &catalog, IndexItem item, size_t *facts)
+{
+    const IndexCatalog::Reading reading(catalog);
+    const IndexSlot slot = catalog.slotOf(item);
+    if (slot == IndexCatalog::noSlot)
+        return {};
+    *facts = KPResultCounts::Values::factsOf(catalog.info(slot));
+    return XPPath::decode(catalog.path(slot));
+}
+
+void KPResultsRun::takeQueryItems(MDQuery &query)
+{
+    const IndexCatalog &catalog = m_session.index().source().catalog();
+    for (; m_taken < query.resultCount() && !m_isEnded; ++m_taken) {
+        size_t facts = 0;
+        const IndexItem item = query.itemAt(m_taken);
+        const QString path = pathOf(catalog, item, &facts);
+        if (path.isEmpty())
+            continue;
+        if (m_options.live)
+            m_shown.insert(item, {path, facts});
+        add(path, nullptr);
+    }
+    if (!m_output.flush())
+        end();
+}
+
+void KPResultsRun::takeQueryChanges(const QList<IndexItem> &added, const QList<IndexItem> &changed,
+                                    const QList<IndexItem> &removed)
+{
+    const IndexCatalog &catalog = m_session.index().source().catalog();
+    QList<std::pair<IndexItem, Shown>> present;
+    for (const IndexItem item : removed) {
+        if (const Shown shown = m_shown.take(item); !shown.path.isEmpty())
+            printChange('-', shown.path);
+    }
+    // All that leaves its place goes before anything takes one: two may have changed places.
+    for (const IndexItem item : added + changed) {
+        Shown now;
+        now.path = pathOf(catalog, item, &now.facts);
+        const Shown before = m_shown.value(item);
+        if (!before.path.isEmpty() && before.path != now.path)
+            printChange('-', m_shown.take(item).path);
+        if (!now.path.isEmpty())
+            present.emplaceBack(item, now);
+    }
+    for (const auto &[item, now] : present) {
+        const auto shown = m_shown.constFind(item);
+        if (shown == m_shown.cend() || shown->facts != now.facts)
+            printChange(shown == m_shown.cend() ? '+' : '~', now.path);
+        m_shown.insert(item, now);
+    }
+    if (!m_output.flush())
+        end();
+}
+
+// --- Printing
+
+// Values of a document; null for what a query matched.
+void KPResultsRun::add(const QString &path, const KPDocValues *values)
+{
+    ++m_count;
+    if (m_options.live) {
+        printChange('+', path);
+    } else if (!m_options.count && !m_output.isJson()) {
+        m_output.writeRecord(m_output.name(path));
+    } else if (!m_options.count) {
+        m_output.write((m_count == 1 ? "[\n  {\"path\": " : ",\n  {\"path\": ") +
+                       KPCommandOutput::json(path));
+        if (values != nullptr)
+            m_output.write(
+                ", \"tags\": " + KPCommandOutput::json(values->tags()) + ", \"rating\": " +
+                QByteArray::number(values->rating(), 'g', QLocale::FloatingPointShortest));
+        m_output.write("}");
+    }
+    if (values != nullptr)
+        reportProblem(path, *values);
+    if (m_count == m_options.limit)
+        end();
 }
 
 void KPResultsRun::printChange(char sign, const QString &path)
@@ -170,16 +306,8 @@ void KPResultsRun::printChange(char sign, const QString &path)
     m_output.writeRecord(sign + (' ' + m_output.name(path)));
 }
 
-void KPResultsRun::reportError(const KPFoundDocument &document)
+void KPResultsRun::reportProblem(const QString &path, const KPDocValues &values)
 {
-    if (m_options.documents && !document.error.isEmpty())
-        m_output.fail(document.path, document.error);
-}
-
-void KPResultsRun::finished(const QStringList &problems)
-{
-    for (const QString &problem : problems)
-        m_output.fail(problem);
-    if (!m_options.live)
-        end();
+    if (const QString problem = values.problem(); !problem.isEmpty())
+        m_output.fail(path, problem);
 }

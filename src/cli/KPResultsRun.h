@@ -1,11 +1,11 @@
 #pragma once
 
 #include "KPIndexSession.h"
-#include "KPIndexedResults.h"
+#include "KPThreadedSearcher.h"
 
 // Prints what a search finds until it is done or, live, until the process is interrupted: what
 // `murnctl find` and `murnctl query` have in common. Main thread.
-class KPResultsRun : public QObject
+class KPResultsRun : public QObject, private KPThreadedSearcher::Delegate
 {
 public:
     struct Options
@@ -13,7 +13,6 @@ public:
         bool live = false;
         bool count = false;
         std::optional<qint64> limit;
-        bool documents = false; // tell of unreadable tags; JSON with tags and rating
     };
     // From --live, --count and --limit, which are checked to go together.
     static XPResult<Options> optionsOf(const KPCommandLine &line);
@@ -28,21 +27,38 @@ public:
 
     KPResultsRun(const Options &options, KPIndexSession &session, KPCommandOutput &output);
 
-    // Runs the event loop; answers the exit status. `start` gives the source its task.
-    int run(const std::function<void(KPIndexedResults &)> &start);
+    // Run the event loop; answer the exit status. The documents of a state, with word of tags that
+    // cannot be read, and in JSON with tags and rating; all that a query's text matches below the
+    // folders (none: everywhere), be it a document, a folder or hidden.
+    int search(const KPSearchState::Ptr &state);
+    int query(const QString &text, const QStringList &folders);
 
 private:
-    void connectTo(KPResultSource &source);
+    int run();
     void end();
-    void added(const QList<KPFoundDocument> &documents);
-    void printDocument(const KPFoundDocument &document);
+    void updatedResults(const KPResultsDelivery::Ptr &delivery) override;
+    void searchDone(const QStringList &problems) override;
+    void fileListSearchProgress(qint64) override {}
+    void takeQueryItems(MDQuery &query);
+    void takeQueryChanges(const QList<IndexItem> &added, const QList<IndexItem> &changed,
+                          const QList<IndexItem> &removed);
+    void add(const QString &path, const KPDocValues *values);
     void printChange(char sign, const QString &path);
-    void reportError(const KPFoundDocument &document);
-    void finished(const QStringList &problems);
+    KPDocValues valuesAt(const QString &path) const;
+    void reportProblem(const QString &path, const KPDocValues &values);
 
     const Options m_options;
     KPIndexSession &m_session;
     KPCommandOutput &m_output;
+    bool m_documents = false; // of a state, not a query's items
+    bool m_isListing = false; // what stands on the files is asked of the disk
+    qsizetype m_taken = 0;    // of a query
+    struct Shown
+    {
+        QString path;
+        size_t facts = 0;
+    };
+    QHash<IndexItem, Shown> m_shown; // of a live query
     qint64 m_count = 0;
     bool m_isEnded = false;
 };

@@ -15,7 +15,6 @@ struct KPFoundDocument
     QStringList tags;
     double rating = 0;
     QString error; // why tags or rating could not be read; empty: they could
-    bool hasUnreadableTags = false;
 };
 
 // Where a view or the shell gets its results: a running search that stays live.

@@ -6,8 +6,8 @@
 #include "KPDocsView.h"
 #include "KPFilterBar.h"
 #include "KPIndexMonitor.h"
-#include "KPIndexedResults.h"
 #include "KPLibraryModel.h"
+#include "KPSearcherSource.h"
 #include "KPStatusLine.h"
 #include "KPTagName.h"
 #include "Karvex.h"
@@ -82,7 +82,7 @@ protected:
         m_index = MetadataIndex::open();
         m_monitor = std::make_unique<KPIndexMonitor>(*m_index);
         m_window =
-            std::make_unique<KPController>(std::make_unique<KPIndexedResults>(m_index->source()),
+            std::make_unique<KPController>(std::make_unique<KPSearcherSource>(m_index->source()),
                                            QStringList{folder}, m_monitor.get());
         m_window->show();
         QApplication::setActiveWindow(m_window.get());

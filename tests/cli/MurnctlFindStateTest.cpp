@@ -131,7 +131,8 @@ TEST_F(MurnctlFindState, ExplainsItself)
     EXPECT_GT(lines.size(), 1) << "all that is indexed";
     const QJsonObject json = find({"--explain", "--json", "--in", "."}).json().object();
     EXPECT_EQ(json[QLatin1String("query")].toString(),
-              QLatin1String("(kMDItemSupportFileType != MDSystemFile)"));
+              QLatin1String("((kMDItemFSName == *) && (kMDItemSupportFileType != "
+                            "MDSystemFile))"));
     EXPECT_EQ(json[QLatin1String("scope")].toArray().size(), 1);
 }
 

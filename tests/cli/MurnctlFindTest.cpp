@@ -53,7 +53,7 @@ TEST_F(MurnctlFind, PrintsWhatFulfilsAllCriteria)
     EXPECT_EQ(find({"--type", "com.adobe.pdf"}).lines(), QByteArrayList{bytes(plain)});
     EXPECT_EQ(find({"--untagged"}).lines(), QByteArrayList{bytes(other)});
     EXPECT_EQ(murnctl({"find", "--list-folder", "."}, folder.path()).lines(),
-              QByteArrayList{bytes(plain)});
+              sorted({bytes(plain), bytes(folder.path(QStringLiteral("sub")))}));
     EXPECT_EQ(murnctl({"find", "--list-folder", ".", "--deep"}, folder.path()).lines(), all);
     EXPECT_EQ(find({"--", "-odd"}).lines(), sorted({bytes(plain), bytes(other)}));
     EXPECT_EQ(find({"--count"}).out, "3\n");
@@ -114,6 +114,30 @@ TEST_F(MurnctlFind, FollowsChangesUntilInterrupted)
     EXPECT_TRUE(live.waitForLine("+ " + bytes(renamed)));
     ASSERT_FALSE(Karvex::clearUserTags({QStringLiteral("TAX")}, plain));
     EXPECT_TRUE(live.waitForLine("- " + bytes(plain)));
+    live.interrupt();
+    EXPECT_EQ(live.wait(), 0) << live.err.constData();
+}
+
+// Where no index looks, too.
+TEST_F(MurnctlFind, ListsFoldersAndFilesFromTheDisk)
+{
+    const TestFolder elsewhere;
+    const QString tagged = elsewhere.file(QStringLiteral("deep/tagged"));
+    elsewhere.file(QStringLiteral("plain"));
+    ASSERT_FALSE(Karvex::setUserTags(QStringList{QStringLiteral("work")}, tagged));
+    const QByteArray where = XPPath::encode(elsewhere.path());
+    const QByteArrayList deep = {"find", "--list-folder", where, "--deep", "--tag", "WORK"};
+    EXPECT_EQ(murnctl(deep, folder.path()).lines(), QByteArrayList{bytes(tagged)});
+    const QJsonArray one = murnctl(deep + QByteArrayList{"--json"}, folder.path()).json().array();
+    ASSERT_EQ(one.size(), 1);
+    EXPECT_EQ(one[0][QLatin1String("tags")].toArray().size(), 1);
+    Murnctl live(deep + QByteArrayList{"--live"}, folder.path());
+    ASSERT_TRUE(live.waitForLine("+ " + bytes(tagged)));
+    const QString later = elsewhere.file(QStringLiteral("new/later"));
+    ASSERT_FALSE(Karvex::setUserTags(QStringList{QStringLiteral("work")}, later));
+    EXPECT_TRUE(live.waitForLine("+ " + bytes(later)));
+    ASSERT_TRUE(QFile::remove(tagged));
+    EXPECT_TRUE(live.waitForLine("- " + bytes(tagged)));
     live.interrupt();
     EXPECT_EQ(live.wait(), 0) << live.err.constData();
 }

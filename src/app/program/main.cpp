@@ -10,12 +10,12 @@
 #include "KPFileTypeRegistry.h"
 #include "KPFilingUpkeep.h"
 #include "KPIndexMonitor.h"
-#include "KPIndexedResults.h"
 #include "KPIndexedTypes.h"
 #include "KPProgress.h"
 #include "KPPrompts.h"
 #include "KPScreenshot.h"
 #include "KPSearchFolders.h"
+#include "KPSearcherSource.h"
 #include "KPTagBackup.h"
 #include "KPTagHealer.h"
 #include "KPTagName.h"
@@ -96,7 +96,7 @@ static int run(const KPCommandLine &line)
     folders.startObserving();
     QObject::connect(&monitor, &KPIndexMonitor::changed, &monitor,
                      [&] { folders.updateIndexAvailability(monitor.status().roots); });
-    KPController controller(std::make_unique<KPIndexedResults>(index->source()), line.folders,
+    KPController controller(std::make_unique<KPSearcherSource>(index->source()), line.folders,
                             &monitor);
     XPPrompts::install(std::make_unique<KPPrompts>(&controller));
     auto services = std::make_unique<KPAppServices>();
@@ -118,6 +118,9 @@ static int run(const KPCommandLine &line)
     folders.stopObserving();
     folders.setIndex(nullptr);
     XPProgress::install(nullptr);    // asks what is shown there to stop
+    KPThreadedSearcher::terminate();
+    if (!KPThreadedSearcher::waitForSearchThreads(std::chrono::seconds(12)))
+        qCWarning(xpLog) << "a search does not end";
     KPDocServices::install(nullptr); // ends when the file calls asked for are done
     XPFiledDocuments::cleanup();
     KPDoc::stopMetaDataSearching();

@@ -1,10 +1,11 @@
-#include "KPIndexedState.h"
+#include "KPIndexFilter.h"
 
-#include "KPDocCache.h"
+#include "KPContentTypes.h"
+#include "KPPathFilters.h"
 #include "KPPredicateBuilder.h"
 #include "KPSearchFolders.h"
 #include "Karvex.h"
-#include "XPPath.h"
+#include "XPVolumes.h"
 
 static const QString andOperator = QStringLiteral(" && ");
 
@@ -17,7 +18,7 @@ static QStringList foldersOf(const KPSearchFolders::Real &real)
     return folders;
 }
 
-KPIndexedState::Scope KPIndexedState::scopeOf(const KPSearchState &state)
+KPIndexFilter::Scope KPIndexFilter::scopeOf(const KPSearchState &state)
 {
     const QStringList wanted = state.searchFoldersToUseForMDQuery();
     const QStringList covered = state.searchFoldersWhereSpotlightWorks();
@@ -35,38 +36,40 @@ KPIndexedState::Scope KPIndexedState::scopeOf(const KPSearchState &state)
     return scope;
 }
 
-KPIndexedState::KPIndexedState(KPSearchState::Ptr state)
+KPIndexFilter::KPIndexFilter(KPSearchState::Ptr state)
     : m_state(std::move(state)), m_tests(m_state->searchStateWithNewExcludeTags({})),
       m_scope(scopeOf(*m_state)), m_hidesUnreadableTags(!m_state->excludeTags().isEmpty())
 {
     setRoots(m_scope.folders);
-    const QStringList files = m_state->fileListSearch();
-    m_listed = QSet<QString>(files.begin(), files.end());
 }
 
-void KPIndexedState::setRoots(const QStringList &roots)
+void KPIndexFilter::setRoots(const QStringList &roots)
 {
     m_folders = QSet<QString>(roots.begin(), roots.end());
 }
 
-bool KPIndexedState::findsNothing() const
+QStringList KPIndexFilter::reduced(const QStringList &folders)
 {
-    return m_state->utiIsInconsistent();
+    QStringList near, scope;
+    for (const QString &folder : folders)
+        (XPVolumes::isOnSlowVolume(folder) ? scope : near).append(folder);
+    scope += KPSearchFolders::instance().reduceScopeActualPaths(near);
+    // None is there: they match nothing for now, and may come.
+    return scope.isEmpty() ? folders : scope;
 }
 
-QString KPIndexedState::text() const
+QString KPIndexFilter::text() const
 {
     QStringList clauses;
     for (const QString &clause : {m_state->queryText(), m_clause}) {
         if (!clause.isEmpty())
             clauses.append(clause);
     }
-    return clauses.isEmpty() ? QStringLiteral("kMDItemFSName == *")
-                             : KPPredicateBuilder::mdCombineSearches(clauses, andOperator);
+    return KPPredicateBuilder::mdCombineSearches(clauses, andOperator);
 }
 
 // Hidden is what is hidden below a folder that is searched: that one was asked for by its name.
-bool KPIndexedState::isHidden(const QString &path) const
+bool KPIndexFilter::isHidden(const QString &path) const
 {
     const qsizetype hiddenAt = path.lastIndexOf(u"/.");
     if (hiddenAt < 0)
@@ -79,21 +82,29 @@ bool KPIndexedState::isHidden(const QString &path) const
     return true;
 }
 
-bool KPIndexedState::mayHold(const QString &path) const
+static bool isPackage(const QString &type)
 {
-    return m_listed.isEmpty() ? !isHidden(path) : m_listed.contains(path);
+    return KPContentTypes::conformsTo(type, QStringLiteral("com.apple.package")) ||
+           KPContentTypes::conformsTo(type, QStringLiteral("com.apple.bundle"));
 }
 
-bool KPIndexedState::holds(const KPFoundDocument &document) const
+bool KPIndexFilter::mayHold(const QByteArray &path, const QString &text, const XPFileInfo &info,
+                            const QString &type) const
 {
-    if (!document.info.isRegular() || !mayHold(document.path) ||
-        (m_hidesUnreadableTags && document.hasUnreadableTags))
+    if (!info.isRegular() && !(info.isDirectory() && isPackage(type)))
         return false;
-    const KPDoc *doc = KPDocCache::docAtPath(document.path, &document.info);
-    return doc != nullptr && m_tests->docPassesMDQuery(*doc);
+    return !isHidden(text) && (m_state->searchShouldShowDocsEveryWhere()
+                                   ? KPPathFilters::passesExcludePaths(path)
+                                   : KPPathFilters::passesMDQueryExcludePaths(path));
 }
 
-std::unique_ptr<KPIndexedState> KPIndexedState::unreadable() const
+bool KPIndexFilter::needsRecord() const
+{
+    return m_state->mdQuerysNeedtoCheckFileTypes() || !m_state->excludeFolders().isEmpty() ||
+           KPDoc::numDocsRemovedFromLibrary() > 0;
+}
+
+std::unique_ptr<KPIndexFilter> KPIndexFilter::unreadable() const
 {
     const QString tags = Karvex::tagsToSearchFor();
     const QString &rating = Karvex::starRatingKey;
@@ -112,7 +123,7 @@ std::unique_ptr<KPIndexedState> KPIndexedState::unreadable() const
                       ->searchStateWithNewRating({});
     if (asksWords)
         others = others->searchStateWithNewSearchString({}, false, false, false);
-    auto result = std::make_unique<KPIndexedState>(others);
+    auto result = std::make_unique<KPIndexFilter>(others);
     result->m_clause = KPPredicateBuilder::mdCombineSearches(clauses, QStringLiteral(" || "));
     result->m_folders = m_folders;
     return result;

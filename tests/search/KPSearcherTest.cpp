@@ -1,6 +1,6 @@
-#include "KPIndexedResults.h"
+#include "KPSearcher.h"
 
-#include "FollowedResults.h"
+#include "FollowedSearch.h"
 #include "IndexedFolder.h"
 #include "Karvex.h"
 #include "MetadataIndex.h"
@@ -103,11 +103,11 @@ private:
     std::vector<fs::path> m_folders;
 };
 
-class ResultsUnderEdits : public testing::TestWithParam<int>
+class SearchUnderEdits : public testing::TestWithParam<int>
 {
 };
 
-TEST_P(ResultsUnderEdits, ShowInTheEndWhatIsThere)
+TEST_P(SearchUnderEdits, ShowInTheEndWhatIsThere)
 {
     IndexedFolder folder;
     Editor editor(folder.path(), static_cast<unsigned>(GetParam()));
@@ -116,24 +116,23 @@ TEST_P(ResultsUnderEdits, ShowInTheEndWhatIsThere)
     if (GetParam() % 2)
         state = state->searchStateWithNewTags({QStringLiteral("work")});
     const QString tag = GetParam() % 2 ? QStringLiteral("Work") : QString();
-    KPIndexedResults source(folder.index());
-    FollowedResults results(source);
-    source.setSearchState(state);
+    FollowedSearch results(folder.index());
+    results.search(state);
     std::atomic<bool> done = false;
     std::thread other([&] {
         editor.edit(3000);
         done = true;
     });
-    FollowedResults::waitFor([&] { return done.load() && results.isFinished; });
+    FollowedSearch::waitFor([&] { return done.load() && results.isFinished; });
     other.join();
     const QStringList wanted = naiveList(folder.path(), tag);
-    EXPECT_TRUE(FollowedResults::waitFor([&] { return results.paths() == wanted; }))
+    EXPECT_TRUE(FollowedSearch::waitFor([&] { return results.paths() == wanted; }))
         << results.paths().size() << " shown, " << wanted.size() << " there";
 }
 
-INSTANTIATE_TEST_SUITE_P(Seeds, ResultsUnderEdits, testing::Range(1, 5));
+INSTANTIATE_TEST_SUITE_P(Seeds, SearchUnderEdits, testing::Range(1, 5));
 
-TEST(IndexedResults, AreTheRegularFilesThatAreNotHidden)
+TEST(Searcher, AreTheRegularFilesThatAreNotHidden)
 {
     IndexedFolder folder;
     const QStringList names = {
@@ -150,32 +149,27 @@ TEST(IndexedResults, AreTheRegularFilesThatAreNotHidden)
     ASSERT_EQ(::symlink("..", qPrintable(folder.path(QStringLiteral("sub/loop")))), 0);
     ASSERT_EQ(::symlink("plain.txt", qPrintable(folder.path(QStringLiteral("link")))), 0);
     ASSERT_EQ(::mkfifo(qPrintable(folder.path(QStringLiteral("fifo"))), 0600), 0);
-    KPIndexedResults source(folder.index());
-    FollowedResults results(source);
+    FollowedSearch results(folder.index());
     // A folder inside another one does not bring its documents twice.
     const QString sub = folder.path(QStringLiteral("sub"));
-    source.setSearchState(IndexedFolder::stateIn({folder.path(), sub}));
+    results.search(IndexedFolder::stateIn({folder.path(), sub}));
     ASSERT_TRUE(results.waitUntilFinished());
     EXPECT_EQ(results.paths(), wanted);
     EXPECT_EQ(results.problems, QStringList());
-    source.setSearchState(IndexedFolder::stateIn({sub}));
-    ASSERT_TRUE(FollowedResults::waitFor([&] { return results.documents.size() == 2; }));
-    // A query's results are whatever it matches.
-    source.setQuery(QStringLiteral("kMDItemFSName == \".hidden\" || kMDItemFSName == sub"), {});
-    EXPECT_TRUE(FollowedResults::waitFor([&] { return results.documents.size() == 3; }));
+    results.search(IndexedFolder::stateIn({sub}));
+    ASSERT_TRUE(FollowedSearch::waitFor([&] { return results.documents.size() == 2; }));
 }
 
-TEST(IndexedResults, FollowRenamesAsGoneAndNew)
+TEST(Searcher, FollowRenamesAsGoneAndNew)
 {
     IndexedFolder folder;
     const QString a = folder.file(QStringLiteral("a"), "aa");
     const QString b = folder.file(QStringLiteral("b"), "bbb");
     const QString deep = folder.file(QStringLiteral("sub/deep"));
-    KPIndexedResults source(folder.index());
-    FollowedResults results(source);
-    source.setSearchState(folder.state());
+    FollowedSearch results(folder.index());
+    results.search(folder.state());
     ASSERT_TRUE(results.waitUntilFinished());
-    // Two that change places, with results checked at every step by FollowedResults.
+    // Two that change places, with results checked at every step by FollowedSearch.
     const auto move = [](const QString &from, const QString &to) {
         fs::rename(XPPath::encode(from).toStdString(), XPPath::encode(to).toStdString());
     };
@@ -183,19 +177,18 @@ TEST(IndexedResults, FollowRenamesAsGoneAndNew)
     move(b, a);
     move(folder.path(QStringLiteral(".t")), b);
     move(folder.path(QStringLiteral("sub")), folder.path(QStringLiteral("moved")));
-    EXPECT_TRUE(FollowedResults::waitFor([&] {
-        return results.documents.value(a).info.size == 3 &&
-               results.documents.value(b).info.size == 2 &&
-               results.documents.contains(folder.path(QStringLiteral("moved/deep"))) &&
-               !results.documents.contains(deep);
+    EXPECT_TRUE(FollowedSearch::waitFor([&] {
+        return results.holds(a) && results.docAt(a)->unixFileSize() == 3 && results.holds(b) &&
+               results.docAt(b)->unixFileSize() == 2 &&
+               results.holds(folder.path(QStringLiteral("moved/deep"))) && !results.holds(deep);
     }));
     ASSERT_FALSE(Karvex::setRating(4, a));
-    EXPECT_TRUE(FollowedResults::waitFor([&] { return results.documents.value(a).rating == 4; }));
+    EXPECT_TRUE(FollowedSearch::waitFor([&] { return results.docAt(a)->rating() == 4; }));
     move(a, folder.path(QStringLiteral(".away")));
-    EXPECT_TRUE(FollowedResults::waitFor([&] { return !results.documents.contains(a); }));
+    EXPECT_TRUE(FollowedSearch::waitFor([&] { return !results.holds(a); }));
 }
 
-TEST(IndexedResults, HoldPathsLongerThanTheSystemTakes)
+TEST(Searcher, HoldPathsLongerThanTheSystemTakes)
 {
     IndexedFolder folder;
     const std::string name(200, 'd');
@@ -208,16 +201,17 @@ TEST(IndexedResults, HoldPathsLongerThanTheSystemTakes)
     ::close(::openat(at, "deep", O_WRONLY | O_CREAT | O_CLOEXEC, 0644));
     const QString inside = QStringLiteral("/proc/self/fd/%1/deep").arg(at);
     ASSERT_FALSE(Karvex::addUserTags({QStringLiteral("Deep")}, inside));
-    KPIndexedResults source(folder.index());
-    FollowedResults results(source);
-    source.setSearchState(folder.state());
+    FollowedSearch results(folder.index());
+    results.search(folder.state());
     ASSERT_TRUE(results.waitUntilFinished());
     ASSERT_EQ(results.documents.size(), 1);
-    EXPECT_EQ(results.documents.begin()->tags, QStringList{QStringLiteral("Deep")});
+    const KPDoc *doc = results.documents.begin().key();
+    EXPECT_EQ(KPTagName::displayStringsForTagNames(doc->tagNamesOfTypeUserEntered()),
+              QStringList{QStringLiteral("Deep")});
     ::close(at);
 }
 
-TEST(IndexedResults, ReportNothingOfAnOlderStateAndNothingAfterStop)
+TEST(Searcher, ReportNothingOfAnOlderStateAndNothingAfterStop)
 {
     IndexedFolder folder;
     for (int i = 0; i < 3000; ++i)
@@ -225,21 +219,20 @@ TEST(IndexedResults, ReportNothingOfAnOlderStateAndNothingAfterStop)
     const QString wanted = folder.file(QStringLiteral("new/only"));
     const auto old = IndexedFolder::stateIn({folder.path(QStringLiteral("old"))});
     const auto next = IndexedFolder::stateIn({folder.path(QStringLiteral("new"))});
-    KPIndexedResults source(folder.index());
-    FollowedResults results(source);
+    FollowedSearch results(folder.index());
     for (int round = 0; round < 20; ++round) {
-        source.setSearchState(old);
-        FollowedResults::waitFor(
+        results.search(old);
+        FollowedSearch::waitFor(
             [&] { return round % 3 == 0 || results.documents.size() > round * 100; });
-        source.setSearchState(next);
+        results.search(next);
         results.documents.clear(); // whatever comes now has to be of the new state
-        ASSERT_TRUE(FollowedResults::waitFor(
+        ASSERT_TRUE(FollowedSearch::waitFor(
             [&] { return results.isFinished && results.documents.size() == 1; }));
         ASSERT_EQ(results.paths(), QStringList{wanted});
     }
-    source.setSearchState(old);
-    FollowedResults::waitFor([&] { return results.documents.size() > 1; });
-    source.stop();
+    results.search(old);
+    FollowedSearch::waitFor([&] { return results.documents.size() > 1; });
+    results.searcher->stop();
     const qsizetype shown = results.documents.size();
     folder.file(QStringLiteral("old/later"));
     folder.catchUp();
@@ -247,20 +240,19 @@ TEST(IndexedResults, ReportNothingOfAnOlderStateAndNothingAfterStop)
     EXPECT_EQ(results.documents.size(), shown);
 }
 
-TEST(IndexedResults, EndInTheMiddleOfTheirWork)
+TEST(Searcher, EndInTheMiddleOfTheirWork)
 {
     IndexedFolder folder;
     for (int i = 0; i < 3000; ++i)
         folder.file(QString::number(i));
     for (int round = 0; round < 10; ++round) {
-        KPIndexedResults source(folder.index());
-        FollowedResults results(source);
-        source.setSearchState(folder.state());
-        FollowedResults::waitFor([&] { return results.documents.size() >= round * 300; });
+        FollowedSearch results(folder.index());
+        results.search(folder.state());
+        FollowedSearch::waitFor([&] { return results.documents.size() >= round * 300; });
     }
 }
 
-TEST(IndexedResults, TellWhichFoldersTheIndexDoesNotHold)
+TEST(Searcher, TellWhichFoldersTheIndexDoesNotHold)
 {
     XPTranslations::install(QLocale::c());
     IndexedFolder folder;
@@ -268,11 +260,10 @@ TEST(IndexedResults, TellWhichFoldersTheIndexDoesNotHold)
     folder.file(QStringLiteral("node_modules/b"));
     const TestFolder elsewhere;
     const QString below = XPPath::absolute(QStringLiteral("/")); // holds it, and is not held
-    KPIndexedResults source(folder.index());
-    FollowedResults results(source);
-    source.setSearchState(IndexedFolder::stateIn({folder.path(), elsewhere.path(),
-                                                  folder.path(QStringLiteral("node_modules/deep")),
-                                                  below, folder.path(QStringLiteral("to come"))}));
+    FollowedSearch results(folder.index());
+    results.search(IndexedFolder::stateIn({folder.path(), elsewhere.path(),
+                                           folder.path(QStringLiteral("node_modules/deep")), below,
+                                           folder.path(QStringLiteral("to come"))}));
     ASSERT_TRUE(results.waitUntilFinished());
     EXPECT_EQ(results.documents.size(), 1);
     ASSERT_EQ(results.problems.size(), 3) << results.problems.join(u'\n').toStdString();
@@ -280,8 +271,8 @@ TEST(IndexedResults, TellWhichFoldersTheIndexDoesNotHold)
     EXPECT_TRUE(results.problems[1].contains(u"rule"));
     EXPECT_TRUE(results.problems[2].startsWith(u"/ "));
     // A folder that comes later is followed all the same.
-    source.setSearchState(IndexedFolder::stateIn({folder.path(QStringLiteral("to come"))}));
-    ASSERT_TRUE(FollowedResults::waitFor([&] { return results.documents.isEmpty(); }));
+    results.search(IndexedFolder::stateIn({folder.path(QStringLiteral("to come"))}));
+    ASSERT_TRUE(FollowedSearch::waitFor([&] { return results.documents.isEmpty(); }));
     folder.file(QStringLiteral("to come/c"));
-    EXPECT_TRUE(FollowedResults::waitFor([&] { return results.documents.size() == 1; }));
+    EXPECT_TRUE(FollowedSearch::waitFor([&] { return results.documents.size() == 1; }));
 }

@@ -1,7 +1,6 @@
 // What the index finds of a search state, on real files.
-#include "FollowedResults.h"
+#include "FollowedSearch.h"
 #include "IndexedFolder.h"
-#include "KPIndexedResults.h"
 #include "KPSearchDates.h"
 #include "KPSearchFolders.h"
 #include "KPSearchVolumes.h"
@@ -65,9 +64,10 @@ protected:
     // Names below the folder, sorted.
     Names found(const Ptr &state, QStringList *problems = nullptr)
     {
-        KPIndexedResults source(folder.index(), KPIndexedResults::Mode::Once);
-        FollowedResults results(source);
-        source.setSearchState(state);
+        auto setup = FollowedSearch::quick();
+        setup.live = false;
+        FollowedSearch results(folder.index(), setup);
+        results.search(state);
         EXPECT_TRUE(results.waitUntilFinished());
         if (problems)
             *problems = results.problems;
@@ -78,7 +78,7 @@ protected:
         for (const Case &each : cases)
             EXPECT_EQ(found(each.state), each.found) << each.name;
     }
-    Names names(const FollowedResults &results) const
+    Names names(const FollowedSearch &results) const
     {
         Names names;
         for (const QString &each : results.paths())
@@ -145,13 +145,13 @@ TEST_F(IndexedState, IsFoundInItsPlaces)
          IndexedFolder::stateIn({path("sub")})
              ->searchStateWithNewExcludeFolders({path("sub/deep")}),
          {note}},
-        {"listing", listing, {bill, damaged, late}},
+        {"listing", listing, {bill, damaged, late, text("sub")}},
         {"deep listing",
          all->searchStateWithNewFinderListing(true, true),
          {bill, damaged, late, scan, note}},
         {"narrower listing",
          listing->searchStateWithNewPostContstraintFolders({path("sub")}),
-         {note}},
+         {text("sub/deep"), note}},
         {"files by name, hidden ones too",
          all->searchStateWithNewFileList(QStringList{path("late.txt"), path(".hidden.txt")}),
          {text(".hidden.txt"), late}},
@@ -207,12 +207,11 @@ TEST_F(IndexedState, FollowsWhatComesAndGoes)
     const Ptr state = all->searchStateWithNewExcludeTags({text("old")})
                           ->searchStateWithNewExcludeFolders({path("out")})
                           ->searchStateWithNewExcludeUTIs(types({text("public.png")}));
-    KPIndexedResults source(folder.index());
-    FollowedResults results(source);
-    source.setSearchState(state);
+    FollowedSearch results(folder.index());
+    results.search(state);
     ASSERT_TRUE(results.waitUntilFinished());
     const auto become = [&](const Names &wanted) {
-        return FollowedResults::waitFor([&] { return names(results) == wanted; });
+        return FollowedSearch::waitFor([&] { return names(results) == wanted; });
     };
     ASSERT_TRUE(become({bill, late, note}));
     ASSERT_FALSE(Karvex::addUserTags({text("Old")}, path("Bill.pdf")));
@@ -242,13 +241,12 @@ TEST_F(IndexedState, IsRightWhateverTheAttributeCachesKnow)
         xpGuiThread.assertHere();
         KPDoc::stopMetaDataSearching();
     });
-    KPIndexedResults source(folder.index());
-    FollowedResults results(source);
-    source.setSearchState(all->searchStateWithNewExcludeTags({text("old")}));
+    FollowedSearch results(folder.index());
+    results.search(all->searchStateWithNewExcludeTags({text("old")}));
     const QString changed = path("late.txt");
     const auto isShown = [&](bool shown) {
-        return FollowedResults::waitFor(
-            [&] { return results.isFinished && results.documents.contains(changed) == shown; });
+        return FollowedSearch::waitFor(
+            [&] { return results.isFinished && results.holds(changed) == shown; });
     };
     ASSERT_TRUE(isShown(true));
     for (int round = 0; round < 20; ++round) {
@@ -293,12 +291,10 @@ TEST_F(IndexedState, NamesTheFoldersThatTheIndexDoesNotCover)
     EXPECT_EQ(found(IndexedFolder::stateIn({there}), &problems), Names());
     ASSERT_EQ(problems.size(), 1);
     EXPECT_TRUE(problems.first().startsWith(there + u' '));
-    // Not the folder in which all the files lie, but those that are not found.
-    EXPECT_EQ(
-        found(all->searchStateWithNewFileList(QStringList{path("late.txt"), there}), &problems),
-        Names{text("late.txt")});
-    ASSERT_EQ(problems.size(), 1);
-    EXPECT_TRUE(problems.first().startsWith(there + u' '));
+    // Files by name are looked for on the disk, covered or not.
+    const QString file = volume.file(text("file"));
+    EXPECT_EQ(found(all->searchStateWithNewFileList(QStringList{path("late.txt"), file})).size(),
+              2);
 }
 
 TEST_F(IndexedState, RefusesWhatTheIndexCannotRead)
