@@ -1,8 +1,8 @@
 // XPFiledDocuments: the mark on a file, and how the index learns of it.
 #include "IndexRequests.h"
+#include "IndexSettings.h"
 #include "KPDocMetaData.h"
 #include "Karvex.h"
-#include "MetadataIndex.h"
 #include "XPFileInfo.h"
 #include "XPFiledDocuments.h"
 #include "XPFolders.h"
@@ -98,14 +98,14 @@ void XPFiledDocuments::reImportIfManagedMDItemNotInSync(const QString &path, boo
 void XPFiledDocuments::runMDImport(const QString &path)
 {
     // Where nobody keeps the index, the next who does sees the change by itself.
-    (void)IndexRequests::tell(MetadataIndex::storePath(), IndexRequests::Kind::Import,
+    (void)IndexRequests::tell(IndexSettings::storePath(), IndexRequests::Kind::Import,
                               XPPath::encode(path));
 }
 
 // Below one of the index's folders, on a disk of this machine.
 static bool isWatched(const QString &path)
 {
-    const QStringList roots = MetadataIndex::allRoots();
+    const QStringList roots = IndexSettings::allRoots();
     const auto holds = [&path](const QString &root) {
         return root == u"/" || path == root || path.startsWith(root + u'/');
     };
