@@ -71,9 +71,6 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPChangedMeanwhile">
         <translation>inzwischen hat ein anderes Programm sie geändert</translation>
     </message>
-    <message id="KPChangedMeanwhile">
-        <translation>Inzwischen hat ein anderes Programm die Datei geändert.</translation>
-    </message>
     <message id="KPChipExcluded">
         <translation>ohne Schlagwort %1</translation>
     </message>
@@ -488,6 +485,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPKeepExtension">
         <translation>.%1 behalten</translation>
     </message>
+    <message id="KPListingNotFollowed">
+        <translation>Änderungen in einigen Ordnern können nicht verfolgt werden: Das System gibt keine weiteren Überwachungen her.</translation>
+    </message>
     <message id="KPLooking">
         <translation>Suche läuft …</translation>
     </message>
@@ -704,11 +704,17 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPSearchPlaceholder">
         <translation>Namen, Schlagwörter und Inhalte durchsuchen</translation>
     </message>
+    <message id="KPSearchRefused">
+        <translation>Diese Suche ist nicht möglich: %1</translation>
+    </message>
     <message id="KPSearchStopped">
         <translation>Angehalten. Zu sehen ist, was bis dahin gefunden wurde.</translation>
     </message>
     <message id="KPSelectAll">
         <translation>&amp;Alles auswählen</translation>
+    </message>
+    <message id="KPSlowVolumeStillRead">
+        <translation>Ein Datenträger, der langsam antwortet, wird noch gelesen.</translation>
     </message>
     <message id="KPSomeTagsUnreadable" numerus="yes">
         <translation>

@@ -73,9 +73,6 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPChangedMeanwhile">
         <translation>it was changed by another program since</translation>
     </message>
-    <message id="KPChangedMeanwhile">
-        <translation>It was changed by another program meanwhile.</translation>
-    </message>
     <message id="KPChipExcluded">
         <translation>without tag %1</translation>
     </message>
@@ -490,6 +487,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPKeepExtension">
         <translation>Keep .%1</translation>
     </message>
+    <message id="KPListingNotFollowed">
+        <translation>Changes in some folders cannot be followed: the system gives no more watches.</translation>
+    </message>
     <message id="KPLooking">
         <translation>Looking…</translation>
     </message>
@@ -706,11 +706,17 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPSearchPlaceholder">
         <translation>Search names, tags and contents</translation>
     </message>
+    <message id="KPSearchRefused">
+        <translation>This search cannot be asked: %1</translation>
+    </message>
     <message id="KPSearchStopped">
         <translation>Stopped. The documents found so far are shown.</translation>
     </message>
     <message id="KPSelectAll">
         <translation>Select &amp;All</translation>
+    </message>
+    <message id="KPSlowVolumeStillRead">
+        <translation>A volume that is slow to answer is still being read.</translation>
     </message>
     <message id="KPSomeTagsUnreadable" numerus="yes">
         <translation>

@@ -40,20 +40,13 @@ bool KPDocValues::hasUnreadableTags() const
     return !tags || !(tags->isNull() || tags->isArrayOfStrings());
 }
 
-static QString unreadable(const char *what, const XPResult<PropertyValue> &raw)
-{
-    return QStringLiteral("%1 cannot be read: %2")
-        .arg(QLatin1String(what), raw ? QStringLiteral("the stored value is of an unexpected kind")
-                                      : raw.error().reason());
-}
-
 QString KPDocValues::problem() const
 {
     if (hasUnreadableTags())
-        return unreadable("tags", raw[KPDocMetaData::UserTags]);
+        return qtTrId("KPTagsNotReadable");
     const auto &stars = raw[KPDocMetaData::Rating];
     if (!stars || !(stars->isNull() || std::isfinite(stars->doubleValue(std::nan("")))))
-        return unreadable("the rating", stars);
+        return qtTrId("KPRatingNotReadable");
     return {};
 }
 

@@ -169,10 +169,9 @@ QStringList KPFolderListing::problems() const
     problems += m_unreadable.values();
     problems.sort();
     if (isWaiting())
-        problems.append(QStringLiteral("a volume that is slow to answer is still being read"));
+        problems.append(qtTrId("KPSlowVolumeStillRead"));
     if (m_lacksWatches)
-        problems.append(QStringLiteral("changes in some folders cannot be followed: the system "
-                                       "gives no more watches"));
+        problems.append(qtTrId("KPListingNotFollowed"));
     return problems;
 }
 

@@ -108,7 +108,7 @@ QStringList KPThreadedSearcher::currentProblems() const
     }
     // Entries that stand for no folder at all.
     if (problems.isEmpty() && scope.folders.isEmpty() && !scope.everywhere)
-        problems.append(QStringLiteral("this search has no folder to look in"));
+        problems.append(qtTrId("KPIndexSearchWithoutFolder"));
     return problems + unreadableDocuments();
 }
 

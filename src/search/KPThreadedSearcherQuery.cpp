@@ -52,7 +52,7 @@ void KPThreadedSearcher::startMDQuery(const QString &text, const QStringList &sc
         return;
     auto query = MDQuery::create(m_source, text, {QStringLiteral("kMDItemDisplayName")});
     if (!query) {
-        m_problems.append(QStringLiteral("this search cannot be asked: ") + query.error().message);
+        m_problems.append(qtTrId("KPSearchRefused").arg(query.error().message));
         return;
     }
     m_mdQuery = *std::move(query);

@@ -29,6 +29,7 @@ SPEAKS_ENGLISH = ("src/cli/", "src/importer/", "src/app/program/")
 # Literals that became an error's message in another statement, or texts fixed by a convention.
 SENTENCES_KNOWN = {
     "src/documents/KPDocNames.cpp": "errors",
+    "src/filing/XPMoveRecovery.cpp": "the log of what was put right",
     "src/platform/base/XPPropertyListBinaryReader.cpp": "errors",
     "src/platform/base/XPPropertyListXmlReader.cpp": "errors",
     "src/platform/importing/CagedImporter.cpp": "errors and what the cage lacks",
@@ -38,7 +39,6 @@ SENTENCES_KNOWN = {
     "src/platform/index/content/IndexTextReader.cpp": "errors",
     "src/platform/index/keep/IndexRequests.cpp": "errors",
     "src/platform/index/store/IndexStore.cpp": "errors",
-    "src/search/KPIndexedSearch.cpp": "errors",
     "src/search/KPSearchStateTexts.cpp": "an id",
     "src/tags/KPTagHealer.cpp": "the log of healings",
     "src/tags/KarvexBackup.cpp": "errors and the log",
