@@ -181,6 +181,7 @@ void KPDoc::setPlace(Place place)
     m_passes.store(place.passes);
     m_utiTagName.store(nullptr, std::memory_order_relaxed);
     m_descriptorHash.store(-1);
+    m_group.store(nullptr, std::memory_order_release);
     m_cachedInfo = 0;
     ++m_state;
     old.swap(m_rare);

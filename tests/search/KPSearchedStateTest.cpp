@@ -299,6 +299,7 @@ TEST_F(IndexedState, NamesTheFoldersThatTheIndexDoesNotCover)
 
 TEST_F(IndexedState, RefusesWhatTheIndexCannotRead)
 {
+    XPTranslations::install(QLocale::c());
     QStringList problems;
     const Ptr torn = all->searchStateWithNewTags({text("a\"b")});
     EXPECT_EQ(found(torn, &problems), Names());
