@@ -32,7 +32,7 @@ qint64 monotonicNow()
 
 [[noreturn]] static void fail(const QByteArray &what)
 {
-    std::fprintf(stderr, "murn_bench: %s: %s\n", what.constData(), std::strerror(errno));
+    std::fprintf(stderr, "murn_bench: %s: error %d\n", what.constData(), errno);
     std::abort();
 }
 

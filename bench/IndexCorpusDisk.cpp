@@ -81,7 +81,7 @@ void IndexCorpus::writeTo(const QString &target) const
 
 QString IndexCorpus::onDisk(quint32 files, Bodies bodies)
 {
-    const QString target = QDir::currentPath() +
+    QString target = QDir::currentPath() +
                            QStringLiteral("/corpus-%1%2-v%3")
                                .arg(files)
                                .arg(bodies == Bodies::Prose ? QStringLiteral("-prose") : QString())

@@ -117,7 +117,7 @@ static int run(const KPCommandLine &line)
     const int status = QApplication::exec();
     folders.stopObserving();
     folders.setIndex(nullptr);
-    XPProgress::install(nullptr);    // asks what is shown there to stop
+    XPProgress::install(nullptr); // asks what is shown there to stop
     KPThreadedSearcher::terminate();
     if (!KPThreadedSearcher::waitForSearchThreads(std::chrono::seconds(12)))
         qCWarning(xpLog) << "a search does not end";

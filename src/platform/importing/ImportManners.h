@@ -2,6 +2,7 @@
 
 #include "ImportPause.h"
 
+#include <QByteArray>
 #include <chrono>
 #include <functional>
 #include <optional>
