@@ -23,6 +23,7 @@ _murnctl_options() {
         restore) printf '%s\n' --from --dry-run --json --help ;;
         healed) printf '%s\n' --undo --accept --json --help ;;
         import) printf '%s\n' --json --help ;;
+        thumbnail) printf '%s\n' -o --page --size --help ;;
         index) printf '%s\n' --no-content --json --print0 --help ;;
         info) printf '%s\n' --json --help ;;
         types) printf '%s\n' --extension --tree --all --groups --json --help ;;
@@ -37,7 +38,7 @@ _murnctl() {
         if [[ $cur == -* ]]; then
             _murnctl_offer < <(_murnctl_options)
         else
-            _murnctl_offer <<<$'tags\ntag\nrate\nfind\ninfo\ntypes\nquery\nfile\nmanage\nunmanage\nbackup\nrestore\nhealed\nimport\nindex'
+            _murnctl_offer <<<$'tags\ntag\nrate\nfind\ninfo\ntypes\nquery\nfile\nmanage\nunmanage\nbackup\nrestore\nhealed\nimport\nthumbnail\nindex'
         fi
         return
     fi

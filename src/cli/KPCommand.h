@@ -47,4 +47,5 @@ extern const KPCommand kpBackupCommand;
 extern const KPCommand kpRestoreCommand;
 extern const KPCommand kpHealedCommand;
 extern const KPCommand kpImportCommand;
+extern const KPCommand kpThumbnailCommand;
 extern const KPCommand kpIndexCommand;

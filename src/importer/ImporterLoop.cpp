@@ -1,6 +1,7 @@
 #include "ImporterLoop.h"
 
 #include "DocumentReaders.h"
+#include "TextPage.h"
 
 #include <QImage>
 #include <cerrno>
@@ -122,13 +123,29 @@ static ImportPicture pictureOf(const QImage &image)
     return picture;
 }
 
+// A document without a picture of its own is known by its first words.
+static std::optional<DocumentFailure> drawText(const DocumentReader &reader,
+                                               const DocumentSource &source, const ImportJob &job,
+                                               QImage &image)
+{
+    DocumentAnswer answer;
+    answer.text = DocumentText(TextPage::neededBytes);
+    const auto failure = reader.read(source, answer);
+    if (job.page == 1 && TextPage::draw(source, answer, job.pixels, image))
+        return {};
+    return failure.value_or(DocumentFailure::Unsupported);
+}
+
 static ImportPicture draw(const DocumentReader &reader, const DocumentSource &source,
                           const ImportJob &job)
 {
     ImportPicture picture;
     picture.failure = guarded([&]() -> std::optional<DocumentFailure> {
         QImage image;
-        if (const auto failure = reader.picture(source, job.page, job.pixels, image))
+        auto failure = reader.picture(source, job.page, job.pixels, image);
+        if (failure == DocumentFailure::Unsupported)
+            failure = drawText(reader, source, job, image);
+        if (failure)
             return failure;
         if (image.isNull())
             return DocumentFailure::Damaged;

@@ -5,7 +5,9 @@
 #include "DocumentReaders.h"
 #include "ImporterCage.h"
 #include "ImporterLoop.h"
+#include "TextPage.h"
 
+#include <QGuiApplication>
 #include <csignal>
 #include <cstdio>
 #include <cstring>
@@ -60,6 +62,14 @@ int main(int argc, char **argv)
     std::signal(SIGXFSZ, SIG_IGN);
     if (isIdle)
         makeIdle();
+    // Fonts need Qt's platform; this one has no screen and starts no thread. It would make itself
+    // a folder for sockets, which it has no use for here, and talk about it.
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("XDG_RUNTIME_DIR", "/proc/none");
+    qputenv("TMPDIR", "/proc/none");
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
+    const QGuiApplication application(argc, argv);
+    TextPage::prepare();
     std::vector<QByteArray> folders;
     for (const DocumentReaderRow &row : documentReaders()) {
         row.reader().prepare();

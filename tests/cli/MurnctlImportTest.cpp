@@ -3,10 +3,12 @@
 #include "CagedImporter.h"
 #include "IndexSettings.h"
 #include "TestHome.h"
+#include "XPAtomicFile.h"
 #include "XPPath.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
+#include <QtEndian>
 #include <gtest/gtest.h>
 
 TEST(MurnctlImport, ShowsWhatTheImporterFinds)
@@ -68,4 +70,35 @@ TEST(MurnctlImport, FeedsTheIndex)
     EXPECT_EQ(json[QStringLiteral("notRead")].toArray()[0][QStringLiteral("path")].toString(), bad);
     EXPECT_TRUE(json[QStringLiteral("caged")].toBool());
     run({"index", "remove", "."});
+}
+
+// Width and height in the head of a PNG file; nothing where it is none.
+static std::pair<int, int> pngSize(const QString &path)
+{
+    const QByteArray head = XPAtomicFile::read(path).valueOr({}).left(24);
+    if (!head.startsWith("\x89PNG") || head.size() < 24)
+        return {0, 0};
+    return {qFromBigEndian<int>(head.constData() + 16), qFromBigEndian<int>(head.constData() + 20)};
+}
+
+// Words laid out as a page, in the real cage: fonts must be at hand there.
+TEST(MurnctlThumbnail, DrawsPagesOfWords)
+{
+    const TestFolder folder;
+    folder.file(QStringLiteral("a.md"), "# Dry dock\n\nThe ship is in the dock.\n");
+    folder.file(QStringLiteral("b.txt"), "Nothing else");
+    folder.file(QStringLiteral("empty.txt"), "");
+    const auto run = [&](const QByteArrayList &words) { return murnctl(words, folder.path()); };
+    EXPECT_EQ(run({"thumbnail", "a.md", "-o", "a.png"}).err, "");
+    EXPECT_EQ(pngSize(folder.path(QStringLiteral("a.png"))), std::pair(362, 512));
+    EXPECT_EQ(run({"thumbnail", "b.txt", "-o", "b.png", "--size", "512"}).err, "");
+    EXPECT_NE(XPAtomicFile::read(folder.path(QStringLiteral("a.png"))).valueOr({}),
+              XPAtomicFile::read(folder.path(QStringLiteral("b.png"))).valueOr({}));
+
+    EXPECT_EQ(run({"thumbnail", "a.md", "-o", "c.png", "--page", "2"}).err,
+              "murnctl: a.md: unsupported\n");
+    EXPECT_EQ(run({"thumbnail", "empty.txt", "-o", "c.png"}).status, 1);
+    EXPECT_EQ(pngSize(folder.path(QStringLiteral("c.png"))), std::pair(0, 0));
+    EXPECT_EQ(run({"thumbnail", "a.md"}).status, 2);
+    EXPECT_EQ(run({"thumbnail", "a.md", "-o", "c.png", "--size", "-1"}).status, 2);
 }

@@ -3,6 +3,7 @@
 #include "DocumentFacts.h"
 #include "FlowText.h"
 #include "HtmlText.h"
+#include "PictureDecoding.h"
 #include "XmlLeaves.h"
 #include "ZipPackage.h"
 
@@ -88,4 +89,44 @@ std::optional<DocumentFailure> EpubReader::read(const DocumentSource &source,
     if (error || package->ending())
         return documentFailureOf(error ? *error : *package->ending());
     return {};
+}
+
+// The part with the cover: named by a property of the item or, in older books, by a "meta".
+static QByteArray coverName(const XmlLeaves &opf, const QByteArray &opfName)
+{
+    QByteArray byMeta;
+    for (const XmlLeaves::Element &element : opf.elements()) {
+        if (element.name == "meta" && element.value("name") == "cover")
+            byMeta = element.value("content");
+    }
+    QByteArray found;
+    for (const XmlLeaves::Element &element : opf.elements()) {
+        if (element.name != "item")
+            continue;
+        const bool isCover = element.value("properties").split(' ').contains("cover-image");
+        if (isCover || (found.isEmpty() && !byMeta.isEmpty() && element.value("id") == byMeta))
+            found = QByteArray::fromPercentEncoding(element.value("href"));
+        if (isCover)
+            break;
+    }
+    return found.isEmpty() ? found : ZipPackage::resolved(opfName, found);
+}
+
+std::optional<DocumentFailure> EpubReader::picture(const DocumentSource &source, int page,
+                                                   int pixels, QImage &image) const
+{
+    const auto book = ZipPackage::read(source, isWanted);
+    if (!book || page > 1)
+        return DocumentFailure::Unsupported;
+    const QByteArray name = packageName(*book);
+    XmlLeaves opf;
+    std::ignore = opf.read(book->part(name));
+    const QByteArray cover = coverName(opf, name);
+    if (cover.isEmpty())
+        return DocumentFailure::Unsupported;
+    const auto pictures =
+        ZipPackage::read(source, [&cover](QByteArrayView part) { return part == cover; });
+    return pictures && pictures->hasPart(cover)
+               ? PictureDecoding::decode(pictures->part(cover), pixels, image)
+               : std::optional(DocumentFailure::Unsupported);
 }

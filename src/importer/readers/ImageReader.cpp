@@ -2,10 +2,13 @@
 
 #include "DocumentFacts.h"
 #include "ImageMetadata.h"
+#include "PictureDecoding.h"
 #include "XmpPacket.h"
 
 #include <QIODevice>
+#include <QImage>
 #include <QImageReader>
+#include <algorithm>
 
 void ImageReader::prepare() const
 {
@@ -45,4 +48,41 @@ std::optional<DocumentFailure> ImageReader::read(const DocumentSource &source,
                  : std::optional(header.canRead() || source.size() == 0
                                      ? DocumentFailure::Damaged
                                      : DocumentFailure::Unsupported);
+}
+
+// Of the previews that a camera put into its raw data, the smallest that is large enough, or else
+// the largest.
+static std::optional<DocumentFailure> decodePreview(const Exiv2::Image &image, int pixels,
+                                                    QImage &picture)
+{
+    const Exiv2::PreviewManager manager(image);
+    const auto previews = manager.getPreviewProperties(); // by size, the smallest first
+    if (previews.empty())
+        return DocumentFailure::Unsupported;
+    const auto wanted = static_cast<size_t>(pixels);
+    auto chosen = std::find_if(previews.begin(), previews.end(), [wanted](const auto &preview) {
+        return std::max(preview.width_, preview.height_) >= wanted;
+    });
+    if (chosen == previews.end())
+        --chosen;
+    const Exiv2::PreviewImage preview = manager.getPreviewImage(*chosen);
+    const auto *bytes = reinterpret_cast<const char *>(preview.pData());
+    const auto failure = PictureDecoding::decode(
+        QByteArray(bytes, static_cast<qsizetype>(preview.size())), pixels, picture);
+    if (!failure)
+        picture = PictureDecoding::upright(picture, ImageMetadata::orientation(image.exifData()));
+    return failure;
+}
+
+std::optional<DocumentFailure> ImageReader::picture(const DocumentSource &source, int page,
+                                                    int pixels, QImage &image) const
+{
+    if (page > 1)
+        return DocumentFailure::Unsupported;
+    const auto device = source.device();
+    const auto failure = PictureDecoding::decode(*device, pixels, image);
+    if (failure != DocumentFailure::Unsupported)
+        return failure;
+    const auto metadata = ImageMetadata::open(source);
+    return metadata ? decodePreview(*metadata, pixels, image) : failure;
 }

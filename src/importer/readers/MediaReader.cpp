@@ -3,7 +3,14 @@
 #include "DocumentFacts.h"
 #include "MediaDocument.h"
 #include "MovieHeader.h"
+#include "PictureDecoding.h"
 
+#include <QImage>
+#include <attachedpictureframe.h>
+#include <flacfile.h>
+#include <id3v2tag.h>
+#include <mp4file.h>
+#include <mpegfile.h>
 #include <tpropertymap.h>
 
 static QString textOf(const TagLib::String &text)
@@ -59,4 +66,46 @@ std::optional<DocumentFailure> MediaReader::read(const DocumentSource &source,
     if (const TagLib::AudioProperties *sound = document.file().audioProperties())
         takeSound(*sound, facts);
     return {};
+}
+
+static QByteArray bytesOf(const TagLib::ByteVector &bytes)
+{
+    return QByteArray(bytes.data(), static_cast<qsizetype>(bytes.size()));
+}
+
+static QByteArray coverIn(TagLib::ID3v2::Tag *tag)
+{
+    if (!tag)
+        return {};
+    for (const TagLib::ID3v2::Frame *frame : tag->frameList("APIC")) {
+        if (const auto *picture = dynamic_cast<const TagLib::ID3v2::AttachedPictureFrame *>(frame))
+            return bytesOf(picture->picture());
+    }
+    return {};
+}
+
+// The picture that a player shows: of the ID3 tag, of FLAC's own blocks, or of the MP4 atom.
+static QByteArray coverIn(TagLib::File *file)
+{
+    if (auto *mpeg = dynamic_cast<TagLib::MPEG::File *>(file))
+        return coverIn(mpeg->ID3v2Tag());
+    if (auto *flac = dynamic_cast<TagLib::FLAC::File *>(file)) {
+        const auto pictures = flac->pictureList();
+        return pictures.isEmpty() ? QByteArray() : bytesOf(pictures.front()->data());
+    }
+    auto *movie = dynamic_cast<TagLib::MP4::File *>(file);
+    if (!movie || !movie->tag() || !movie->tag()->contains("covr"))
+        return {};
+    const auto covers = movie->tag()->item("covr").toCoverArtList();
+    return covers.isEmpty() ? QByteArray() : bytesOf(covers.front().data());
+}
+
+std::optional<DocumentFailure> MediaReader::picture(const DocumentSource &source, int page,
+                                                    int pixels, QImage &image) const
+{
+    const MediaDocument document(source);
+    const QByteArray cover =
+        document.file().isNull() || page > 1 ? QByteArray() : coverIn(document.file().file());
+    return cover.isEmpty() ? std::optional(DocumentFailure::Unsupported)
+                           : PictureDecoding::decode(cover, pixels, image);
 }

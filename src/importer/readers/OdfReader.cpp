@@ -2,6 +2,7 @@
 
 #include "DocumentFacts.h"
 #include "FlowText.h"
+#include "PictureDecoding.h"
 #include "ReaderChoice.h"
 #include "XmlLeaves.h"
 #include "ZipPackage.h"
@@ -190,4 +191,22 @@ std::optional<DocumentFailure> OdfReader::read(const DocumentSource &source,
     if (package->ending()) // a part that was cut is broken too
         error = package->ending();
     return error ? std::optional(documentFailureOf(*error)) : std::nullopt;
+}
+
+// The preview that office programs put into their files, where they do.
+std::optional<DocumentFailure> OdfReader::picture(const DocumentSource &source, int page,
+                                                  int pixels, QImage &image) const
+{
+    static const QList<QByteArray> previews = {"Thumbnails/thumbnail.png"};
+    if (page > 1)
+        return DocumentFailure::Unsupported;
+    const auto package = ZipPackage::read(
+        source, [](QByteArrayView name) { return previews.contains(name.toByteArray()); });
+    if (!package)
+        return DocumentFailure::Unsupported;
+    for (const QByteArray &name : previews) {
+        if (package->hasPart(name))
+            return PictureDecoding::decode(package->part(name), pixels, image);
+    }
+    return DocumentFailure::Unsupported;
 }

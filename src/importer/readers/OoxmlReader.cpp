@@ -3,6 +3,7 @@
 #include "DocumentFacts.h"
 #include "FlowText.h"
 #include "OoxmlText.h"
+#include "PictureDecoding.h"
 #include "ReaderChoice.h"
 #include "XmlLeaves.h"
 #include "ZipPackage.h"
@@ -171,4 +172,23 @@ std::optional<DocumentFailure> OoxmlReader::read(const DocumentSource &source,
     if (package->ending())
         return documentFailureOf(*package->ending());
     return {};
+}
+
+// The preview that office programs put into their files, where they do.
+std::optional<DocumentFailure> OoxmlReader::picture(const DocumentSource &source, int page,
+                                                    int pixels, QImage &image) const
+{
+    static const QList<QByteArray> previews = {"docProps/thumbnail.jpeg", "docProps/thumbnail.jpg",
+                                               "docProps/thumbnail.png"};
+    if (page > 1)
+        return DocumentFailure::Unsupported;
+    const auto package = ZipPackage::read(
+        source, [](QByteArrayView name) { return previews.contains(name.toByteArray()); });
+    if (!package)
+        return DocumentFailure::Unsupported;
+    for (const QByteArray &name : previews) {
+        if (package->hasPart(name))
+            return PictureDecoding::decode(package->part(name), pixels, image);
+    }
+    return DocumentFailure::Unsupported;
 }

@@ -6,10 +6,13 @@
 #include "XmpPacket.h"
 
 #include <QDateTime>
+#include <QImage>
+#include <algorithm>
 
 std::vector<QByteArray> PdfReader::readOnlyFolders() const
 {
-    return {"/usr/share/poppler"}; // the encodings of East Asian text that is not embedded
+    // The encodings of East Asian text, and the fonts, that are not embedded.
+    return {"/usr/share/poppler", "/usr/share/fonts", "/usr/share/ghostscript/fonts"};
 }
 
 static void fillFacts(const Poppler::Document &pdf, DocumentAnswer &answer)
@@ -66,4 +69,23 @@ std::optional<DocumentFailure> PdfReader::read(const DocumentSource &source,
         flow.endParagraph();
     }
     return isWhole ? std::nullopt : std::optional(DocumentFailure::Damaged);
+}
+
+std::optional<DocumentFailure> PdfReader::picture(const DocumentSource &source, int page,
+                                                  int pixels, QImage &image) const
+{
+    PdfDocument document;
+    if (const auto failure = PdfDocument::open(source, document))
+        return failure;
+    if (page > document.poppler().numPages())
+        return DocumentFailure::Unsupported;
+    const std::unique_ptr<Poppler::Page> drawn = document.poppler().page(page - 1);
+    const QSizeF size = drawn ? drawn->pageSizeF() : QSizeF(); // in points of 1/72 inch
+    if (size.isEmpty())
+        return DocumentFailure::Damaged;
+    document.poppler().setRenderHint(Poppler::Document::Antialiasing);
+    document.poppler().setRenderHint(Poppler::Document::TextAntialiasing);
+    const double resolution = 72.0 * pixels / std::max(size.width(), size.height());
+    image = drawn->renderToImage(resolution, resolution);
+    return image.isNull() ? std::optional(DocumentFailure::TooLarge) : std::nullopt;
 }

@@ -9,4 +9,6 @@ public:
     std::vector<QByteArray> readOnlyFolders() const override;
     std::optional<DocumentFailure> read(const DocumentSource &source,
                                         DocumentAnswer &answer) const override;
+    std::optional<DocumentFailure> picture(const DocumentSource &source, int page, int pixels,
+                                           QImage &image) const override;
 };

@@ -5,6 +5,9 @@
 #include "LibArchive.h"
 #include "XmlEvents.h"
 
+#include <QImage>
+#include <QPainter>
+#include <QSvgRenderer>
 #include <cmath>
 
 namespace {
@@ -95,13 +98,18 @@ private:
 
 } // namespace
 
-std::optional<DocumentFailure> SvgReader::read(const DocumentSource &source,
-                                               DocumentAnswer &answer) const
+static XPResult<QByteArray> drawingIn(const DocumentSource &source)
 {
     constexpr qsizetype longest = 32 << 20;
     auto bytes = source.readAll(longest);
-    if (bytes && bytes->startsWith("\x1F\x8B"))
-        bytes = LibArchive::decompressed(source, longest);
+    return bytes && bytes->startsWith("\x1F\x8B") ? LibArchive::decompressed(source, longest)
+                                                  : std::move(bytes);
+}
+
+std::optional<DocumentFailure> SvgReader::read(const DocumentSource &source,
+                                               DocumentAnswer &answer) const
+{
+    const auto bytes = drawingIn(source);
     if (!bytes)
         return documentFailureOf(bytes.error());
     FlowText flow(answer.text);
@@ -110,4 +118,27 @@ std::optional<DocumentFailure> SvgReader::read(const DocumentSource &source,
     if (const auto error = text.read(*bytes))
         return documentFailureOf(*error);
     return text.isDrawing() ? std::nullopt : std::optional(DocumentFailure::Damaged);
+}
+
+std::optional<DocumentFailure> SvgReader::picture(const DocumentSource &source, int page,
+                                                  int pixels, QImage &image) const
+{
+    if (page > 1)
+        return DocumentFailure::Unsupported;
+    // Reading it first refuses what would keep the renderer busy without end: declared entities.
+    DocumentAnswer unused;
+    if (const auto failure = read(source, unused))
+        return failure;
+    const auto bytes = drawingIn(source);
+    QSvgRenderer renderer;
+    if (!bytes || !renderer.load(*bytes))
+        return DocumentFailure::Damaged;
+    renderer.setAspectRatioMode(Qt::KeepAspectRatio);
+    const QSize own = renderer.defaultSize().isEmpty() ? QSize(1, 1) : renderer.defaultSize();
+    image = QImage(own.scaled(pixels, pixels, Qt::KeepAspectRatio).expandedTo(QSize(1, 1)),
+                   QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    renderer.render(&painter);
+    return {};
 }

@@ -8,4 +8,6 @@ class SvgReader : public DocumentReader
 public:
     std::optional<DocumentFailure> read(const DocumentSource &source,
                                         DocumentAnswer &answer) const override;
+    std::optional<DocumentFailure> picture(const DocumentSource &source, int page, int pixels,
+                                           QImage &image) const override;
 };
