@@ -6,6 +6,8 @@
 #include "XPPath.h"
 #include "XPVolumes.h"
 
+#include <QSet>
+
 // The path below the folder, without a slash at its beginning; nothing: it is not in it.
 static std::optional<QByteArray> below(const QByteArray &folder, const QByteArray &path)
 {

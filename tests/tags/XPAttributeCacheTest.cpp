@@ -122,8 +122,9 @@ TEST_F(AttributeCache, FollowsWhatHappensToTheFiles)
     m_told.clear();
     ASSERT_EQ(::remove(XPPath::encode(renamed).constData()), 0);
     ASSERT_TRUE(isSoon(renamed, 0));
-    ASSERT_TRUE(holdsSoon([this] { return m_told.size() == 1; }));
-    EXPECT_EQ(m_told.takeLast(), std::pair(renamed, QString()));
+    // Word of the changes before may still be on its way.
+    const std::pair gone(renamed, QString());
+    ASSERT_TRUE(holdsSoon([&] { return !m_told.isEmpty() && m_told.last() == gone; }));
     EXPECT_TRUE(m_cache->values().isEmpty());
 }
 
