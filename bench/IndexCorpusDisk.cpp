@@ -82,10 +82,10 @@ void IndexCorpus::writeTo(const QString &target) const
 QString IndexCorpus::onDisk(quint32 files, Bodies bodies)
 {
     QString target = QDir::currentPath() +
-                           QStringLiteral("/corpus-%1%2-v%3")
-                               .arg(files)
-                               .arg(bodies == Bodies::Prose ? QStringLiteral("-prose") : QString())
-                               .arg(version);
+                     QStringLiteral("/corpus-%1%2-v%3")
+                         .arg(files)
+                         .arg(bodies == Bodies::Prose ? QStringLiteral("-prose") : QString())
+                         .arg(version);
     // The stamp comes last: half a corpus has none.
     QFile stamp(target + QStringLiteral(".stamp"));
     if (!stamp.exists()) {
