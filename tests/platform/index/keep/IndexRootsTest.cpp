@@ -113,7 +113,7 @@ TEST(IndexRoots, AMissingRootKeepsItsFilesAndComesBack)
     EXPECT_TRUE(scene.goes(root));
 }
 
-TEST(IndexRoots, RulesAndInnerRootsAreAppliedAtOnce)
+TEST(IndexRoots, RulesAndInnerRootsAreApplied)
 {
     const TestFolder folder;
     const QString hidden = folder.file(QStringLiteral(".store/inbox/paper.txt"));
@@ -128,10 +128,6 @@ TEST(IndexRoots, RulesAndInnerRootsAreAppliedAtOnce)
     EXPECT_FALSE(scene.has(folder.path(QStringLiteral(".store"))));
     EXPECT_TRUE(scene.has(built));
     EXPECT_EQ(scene.differences(), "");
-    scene.setup.rules = {QStringLiteral("build")};
-    scene.index->setFolders(scene.setup.roots, scene.setup.rules);
-    EXPECT_TRUE(scene.goes(built));
-    EXPECT_TRUE(scene.comes(folder.path(QStringLiteral(".store"))));
 }
 
 TEST(IndexRoots, VolumesComeAndGo)
