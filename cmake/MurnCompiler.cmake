@@ -12,6 +12,12 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND MURN_PCH)
     target_compile_options(murn_compiler INTERFACE -fpch-preprocess)
 endif()
 
+# Linking is a good part of a build of many small test programs: the fast linker where there is one.
+find_program(MURN_MOLD mold)
+if(MURN_MOLD)
+    add_link_options(-fuse-ld=mold)
+endif()
+
 # -march stays at the distribution's baseline: hot loops choose at run time.
 if(MURN_SANITIZE)
     add_compile_options(-fsanitize=${MURN_SANITIZE} -fno-omit-frame-pointer)

@@ -500,11 +500,20 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPMenuFile">
         <translation>&amp;Datei</translation>
     </message>
+    <message id="KPMenuGo">
+        <translation>&amp;Gehe zu</translation>
+    </message>
     <message id="KPMenuHelp">
         <translation>&amp;Hilfe</translation>
     </message>
+    <message id="KPMenuTags">
+        <translation>&amp;Tags</translation>
+    </message>
     <message id="KPMenuView">
         <translation>&amp;Ansicht</translation>
+    </message>
+    <message id="KPMenuWindow">
+        <translation>&amp;Fenster</translation>
     </message>
     <message id="KPMoveDocSingle">
         <translation>„%1“ verschieben?</translation>

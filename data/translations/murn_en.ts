@@ -502,11 +502,20 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPMenuFile">
         <translation>&amp;File</translation>
     </message>
+    <message id="KPMenuGo">
+        <translation>&amp;Go</translation>
+    </message>
     <message id="KPMenuHelp">
         <translation>&amp;Help</translation>
     </message>
+    <message id="KPMenuTags">
+        <translation>&amp;Tags</translation>
+    </message>
     <message id="KPMenuView">
         <translation>&amp;View</translation>
+    </message>
+    <message id="KPMenuWindow">
+        <translation>&amp;Window</translation>
     </message>
     <message id="KPMoveDocSingle">
         <translation>Move “%1”?</translation>

@@ -1,0 +1,3 @@
+#include "KPNavigator.h"
+
+KPNavigator::~KPNavigator() = default;
