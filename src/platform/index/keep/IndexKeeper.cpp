@@ -21,7 +21,7 @@ IndexKeeper::IndexKeeper(IndexLive &live, const IndexSetup &setup,
                              [this](const QByteArray &path) { return m_roots.isDistant(path); },
                              [this] { mayBeQuiet(); }})
 {
-    setRoots(setup.roots);
+    setFolders(setup.roots, setup.rules);
     live.setReimport([this](const QByteArray &path) { reimport(path); });
     m_thread = std::thread([this] { run(); });
 }

@@ -31,8 +31,10 @@ public:
     void reimport(const QByteArray &path) { m_roots.look(path); }
     // Another process found the index of contents damaged: it is begun anew.
     void textIsDamaged(quint64 inode) { m_contents.isDamaged(inode); }
-    void setRoots(const QStringList &roots) { m_roots.setRoots(roots); }
-    void setRules(const QStringList &rules) { m_roots.setRules(rules); }
+    void setFolders(const QStringList &roots, const QStringList &rules)
+    {
+        m_roots.setFolders(roots, rules);
+    }
     IndexProblems &problems() { return m_keeping.problems; }
 
 private:

@@ -81,26 +81,14 @@ void IndexRoots::end()
     m_local.reset();
 }
 
-void IndexRoots::setRoots(const QStringList &roots)
+void IndexRoots::setFolders(const QStringList &roots, const QStringList &rules)
 {
+    // One job: with new rules and the old roots, what only became a root by them would go and
+    // come back.
     m_jobs.post(
-        [this, roots] {
-            applyRoots(roots);
-            return true;
-        },
-        IndexJobs::Urgency::Now);
-}
-
-void IndexRoots::setRules(const QStringList &rules)
-{
-    m_jobs.post(
-        [this, rules] {
-            if (rules == m_rules.rules())
-                return true;
+        [this, roots, rules] {
             m_rules = IndexRules(rules);
-            applyRules();
-            for (Root &root : m_roots)
-                readRoot(root);
+            applyRoots(roots);
             return true;
         },
         IndexJobs::Urgency::Now);
@@ -162,10 +150,13 @@ void IndexRoots::applyRoots(const QStringList &roots)
         return !wanted.contains(root.path);
     });
     for (const QByteArray &path : wanted) {
-        if (!rootAt(path)) {
-            Root &root = m_roots.emplace_back();
-            root.path = path;
-        }
+        if (rootAt(path))
+            continue;
+        // Read with another root so far: the rules that hold now stop before it.
+        const IndexSlot slot = catalog.slotOf(m_reconciler.itemAt(path));
+        if (slot != IndexCatalog::noSlot && catalog.record(slot).parent != 0)
+            dropTree(path);
+        m_roots.emplace_back().path = path;
     }
     if (m_writer.isUnfinished())
         m_writer.beginBulk();
@@ -192,11 +183,16 @@ void IndexRoots::applyRules()
 
 void IndexRoots::dropRoot(const QByteArray &path)
 {
+    dropTree(path);
+    m_writer.setNote(QStringLiteral("volume:") + XPPath::decode(path), {});
+}
+
+void IndexRoots::dropTree(const QByteArray &path)
+{
     m_local->watcher->forgetBelow(path);
     IndexBatch gone;
     m_reconciler.removeTree(m_reconciler.itemAt(path), gone);
     m_writer.commit(gone);
-    m_writer.setNote(QStringLiteral("volume:") + XPPath::decode(path), {});
 }
 
 IndexRoots::Root *IndexRoots::rootAt(const QByteArray &path)

@@ -28,8 +28,7 @@ public:
     void begin();
     void end(); // stops reading and watching
     // From any thread: jobs for the writer.
-    void setRoots(const QStringList &roots);
-    void setRules(const QStringList &rules);
+    void setFolders(const QStringList &roots, const QStringList &rules);
     void look(const QByteArray &path); // reads it again
 
     bool isCrawling() const { return m_local->isCrawling; } // this machine's disks
@@ -74,6 +73,7 @@ private:
     void applyRoots(const QStringList &roots);
     void applyRules();
     void dropRoot(const QByteArray &path);
+    void dropTree(const QByteArray &path);
     void readRoot(Root &root);
     bool isMountedAsBefore(const Root &root) const;
     void setMissing(Root &root, IndexProblem problem);

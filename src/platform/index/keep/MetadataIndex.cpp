@@ -90,10 +90,8 @@ void MetadataIndex::Private::followSettings()
 void MetadataIndex::Private::applySettings()
 {
     IndexKeeper *const kept = keeper;
-    if (!kept || !followsSettings)
-        return;
-    kept->setRules(IndexSettings::rules());
-    kept->setRoots(IndexSettings::allRoots());
+    if (kept && followsSettings)
+        kept->setFolders(IndexSettings::allRoots(), IndexSettings::rules());
 }
 
 void MetadataIndex::settingsChanged()
@@ -107,10 +105,8 @@ void MetadataIndex::settingsChanged()
 
 void MetadataIndex::setFolders(const QStringList &roots, const QStringList &rules)
 {
-    if (IndexKeeper *const kept = d->keeper) {
-        kept->setRules(rules);
-        kept->setRoots(roots);
-    }
+    if (IndexKeeper *const kept = d->keeper)
+        kept->setFolders(roots, rules);
 }
 
 // --- Keeping or following

@@ -113,7 +113,7 @@ TEST(IndexRoots, AMissingRootKeepsItsFilesAndComesBack)
     EXPECT_TRUE(scene.goes(root));
 }
 
-TEST(IndexRoots, RulesAndInnerRootsAreApplied)
+TEST(IndexRoots, RulesAndInnerRootsAreAppliedAtOnce)
 {
     const TestFolder folder;
     const QString hidden = folder.file(QStringLiteral(".store/inbox/paper.txt"));
@@ -127,6 +127,23 @@ TEST(IndexRoots, RulesAndInnerRootsAreApplied)
     EXPECT_TRUE(scene.has(hidden));
     EXPECT_FALSE(scene.has(folder.path(QStringLiteral(".store"))));
     EXPECT_TRUE(scene.has(built));
+    EXPECT_EQ(scene.differences(), "");
+
+    // A folder that the rules leave out now, and that was asked for by itself, becomes a root;
+    // one that nobody asks for goes.
+    scene.setup.rules = {QStringLiteral("build")};
+    scene.index->setFolders(scene.setup.roots, scene.setup.rules);
+    EXPECT_TRUE(scene.comes(folder.path(QStringLiteral(".store"))));
+    ASSERT_TRUE(scene.settle());
+    EXPECT_EQ(scene.index->status()->roots.size(), 2); // the inbox is read with the first now
+    EXPECT_TRUE(scene.has(built));
+    EXPECT_TRUE(scene.has(hidden));
+    EXPECT_EQ(scene.differences(), "");
+    scene.setup.roots = {folder.path()};
+    scene.index->setFolders(scene.setup.roots, scene.setup.rules);
+    EXPECT_TRUE(scene.goes(built));
+    EXPECT_TRUE(scene.has(hidden));
+    ASSERT_TRUE(scene.settle());
     EXPECT_EQ(scene.differences(), "");
 }
 
