@@ -674,6 +674,21 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPRedoNamed">
         <translation>&amp;Wiederholen: %1</translation>
     </message>
+    <message id="KPRemoveConfirmationCancel">
+        <translation>Abbrechen</translation>
+    </message>
+    <message id="KPRemoveConfirmationComments">
+        <translation>„%1“ kann nicht in den Papierkorb gelegt werden. Es wird sofort entfernt und kann nicht zurückgeholt werden.</translation>
+    </message>
+    <message id="KPRemoveConfirmationContinue">
+        <translation>Entfernen</translation>
+    </message>
+    <message id="KPRemoveConfirmationTitle">
+        <translation>Objekt endgültig entfernen?</translation>
+    </message>
+    <message id="KPRemoveImmediateAuthComment">
+        <translation>Das endgültige Entfernen einer Datei muss bestätigt werden.</translation>
+    </message>
     <message id="KPRenameButton">
         <translation>Umbenennen</translation>
     </message>
@@ -931,6 +946,12 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="XPNewerIsThere">
         <translation> Im Zielordner liegt bereits eine NEUERE Datei dieses Namens.</translation>
+    </message>
+    <message id="XPNoTrashComment">
+        <translation>Für die Datei oder den Ordner wurde kein passender Papierkorb gefunden.</translation>
+    </message>
+    <message id="XPNoTrashTitle">
+        <translation>Nichts geändert</translation>
     </message>
     <message id="XPNotAllImportedComment">
         <translation>%1 von %2 Dokumenten wurden importiert. Das liegt oft an fehlenden Rechten oder schreibgeschützten Dateien</translation>

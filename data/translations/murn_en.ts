@@ -676,6 +676,21 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPRedoNamed">
         <translation>&amp;Redo: %1</translation>
     </message>
+    <message id="KPRemoveConfirmationCancel">
+        <translation>Cancel</translation>
+    </message>
+    <message id="KPRemoveConfirmationComments">
+        <translation>“%1” cannot be moved to the trash. It will be removed at once and cannot be put back.</translation>
+    </message>
+    <message id="KPRemoveConfirmationContinue">
+        <translation>Remove</translation>
+    </message>
+    <message id="KPRemoveConfirmationTitle">
+        <translation>Remove the item for good?</translation>
+    </message>
+    <message id="KPRemoveImmediateAuthComment">
+        <translation>You need to authorize to remove a file for good.</translation>
+    </message>
     <message id="KPRenameButton">
         <translation>Rename</translation>
     </message>
@@ -933,6 +948,12 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="XPNewerIsThere">
         <translation> A NEWER file of the same name is already at the destination folder.</translation>
+    </message>
+    <message id="XPNoTrashComment">
+        <translation>A suitable trash for the file or folder could not be found.</translation>
+    </message>
+    <message id="XPNoTrashTitle">
+        <translation>No action taken</translation>
     </message>
     <message id="XPNotAllImportedComment">
         <translation>%1 of %2 documents were imported. This is often due to permission or read only file problems</translation>

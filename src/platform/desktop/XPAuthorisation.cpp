@@ -1,6 +1,8 @@
 #include "XPAuthorisation.h"
 
 #include "XPExtendedAttributes.h"
+#include "XPFileInfo.h"
+#include "XPFolders.h"
 #include "XPLog.h"
 #include "XPPath.h"
 #include "XPPrograms.h"
@@ -11,8 +13,10 @@
 #include <cstring>
 #include <spawn.h>
 #include <sys/socket.h>
+#include <sys/sysmacros.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <vector>
 
 using Kind = XPError::Kind;
 
@@ -105,17 +109,22 @@ std::optional<XPError> XPAuthorisation::obtain(const QString &reason)
         m_isAsking = true;
     }
     qCInfo(xpLog).noquote() << "asking for administrator's rights:" << reason;
-    const auto writer = ask();
+    const auto writer = ask({AttributeWriter::sessionArgument});
     const XPLocker locker(m_mutex);
+    endAsking(writer);
+    if (!writer)
+        return writer.error();
+    m_writer = *writer;
+    return {};
+}
+
+void XPAuthorisation::endAsking(const XPResult<Writer> &writer)
+{
     m_isAsking = false;
     m_answered.notify_all();
-    if (writer) {
-        m_writer = *writer;
-        return {};
-    }
     // A wrong password too: the next file of the batch must not ask at once again.
-    m_quietUntil = m_clock() + quietTime;
-    return writer.error();
+    if (!writer)
+        m_quietUntil = m_clock() + quietTime;
 }
 
 std::optional<XPError> XPAuthorisation::writeAttribute(const QString &path, const QString &name,
@@ -180,9 +189,9 @@ std::optional<XPError> XPAuthorisation::mayAsk() const
     return {};
 }
 
-XPResult<XPAuthorisation::Writer> XPAuthorisation::ask() const
+XPResult<XPAuthorisation::Writer> XPAuthorisation::ask(const QByteArrayList &words) const
 {
-    auto writer = launch();
+    auto writer = launch(words);
     char greeting[sizeof AttributeWriter::greeting] = {};
     if (writer && receiveAll(writer->socket, greeting, sizeof greeting) &&
         std::memcmp(greeting, AttributeWriter::greeting, sizeof greeting) == 0)
@@ -194,9 +203,81 @@ XPResult<XPAuthorisation::Writer> XPAuthorisation::ask() const
     return XPError::make(Kind::NotPermitted, QStringLiteral("no administrator's rights"));
 }
 
+// What pkexec shows and logs is plain text, whatever bytes a name has.
+static QByteArray plain(const QString &path)
+{
+    return XPPath::encode(path).toPercentEncoding("/._-", "~");
+}
+
+// The path with no link on its way, as the writer wants it.
+static XPResult<QString> withoutLinks(const QString &path)
+{
+    const auto folder = XPFolders::realFolder(XPPath::folder(path));
+    if (!folder)
+        return folder.error();
+    return *folder + u'/' + XPPath::fileName(path);
+}
+
+std::optional<XPError> XPAuthorisation::runOnce(const QString &path, const XPFileInfo &confirmed,
+                                                const QByteArray &verb,
+                                                const QByteArrayList &arguments,
+                                                const QString &reason)
+{
+    const auto real = withoutLinks(path);
+    if (!real)
+        return real.error();
+    // As stat() gives a device's number, which XPFileInfo keeps in two halves.
+    const auto device = makedev(static_cast<unsigned>(confirmed.device >> 32),
+                                static_cast<unsigned>(confirmed.device));
+    const QByteArrayList words = {verb, QByteArray::number(quint64{device}),
+                                  QByteArray::number(confirmed.inode), plain(*real)};
+    {
+        XPLocker locker(m_mutex);
+        while (m_isAsking)
+            m_answered.wait(locker);
+        if (auto error = mayAsk())
+            return error;
+        m_isAsking = true;
+    }
+    qCInfo(xpLog).noquote() << "asking for administrator's rights:" << reason;
+    const auto asked = ask(words + arguments);
+    {
+        const XPLocker locker(m_mutex);
+        endAsking(asked);
+    }
+    if (!asked)
+        return asked.error();
+    Writer writer = *asked;
+    qint32 status = 0;
+    const bool isAnswered = receiveAll(writer.socket, &status, sizeof status);
+    stop(writer);
+    if (!isAnswered)
+        return XPError::make(Kind::Io, QStringLiteral("the attribute writer gave no answer"), path);
+    if (status < 0)
+        return refused(path);
+    return status == 0 ? std::nullopt : std::optional(XPError::fromErrno(status, path));
+}
+
+std::optional<XPError> XPAuthorisation::moveToTrash(const QString &path,
+                                                    const XPFileInfo &confirmed,
+                                                    const QString &trashFiles, const QString &name,
+                                                    const QString &reason)
+{
+    const auto trash = XPFolders::realFolder(trashFiles);
+    if (!trash)
+        return trash.error();
+    return runOnce(path, confirmed, "move-to-trash", {plain(*trash), plain(name)}, reason);
+}
+
+std::optional<XPError> XPAuthorisation::remove(const QString &path, const XPFileInfo &confirmed,
+                                               const QString &reason)
+{
+    return runOnce(path, confirmed, "remove", {}, reason);
+}
+
 // Starts the launcher with one socket as standard input and output: unlike a pipe, a socket can
 // be written without the risk of SIGPIPE to the whole process.
-std::optional<XPAuthorisation::Writer> XPAuthorisation::launch() const
+std::optional<XPAuthorisation::Writer> XPAuthorisation::launch(const QByteArrayList &words) const
 {
     int ends[2];
     if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0)
@@ -211,12 +292,14 @@ std::optional<XPAuthorisation::Writer> XPAuthorisation::launch() const
     ::sigemptyset(&none);
     ::posix_spawnattr_setsigmask(&attributes, &none);
     ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK);
-    QByteArray launcher = m_programs.launcher;
-    QByteArray writer = m_programs.writer;
-    char *const arguments[] = {launcher.data(), writer.data(), nullptr};
+    QByteArrayList texts = QByteArrayList{m_programs.launcher, m_programs.writer} + words;
+    std::vector<char *> arguments;
+    for (QByteArray &text : texts)
+        arguments.push_back(text.data());
+    arguments.push_back(nullptr);
     Writer started{ends[0], -1};
-    const int failure = ::posix_spawn(&started.process, launcher.constData(), &actions, &attributes,
-                                      arguments, environ);
+    const int failure = ::posix_spawn(&started.process, m_programs.launcher.constData(), &actions,
+                                      &attributes, arguments.data(), environ);
     ::posix_spawnattr_destroy(&attributes);
     ::posix_spawn_file_actions_destroy(&actions);
     ::close(ends[1]);

@@ -3,18 +3,22 @@
 #include "XPError.h"
 #include "XPMutex.h"
 
-#include <QByteArray>
+#include <QByteArrayList>
 #include <chrono>
 #include <condition_variable>
 #include <functional>
 #include <memory>
 #include <sys/types.h>
 
-// Administrator's rights for writing the metadata convention's attributes, and for nothing else.
+struct XPFileInfo;
+
+// Administrator's rights for writing the metadata convention's attributes, and for moving one file
+// to the trash or removing it; for nothing else.
 //
 // The first need runs murn-attribute-writer through pkexec, which asks the user; the writer then
 // stays for the rest of the process (or until it has been idle for minutes), so that one
-// confirmation serves a whole batch. After a refusal nobody is asked again for 20 seconds.
+// confirmation serves a whole batch of attributes. A file that goes is asked for each time. After a
+// refusal nobody is asked again for 20 seconds.
 // The question's text is that of the polkit action (packaging/), not the caller's.
 // Threads: any. One at a time asks, the others wait for that answer; requests go to the writer one
 // after the other. Blocks as long as the user takes; needs no event loop.
@@ -59,6 +63,15 @@ public:
                                                        const std::optional<QByteArray> &value)
         XP_EXCLUDES(m_mutex);
 
+    // Moves the file that the user confirmed into `trashFiles`, the folder "files" of a trash of
+    // the user's, under a name that is free there. ESTALE when another file is at the path now.
+    std::optional<XPError> moveToTrash(const QString &path, const XPFileInfo &confirmed,
+                                       const QString &trashFiles, const QString &name,
+                                       const QString &reason) XP_EXCLUDES(m_mutex);
+    // Removes the file that the user confirmed, a folder with everything in it, for good.
+    std::optional<XPError> remove(const QString &path, const XPFileInfo &confirmed,
+                                  const QString &reason) XP_EXCLUDES(m_mutex);
+
 private:
     struct Writer
     {
@@ -67,8 +80,13 @@ private:
     };
 
     std::optional<XPError> mayAsk() const XP_REQUIRES(m_mutex);
-    XPResult<Writer> ask() const;
-    std::optional<Writer> launch() const;
+    XPResult<Writer> ask(const QByteArrayList &words) const;
+    void endAsking(const XPResult<Writer> &writer) XP_REQUIRES(m_mutex);
+    std::optional<Writer> launch(const QByteArrayList &words) const;
+    // One file, in a writer of its own.
+    std::optional<XPError> runOnce(const QString &path, const XPFileInfo &confirmed,
+                                   const QByteArray &verb, const QByteArrayList &arguments,
+                                   const QString &reason) XP_EXCLUDES(m_mutex);
     static int stop(Writer &writer);
     static std::optional<qint32> request(const Writer &writer, const QByteArray &frame);
     std::optional<XPError> write(const QString &path, const QString &name,

@@ -3,8 +3,10 @@
 #include "AttributeWriterProtocol.h"
 #include "TestHome.h"
 #include "XPExtendedAttributes.h"
+#include "XPFileInfo.h"
 #include "XPPath.h"
 
+#include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <cerrno>
@@ -153,6 +155,41 @@ TEST_F(XPAuthorisationTest, TheWriterWritesOnlyTheConventionsAttributes)
               XPError::fromErrno(EPERM, link));
     EXPECT_EQ(stored(), QByteArray("1"));
     EXPECT_EQ(starts(), 1);
+}
+
+TEST_F(XPAuthorisationTest, TheWriterMovesAndRemovesTheConfirmedFileAlone)
+{
+    const auto rights = authorisation("exec \"$@\"");
+    const TestFolder folder;
+    const QString trash = folder.path(QStringLiteral("Trash/files"));
+    const QString other = folder.path(QStringLiteral("Other/files"));
+    QDir().mkpath(trash);
+    QDir().mkpath(other);
+    (void)folder.file(QStringLiteral("docs/odd package/inner/file"));
+    const QString package = folder.path(QStringLiteral("docs/odd package"));
+    const XPFileInfo confirmed = *XPFileInfo::read(package);
+    const XPFileInfo another = *XPFileInfo::read(folder.file(QStringLiteral("docs/another")));
+
+    EXPECT_EQ(rights->moveToTrash(package, confirmed, other, QStringLiteral("a"), {})->kind,
+              Kind::InvalidArgument);
+    EXPECT_EQ(rights->moveToTrash(package, another, trash, QStringLiteral("a"), {})->code, ESTALE);
+    EXPECT_EQ(rights->moveToTrash(package, confirmed, trash, QStringLiteral("../a"), {})->kind,
+              Kind::InvalidArgument);
+    EXPECT_EQ(rights->remove(package, another, {})->code, ESTALE);
+    ASSERT_TRUE(XPFileInfo::read(package + QStringLiteral("/inner/file")));
+
+    ASSERT_EQ(rights->moveToTrash(package, confirmed, trash, XPPath::decode("a\xff"), {}),
+              std::nullopt);
+    const QString there = trash + u'/' + XPPath::decode("a\xff");
+    ASSERT_TRUE(XPFileInfo::read(there + QStringLiteral("/inner/file")));
+    const QString link = folder.path(QStringLiteral("link"));
+    ASSERT_EQ(::symlink("docs", XPPath::encode(link).constData()), 0);
+    const XPFileInfo linkItself = *XPFileInfo::read(link);
+    EXPECT_EQ(rights->remove(link, linkItself, {}), std::nullopt);
+    EXPECT_EQ(rights->remove(there, confirmed, {}), std::nullopt);
+    EXPECT_FALSE(XPFileInfo::read(there));
+    EXPECT_FALSE(XPFileInfo::read(link));
+    EXPECT_TRUE(XPFileInfo::read(folder.path(QStringLiteral("docs/another"))));
 }
 
 // What no caller of ours sends: the writer believes nobody.

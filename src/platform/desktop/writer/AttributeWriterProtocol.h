@@ -12,6 +12,9 @@
 // over the limits it refuses and ends, as what follows cannot be told apart any more.
 namespace AttributeWriter {
 
+// The first argument that asks for this; FileVerbs.h has the others.
+inline constexpr char sessionArgument[] = "attributes";
+
 inline constexpr char greeting[4] = {'M', 'A', 'W', '1'};
 
 enum class Operation : std::uint32_t { Write = 1, Remove = 2 };

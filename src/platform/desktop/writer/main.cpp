@@ -3,10 +3,14 @@
 //
 // A root program, so it can do as little as possible: set or remove an extended attribute whose
 // name is one of the metadata convention's, at an absolute path, of a value that the convention
-// allows; it follows no link in the last place and reads no environment, argument or file. It
-// needs nothing but the C library. It ends when its caller does (end of input), and by itself
-// after some idle minutes, so that a forgotten right does not live on.
+// allows; it follows no link in the last place and reads no environment or file. It needs nothing
+// but the C library. It ends when its caller does (end of input), and by itself after some idle
+// minutes, so that a forgotten right does not live on.
+//
+// With other arguments it is another program, which pkexec asks for apart: it moves one file to the
+// trash or removes it, as FileVerbs.h says, and ends.
 #include "AttributeWriterProtocol.h"
+#include "FileVerbs.h"
 
 #include <cerrno>
 #include <csignal>
@@ -108,10 +112,12 @@ static std::int32_t perform(Operation operation, const std::string &name, const 
     return result == 0 ? 0 : errno;
 }
 
-int main()
+int main(int count, char **arguments)
 {
     if (std::signal(SIGPIPE, SIG_IGN) == SIG_ERR || !writeAll(greeting, sizeof greeting))
         return 1;
+    if (count > 1 && std::strcmp(arguments[1], sessionArgument) != 0)
+        return answer(FileVerbs::run(count, arguments)) ? 0 : 1;
     Request request = {};
     std::string name;
     std::string path;
