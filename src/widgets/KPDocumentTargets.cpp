@@ -1,0 +1,3 @@
+#include "KPDocumentTargets.h"
+
+KPDocumentTargets::~KPDocumentTargets() = default;
