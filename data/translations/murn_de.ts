@@ -83,6 +83,60 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPChipTag">
         <translation>Schlagwort %1</translation>
     </message>
+    <message id="KPCloudBlackCommand">
+        <translation>Schlagwörter ohne Farben</translation>
+    </message>
+    <message id="KPCloudFileTypes">
+        <translation>Arten</translation>
+    </message>
+    <message id="KPCloudFilter">
+        <translation>Filter für Schlagwörter und Arten</translation>
+    </message>
+    <message id="KPCloudFilterCommand">
+        <translation>Schlagwörter filtern</translation>
+    </message>
+    <message id="KPCloudFilterHint">
+        <translation>Schlagwörter filtern …</translation>
+    </message>
+    <message id="KPCloudItemCount" numerus="yes">
+        <translation>
+            <numerusform>%1: %2 Dokument</numerusform>
+            <numerusform>%1: %2 Dokumente</numerusform>
+        </translation>
+    </message>
+    <message id="KPCloudSectionTip">
+        <translation>Diesen Abschnitt zeigen oder verbergen</translation>
+    </message>
+    <message id="KPCloudSingleColumnCommand">
+        <translation>Ein Schlagwort je Zeile</translation>
+    </message>
+    <message id="KPCloudTags">
+        <translation>Schlagwörter</translation>
+    </message>
+    <message id="KPCloudTagsAll">
+        <translation>%1</translation>
+    </message>
+    <message id="KPCloudTagsNone">
+        <translation>keine Schlagwörter</translation>
+    </message>
+    <message id="KPCloudTagsOne">
+        <translation>1 Schlagwort</translation>
+    </message>
+    <message id="KPCloudTagsSome">
+        <translation>%1 von %2</translation>
+    </message>
+    <message id="KPCloudTypesAll">
+        <translation>%1</translation>
+    </message>
+    <message id="KPCloudTypesNone">
+        <translation>keine Arten</translation>
+    </message>
+    <message id="KPCloudTypesOne">
+        <translation>1 Art</translation>
+    </message>
+    <message id="KPCloudTypesSome">
+        <translation>%1 von %2</translation>
+    </message>
     <message id="KPCommonTagsOnly">
         <translation>Schlagwörter, die alle ausgewählten Dokumente gemeinsam haben. Ihre anderen bleiben.</translation>
     </message>
@@ -779,11 +833,29 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPStop">
         <translation>Anhalten</translation>
     </message>
+    <message id="KPTagAlwaysShow">
+        <translation>Immer in der Wolke zeigen</translation>
+    </message>
     <message id="KPTagBackupFailed">
         <translation>Tags und Bewertungen konnten nicht gesichert werden: %1</translation>
     </message>
     <message id="KPTagBackupRunning">
         <translation>Tags und Bewertungen werden gesichert…</translation>
+    </message>
+    <message id="KPTagClear">
+        <translation>Aus der Suche entfernen</translation>
+    </message>
+    <message id="KPTagCopyName">
+        <translation>Namen kopieren</translation>
+    </message>
+    <message id="KPTagNeverShow">
+        <translation>Nie in der Wolke zeigen</translation>
+    </message>
+    <message id="KPTagShowWith">
+        <translation>Dokumente mit diesem Schlagwort zeigen</translation>
+    </message>
+    <message id="KPTagShowWithout">
+        <translation>Dokumente ohne dieses Schlagwort zeigen</translation>
     </message>
     <message id="KPTags">
         <translation>Schlagwörter</translation>

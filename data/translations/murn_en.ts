@@ -85,6 +85,60 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPChipTag">
         <translation>tag %1</translation>
     </message>
+    <message id="KPCloudBlackCommand">
+        <translation>Tags Without Colours</translation>
+    </message>
+    <message id="KPCloudFileTypes">
+        <translation>Kinds</translation>
+    </message>
+    <message id="KPCloudFilter">
+        <translation>Filter for tags and kinds</translation>
+    </message>
+    <message id="KPCloudFilterCommand">
+        <translation>Filter Tags</translation>
+    </message>
+    <message id="KPCloudFilterHint">
+        <translation>Filter tags…</translation>
+    </message>
+    <message id="KPCloudItemCount" numerus="yes">
+        <translation>
+            <numerusform>%1: %2 document</numerusform>
+            <numerusform>%1: %2 documents</numerusform>
+        </translation>
+    </message>
+    <message id="KPCloudSectionTip">
+        <translation>Show or hide this section</translation>
+    </message>
+    <message id="KPCloudSingleColumnCommand">
+        <translation>One Tag per Line</translation>
+    </message>
+    <message id="KPCloudTags">
+        <translation>Tags</translation>
+    </message>
+    <message id="KPCloudTagsAll">
+        <translation>%1</translation>
+    </message>
+    <message id="KPCloudTagsNone">
+        <translation>no tags</translation>
+    </message>
+    <message id="KPCloudTagsOne">
+        <translation>1 tag</translation>
+    </message>
+    <message id="KPCloudTagsSome">
+        <translation>%1 of %2</translation>
+    </message>
+    <message id="KPCloudTypesAll">
+        <translation>%1</translation>
+    </message>
+    <message id="KPCloudTypesNone">
+        <translation>no kinds</translation>
+    </message>
+    <message id="KPCloudTypesOne">
+        <translation>1 kind</translation>
+    </message>
+    <message id="KPCloudTypesSome">
+        <translation>%1 of %2</translation>
+    </message>
     <message id="KPCommonTagsOnly">
         <translation>Tags that all selected documents share. Their other tags stay.</translation>
     </message>
@@ -781,11 +835,29 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPStop">
         <translation>Stop</translation>
     </message>
+    <message id="KPTagAlwaysShow">
+        <translation>Always Show in the Cloud</translation>
+    </message>
     <message id="KPTagBackupFailed">
         <translation>Tags and ratings could not be backed up: %1</translation>
     </message>
     <message id="KPTagBackupRunning">
         <translation>Backing up tags and ratings…</translation>
+    </message>
+    <message id="KPTagClear">
+        <translation>Remove from the Search</translation>
+    </message>
+    <message id="KPTagCopyName">
+        <translation>Copy Name</translation>
+    </message>
+    <message id="KPTagNeverShow">
+        <translation>Never Show in the Cloud</translation>
+    </message>
+    <message id="KPTagShowWith">
+        <translation>Show Documents with This Tag</translation>
+    </message>
+    <message id="KPTagShowWithout">
+        <translation>Show Documents Without This Tag</translation>
     </message>
     <message id="KPTags">
         <translation>Tags</translation>

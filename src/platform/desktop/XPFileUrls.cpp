@@ -31,3 +31,24 @@ QMimeData *XPFileUrls::mimeData(const QStringList &paths)
     data->setText(texts.join(u'\n'));
     return data;
 }
+
+QStringList XPFileUrls::paths(const QMimeData *data)
+{
+    static constexpr QByteArrayView scheme("file://");
+    static constexpr QByteArrayView thisMachine("localhost");
+    QStringList paths;
+    for (const QByteArray &line : data->data(QStringLiteral("text/uri-list")).split('\n')) {
+        const QByteArray url = line.trimmed();
+        if (url.size() < scheme.size() || url.first(scheme.size()).toLower() != scheme)
+            continue;
+        QByteArray rest = url.mid(scheme.size());
+        if (rest.startsWith(thisMachine))
+            rest.remove(0, thisMachine.size());
+        rest.truncate(rest.indexOf('?') < 0 ? rest.size() : rest.indexOf('?'));
+        rest.truncate(rest.indexOf('#') < 0 ? rest.size() : rest.indexOf('#'));
+        const QByteArray path = QByteArray::fromPercentEncoding(rest);
+        if (path.startsWith('/') && !path.contains('\0'))
+            paths.append(XPPath::decode(path));
+    }
+    return paths;
+}

@@ -20,4 +20,8 @@ QUrl url(const QString &path);
 // form by which file managers know a copy from a cut. The caller owns it.
 QMimeData *mimeData(const QStringList &paths);
 
+// The files of this machine that a clipboard or a drag carries, in their order; none that is
+// elsewhere. Bytes of names come through as they are.
+QStringList paths(const QMimeData *data);
+
 } // namespace XPFileUrls

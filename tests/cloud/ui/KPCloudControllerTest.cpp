@@ -1,0 +1,166 @@
+#include "KPCloudController.h"
+
+#include "IndexedFolder.h"
+#include "KPDocServices.h"
+#include "Karvex.h"
+#include "UserDefaults.h"
+#include "XPFileUrls.h"
+
+#include <QDropEvent>
+#include <QLineEdit>
+#include <QMimeData>
+#include <QTest>
+#include <gtest/gtest.h>
+
+namespace {
+
+// A window that shows nothing but what the searcher finds.
+class Navigator : public KPNavigator
+{
+public:
+    explicit Navigator(IndexSource &source) : m_searcher(source)
+    {
+        KPDocMetaData::holdFilledValues();
+    }
+    KPSearcher &searcher() override { return m_searcher; }
+    void setSearchStateAndUpdateUI(const KPSearchState::Ptr &state, bool addToHistory,
+                                   const SourceItem &, const LocationItem &) override
+    {
+        m_searcher.setSearchState(KPSearcher::allDocumentsOf(state), addToHistory);
+    }
+    void doSearch(const QString &, bool, bool) override {}
+    void showSimilarDocuments(const KPDoc::Docs &) override {}
+    bool userIsCurrentlyTyping() const override { return false; }
+    void manageWindowTitle() override {}
+
+private:
+    KPSearcher m_searcher;
+};
+
+struct Services : KPDocServices
+{
+    void replaceOriginalTags(const TagChange &change) override { *asked = change; }
+    TagChange *asked = nullptr;
+};
+
+} // namespace
+
+class CloudController : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        UserDefaults::standard().setValue(QStringLiteral("KPTagGroupUserTags"),
+                                          PropertyValue::boolean(true));
+        UserDefaults::standard().setValue(QStringLiteral("KPTagGroupFileTypes"),
+                                          PropertyValue::boolean(true));
+        tagged("a.txt", {QStringLiteral("invoice"), QStringLiteral("paid")});
+        tagged("b.txt", {QStringLiteral("invoice")});
+        tagged("c.png", {QStringLiteral("Photo"), QStringLiteral("invoice-like")});
+        m_navigator = std::make_unique<Navigator>(m_folder.index());
+        m_cloud = std::make_unique<KPCloudController>(*m_navigator);
+        m_cloud->resize(220, 400);
+        m_cloud->show();
+        m_navigator->setSearchStateAndUpdateUI(m_folder.state(), false, {}, {});
+    }
+    void TearDown() override { KPDocServices::install(nullptr); }
+
+    void tagged(const char *name, const QStringList &tags)
+    {
+        EXPECT_FALSE(Karvex::setUserTags(tags, m_folder.file(QLatin1String(name))));
+    }
+    QStringList words() const
+    {
+        QStringList words;
+        for (const XPCloudItem &item : m_cloud->userTags().view()->drawnItems())
+            words.append(item.clickRemoves ? u'[' + item.displayName + u']' : item.displayName);
+        return words;
+    }
+    bool shows(const QStringList &expected) const
+    {
+        return QTest::qWaitFor([&] { return words() == expected; }, 20000);
+    }
+    QPoint placeOf(const QString &name) const
+    {
+        const XPTextCloudView *view = m_cloud->userTags().view();
+        for (qsizetype item = 0; item < view->drawnItems().size(); ++item) {
+            if (view->drawnItems()[item].displayName == name)
+                return view->pointToItemRect(item).center().toPoint();
+        }
+        return {-1, -1};
+    }
+    void click(const QString &name, Qt::KeyboardModifiers modifiers = {}) const
+    {
+        QTest::mouseClick(m_cloud->userTags().view(), Qt::LeftButton, modifiers, placeOf(name));
+    }
+
+    const QString invoice = QStringLiteral("invoice");
+    const QString like = QStringLiteral("invoice-like");
+    const QString paid = QStringLiteral("paid");
+    const QString photo = QStringLiteral("Photo");
+    IndexedFolder m_folder;
+    std::unique_ptr<Navigator> m_navigator;
+    std::unique_ptr<KPCloudController> m_cloud;
+};
+
+TEST_F(CloudController, FollowsTheResultsAndNarrowsThem)
+{
+    ASSERT_TRUE(shows({invoice, like, paid, photo}));
+    EXPECT_EQ(m_cloud->fileTypes().view()->drawnItems().size(), 2);
+    click(invoice);
+    EXPECT_TRUE(shows({u'[' + invoice + u']', paid}));
+    click(invoice);
+    EXPECT_TRUE(shows({invoice, like, paid, photo})) << "a click on a selected one widens";
+    click(invoice, Qt::AltModifier);
+    EXPECT_TRUE(shows({like, photo}));
+}
+
+TEST_F(CloudController, FiltersAndTakesTheBestMatchWithOneKey)
+{
+    ASSERT_TRUE(shows({invoice, like, paid, photo}));
+    auto *field = m_cloud->findChild<QLineEdit *>();
+    QTest::keyClicks(field, QStringLiteral("ai"));
+    EXPECT_TRUE(shows({paid}));
+    field->clear();
+    QTest::keyClicks(field, QStringLiteral("ph"));
+    ASSERT_TRUE(shows({photo}));
+    QTest::keyClick(field, Qt::Key_Return);
+    EXPECT_TRUE(shows({like, u'[' + photo + u']'}));
+    EXPECT_TRUE(field->text().isEmpty());
+}
+
+TEST_F(CloudController, IsWalkedAndClickedWithKeys)
+{
+    ASSERT_TRUE(shows({invoice, like, paid, photo}));
+    XPTextCloudView *view = m_cloud->userTags().view();
+    view->setFocus();
+    QTest::keyClick(view, Qt::Key_End);
+    QTest::keyClick(view, Qt::Key_Left);
+    EXPECT_TRUE(view->accessibleDescription().contains(paid));
+    QTest::keyClick(view, Qt::Key_Space);
+    EXPECT_TRUE(shows({invoice, u'[' + paid + u']'}));
+}
+
+TEST_F(CloudController, TagsDocumentsThatAreDroppedOnAWord)
+{
+    ASSERT_TRUE(shows({invoice, like, paid, photo}));
+    KPDocServices::TagChange asked;
+    auto services = std::make_unique<Services>();
+    services->asked = &asked;
+    KPDocServices::install(std::move(services));
+    const QString odd =
+        m_folder.path() + QStringLiteral("/odd%20 ") + QChar(0xDCFF); // a byte that is no UTF-8
+    const std::unique_ptr<QMimeData> data(XPFileUrls::mimeData({odd}));
+    XPTextCloudView *view = m_cloud->userTags().view();
+    for (const QPoint &at : {QPoint(view->width() - 1, view->height() - 1), placeOf(paid)}) {
+        QDragEnterEvent enter(at, Qt::CopyAction | Qt::MoveAction, data.get(), Qt::LeftButton, {});
+        QCoreApplication::sendEvent(view, &enter);
+        QDropEvent drop(at, Qt::CopyAction | Qt::MoveAction, data.get(), Qt::LeftButton, {});
+        QCoreApplication::sendEvent(view, &drop);
+        EXPECT_EQ(drop.isAccepted(), at == placeOf(paid));
+    }
+    EXPECT_EQ(asked.filePaths, QStringList{odd});
+    EXPECT_EQ(KPTagName::displayStringsForTagNames(asked.newTags), QStringList{paid});
+    EXPECT_TRUE(asked.originalTags.isEmpty());
+    EXPECT_TRUE(asked.confirmWhenChangingManyFiles);
+}
