@@ -5,8 +5,6 @@
 #include "XPPath.h"
 #include "XPPrograms.h"
 
-#include <algorithm>
-
 CagedImporter::CagedImporter(const ImportWorker::Setup &setup, const QString &attempts)
     : m_worker(setup), m_attempts(attempts)
 {
@@ -37,11 +35,7 @@ XPResult<ImportHello> CagedImporter::hello() const
 bool CagedImporter::accepts(const QString &type) const
 {
     const auto known = hello();
-    if (!known)
-        return true;
-    const QStringList tree = KPContentTypes::typeTree(type);
-    return std::any_of(tree.begin(), tree.end(),
-                       [&](const QString &each) { return known->types.contains(each); });
+    return !known || known->reads(KPContentTypes::typeTree(type));
 }
 
 XPResult<IndexImporter::Content> CagedImporter::contentOf(const ImportDocument &document,

@@ -59,6 +59,12 @@ static XPResult<std::optional<DocumentFailure>> failureIn(const Dictionary &head
 
 // --- Hello
 
+bool ImportHello::reads(const QStringList &tree) const
+{
+    return std::any_of(tree.begin(), tree.end(),
+                       [&](const QString &type) { return types.contains(type); });
+}
+
 ImportFrame ImportHello::frame() const
 {
     return {ImportFrame::Kind::Hello,

@@ -16,6 +16,8 @@ struct ImportHello
     bool seccomp = false; // system calls are filtered
     QStringList types;    // content types that it reads, with what conforms to them
 
+    // Whether it reads a type with this ancestry.
+    bool reads(const QStringList &tree) const;
     ImportFrame frame() const;
     static XPResult<ImportHello> from(const ImportFrame &frame);
     bool operator==(const ImportHello &) const = default;

@@ -1,0 +1,356 @@
+#include "KPQuickLook.h"
+
+#include "ImportPause.h"
+#include "KPContentTypes.h"
+#include "KPDoc.h"
+#include "UserDefaults.h"
+#include "XPFolders.h"
+#include "XPPrograms.h"
+
+#include <QCoreApplication>
+#include <QPainter>
+#include <algorithm>
+#include <ctime>
+
+static constexpr qsizetype entryOverhead = 512;
+static constexpr qint64 secondsOfDay = 86400;
+static constexpr double largeSide = 384; // points; half of the largest thumbnail
+static constexpr auto cutOffLater = std::chrono::milliseconds(250);
+
+// The one instance. The lock keeps it alive while another thread tells it something.
+static XPMutex globalMutex;
+static std::unique_ptr<KPQuickLook> global XP_GUARDED_BY(globalMutex);
+
+KPQuickLook::KPQuickLook(const Setup &setup)
+    : m_pause(setup.pause),
+      m_maker(setup.maker, [this] { Q_EMIT resultsWaiting(QPrivateSignal()); })
+{
+    connect(this, &KPQuickLook::resultsWaiting, this, &KPQuickLook::receive, Qt::QueuedConnection);
+    connect(this, &KPQuickLook::pathsCleared, this, &KPQuickLook::letGoOfPaths,
+            Qt::QueuedConnection);
+    m_cuttingOff.setSingleShot(true);
+    m_cuttingOff.setInterval(cutOffLater);
+    connect(&m_cuttingOff, &QTimer::timeout, this, [this] { m_maker.cutOffUnwanted(); });
+    readPrefs();
+}
+
+KPQuickLook::~KPQuickLook()
+{
+    if (m_pause)
+        m_pause->set(ImportPause::Pictures, false);
+}
+
+// --- The program's one cache
+
+void KPQuickLook::initializeGlobals(const Setup &setup)
+{
+    auto made = std::make_unique<KPQuickLook>(setup);
+    const XPLocker locker(globalMutex);
+    global = std::move(made);
+}
+
+KPQuickLook &KPQuickLook::instance()
+{
+    const XPLocker locker(globalMutex);
+    Q_ASSERT(global);
+    return *global;
+}
+
+void KPQuickLook::shutDown()
+{
+    std::unique_ptr<KPQuickLook> old;
+    const XPLocker locker(globalMutex);
+    old.swap(global);
+}
+
+KPQuickLook::Setup KPQuickLook::usualSetup(ImportPause *pause)
+{
+    return {{.importer = XPPrograms::helper("murn-importer"),
+             .sharedCache = XPFolders::caches() + QStringLiteral("/thumbnails"),
+             .failuresFolder = QStringLiteral("murn-") + QCoreApplication::applicationVersion()},
+            pause};
+}
+
+void KPQuickLook::updateCachedPrefs()
+{
+    const XPLocker locker(globalMutex);
+    if (global)
+        global->readPrefs();
+}
+
+void KPQuickLook::clearCacheForPath(const QString &path)
+{
+    const XPLocker locker(globalMutex);
+    if (!global)
+        return;
+    bool isFirst = false;
+    {
+        const XPLocker inner(global->m_mutex);
+        isFirst = global->m_cleared.isEmpty();
+        global->m_cleared.insert(path);
+    }
+    if (isFirst)
+        Q_EMIT global->pathsCleared(QPrivateSignal());
+}
+
+void KPQuickLook::readPrefs()
+{
+    const UserDefaults &defaults = UserDefaults::standard();
+    const auto isOn = [&](const char *key) { return defaults.boolValue(QLatin1String(key)); };
+    const auto number = [&](const char *key) {
+        return std::clamp(defaults.doubleValue(QLatin1String(key)), 0.0, 1e5);
+    };
+    m_cache.setMaxCost(static_cast<qsizetype>(number("KPCacheSizeMB") * (1 << 20)));
+    m_prefs.lifetime = static_cast<qint64>(number("KPCacheDaysOld") * secondsOfDay);
+    m_prefs.bordersImages = isOn("KPQuicklookBordersImages");
+    m_prefs.bordersMovies = isOn("KPQuicklookBordersMovies");
+    m_prefs.bordersOther = isOn("KPQuicklookBordersOther");
+    m_prefs.bordersLarge = isOn("KPQuicklookBordersOnLargeThumbs");
+    m_maker.setPrefs(std::chrono::seconds(m_prefs.lifetime), isOn("KPQuicklookCacheSlowImages"));
+}
+
+// --- Asking
+
+// A path's text holds no NUL.
+QString KPQuickLook::keyWithoutPath(const KPDoc &doc, int page)
+{
+    return doc.cacheID() + QChar(0) + QString::number(page) + QChar(0);
+}
+
+QString KPQuickLook::keyOf(const KPDoc &doc, int page)
+{
+    return keyWithoutPath(doc, page) + doc.filePath();
+}
+
+// A picture a little too large is drawn smaller; one that is the whole original serves any size.
+bool KPQuickLook::satisfies(const Entry &entry, int side) const
+{
+    const Look &look = entry.look;
+    if (std::time(nullptr) - entry.made > m_prefs.lifetime)
+        return false;
+    if (look.failure)
+        return true;
+    const bool isWhole = std::max(look.picture.width(), look.picture.height()) < look.side;
+    return look.side == side || (look.side < side && isWhole) ||
+           (look.side > side && look.side * 4 <= side * 5);
+}
+
+// What all views want, put together for the maker.
+class KPQuickLook::Asking
+{
+public:
+    explicit Asking(KPQuickLook &owner) : m_owner(owner)
+    {
+        for (const View &view : std::as_const(m_owner.m_views)) {
+            for (const auto *list : {&view.visible, &view.next}) {
+                for (const Wanted &wanted : *list)
+                    note(wanted);
+            }
+        }
+    }
+
+    void add(const std::vector<Wanted> &list, bool isVisible)
+    {
+        for (const Wanted &wanted : list) {
+            if (!wanted.doc->isGone())
+                add(wanted, isVisible);
+        }
+    }
+    std::vector<KPPictureMaker::Request> requests;
+
+private:
+    // Two views that want different sizes share the larger one.
+    void note(const Wanted &wanted)
+    {
+        int &side = m_sides[keyOf(*wanted.doc, wanted.page)];
+        side = std::max(side, wanted.side);
+    }
+
+    void add(const Wanted &wanted, bool isVisible)
+    {
+        const QString key = keyOf(*wanted.doc, wanted.page);
+        const int side = m_sides.value(key);
+        if (!m_owner.m_waiting.contains(key, wanted.doc))
+            m_owner.m_waiting.insert(key, wanted.doc);
+        if (m_seen.contains(key))
+            return;
+        m_seen.insert(key);
+        const Entry *entry = m_owner.m_cache.object(key);
+        if (entry && m_owner.satisfies(*entry, side))
+            return;
+        KPPictureMaker::Request request = {
+            key, wanted.doc->filePath(), wanted.page, side, isVisible, {}};
+        const Entry *adrift = m_owner.m_cache.object(keyWithoutPath(*wanted.doc, wanted.page));
+        if (adrift && m_owner.satisfies(*adrift, side))
+            request.known = adrift->origin;
+        if (isVisible)
+            m_owner.m_missing.insert(key, side);
+        requests.push_back(std::move(request));
+    }
+
+    KPQuickLook &m_owner;
+    QHash<QString, int> m_sides;
+    QSet<QString> m_seen;
+};
+
+void KPQuickLook::want(const QObject *view, std::vector<Wanted> visible, std::vector<Wanted> next)
+{
+    if (!m_views.contains(view))
+        connect(view, &QObject::destroyed, this, [this, view] {
+            m_views.remove(view);
+            ask();
+        });
+    m_views[view] = {std::move(visible), std::move(next)};
+    ask();
+}
+
+void KPQuickLook::ask()
+{
+    m_waiting.clear();
+    m_missing.clear();
+    Asking asking(*this);
+    for (const View &view : std::as_const(m_views))
+        asking.add(view.visible, true);
+    qsizetype room = m_cache.maxCost();
+    for (const View &view : std::as_const(m_views)) {
+        for (const auto *list : {&view.visible, &view.next}) {
+            // What comes next must not push out what is in sight.
+            for (const Wanted &wanted : *list)
+                room -= entryOverhead + qsizetype{wanted.side} * wanted.side * 4;
+        }
+        if (room > 0)
+            asking.add(view.next, false);
+    }
+    if (m_pause)
+        m_pause->set(ImportPause::Pictures, !m_missing.isEmpty());
+    m_maker.want(std::move(asking.requests));
+    m_cuttingOff.start();
+    if (m_missing.isEmpty())
+        Q_EMIT settled();
+}
+
+// --- Receiving
+
+void KPQuickLook::receive()
+{
+    QList<KPDoc *> docs;
+    const bool wasBusy = isBusy();
+    for (const KPPictureMaker::Result &result : m_maker.take()) {
+        remember(result);
+        const QString &key = result.request.key;
+        if (m_missing.value(key) <= result.request.side)
+            m_missing.remove(key);
+        docs += m_waiting.values(key);
+    }
+    Q_EMIT looksReady(docs);
+    if (!wasBusy || isBusy())
+        return;
+    if (m_pause)
+        m_pause->set(ImportPause::Pictures, false);
+    Q_EMIT settled();
+}
+
+static bool conforms(const QStringList &tree, const char *type)
+{
+    return tree.contains(QLatin1String(type));
+}
+
+void KPQuickLook::remember(const KPPictureMaker::Result &result)
+{
+    const KPPictureMaker::Request &request = result.request;
+    const QString adrift = request.key.left(request.key.lastIndexOf(QChar(0)) + 1);
+    std::unique_ptr<Entry> entry;
+    if (result.isKnown) {
+        entry.reset(m_cache.take(adrift));
+        if (!entry)
+            return;
+    } else {
+        // Says nothing of the document: what was known of it stays.
+        if (result.failure == DocumentFailure::Unreadable)
+            return;
+        const QStringList tree = KPContentTypes::typeTree(result.uti);
+        entry = std::make_unique<Entry>();
+        entry->look = {result.image, result.uti, request.side, result.failure};
+        entry->origin = result.origin;
+        entry->made = std::time(nullptr);
+        entry->kind = conforms(tree, "public.image")   ? Kind::Image
+                      : conforms(tree, "public.movie") ? Kind::Movie
+                                                       : Kind::Other;
+        m_cache.remove(adrift);
+    }
+    entry->path = request.path;
+    const qsizetype cost = entryOverhead + entry->look.picture.sizeInBytes();
+    m_cache.insert(request.key, entry.release(), cost);
+}
+
+void KPQuickLook::letGoOfPaths()
+{
+    QSet<QString> cleared;
+    {
+        const XPLocker locker(m_mutex);
+        cleared.swap(m_cleared);
+    }
+    const QStringList keys = m_cache.keys();
+    for (const QString &key : keys) {
+        const qsizetype end = key.lastIndexOf(QChar(0)) + 1;
+        if (end == key.size() || !cleared.contains(key.mid(end)))
+            continue;
+        std::unique_ptr<Entry> entry(m_cache.take(key));
+        if (entry->look.failure)
+            continue;
+        entry->path.clear();
+        const qsizetype cost = entryOverhead + entry->look.picture.sizeInBytes();
+        m_cache.insert(key.left(end), entry.release(), cost);
+    }
+    ask();
+}
+
+// --- Showing
+
+const KPQuickLook::Entry *KPQuickLook::entryOf(const KPDoc &doc, int page) const
+{
+    const Entry *entry = m_cache.object(keyOf(doc, page));
+    return entry ? entry : m_cache.object(keyWithoutPath(doc, page));
+}
+
+KPQuickLook::Look KPQuickLook::look(const KPDoc &doc, int page) const
+{
+    const Entry *entry = entryOf(doc, page);
+    return entry ? entry->look : Look();
+}
+
+bool KPQuickLook::hasBorder(const Entry &entry, double side) const
+{
+    if (side >= largeSide && !m_prefs.bordersLarge)
+        return false;
+    return entry.kind == Kind::Image   ? m_prefs.bordersImages
+           : entry.kind == Kind::Movie ? m_prefs.bordersMovies
+                                       : m_prefs.bordersOther;
+}
+
+QRectF KPQuickLook::draw(QPainter &painter, const QRectF &square, const KPDoc &doc,
+                         const QColor &border, int page) const
+{
+    const Entry *entry = entryOf(doc, page);
+    if (!entry || entry->look.picture.isNull())
+        return {};
+    const QImage &picture = entry->look.picture;
+    const double ratio = painter.device()->devicePixelRatioF();
+    QSizeF size = QSizeF(picture.size()) / ratio;
+    const bool isWhole = std::max(picture.width(), picture.height()) < entry->look.side;
+    const bool isTooSmall =
+        !isWhole && size.width() < square.width() && size.height() < square.height();
+    // One for another size stands in at the right one until that is there.
+    if (isTooSmall || size.width() > square.width() || size.height() > square.height())
+        size.scale(square.size(), Qt::KeepAspectRatio);
+    QRectF rect(QPointF(), size);
+    rect.moveCenter(square.center());
+    rect.moveTopLeft((rect.topLeft() * ratio).toPoint() / ratio); // whole pixels are sharper
+    painter.drawImage(rect, picture, QRectF(picture.rect()));
+    if (hasBorder(*entry, std::max(square.width(), square.height()))) {
+        painter.setBrush(Qt::NoBrush);
+        painter.setPen(QPen(border, 1));
+        painter.drawRect(rect.adjusted(-0.5, -0.5, 0.5, 0.5));
+    }
+    return rect;
+}
