@@ -23,6 +23,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPAccessibleTags">
         <translation>Schlagwörter %1</translation>
     </message>
+    <message id="KPAllDocumentsItemsSourceListItem">
+        <translation>Alle Dokumente</translation>
+    </message>
     <message id="KPAndMore" numerus="yes">
         <translation>
             <numerusform>und %n weiteres</numerusform>
@@ -167,11 +170,62 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPCountsSelected">
         <translation>%1, %2 ausgewählt</translation>
     </message>
+    <message id="KPCrumbAddDate">
+        <translation>Datum</translation>
+    </message>
+    <message id="KPCrumbAddKind">
+        <translation>Art</translation>
+    </message>
+    <message id="KPCrumbAddRating">
+        <translation>Bewertung</translation>
+    </message>
+    <message id="KPCrumbAddTag">
+        <translation>Schlagwort</translation>
+    </message>
+    <message id="KPCrumbDateRange">
+        <translation>Andere Tage …</translation>
+    </message>
+    <message id="KPCrumbFileList" numerus="yes">
+        <translation>
+            <numerusform>%n gewähltes Dokument</numerusform>
+            <numerusform>%n gewählte Dokumente</numerusform>
+        </translation>
+    </message>
+    <message id="KPCrumbIn">
+        <translation>in %1</translation>
+    </message>
+    <message id="KPCrumbListing">
+        <translation>Nur dieser Ordner</translation>
+    </message>
+    <message id="KPCrumbListingDeep">
+        <translation>Mit Unterordnern</translation>
+    </message>
+    <message id="KPCrumbNothing">
+        <translation>Unmögliche Art</translation>
+    </message>
+    <message id="KPCrumbPackages">
+        <translation>Inhalt von Paketen</translation>
+    </message>
+    <message id="KPCrumbSystemFiles">
+        <translation>Systemdateien</translation>
+    </message>
+    <message id="KPCrumbTagged">
+        <translation>mit %1</translation>
+    </message>
     <message id="KPCrumbTrailAnyDate">
         <translation>Jedes Datum</translation>
     </message>
     <message id="KPCrumbTrailBeforeYear">
         <translation>Vor %1</translation>
+    </message>
+    <message id="KPCrumbTrailDays">
+        <translation>Letzte %1 Tage</translation>
+    </message>
+    <message id="KPCrumbTrailDaysBefore">
+        <translation>Älter als %1 Tage</translation>
+    </message>
+    <message id="KPCrumbTrailDaysBetween">
+        <translation>Vor %1 bis %2 Tagen</translation>
     </message>
     <message id="KPCrumbTrailLast30Days">
         <translation>Letzte 30 Tage</translation>
@@ -187,6 +241,21 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPCrumbTrailYesterday">
         <translation>Die 24 Stunden davor</translation>
+    </message>
+    <message id="KPCrumbWithout">
+        <translation>ohne %1</translation>
+    </message>
+    <message id="KPCrumbWordsAll">
+        <translation>In Namen, Inhalten und Angaben</translation>
+    </message>
+    <message id="KPCrumbWordsContents">
+        <translation>In Namen und Inhalten</translation>
+    </message>
+    <message id="KPCrumbWordsDetails">
+        <translation>In Namen und Angaben</translation>
+    </message>
+    <message id="KPCrumbWordsNames">
+        <translation>In Namen</translation>
     </message>
     <message id="KPDetails">
         <translation>Details</translation>
@@ -539,11 +608,29 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPKeepExtension">
         <translation>.%1 behalten</translation>
     </message>
+    <message id="KPLibraryFlaggedItem">
+        <translation>Markiert</translation>
+    </message>
+    <message id="KPLibraryHiddenItem">
+        <translation>Ausgeblendet</translation>
+    </message>
+    <message id="KPLibraryLastImportItem">
+        <translation>Letzter Import</translation>
+    </message>
+    <message id="KPLibraryTaggedFolder">
+        <translation>Mit Schlagwort</translation>
+    </message>
+    <message id="KPLibraryUntaggedFolder">
+        <translation>Ohne Schlagwort</translation>
+    </message>
     <message id="KPListingNotFollowed">
         <translation>Änderungen in einigen Ordnern können nicht verfolgt werden: Das System gibt keine weiteren Überwachungen her.</translation>
     </message>
     <message id="KPLooking">
         <translation>Suche läuft …</translation>
+    </message>
+    <message id="KPMangedItemsSourceLabel">
+        <translation>Verwaltet</translation>
     </message>
     <message id="KPMenuDocuments">
         <translation>Do&amp;kumente</translation>
@@ -595,6 +682,15 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPNoDocuments">
         <translation>Hier sind keine Dokumente</translation>
+    </message>
+    <message id="KPNoDocumentsAfterSearch">
+        <translation>Kein Dokument passt zu dieser Suche</translation>
+    </message>
+    <message id="KPNoDocumentsAfterSearchHelp">
+        <translation>Nehmen Sie oben einen Schritt weg oder suchen Sie an einem anderen Ort.</translation>
+    </message>
+    <message id="KPNoDocumentsHelpZel">
+        <translation>Dokumente erscheinen hier, sobald es welche gibt.</translation>
     </message>
     <message id="KPNoDocumentsHint">
         <translation>Dieser Ordner enthält keine Dokumente. Mit Strg+O lässt sich ein anderer öffnen.</translation>
@@ -652,6 +748,36 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPOptionVersion">
         <translation>Zeigt die Version.</translation>
+    </message>
+    <message id="KPPlacesAllFiles">
+        <translation>Alles in %1</translation>
+    </message>
+    <message id="KPPlacesAllFilesShallow">
+        <translation>In %1</translation>
+    </message>
+    <message id="KPPlacesComputer">
+        <translation>Dieser Computer</translation>
+    </message>
+    <message id="KPPlacesEverywhere">
+        <translation>Überall</translation>
+    </message>
+    <message id="KPPlacesFiledDocuments">
+        <translation>Abgelegte Dokumente</translation>
+    </message>
+    <message id="KPPlacesFiledPast7Days">
+        <translation>In den letzten 7 Tagen abgelegt</translation>
+    </message>
+    <message id="KPPlacesFiledThisMonth">
+        <translation>Diesen Monat abgelegt</translation>
+    </message>
+    <message id="KPPlacesFiledToday">
+        <translation>Heute abgelegt</translation>
+    </message>
+    <message id="KPPlacesHome">
+        <translation>Persönlicher Ordner</translation>
+    </message>
+    <message id="KPPlacesSearchFolders">
+        <translation>Suchordner</translation>
     </message>
     <message id="KPProblemCount" numerus="yes">
         <translation>
@@ -820,6 +946,33 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPSortSize">
         <translation>Größe</translation>
+    </message>
+    <message id="KPSourceMenuAllFileTypesTitle">
+        <translation>Alle Dateien</translation>
+    </message>
+    <message id="KPSourceMenuFilesAndFoldersDeepTitle">
+        <translation>Dateien im Ordner und darunter</translation>
+    </message>
+    <message id="KPSourceMenuFilesAndFoldersTitle">
+        <translation>Dateien im Ordner</translation>
+    </message>
+    <message id="KPSourceMenuStandardFileTypesTitle">
+        <translation>Meine Dateiarten</translation>
+    </message>
+    <message id="KPSpotlightNoDocuments">
+        <translation>Geben Sie ein, was Sie suchen</translation>
+    </message>
+    <message id="KPSpotlightNoDocumentsAfterSearch">
+        <translation>Nichts gefunden</translation>
+    </message>
+    <message id="KPSpotlightNoDocumentsHelp">
+        <translation>Namen, Inhalte und Schlagwörter werden überall durchsucht.</translation>
+    </message>
+    <message id="KPSpotlightNoDocumentsHelpAfterSearch">
+        <translation>Versuchen Sie andere Wörter, oder weniger.</translation>
+    </message>
+    <message id="KPSpotlightSearch">
+        <translation>Suche</translation>
     </message>
     <message id="KPStars" numerus="yes">
         <translation>

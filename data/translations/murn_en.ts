@@ -25,6 +25,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPAccessibleTags">
         <translation>tags %1</translation>
     </message>
+    <message id="KPAllDocumentsItemsSourceListItem">
+        <translation>All Documents</translation>
+    </message>
     <message id="KPAndMore" numerus="yes">
         <translation>
             <numerusform>and %n more</numerusform>
@@ -169,11 +172,62 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPCountsSelected">
         <translation>%1, %2 selected</translation>
     </message>
+    <message id="KPCrumbAddDate">
+        <translation>Date</translation>
+    </message>
+    <message id="KPCrumbAddKind">
+        <translation>Kind</translation>
+    </message>
+    <message id="KPCrumbAddRating">
+        <translation>Rating</translation>
+    </message>
+    <message id="KPCrumbAddTag">
+        <translation>Tag</translation>
+    </message>
+    <message id="KPCrumbDateRange">
+        <translation>Other Dates…</translation>
+    </message>
+    <message id="KPCrumbFileList" numerus="yes">
+        <translation>
+            <numerusform>%n chosen document</numerusform>
+            <numerusform>%n chosen documents</numerusform>
+        </translation>
+    </message>
+    <message id="KPCrumbIn">
+        <translation>in %1</translation>
+    </message>
+    <message id="KPCrumbListing">
+        <translation>This Folder Only</translation>
+    </message>
+    <message id="KPCrumbListingDeep">
+        <translation>With Folders Inside</translation>
+    </message>
+    <message id="KPCrumbNothing">
+        <translation>Impossible Kind</translation>
+    </message>
+    <message id="KPCrumbPackages">
+        <translation>Inside of Packages</translation>
+    </message>
+    <message id="KPCrumbSystemFiles">
+        <translation>System Files</translation>
+    </message>
+    <message id="KPCrumbTagged">
+        <translation>tagged %1</translation>
+    </message>
     <message id="KPCrumbTrailAnyDate">
         <translation>Any date</translation>
     </message>
     <message id="KPCrumbTrailBeforeYear">
         <translation>Before %1</translation>
+    </message>
+    <message id="KPCrumbTrailDays">
+        <translation>Last %1 days</translation>
+    </message>
+    <message id="KPCrumbTrailDaysBefore">
+        <translation>Older than %1 days</translation>
+    </message>
+    <message id="KPCrumbTrailDaysBetween">
+        <translation>%1 to %2 days ago</translation>
     </message>
     <message id="KPCrumbTrailLast30Days">
         <translation>Last 30 days</translation>
@@ -189,6 +243,21 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPCrumbTrailYesterday">
         <translation>The 24 hours before</translation>
+    </message>
+    <message id="KPCrumbWithout">
+        <translation>without %1</translation>
+    </message>
+    <message id="KPCrumbWordsAll">
+        <translation>In Names, Contents and Details</translation>
+    </message>
+    <message id="KPCrumbWordsContents">
+        <translation>In Names and Contents</translation>
+    </message>
+    <message id="KPCrumbWordsDetails">
+        <translation>In Names and Details</translation>
+    </message>
+    <message id="KPCrumbWordsNames">
+        <translation>In Names</translation>
     </message>
     <message id="KPDetails">
         <translation>Details</translation>
@@ -541,11 +610,29 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPKeepExtension">
         <translation>Keep .%1</translation>
     </message>
+    <message id="KPLibraryFlaggedItem">
+        <translation>Flagged</translation>
+    </message>
+    <message id="KPLibraryHiddenItem">
+        <translation>Hidden</translation>
+    </message>
+    <message id="KPLibraryLastImportItem">
+        <translation>Last Import</translation>
+    </message>
+    <message id="KPLibraryTaggedFolder">
+        <translation>Tagged</translation>
+    </message>
+    <message id="KPLibraryUntaggedFolder">
+        <translation>Untagged</translation>
+    </message>
     <message id="KPListingNotFollowed">
         <translation>Changes in some folders cannot be followed: the system gives no more watches.</translation>
     </message>
     <message id="KPLooking">
         <translation>Looking…</translation>
+    </message>
+    <message id="KPMangedItemsSourceLabel">
+        <translation>Managed</translation>
     </message>
     <message id="KPMenuDocuments">
         <translation>&amp;Documents</translation>
@@ -597,6 +684,15 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPNoDocuments">
         <translation>No documents here</translation>
+    </message>
+    <message id="KPNoDocumentsAfterSearch">
+        <translation>No documents fit this search</translation>
+    </message>
+    <message id="KPNoDocumentsAfterSearchHelp">
+        <translation>Take away a step above, or look in another place.</translation>
+    </message>
+    <message id="KPNoDocumentsHelpZel">
+        <translation>Documents appear here as soon as there are any.</translation>
     </message>
     <message id="KPNoDocumentsHint">
         <translation>This folder holds no documents. Open another one with Ctrl+O.</translation>
@@ -654,6 +750,36 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPOptionVersion">
         <translation>Shows the version.</translation>
+    </message>
+    <message id="KPPlacesAllFiles">
+        <translation>All in %1</translation>
+    </message>
+    <message id="KPPlacesAllFilesShallow">
+        <translation>In %1</translation>
+    </message>
+    <message id="KPPlacesComputer">
+        <translation>This Computer</translation>
+    </message>
+    <message id="KPPlacesEverywhere">
+        <translation>Everywhere</translation>
+    </message>
+    <message id="KPPlacesFiledDocuments">
+        <translation>Filed Documents</translation>
+    </message>
+    <message id="KPPlacesFiledPast7Days">
+        <translation>Filed in the Past 7 Days</translation>
+    </message>
+    <message id="KPPlacesFiledThisMonth">
+        <translation>Filed This Month</translation>
+    </message>
+    <message id="KPPlacesFiledToday">
+        <translation>Filed Today</translation>
+    </message>
+    <message id="KPPlacesHome">
+        <translation>Home</translation>
+    </message>
+    <message id="KPPlacesSearchFolders">
+        <translation>Search Folders</translation>
     </message>
     <message id="KPProblemCount" numerus="yes">
         <translation>
@@ -822,6 +948,33 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPSortSize">
         <translation>Size</translation>
+    </message>
+    <message id="KPSourceMenuAllFileTypesTitle">
+        <translation>All Files</translation>
+    </message>
+    <message id="KPSourceMenuFilesAndFoldersDeepTitle">
+        <translation>Files in Folder and Below</translation>
+    </message>
+    <message id="KPSourceMenuFilesAndFoldersTitle">
+        <translation>Files in Folder</translation>
+    </message>
+    <message id="KPSourceMenuStandardFileTypesTitle">
+        <translation>My Kinds of Files</translation>
+    </message>
+    <message id="KPSpotlightNoDocuments">
+        <translation>Type what you are looking for</translation>
+    </message>
+    <message id="KPSpotlightNoDocumentsAfterSearch">
+        <translation>Nothing was found</translation>
+    </message>
+    <message id="KPSpotlightNoDocumentsHelp">
+        <translation>Names, contents and tags are searched everywhere.</translation>
+    </message>
+    <message id="KPSpotlightNoDocumentsHelpAfterSearch">
+        <translation>Try other words, or fewer of them.</translation>
+    </message>
+    <message id="KPSpotlightSearch">
+        <translation>Search</translation>
     </message>
     <message id="KPStars" numerus="yes">
         <translation>

@@ -76,6 +76,22 @@ QString KPSearchState::yearString(int yearsAgo)
     return QString::number(QDate::currentDate().year() - yearsAgo);
 }
 
+// A range that nobody named.
+static QString namedByDays(const KPSearchDates::Range &range)
+{
+    if (!range.start)
+        return qtTrId("KPCrumbTrailAnyDate");
+    constexpr double forEver = 36000; // as far back as "older" reaches
+    const auto number = [](double days) {
+        return QLocale().toString(days, 'g', QLocale::FloatingPointShortest);
+    };
+    if (!range.end)
+        return qtTrId("KPCrumbTrailDays").arg(number(*range.start));
+    return *range.start >= forEver
+               ? qtTrId("KPCrumbTrailDaysBefore").arg(number(*range.end))
+               : qtTrId("KPCrumbTrailDaysBetween").arg(number(*range.end), number(*range.start));
+}
+
 QString KPSearchState::prettyDateStringFromDateString(const QString &dateString)
 {
     using namespace KPSearchDates;
@@ -98,7 +114,7 @@ QString KPSearchState::prettyDateStringFromDateString(const QString &dateString)
         return yearString(2);
     if (dateString == olderThanYearBeforeLastYear)
         return qtTrId("KPCrumbTrailBeforeYear").arg(yearString(2));
-    return qtTrId("KPCrumbTrailAnyDate");
+    return namedByDays(KPSearchDates::rangeOf(dateString));
 }
 
 // --- Ratings
