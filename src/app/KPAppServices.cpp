@@ -1,5 +1,6 @@
 #include "KPAppServices.h"
 
+#include "KPQuickLook.h"
 #include "XPFiledDocuments.h"
 #include "XPLog.h"
 #include "XPPath.h"
@@ -13,6 +14,11 @@ bool KPAppServices::setManaged(bool managed, const QString &path)
         },
         [] {});
     return true;
+}
+
+void KPAppServices::clearCacheForPath(const QString &path)
+{
+    KPQuickLook::clearCacheForPath(path);
 }
 
 void KPAppServices::revealInLibrary(const QStringList &paths)

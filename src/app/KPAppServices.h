@@ -7,7 +7,7 @@
 #include <QStringList>
 
 // What document records ask of the application: the thread for file calls, and the window's views.
-// Threads: main.
+// Threads: main, but for clearCacheForPath().
 class KPAppServices : public QObject, public KPDocServices
 {
     Q_OBJECT
@@ -15,6 +15,7 @@ class KPAppServices : public QObject, public KPDocServices
 public:
     // On the file worker, where the pause after each mark holds up nobody. What fails is logged.
     bool setManaged(bool managed, const QString &path) override;
+    void clearCacheForPath(const QString &path) override;
     void revealInLibrary(const QStringList &paths) override;
     void openInfoWindow(const QStringList &paths) override;
     void runFileWork(std::function<void()> work, std::function<void()> done) override;

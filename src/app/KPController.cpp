@@ -9,9 +9,9 @@
 #include "KPIndexMonitor.h"
 #include "KPInspector.h"
 #include "KPLibraryModel.h"
+#include "KPQuickLook.h"
 #include "KPResultSource.h"
 #include "KPStatusLine.h"
-#include "KPThumbnailLoader.h"
 #include "KPWindowActions.h"
 #include "Karvex.h"
 #include "KarvexPrefs.h"
@@ -38,10 +38,10 @@ static const QString zoomKey = QStringLiteral("KPThumbnailSize");
 KPController::KPController(std::unique_ptr<KPResultSource> source, const QStringList &folders,
                            KPIndexMonitor *index)
     : m_source(std::move(source)), m_index(index), m_folders(folders),
-      m_model(std::make_unique<KPLibraryModel>(m_source.get())),
-      m_loader(std::make_unique<KPThumbnailLoader>()), m_worker(std::make_unique<KPEditWorker>()),
+      m_looks(KPQuickLook::instance()), m_model(std::make_unique<KPLibraryModel>(m_source.get())),
+      m_worker(std::make_unique<KPEditWorker>()),
       m_history(std::make_unique<KPEditHistory>(m_worker.get())), m_filter(new KPFilterBar),
-      m_view(new KPDocsView(m_model.get(), m_loader.get())), m_inspector(new KPInspector),
+      m_view(new KPDocsView(m_model.get(), &m_looks)), m_inspector(new KPInspector),
       m_status(new KPStatusLine)
 {
     m_actions = std::make_unique<KPWindowActions>(this, m_history.get());
@@ -147,11 +147,11 @@ void KPController::connectSearch()
     connect(&m_selectionTimer, &QTimer::timeout, this, &KPController::showSelection);
     connect(m_view, &KPDocsView::selectionMoved, this, later);
     connect(m_model.get(), &QAbstractItemModel::dataChanged, this, later);
-    connect(m_loader.get(), &KPThumbnailLoader::looksReady, this,
-            [this, later](const QStringList &paths) {
-                if (paths.contains(m_shownPath))
-                    later();
-            });
+    connect(&m_looks, &KPQuickLook::looksReady, this, [this, later](const QList<KPDoc *> &docs) {
+        const auto isShown = [this](const KPDoc *doc) { return doc->filePath() == m_shownPath; };
+        if (std::any_of(docs.begin(), docs.end(), isShown))
+            later();
+    });
 }
 
 void KPController::connectEditing()
@@ -326,15 +326,20 @@ void KPController::showSelection()
     for (const QString &path : m_view->selectedPaths())
         documents.append(m_model->document(m_model->indexForPath(path).row()));
     KPInspector::Appearance appearance;
+    std::vector<KPQuickLook::Wanted> wanted;
     m_shownPath.clear();
     if (!documents.isEmpty()) {
         m_shownPath = documents.first().path;
         const KPShownDocument &first = documents.first();
-        const auto look = m_loader->look(first.path, first.doc->unixModificationTime());
-        appearance = {look.picture, look.uti.isEmpty() ? KPFileType::preferredUTIForExtension(
-                                                             XPPath::extension(first.path))
-                                                       : look.uti};
+        const double side = KPInspector::pictureSide * m_inspector->devicePixelRatioF();
+        wanted.push_back({first.doc, static_cast<int>(std::ceil(side))});
+        const auto look = m_looks.look(*first.doc);
+        appearance = {QPixmap::fromImage(look.picture),
+                      look.uti.isEmpty()
+                          ? KPFileType::preferredUTIForExtension(XPPath::extension(first.path))
+                          : look.uti};
     }
+    m_looks.want(m_inspector, std::move(wanted));
     m_inspector->show(documents, appearance);
     m_actions->setHasSelection(!documents.isEmpty());
     m_actions->setRating(KPSelectionFacts(documents).rating);
@@ -381,6 +386,6 @@ void KPController::report(const KPEditReport &report)
 
 bool KPController::isSettled() const
 {
-    return !m_searching && (!m_index || m_index->isSettled()) && !m_loader->isBusy() &&
+    return !m_searching && (!m_index || m_index->isSettled()) && !m_looks.isBusy() &&
            !m_worker->isBusy() && !m_selectionTimer.isActive();
 }

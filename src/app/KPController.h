@@ -14,9 +14,9 @@ class KPFilterBar;
 class KPIndexMonitor;
 class KPInspector;
 class KPLibraryModel;
+class KPQuickLook;
 class KPResultSource;
 class KPStatusLine;
-class KPThumbnailLoader;
 class KPWindowActions;
 class QDockWidget;
 class QSlider;
@@ -36,7 +36,8 @@ class KPController : public QMainWindow
 
 public:
     // The folders that are searched; empty: the user's home. Starts searching at once. `index`
-    // outlives the window; null where there is none.
+    // outlives the window; null where there is none. KPQuickLook has to be there already, and to
+    // outlive it.
     KPController(std::unique_ptr<KPResultSource> source, const QStringList &folders,
                  KPIndexMonitor *index);
     ~KPController() override;
@@ -113,9 +114,9 @@ private:
     QString m_shownPath; // whose picture the inspector shows
     bool m_searching = false;
 
+    KPQuickLook &m_looks;
     // Data before views: destroyed after them.
     std::unique_ptr<KPLibraryModel> m_model;
-    std::unique_ptr<KPThumbnailLoader> m_loader;
     std::unique_ptr<KPEditWorker> m_worker;
     std::unique_ptr<KPEditHistory> m_history;
 

@@ -3,8 +3,8 @@
 #include "KPDocIcons.h"
 #include "KPFileType.h"
 #include "KPLibraryModel.h"
+#include "KPQuickLook.h"
 #include "KPTagChips.h"
-#include "KPThumbnailLoader.h"
 #include "XPPath.h"
 #include "XPStars.h"
 
@@ -13,9 +13,8 @@
 
 static constexpr int largestIcon = 256;
 
-KPDocDelegate::KPDocDelegate(const KPLibraryModel *model, const KPThumbnailLoader *loader,
-                             QObject *parent)
-    : QStyledItemDelegate(parent), m_model(model), m_loader(loader),
+KPDocDelegate::KPDocDelegate(const KPLibraryModel *model, const KPQuickLook *looks, QObject *parent)
+    : QStyledItemDelegate(parent), m_model(model), m_looks(looks),
       m_layout(0.2, 800, QGuiApplication::font())
 {
 }
@@ -69,31 +68,15 @@ static QRectF placed(const QRect &square, const QSizeF &size)
     return {rect.topLeft().toPoint(), size};
 }
 
-static void paintThumbnail(QPainter *painter, const QRect &square, const QPixmap &picture,
-                           const QColor &border)
-{
-    // Small pictures are shown as they are, never blown up.
-    QSizeF size = QSizeF(picture.size()) / painter->device()->devicePixelRatioF();
-    if (size.width() > square.width() || size.height() > square.height())
-        size.scale(square.size(), Qt::KeepAspectRatio);
-    const QRectF rect = placed(square, size);
-    painter->drawPixmap(rect, picture, QRectF(picture.rect()));
-    painter->setBrush(Qt::NoBrush);
-    painter->setPen(QPen(border, 1));
-    painter->drawRect(rect.adjusted(-0.5, -0.5, 0.5, 0.5));
-}
-
 void KPDocDelegate::paintPicture(QPainter *painter, const QStyleOptionViewItem &option,
                                  const QModelIndex &index) const
 {
     const KPShownDocument &document = m_model->document(index.row());
-    const auto look = m_loader->look(document.path, document.doc->unixModificationTime());
     const QRect square = m_layout.picture();
-    if (!look.picture.isNull()) {
-        paintThumbnail(painter, square, look.picture,
-                       transparent(option.palette.color(QPalette::Text), 0.22F));
+    const QColor border = transparent(option.palette.color(QPalette::Text), 0.22F);
+    if (!m_looks->draw(*painter, square, *document.doc, border).isNull())
         return;
-    }
+    const auto look = m_looks->look(*document.doc);
     const QString uti = look.uti.isEmpty()
                             ? KPFileType::preferredUTIForExtension(XPPath::extension(document.path))
                             : look.uti;

@@ -4,17 +4,17 @@
 
 #include <QStyledItemDelegate>
 
-class KPThumbnailLoader;
 class KPLibraryModel;
+class KPQuickLook;
 
 // Draws one document of the grid: its picture or icon, name, tags and stars.
-// Asks for nothing itself: pictures are drawn when the loader has them. Threads: main.
+// Asks for nothing itself: pictures are drawn when the cache has them. Threads: main.
 class KPDocDelegate : public QStyledItemDelegate
 {
     Q_OBJECT
 
 public:
-    KPDocDelegate(const KPLibraryModel *model, const KPThumbnailLoader *loader, QObject *parent);
+    KPDocDelegate(const KPLibraryModel *model, const KPQuickLook *looks, QObject *parent);
 
     void setLayout(const KPDocCellLayout &layout) { m_layout = layout; }
 
@@ -33,6 +33,6 @@ private:
                    const QModelIndex &index) const;
 
     const KPLibraryModel *m_model;
-    const KPThumbnailLoader *m_loader;
+    const KPQuickLook *m_looks;
     KPDocCellLayout m_layout;
 };

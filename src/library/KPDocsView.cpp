@@ -1,8 +1,10 @@
 #include "KPDocsView.h"
 
+#include "KPBadgeCache.h"
 #include "KPDocDelegate.h"
+#include "KPDocIcons.h"
 #include "KPLibraryModel.h"
-#include "KPThumbnailLoader.h"
+#include "KPQuickLook.h"
 #include "XPFileUrls.h"
 
 #include <QDrag>
@@ -12,10 +14,11 @@
 #include <QScrollBar>
 #include <QToolButton>
 #include <algorithm>
+#include <cmath>
 
-KPDocsView::KPDocsView(KPLibraryModel *model, KPThumbnailLoader *loader, QWidget *parent)
-    : QListView(parent), m_model(model), m_loader(loader),
-      m_delegate(new KPDocDelegate(model, loader, this)), m_layout(m_zoom, 800, font()),
+KPDocsView::KPDocsView(KPLibraryModel *model, KPQuickLook *looks, QWidget *parent)
+    : QListView(parent), m_model(model), m_looks(looks),
+      m_delegate(new KPDocDelegate(model, looks, this)), m_layout(m_zoom, 800, font()),
       m_remedy(new QToolButton(viewport()))
 {
     setModel(model);
@@ -39,7 +42,7 @@ KPDocsView::KPDocsView(KPLibraryModel *model, KPThumbnailLoader *loader, QWidget
     m_asking.setSingleShot(true);
     m_asking.setInterval(0);
     connect(&m_asking, &QTimer::timeout, this, &KPDocsView::askForLooks);
-    connect(loader, &KPThumbnailLoader::looksReady, this, &KPDocsView::showLooks);
+    connect(looks, &KPQuickLook::looksReady, this, &KPDocsView::showLooks);
     connect(model, &QAbstractItemModel::dataChanged, &m_asking, qOverload<>(&QTimer::start));
     connect(model, &QAbstractItemModel::rowsRemoved, this, &KPDocsView::selectionMoved);
     connect(model, &QAbstractItemModel::modelReset, this, &KPDocsView::selectionMoved);
@@ -104,21 +107,21 @@ void KPDocsView::askForLooks()
 {
     const int side = static_cast<int>(std::ceil(m_layout.thumbnail() * devicePixelRatioF()));
     const QModelIndex first = indexAt({m_layout.cell().width() / 2, 1});
-    std::vector<KPThumbnailLoader::Request> wanted;
+    std::vector<KPQuickLook::Wanted> visible;
+    std::vector<KPQuickLook::Wanted> next; // as many again
     for (int row = first.row(); first.isValid() && row < m_model->rowCount(); ++row) {
-        if (visualRect(m_model->index(row)).top() > viewport()->height())
+        const bool isVisible = visualRect(m_model->index(row)).top() <= viewport()->height();
+        if (!isVisible && next.size() >= visible.size())
             break;
-        const KPShownDocument &document = m_model->document(row);
-        wanted.push_back({document.path, document.doc->unixModificationTime(),
-                          document.doc->unixFileMode(), side});
+        (isVisible ? visible : next).push_back({m_model->document(row).doc, side});
     }
-    m_loader->want(wanted);
+    m_looks->want(this, std::move(visible), std::move(next));
 }
 
-void KPDocsView::showLooks(const QStringList &paths)
+void KPDocsView::showLooks(const QList<KPDoc *> &docs)
 {
-    for (const QString &path : paths)
-        update(m_model->indexForPath(path));
+    for (const KPDoc *doc : docs)
+        update(m_model->indexForPath(doc->filePath()));
 }
 
 // Where title, hint and button stand in the middle of the empty view.
@@ -243,6 +246,29 @@ void KPDocsView::wheelEvent(QWheelEvent *event)
     event->accept();
 }
 
+// The picture at hand, with the number of documents where there are several.
+QPixmap KPDocsView::dragPicture(const KPDoc &doc, qsizetype count) const
+{
+    static constexpr int side = 96;
+    static constexpr int badgeHeight = 22;
+    const double ratio = devicePixelRatioF();
+    QPixmap pixmap(QSize(side, side) * ratio);
+    pixmap.setDevicePixelRatio(ratio);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    const QRectF square(0, 0, side, side);
+    if (m_looks->draw(painter, square, doc, palette().color(QPalette::Mid)).isNull())
+        KPDocIcons::forUTI(doc.fileType()).paint(&painter, square.toRect());
+    if (count > 1) {
+        const QImage badge = KPBadgeCache::instance().numberBadge(
+            count, static_cast<int>(std::lround(badgeHeight * ratio)));
+        const QSizeF size = QSizeF(badge.size()) / ratio;
+        painter.drawImage(QRectF(QPointF(side - size.width(), side - size.height()), size), badge);
+    }
+    return pixmap;
+}
+
 // Only copies leave: a program that takes a move would delete the user's file.
 void KPDocsView::startDrag(Qt::DropActions)
 {
@@ -254,8 +280,6 @@ void KPDocsView::startDrag(Qt::DropActions)
     const KPShownDocument &document =
         m_model->document(currentIndex().isValid() ? currentIndex().row()
                                                    : m_model->indexForPath(paths.first()).row());
-    const auto look = m_loader->look(document.path, document.doc->unixModificationTime());
-    if (!look.picture.isNull())
-        drag->setPixmap(look.picture.scaled(96, 96, Qt::KeepAspectRatio, Qt::SmoothTransformation));
+    drag->setPixmap(dragPicture(*document.doc, paths.size()));
     drag->exec(Qt::CopyAction, Qt::CopyAction);
 }

@@ -5,22 +5,23 @@
 #include <QListView>
 #include <QTimer>
 
+class KPDoc;
 class KPDocDelegate;
 class KPLibraryModel;
-class KPThumbnailLoader;
+class KPQuickLook;
 class QToolButton;
 
 // The documents as a grid of pictures, for selecting, opening, rating and dragging out.
 //
 // Rows are laid out in a grid of equal cells that share the width (KPDocCellLayout); only what is
-// in sight is drawn and asked of the loader. Names typed go to the next document that begins
-// so; the digits 0 to 5 rate. Threads: main. Model and loader are not owned.
+// in sight is drawn and asked for its looks, then the page after it. Names typed go to the next
+// document that begins so; the digits 0 to 5 rate. Threads: main. Model and looks are not owned.
 class KPDocsView : public QListView
 {
     Q_OBJECT
 
 public:
-    KPDocsView(KPLibraryModel *model, KPThumbnailLoader *loader, QWidget *parent = nullptr);
+    KPDocsView(KPLibraryModel *model, KPQuickLook *looks, QWidget *parent = nullptr);
 
     // 0 to 1, the setting "KPThumbnailSize".
     double zoom() const { return m_zoom; }
@@ -55,14 +56,15 @@ protected:
 private:
     void layOut();
     void askForLooks();
-    void showLooks(const QStringList &paths);
+    void showLooks(const QList<KPDoc *> &docs);
     struct EmptyLayout;
     EmptyLayout emptyLayout() const;
     void paintEmpty(QPainter *painter) const;
     void placeRemedy();
+    QPixmap dragPicture(const KPDoc &doc, qsizetype count) const;
 
     KPLibraryModel *m_model;
-    KPThumbnailLoader *m_loader;
+    KPQuickLook *m_looks;
     KPDocDelegate *m_delegate;
     double m_zoom = 0.2;
     KPDocCellLayout m_layout;

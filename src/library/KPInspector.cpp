@@ -16,8 +16,6 @@
 #include <QScrollArea>
 #include <QVBoxLayout>
 
-static constexpr int pictureSide = 160;
-
 // Paths may be cut after a slash and long words anywhere: they must not widen the pane.
 static QString breakable(const QString &text)
 {

@@ -21,6 +21,8 @@ class KPInspector : public QWidget
     Q_OBJECT
 
 public:
+    static constexpr int pictureSide = 160; // points
+
     explicit KPInspector(QWidget *parent = nullptr);
 
     // What the one document looks like, besides what the search says of it.

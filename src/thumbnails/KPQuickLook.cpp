@@ -14,7 +14,8 @@
 
 static constexpr qsizetype entryOverhead = 512;
 static constexpr qint64 secondsOfDay = 86400;
-static constexpr double largeSide = 384; // points; half of the largest thumbnail
+static constexpr qint64 secondsBetweenTries = 10; // of what could not be read
+static constexpr double largeSide = 384;          // points; half of the largest thumbnail
 static constexpr auto cutOffLater = std::chrono::milliseconds(250);
 
 // The one instance. The lock keeps it alive while another thread tells it something.
@@ -135,6 +136,18 @@ bool KPQuickLook::satisfies(const Entry &entry, int side) const
            (look.side > side && look.side * 4 <= side * 5);
 }
 
+// Views ask again whenever they are told something.
+bool KPQuickLook::wasJustUnreadable(const QString &key)
+{
+    const auto found = m_unreadable.find(key);
+    if (found == m_unreadable.end())
+        return false;
+    if (std::time(nullptr) - *found < secondsBetweenTries)
+        return true;
+    m_unreadable.erase(found);
+    return false;
+}
+
 // What all views want, put together for the maker.
 class KPQuickLook::Asking
 {
@@ -176,7 +189,7 @@ private:
             return;
         m_seen.insert(key);
         const Entry *entry = m_owner.m_cache.object(key);
-        if (entry && m_owner.satisfies(*entry, side))
+        if ((entry && m_owner.satisfies(*entry, side)) || m_owner.wasJustUnreadable(key))
             return;
         KPPictureMaker::Request request = {
             key, wanted.doc->filePath(), wanted.page, side, isVisible, {}};
@@ -266,8 +279,10 @@ void KPQuickLook::remember(const KPPictureMaker::Result &result)
             return;
     } else {
         // Says nothing of the document: what was known of it stays.
-        if (result.failure == DocumentFailure::Unreadable)
+        if (result.failure == DocumentFailure::Unreadable) {
+            m_unreadable.insert(request.key, std::time(nullptr));
             return;
+        }
         const QStringList tree = KPContentTypes::typeTree(result.uti);
         entry = std::make_unique<Entry>();
         entry->look = {result.image, result.uti, request.side, result.failure};
@@ -302,6 +317,7 @@ void KPQuickLook::letGoOfPaths()
         const qsizetype cost = entryOverhead + entry->look.picture.sizeInBytes();
         m_cache.insert(key.left(end), entry.release(), cost);
     }
+    m_unreadable.clear();
     ask();
 }
 

@@ -113,6 +113,7 @@ private:
     static QString keyOf(const KPDoc &doc, int page);
     static QString keyWithoutPath(const KPDoc &doc, int page);
     const Entry *entryOf(const KPDoc &doc, int page) const;
+    bool wasJustUnreadable(const QString &key);
     bool satisfies(const Entry &entry, int side) const;
     bool hasBorder(const Entry &entry, double side) const;
     void readPrefs();
@@ -126,6 +127,7 @@ private:
     QHash<const QObject *, View> m_views;
     QMultiHash<QString, KPDoc *> m_waiting; // who waits for what
     QHash<QString, int> m_missing;          // visible and without an answer: the side that it needs
+    QHash<QString, qint64> m_unreadable;    // when it was tried, in seconds since 1970
     Prefs m_prefs;
     QTimer m_cuttingOff; // what is still drawn a moment after nobody wants it any more
     XPMutex m_mutex;

@@ -53,6 +53,11 @@ QByteArrayList KPSharedThumbnails::addressesOf(const QString &path)
     return other == usual ? QByteArrayList{usual} : QByteArrayList{usual, other};
 }
 
+QByteArrayList KPSharedThumbnails::placesOf(const QString &path) const
+{
+    return m_folder.isEmpty() ? QByteArrayList() : addressesOf(path);
+}
+
 static QString fileNameOf(const QByteArray &address)
 {
     const QByteArray sum = QCryptographicHash::hash(address, QCryptographicHash::Md5).toHex();
@@ -88,7 +93,7 @@ static bool isYoung(const KPPngFile &file, std::chrono::seconds lifetime)
 std::optional<QImage> KPSharedThumbnails::read(const QString &path, const KPFileOrigin &origin,
                                                int side, std::chrono::seconds lifetime) const
 {
-    const QByteArrayList addresses = addressesOf(path);
+    const QByteArrayList addresses = placesOf(path);
     for (const SharedSize &size : sizes) {
         if (size.side < side)
             continue;
@@ -125,7 +130,7 @@ bool KPSharedThumbnails::mayStore(const QString &path, const KPFileOrigin &origi
 void KPSharedThumbnails::write(const QString &path, const KPFileOrigin &origin,
                                const QImage &image) const
 {
-    const QByteArrayList addresses = addressesOf(path);
+    const QByteArrayList addresses = placesOf(path);
     const int side = sizeFor(std::max(image.width(), image.height()));
     if (addresses.isEmpty() || image.isNull() || side == 0 || !mayStore(path, origin))
         return;
@@ -146,7 +151,7 @@ std::optional<DocumentFailure> KPSharedThumbnails::failure(const QString &path,
                                                            const KPFileOrigin &origin,
                                                            std::chrono::seconds lifetime) const
 {
-    const QByteArrayList addresses = addressesOf(path);
+    const QByteArrayList addresses = placesOf(path);
     if (addresses.isEmpty())
         return {};
     const auto file = KPPngFile::read(failures() + fileNameOf(addresses.first()));
@@ -160,7 +165,7 @@ std::optional<DocumentFailure> KPSharedThumbnails::failure(const QString &path,
 void KPSharedThumbnails::writeFailure(const QString &path, const KPFileOrigin &origin,
                                       DocumentFailure why) const
 {
-    const QByteArrayList addresses = addressesOf(path);
+    const QByteArrayList addresses = placesOf(path);
     if (addresses.isEmpty() || !mayStore(path, origin))
         return;
     QImage nothing(1, 1, QImage::Format_ARGB32);

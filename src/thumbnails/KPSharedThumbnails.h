@@ -33,7 +33,8 @@ struct KPFileOrigin
 class KPSharedThumbnails
 {
 public:
-    // `folder`: "$XDG_CACHE_HOME/thumbnails"; `program`: the folder of our failures in "fail".
+    // `folder`: "$XDG_CACHE_HOME/thumbnails", empty: nothing is shared; `program`: the folder of
+    // our failures in "fail".
     KPSharedThumbnails(QString folder, QString program);
 
     // The sizes that are shared: 128, 256, 512 and 1024 pixels. The smallest that is no smaller;
@@ -56,6 +57,7 @@ public:
 
 private:
     bool mayStore(const QString &path, const KPFileOrigin &origin) const;
+    QByteArrayList placesOf(const QString &path) const;
     QString failures() const;
 
     const QString m_folder;

@@ -7,6 +7,7 @@
 #include "KPFilterBar.h"
 #include "KPIndexMonitor.h"
 #include "KPLibraryModel.h"
+#include "KPQuickLook.h"
 #include "KPSearcherSource.h"
 #include "KPStatusLine.h"
 #include "KPTagName.h"
@@ -65,6 +66,8 @@ protected:
         KPDocIcons::registerIcons();
         XPFactorySettings::registerAll();
         IndexSettings::setRoots({m_folder.path()});
+        xpGuiThread.assertHere();
+        KPQuickLook::initializeGlobals({});
         XPPrompts::install(std::make_unique<Alerts>(&m_alerts));
         for (const char *name : {"a.txt", "b.pdf", "c.odt"})
             m_paths.append(m_folder.file(QString::fromLatin1(name)));
@@ -75,6 +78,8 @@ protected:
         m_monitor.reset();
         m_index.reset();
         XPPrompts::install(nullptr);
+        xpGuiThread.assertHere();
+        KPQuickLook::shutDown();
     }
 
     void makeWindow(const QString &folder)

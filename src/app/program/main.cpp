@@ -2,6 +2,7 @@
 #include "IndexSettings.h"
 #include "KPAppServices.h"
 #include "KPAppearance.h"
+#include "KPBadgeCache.h"
 #include "KPCommandLine.h"
 #include "KPController.h"
 #include "KPDocCache.h"
@@ -13,6 +14,7 @@
 #include "KPIndexedTypes.h"
 #include "KPProgress.h"
 #include "KPPrompts.h"
+#include "KPQuickLook.h"
 #include "KPScreenshot.h"
 #include "KPSearchFolders.h"
 #include "KPSearcherSource.h"
@@ -30,6 +32,7 @@
 
 #include <QApplication>
 #include <QIcon>
+#include <QScopeGuard>
 #include <cstdio>
 #include <memory>
 
@@ -90,6 +93,19 @@ static int run(const KPCommandLine &line)
     KPDocCache::intializeGlobals();
     const KPIndexedTypes types(index->source());
     KPDoc::startMetaDataSearching(index->source());
+    KPQuickLook::initializeGlobals(KPQuickLook::usualSetup(&manners.pause()));
+    KPBadgeCache::instance().setFolders(KPBadgeCache::readOnlyFolder(),
+                                        KPBadgeCache::writableFolder());
+    const auto looks = qScopeGuard([] {
+        xpGuiThread.assertHere();
+        KPQuickLook::shutDown();
+    });
+    QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, &KPQuickLook::instance(),
+                     [](Qt::ApplicationState state) {
+                         xpGuiThread.assertHere();
+                         if (state != Qt::ApplicationActive)
+                             KPQuickLook::updateCachedPrefs();
+                     });
     KPIndexMonitor monitor(*index);
     KPSearchFolders &folders = KPSearchFolders::instance();
     folders.setIndex(index.get());
