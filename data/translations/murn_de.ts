@@ -701,6 +701,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPNoMatchHint">
         <translation>Weniger Wörter, ein Schlagwort weniger oder jede Bewertung zulassen.</translation>
     </message>
+    <message id="KPNoScannerAvailable">
+        <translation>Kein Scanner verfügbar</translation>
+    </message>
     <message id="KPNoStars">
         <translation>Keine Bewertung</translation>
     </message>
@@ -883,6 +886,33 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPReveal">
         <translation>In der Datei&amp;verwaltung zeigen</translation>
+    </message>
+    <message id="KPScannerDied">
+        <translation>Der Treiber des Scanners wurde unerwartet beendet.</translation>
+    </message>
+    <message id="KPScannerError">
+        <translation>Scannerfehler: %1</translation>
+    </message>
+    <message id="KPScannerPartMissing">
+        <translation>Der Scanner bietet diese Quelle nicht mehr an.</translation>
+    </message>
+    <message id="KPScannerSilent">
+        <translation>Der Scanner antwortet nicht mehr.</translation>
+    </message>
+    <message id="KPScannerUnitFeeder">
+        <translation>Einzug</translation>
+    </message>
+    <message id="KPScannerUnitFlatbed">
+        <translation>Flachbett</translation>
+    </message>
+    <message id="KPScannerUnitNegative">
+        <translation>Negativ</translation>
+    </message>
+    <message id="KPScannerUnitOther">
+        <translation>Einheit - %1</translation>
+    </message>
+    <message id="KPScannerUnitTransparency">
+        <translation>Dia</translation>
     </message>
     <message id="KPScreenshotFailed">
         <translation>das Bild „%1“ kann nicht geschrieben werden</translation>

@@ -703,6 +703,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPNoMatchHint">
         <translation>Try fewer words, remove a tag, or allow any rating.</translation>
     </message>
+    <message id="KPNoScannerAvailable">
+        <translation>No Scanner Available</translation>
+    </message>
     <message id="KPNoStars">
         <translation>No Rating</translation>
     </message>
@@ -885,6 +888,33 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPReveal">
         <translation>Show in File &amp;Manager</translation>
+    </message>
+    <message id="KPScannerDied">
+        <translation>The scanner’s driver ended unexpectedly.</translation>
+    </message>
+    <message id="KPScannerError">
+        <translation>Scanner Error : %1</translation>
+    </message>
+    <message id="KPScannerPartMissing">
+        <translation>The scanner does not offer this source any more.</translation>
+    </message>
+    <message id="KPScannerSilent">
+        <translation>The scanner does not answer any more.</translation>
+    </message>
+    <message id="KPScannerUnitFeeder">
+        <translation>document feeder</translation>
+    </message>
+    <message id="KPScannerUnitFlatbed">
+        <translation>flatbed</translation>
+    </message>
+    <message id="KPScannerUnitNegative">
+        <translation>negative</translation>
+    </message>
+    <message id="KPScannerUnitOther">
+        <translation>unit - %1</translation>
+    </message>
+    <message id="KPScannerUnitTransparency">
+        <translation>positive transparency</translation>
     </message>
     <message id="KPScreenshotFailed">
         <translation>cannot write the picture “%1”</translation>
