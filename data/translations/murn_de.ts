@@ -701,6 +701,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPNoMatchHint">
         <translation>Weniger Wörter, ein Schlagwort weniger oder jede Bewertung zulassen.</translation>
     </message>
+    <message id="KPNoPostScriptConverter">
+        <translation>Zum Umwandeln von PostScript wird das Paket „ghostscript“ benötigt.</translation>
+    </message>
     <message id="KPNoScannerAvailable">
         <translation>Kein Scanner verfügbar</translation>
     </message>
@@ -781,6 +784,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPPlacesSearchFolders">
         <translation>Suchordner</translation>
+    </message>
+    <message id="KPPostScriptFailed">
+        <translation>Die PostScript-Datei konnte nicht umgewandelt werden.</translation>
     </message>
     <message id="KPProblemCount" numerus="yes">
         <translation>

@@ -703,6 +703,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPNoMatchHint">
         <translation>Try fewer words, remove a tag, or allow any rating.</translation>
     </message>
+    <message id="KPNoPostScriptConverter">
+        <translation>Converting PostScript needs the package “ghostscript”.</translation>
+    </message>
     <message id="KPNoScannerAvailable">
         <translation>No Scanner Available</translation>
     </message>
@@ -783,6 +786,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPPlacesSearchFolders">
         <translation>Search Folders</translation>
+    </message>
+    <message id="KPPostScriptFailed">
+        <translation>The PostScript file could not be converted.</translation>
     </message>
     <message id="KPProblemCount" numerus="yes">
         <translation>
