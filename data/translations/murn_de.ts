@@ -257,6 +257,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPCrumbWordsNames">
         <translation>In Namen</translation>
     </message>
+    <message id="KPCurrentlyScanning">
+        <translation>Dieses Dokument wird gerade gescannt.</translation>
+    </message>
     <message id="KPDetails">
         <translation>Details</translation>
     </message>
@@ -265,6 +268,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
             <numerusform>%1 Dokument</numerusform>
             <numerusform>%1 Dokumente</numerusform>
         </translation>
+    </message>
+    <message id="KPDocumentEncrypted">
+        <translation>Das Dokument ist verschlüsselt.</translation>
     </message>
     <message id="KPDocuments">
         <translation>Dokumente</translation>
@@ -716,6 +722,12 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPNoTagsToDelete">
         <translation>Keine Schlagwörter zu löschen</translation>
     </message>
+    <message id="KPNoTextRecognition">
+        <translation>Zum Erkennen von Text wird das Paket „tesseract-ocr“ benötigt.</translation>
+    </message>
+    <message id="KPNotAPicture">
+        <translation>Das ist kein Bild.</translation>
+    </message>
     <message id="KPNotIndexed">
         <translation>„%1“ ist nicht indiziert</translation>
     </message>
@@ -892,6 +904,33 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPReveal">
         <translation>In der Datei&amp;verwaltung zeigen</translation>
+    </message>
+    <message id="KPScanChangePage">
+        <translation>Ändern einer Seite</translation>
+    </message>
+    <message id="KPScanDeletePage">
+        <translation>Löschen einer Seite</translation>
+    </message>
+    <message id="KPScanInUse">
+        <translation>Ein anderes Fenster oder Programm scannt gerade.</translation>
+    </message>
+    <message id="KPScanInterleave">
+        <translation>Sortieren der Vorder- und Rückseiten</translation>
+    </message>
+    <message id="KPScanMovePage">
+        <translation>Verschieben einer Seite</translation>
+    </message>
+    <message id="KPScanNoPages">
+        <translation>Es gibt keine Seiten.</translation>
+    </message>
+    <message id="KPScanNotWritten">
+        <translation>Das Dokument konnte nicht geschrieben werden.</translation>
+    </message>
+    <message id="KPScanPageNotMade">
+        <translation>Eine Seite konnte nicht erzeugt werden.</translation>
+    </message>
+    <message id="KPScanPlaceholderName">
+        <translation>Scan DATE_HERE</translation>
     </message>
     <message id="KPScannerDied">
         <translation>Der Treiber des Scanners wurde unerwartet beendet.</translation>

@@ -259,6 +259,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPCrumbWordsNames">
         <translation>In Names</translation>
     </message>
+    <message id="KPCurrentlyScanning">
+        <translation>This document is being scanned.</translation>
+    </message>
     <message id="KPDetails">
         <translation>Details</translation>
     </message>
@@ -267,6 +270,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
             <numerusform>%1 document</numerusform>
             <numerusform>%1 documents</numerusform>
         </translation>
+    </message>
+    <message id="KPDocumentEncrypted">
+        <translation>The document is encrypted.</translation>
     </message>
     <message id="KPDocuments">
         <translation>Documents</translation>
@@ -718,6 +724,12 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPNoTagsToDelete">
         <translation>No Tags to Delete</translation>
     </message>
+    <message id="KPNoTextRecognition">
+        <translation>Recognising text needs the package “tesseract-ocr”.</translation>
+    </message>
+    <message id="KPNotAPicture">
+        <translation>This is no picture.</translation>
+    </message>
     <message id="KPNotIndexed">
         <translation>“%1” is not indexed</translation>
     </message>
@@ -894,6 +906,33 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPReveal">
         <translation>Show in File &amp;Manager</translation>
+    </message>
+    <message id="KPScanChangePage">
+        <translation>Changing a Page</translation>
+    </message>
+    <message id="KPScanDeletePage">
+        <translation>Deleting a Page</translation>
+    </message>
+    <message id="KPScanInUse">
+        <translation>Another window or program is scanning.</translation>
+    </message>
+    <message id="KPScanInterleave">
+        <translation>Sorting Front and Back Sides</translation>
+    </message>
+    <message id="KPScanMovePage">
+        <translation>Moving a Page</translation>
+    </message>
+    <message id="KPScanNoPages">
+        <translation>There are no pages.</translation>
+    </message>
+    <message id="KPScanNotWritten">
+        <translation>The document could not be written.</translation>
+    </message>
+    <message id="KPScanPageNotMade">
+        <translation>A page could not be made.</translation>
+    </message>
+    <message id="KPScanPlaceholderName">
+        <translation>Scan DATE_HERE</translation>
     </message>
     <message id="KPScannerDied">
         <translation>The scanner’s driver ended unexpectedly.</translation>

@@ -48,4 +48,6 @@ extern const KPCommand kpRestoreCommand;
 extern const KPCommand kpHealedCommand;
 extern const KPCommand kpImportCommand;
 extern const KPCommand kpThumbnailCommand;
+extern const KPCommand kpScanCommand;
+extern const KPCommand kpOcrCommand;
 extern const KPCommand kpIndexCommand;

@@ -1,49 +1,24 @@
 // murnctl thumbnail: a picture of a page, drawn by the importer in its cage.
-#include "ImportDocument.h"
-#include "ImportWorker.h"
+#include "ImportFrame.h"
 #include "KPCommandOutput.h"
-#include "KPFileType.h"
+#include "KPPagePicture.h"
 #include "XPAtomicFile.h"
-#include "XPFileInfo.h"
 #include "XPPath.h"
-#include "XPPrograms.h"
 
 #include <QBuffer>
-#include <QImage>
 
 static const QString usualPixels = QStringLiteral("512");
 
-// The picture as PNG, or why there is none, in words.
-static std::variant<QByteArray, QString> pictureOf(const QString &path, int page, int pixels)
+// The picture as PNG, or why there is none.
+static XPResult<QByteArray> pictureOf(const QString &path, int page, int pixels)
 {
-    const auto info = XPFileInfo::read(path);
-    if (!info)
-        return info.error().reason();
-    const auto document = ImportDocument::open(
-        XPPath::encode(path), KPFileType::utiForPath(path, XPPath::extension(path), info->mode));
-    if (!document)
-        return document.error().reason();
-    ImportJob job = document->job();
-    job.page = page;
-    job.pixels = pixels;
-    ImportWorker worker({.program = XPPrograms::helper("murn-importer"), .idle = false});
-    const auto outcome = worker.run(job, document->descriptor.get());
-    if (const auto *error = std::get_if<XPError>(&outcome))
-        return error->reason();
-    if (const auto *end = std::get_if<ImportWorker::Break>(&outcome))
-        return documentFailureName(end->failure) + QStringLiteral(": ") + end->reason;
-    const auto picture = ImportPicture::from(std::get<ImportFrame>(outcome));
-    if (!picture)
-        return picture.error().reason();
-    if (picture->failure)
-        return documentFailureName(*picture->failure);
-    const QImage image(reinterpret_cast<const uchar *>(picture->pixels.constData()), picture->width,
-                       picture->height, qsizetype{picture->width} * 4,
-                       QImage::Format_ARGB32_Premultiplied);
+    const auto image = kpPagePicture(path, page, pixels);
+    if (!image)
+        return image.error();
     QByteArray png;
     QBuffer buffer(&png);
     buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "PNG");
+    image->save(&buffer, "PNG");
     return png;
 }
 
@@ -66,10 +41,9 @@ static int run(const KPCommandLine &line, KPCommandOutput &output)
                              QStringLiteral("--page and --size want a number from 1 on"));
     const QString &path = line.operands().first();
     const auto picture = pictureOf(XPPath::absolute(path), page, pixels);
-    if (const auto *reason = std::get_if<QString>(&picture))
-        output.fail(path, *reason);
-    else if (const auto error =
-                 XPAtomicFile::write(XPPath::absolute(to), std::get<QByteArray>(picture)))
+    if (!picture)
+        output.fail(path, picture.error().reason());
+    else if (const auto error = XPAtomicFile::write(XPPath::absolute(to), *picture))
         output.fail(to, error->reason());
     return output.exitStatus();
 }

@@ -21,10 +21,10 @@
 #include <langinfo.h>
 
 static constexpr std::array commands = {
-    &kpTagsCommand,   &kpTagCommand,      &kpRateCommand,      &kpFindCommand,
-    &kpInfoCommand,   &kpTypesCommand,    &kpQueryCommand,     &kpFileCommand,
-    &kpManageCommand, &kpUnmanageCommand, &kpBackupCommand,    &kpRestoreCommand,
-    &kpHealedCommand, &kpImportCommand,   &kpThumbnailCommand, &kpIndexCommand};
+    &kpTagsCommand,   &kpTagCommand,     &kpRateCommand,   &kpFindCommand,   &kpInfoCommand,
+    &kpTypesCommand,  &kpQueryCommand,   &kpFileCommand,   &kpManageCommand, &kpUnmanageCommand,
+    &kpBackupCommand, &kpRestoreCommand, &kpHealedCommand, &kpImportCommand, &kpThumbnailCommand,
+    &kpScanCommand,   &kpOcrCommand,     &kpIndexCommand};
 
 // A closed standard stream must not let the next file that is opened take its number.
 static void keepStandardStreamsTaken()

@@ -11,6 +11,8 @@ class XPFileLock
 public:
     // Waits for whoever holds it. Folders missing on the way are made.
     static XPResult<XPFileLock> take(const QString &path);
+    // Nothing where somebody holds it.
+    static XPResult<std::optional<XPFileLock>> takeIfFree(const QString &path);
 
 private:
     explicit XPFileLock(XPFileDescriptor file) : m_file(std::move(file)) {}

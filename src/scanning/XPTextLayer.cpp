@@ -1,0 +1,210 @@
+#include "XPTextLayer.h"
+
+#include "XPDocumentFile.h"
+#include "XPFileInfo.h"
+#include "XPPath.h"
+
+#include <QFile>
+#include <QLocale>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <list>
+#include <qpdf/QPDF.hh>
+#include <qpdf/QPDFExc.hh>
+#include <qpdf/QPDFPageDocumentHelper.hh>
+#include <qpdf/QPDFPageObjectHelper.hh>
+
+static const char *const layerName = "/MurnText"; // by which a layer of ours is known
+static constexpr int mostMillisecondsAPage = 120'000;
+static constexpr int usualDpi = 300;
+
+static QString program()
+{
+    return QStandardPaths::findExecutable(QStringLiteral("tesseract"));
+}
+
+bool XPTextLayer::isAvailable()
+{
+    return !program().isEmpty();
+}
+
+QStringList XPTextLayer::languages()
+{
+    QProcess process;
+    process.start(program(), {QStringLiteral("--list-langs")});
+    if (!process.waitForFinished(10'000))
+        return {};
+    QStringList names = QString::fromUtf8(process.readAllStandardOutput()).split(u'\n');
+    names.removeFirst(); // a heading
+    names.removeAll(QString());
+    names.removeAll(QStringLiteral("osd"));
+    return names;
+}
+
+// The user's own language and English, as far as they are installed.
+static QStringList usualLanguages()
+{
+    const QStringList installed = XPTextLayer::languages();
+    QStringList names;
+    for (const QString &name :
+         {QLocale::languageToCode(QLocale().language(), QLocale::ISO639Part2T),
+          QStringLiteral("eng")}) {
+        if (installed.contains(name) && !names.contains(name))
+            names.append(name);
+    }
+    return names.isEmpty() ? installed.mid(0, 1) : names;
+}
+
+// A PDF of one page that holds nothing but invisible text; an empty path when it failed.
+static QString textOf(const QImage &picture, const QStringList &languages, const QString &folder,
+                      int number)
+{
+    const QString stem = folder + u'/' + QString::number(number);
+    if (!picture.save(stem + QStringLiteral(".png"), "PNG", 80))
+        return {};
+    const int dpi =
+        picture.dotsPerMeterX() > 3000 ? qRound(picture.dotsPerMeterX() * 0.0254) : usualDpi;
+    QProcess process;
+    process.setStandardOutputFile(QProcess::nullDevice());
+    process.setStandardErrorFile(QProcess::nullDevice());
+    process.start(program(),
+                  {stem + QStringLiteral(".png"), stem, QStringLiteral("-l"), languages.join(u'+'),
+                   QStringLiteral("--dpi"), QString::number(dpi), QStringLiteral("-c"),
+                   QStringLiteral("textonly_pdf=1"), QStringLiteral("pdf")});
+    if (!process.waitForFinished(mostMillisecondsAPage)) {
+        process.kill();
+        process.waitForFinished();
+        return {};
+    }
+    QFile::remove(stem + QStringLiteral(".png"));
+    const bool worked = process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
+    return worked ? stem + QStringLiteral(".pdf") : QString();
+}
+
+static bool hasLayer(QPDFPageObjectHelper &page)
+{
+    QPDFObjectHandle resources = page.getAttribute("/Resources", false);
+    return resources.isDictionary() && resources.getKey("/XObject").isDictionary() &&
+           resources.getKey("/XObject").hasKey(layerName);
+}
+
+// Fonts, in the page itself or in a form on it.
+static bool hasText(QPDFPageObjectHelper &page)
+{
+    bool found = hasLayer(page);
+    const auto look = [&](QPDFObjectHandle resources) {
+        found = found || (resources.isDictionary() && resources.getKey("/Font").isDictionary() &&
+                          !resources.getKey("/Font").getKeys().empty());
+    };
+    look(page.getAttribute("/Resources", false));
+    page.forEachFormXObject(true,
+                            [&](QPDFObjectHandle &form, QPDFObjectHandle &, std::string const &) {
+                                look(form.getDict().getKey("/Resources"));
+                            });
+    return found;
+}
+
+static void removeLayer(QPDFPageObjectHelper &page)
+{
+    page.getAttribute("/Resources", true).getKey("/XObject").removeKey(layerName);
+    // What draws it stands in a stream of its own.
+    QPDFObjectHandle kept = QPDFObjectHandle::newArray();
+    for (QPDFObjectHandle &content : page.getPageContents()) {
+        const auto data = content.getStreamData();
+        const QByteArray text(reinterpret_cast<const char *>(data->getBuffer()),
+                              static_cast<qsizetype>(data->getSize()));
+        if (!text.contains(layerName))
+            kept.appendItem(content);
+    }
+    page.getObjectHandle().replaceKey("/Contents", kept);
+}
+
+static void addLayer(QPDF &pdf, QPDFPageObjectHelper &page, QPDF &text)
+{
+    std::vector<QPDFPageObjectHelper> pages = QPDFPageDocumentHelper(text).getAllPages();
+    if (pages.empty())
+        return;
+    QPDFObjectHandle form = pdf.copyForeignObject(pages.front().getFormXObjectForPage());
+    // What went before may have left the coordinates changed.
+    page.addPageContents(QPDFObjectHandle::newStream(&pdf, "q\n"), true);
+    page.addPageContents(QPDFObjectHandle::newStream(&pdf, "\nQ\n"), false);
+    const std::string draw = page.placeFormXObject(
+        form, layerName, page.getCropBox().getArrayAsRectangle(), true, true, true);
+    QPDFObjectHandle resources = page.getAttribute("/Resources", true);
+    if (!resources.getKey("/XObject").isDictionary())
+        resources.replaceKey("/XObject", QPDFObjectHandle::newDictionary());
+    else
+        resources.replaceKey("/XObject", resources.getKey("/XObject").shallowCopy());
+    resources.getKey("/XObject").replaceKey(layerName, form);
+    page.addPageContents(QPDFObjectHandle::newStream(&pdf, draw), false);
+}
+
+static XPResult<int> layOver(QPDF &pdf, const QString &pdfPath, const QString &folder,
+                             const std::function<QImage(int)> &picture,
+                             const XPTextLayer::Options &options,
+                             const std::function<bool(int, int)> &progress)
+{
+    using Mode = XPTextLayer::Mode;
+    const QStringList languages =
+        options.languages.isEmpty() ? usualLanguages() : options.languages;
+    std::vector<QPDFPageObjectHelper> pages = QPDFPageDocumentHelper(pdf).getAllPages();
+    const int count = static_cast<int>(pages.size());
+    std::list<QPDF> texts; // what was copied from them is read when the document is written
+    int done = 0;
+    for (int number = 0; number < count; ++number) {
+        if (progress && !progress(number, count))
+            return XPError::make(XPError::Kind::Cancelled, QStringLiteral("cancelled"));
+        QPDFPageObjectHelper &page = pages[static_cast<std::size_t>(number)];
+        const bool isOurs = hasLayer(page);
+        if (options.mode == Mode::Skip && hasText(page))
+            continue;
+        if (options.mode == Mode::Redo && !isOurs && hasText(page))
+            continue;
+        const QImage image = picture(number);
+        const QString made = image.isNull() ? QString() : textOf(image, languages, folder, number);
+        if (made.isEmpty())
+            continue;
+        if (isOurs)
+            removeLayer(page);
+        texts.emplace_back().processFile(XPPath::encode(made).constData());
+        addLayer(pdf, page, texts.back());
+        ++done;
+    }
+    if (done == 0)
+        return 0;
+    if (auto error = xpWritePDF(pdf, pdfPath))
+        return *error;
+    return done;
+}
+
+XPResult<int> XPTextLayer::recognise(const QString &pdfPath,
+                                     const std::function<QImage(int)> &picture,
+                                     const Options &options,
+                                     const std::function<bool(int, int)> &progress)
+{
+    if (!isAvailable())
+        return XPError::make(XPError::Kind::Unsupported, qtTrId("KPNoTextRecognition"));
+    if (const auto info = XPFileInfo::read(pdfPath); !info)
+        return info.error();
+    const QTemporaryDir folder;
+    if (!folder.isValid())
+        return XPError::make(XPError::Kind::NoSpace, qtTrId("KPScanPageNotMade"));
+    try {
+        QPDF pdf;
+        pdf.setSuppressWarnings(true);
+        pdf.processFile(XPPath::encode(pdfPath).constData());
+        if (pdf.isEncrypted())
+            return XPError::make(XPError::Kind::NotPermitted, qtTrId("KPDocumentEncrypted"),
+                                 pdfPath);
+        return layOver(pdf, pdfPath, folder.path(), picture, options, progress);
+    } catch (const QPDFExc &failure) {
+        if (failure.getErrorCode() == qpdf_e_password)
+            return XPError::make(XPError::Kind::NotPermitted, qtTrId("KPDocumentEncrypted"),
+                                 pdfPath);
+        return XPError::make(XPError::Kind::Malformed,
+                             QString::fromStdString(failure.getMessageDetail()), pdfPath);
+    } catch (const std::exception &failure) {
+        return XPError::make(XPError::Kind::Io, QString::fromLocal8Bit(failure.what()), pdfPath);
+    }
+}

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "XPError.h"
+
+#include <QImage>
+#include <QStringList>
+#include <functional>
+
+// The text of pictures of pages, laid invisibly over the pages of a PDF, so that it can be searched
+// and selected. The text is recognised by another program ("tesseract").
+// Any thread but the main one: it waits for that program.
+namespace XPTextLayer {
+
+// What happens to a page that has text already.
+enum class Mode {
+    Skip,  // it is left as it is
+    Redo,  // a layer of ours is made anew; text of the document's own is left
+    Force, // it gets a layer beside what it has
+};
+
+struct Options
+{
+    Mode mode = Mode::Skip;
+    QStringList languages; // by the program's names; empty: English and the user's own
+};
+
+bool isAvailable();
+// What is installed, "eng", "deu", …; empty where the program is not.
+QStringList languages();
+
+// Lays text over pages of the document, which is replaced as a whole once all is done and keeps
+// its tags and marks. `picture` gives a page, from 0, as people see it; a null picture leaves it
+// out. Answers how many pages got a layer. `progress` is told of each page and says whether to go
+// on (Kind::Cancelled). Unsupported where the program is missing; an encrypted document is
+// NotPermitted.
+XPResult<int> recognise(const QString &pdfPath, const std::function<QImage(int page)> &picture,
+                        const Options &options,
+                        const std::function<bool(int page, int pages)> &progress = {});
+
+} // namespace XPTextLayer
