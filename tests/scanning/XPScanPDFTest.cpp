@@ -1,0 +1,160 @@
+#include "XPScanPDF.h"
+
+#include "TestHome.h"
+#include "XPDocumentFile.h"
+#include "XPExtendedAttributes.h"
+#include "XPTextLayer.h"
+
+#include <QBuffer>
+#include <QDir>
+#include <QFile>
+#include <QPainter>
+#include <gtest/gtest.h>
+#include <qpdf/QPDF.hh>
+#include <qpdf/QPDFPageDocumentHelper.hh>
+
+static QImage picture(int width, int height, Qt::GlobalColor colour = Qt::yellow)
+{
+    QImage image(width, height, QImage::Format_RGB32);
+    image.fill(colour);
+    return image;
+}
+
+static QString saved(const TestFolder &folder, const QString &name, const QImage &image)
+{
+    EXPECT_TRUE(image.save(folder.path(name)));
+    return folder.path(name);
+}
+
+namespace {
+
+struct PageFacts
+{
+    double width, height;
+    std::string filter;
+    QByteArray data; // as it stands in the file
+};
+
+} // namespace
+
+static std::vector<PageFacts> pagesOf(const QString &path)
+{
+    QPDF pdf;
+    pdf.processFile(QFile::encodeName(path).constData());
+    std::vector<PageFacts> facts;
+    for (QPDFPageObjectHelper &page : QPDFPageDocumentHelper(pdf).getAllPages()) {
+        const auto box = page.getMediaBox().getArrayAsRectangle();
+        QPDFObjectHandle image = page.getImages().begin()->second;
+        const auto data = image.getRawStreamData();
+        QPDFObjectHandle filter = image.getDict().getKey("/Filter");
+        facts.push_back({box.urx - box.llx, box.ury - box.lly,
+                         filter.isName() ? filter.getName() : std::string(),
+                         QByteArray(reinterpret_cast<const char *>(data->getBuffer()),
+                                    static_cast<qsizetype>(data->getSize()))});
+    }
+    return facts;
+}
+
+TEST(ScanPDF, PagesHaveTheSizesAndQualitiesAskedFor)
+{
+    const TestFolder folder;
+    const QString letter = saved(folder, QStringLiteral("1.jpg"), picture(2550, 3300));
+    const QString square = saved(folder, QStringLiteral("2.png"), picture(1000, 1000));
+    QImage mono = picture(64, 64, Qt::white).convertToFormat(QImage::Format_Mono);
+    const QString bits = saved(folder, QStringLiteral("3.png"), mono);
+    const QString broken = folder.file(QStringLiteral("4.png"), "no picture");
+    const QString to = folder.path(QStringLiteral("out.pdf"));
+
+    const auto lossy = ImageArrayToPDFDocument({letter, square, broken}, true, 0.35F, to);
+    ASSERT_TRUE(lossy) << lossy.error().message.toStdString();
+    EXPECT_EQ(*lossy, 2); // what cannot be read is left out
+    auto pages = pagesOf(to);
+    ASSERT_EQ(pages.size(), 2U);
+    EXPECT_NEAR(pages[0].width, 581.4, 0.1);
+    EXPECT_NEAR(pages[0].height, 752.4, 0.1);
+    EXPECT_DOUBLE_EQ(pages[1].width, 500);
+    EXPECT_EQ(pages[0].filter, "/DCTDecode");
+    EXPECT_EQ(pages[1].filter, "/DCTDecode");
+
+    ASSERT_TRUE(ImageArrayToPDFDocument({letter, square, bits}, false, 0.95F, to));
+    pages = pagesOf(to);
+    ASSERT_EQ(pages.size(), 3U);
+    QFile original(letter);
+    ASSERT_TRUE(original.open(QIODevice::ReadOnly));
+    EXPECT_EQ(pages[0].data, original.readAll()); // byte for byte
+    EXPECT_EQ(pages[1].filter, "/FlateDecode");
+    EXPECT_EQ(pages[2].filter, "/FlateDecode");
+
+    EXPECT_EQ(ImageArrayToPDFDocument({}, false, 0.5F, to).valueOr(-1), 0);
+    EXPECT_EQ(ImageArrayToPDFDocument({broken}, false, 0.5F, to).valueOr(-1), 0);
+    EXPECT_EQ(pagesOf(to).size(), 3U); // nothing was written over
+    const auto stopped =
+        ImageArrayToPDFDocument({letter}, false, 0.5F, to, [](int) { return false; });
+    ASSERT_FALSE(stopped);
+    EXPECT_EQ(stopped.error().kind, XPError::Kind::Cancelled);
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden).size(), 5);
+}
+
+TEST(ScanPDF, ReplacingKeepsWhatIsOnTheFile)
+{
+    const TestFolder folder;
+    const QString path = folder.file(QStringLiteral("doc.pdf"), "old");
+    const QString name = QStringLiteral("mine");
+    ASSERT_FALSE(XPExtendedAttributes::write(path, name, "kept"));
+    const auto write = [](const QByteArray &bytes) {
+        return [bytes](const QString &temporary) -> std::optional<XPError> {
+            QFile file(temporary);
+            if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+                return XPError::fromErrno(EIO, temporary);
+            return {};
+        };
+    };
+    ASSERT_FALSE(xpReplaceContents(path, write("new")));
+    EXPECT_EQ(XPExtendedAttributes::read(path, name).valueOr({}), QByteArray("kept"));
+    EXPECT_EQ(QFile(path).size(), 3);
+    const auto failed = xpReplaceContents(path, [](const QString &temporary) {
+        (void)QFile(temporary).open(QIODevice::WriteOnly);
+        return std::optional(XPError::fromErrno(ENOSPC, temporary));
+    });
+    EXPECT_TRUE(failed);
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden),
+              QStringList{QStringLiteral("doc.pdf")});
+}
+
+TEST(ScanPDF, TextIsLaidOverOnceAndFoundAgain)
+{
+    if (!XPTextLayer::isAvailable())
+        GTEST_SKIP() << "the program that recognises text is not installed";
+    const TestFolder folder;
+    QImage page = picture(1240, 1754, Qt::white);
+    {
+        QPainter painter(&page);
+        QFont font(QStringLiteral("DejaVu Sans"));
+        font.setPixelSize(40);
+        painter.setFont(font);
+        painter.drawText(100, 300, QStringLiteral("The contract for the dry dock"));
+    }
+    const QString image = saved(folder, QStringLiteral("page.png"), page);
+    const QString path = folder.path(QStringLiteral("doc.pdf"));
+    ASSERT_TRUE(ImageArrayToPDFDocument({image, image}, false, 0.5F, path));
+    const auto pictureOf = [&](int) { return page; };
+    const XPTextLayer::Options options{XPTextLayer::Mode::Skip, {QStringLiteral("eng")}};
+    EXPECT_EQ(XPTextLayer::recognise(path, pictureOf, options).valueOr(-1), 2);
+    const auto contents = [&] {
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return file.readAll();
+    };
+    const QByteArray once = contents();
+    EXPECT_EQ(once.count("/MurnText"), 2); // in the resources of each page
+    EXPECT_EQ(XPTextLayer::recognise(path, pictureOf, options).valueOr(-1), 0);
+    EXPECT_EQ(contents(), once);
+    const XPTextLayer::Options again{XPTextLayer::Mode::Redo, {QStringLiteral("eng")}};
+    EXPECT_EQ(XPTextLayer::recognise(path, pictureOf, again).valueOr(-1), 2);
+    EXPECT_EQ(pagesOf(path).size(), 2U);
+
+    const QString junk = folder.file(QStringLiteral("junk.pdf"), "junk");
+    EXPECT_FALSE(XPTextLayer::recognise(junk, pictureOf, options));
+    EXPECT_EQ(QFile(junk).size(), 4);
+    EXPECT_FALSE(XPTextLayer::recognise(folder.path(QStringLiteral("none")), pictureOf, options));
+}
