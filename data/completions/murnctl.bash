@@ -24,6 +24,10 @@ _murnctl_options() {
         healed) printf '%s\n' --undo --accept --json --help ;;
         import) printf '%s\n' --json --help ;;
         thumbnail) printf '%s\n' -o --page --size --help ;;
+        scan) printf '%s\n' --list --device --source --mode --resolution --paper --duplex --pages \
+            --clean-up --skip-blank --text --profile --save-profile --tag --rating --to --file \
+            --resume --discard --json --print0 --help ;;
+        ocr) printf '%s\n' --language --redo --force --help ;;
         index) printf '%s\n' --no-content --json --print0 --help ;;
         info) printf '%s\n' --json --help ;;
         types) printf '%s\n' --extension --tree --all --groups --json --help ;;
@@ -38,7 +42,7 @@ _murnctl() {
         if [[ $cur == -* ]]; then
             _murnctl_offer < <(_murnctl_options)
         else
-            _murnctl_offer <<<$'tags\ntag\nrate\nfind\ninfo\ntypes\nquery\nfile\nmanage\nunmanage\nbackup\nrestore\nhealed\nimport\nthumbnail\nindex'
+            _murnctl_offer <<<$'tags\ntag\nrate\nfind\ninfo\ntypes\nquery\nfile\nmanage\nunmanage\nbackup\nrestore\nhealed\nimport\nthumbnail\nscan\nocr\nindex'
         fi
         return
     fi

@@ -938,11 +938,17 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPScannerError">
         <translation>Scannerfehler: %1</translation>
     </message>
+    <message id="KPScannerFailedToOpen">
+        <translation>Der Scanner konnte nicht geöffnet werden</translation>
+    </message>
     <message id="KPScannerPartMissing">
         <translation>Der Scanner bietet diese Quelle nicht mehr an.</translation>
     </message>
     <message id="KPScannerSilent">
         <translation>Der Scanner antwortet nicht mehr.</translation>
+    </message>
+    <message id="KPScannerTurnOffAndOn">
+        <translation> Vielleicht hilft es, den Scanner aus- und wieder einzuschalten.</translation>
     </message>
     <message id="KPScannerUnitFeeder">
         <translation>Einzug</translation>

@@ -940,11 +940,17 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPScannerError">
         <translation>Scanner Error : %1</translation>
     </message>
+    <message id="KPScannerFailedToOpen">
+        <translation>The scanner failed to open</translation>
+    </message>
     <message id="KPScannerPartMissing">
         <translation>The scanner does not offer this source any more.</translation>
     </message>
     <message id="KPScannerSilent">
         <translation>The scanner does not answer any more.</translation>
+    </message>
+    <message id="KPScannerTurnOffAndOn">
+        <translation> You might try turning the scanner on and off again.</translation>
     </message>
     <message id="KPScannerUnitFeeder">
         <translation>document feeder</translation>

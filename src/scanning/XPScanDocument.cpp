@@ -43,9 +43,9 @@ static XPResult<QByteArray> placeholderContents()
         QPDFObjectHandle page = pdf.makeIndirectObject(QPDFObjectHandle::parse(
             "<< /Type /Page /MediaBox [0 0 612 792] /Resources << /Font << /F1 << /Type /Font "
             "/Subtype /Type1 /BaseFont /Helvetica /Encoding /WinAnsiEncoding >> >> >> >>"));
-        page.replaceKey("/Contents",
-                        QPDFObjectHandle::newStream(
-                            &pdf, ("BT /F1 20 Tf 72 600 Td (" + text + ") Tj ET").toStdString()));
+        const QByteArray font = "/F1 20 Tf ";
+        const QByteArray show = "BT " + font + "72 600 Td (" + text + ") Tj ET";
+        page.replaceKey("/Contents", QPDFObjectHandle::newStream(&pdf, show.toStdString()));
         QPDFPageDocumentHelper(pdf).addPage(page, true);
         QPDFWriter writer(pdf);
         writer.setOutputMemory();

@@ -25,7 +25,7 @@ SENTENCE = re.compile(r"(?:^|[\s:;,(])[a-zA-Z']{2,}(?:,? [a-zA-Z'%0-9]+){2,}")
 NOT_FOR_PEOPLE = re.compile(r"XPError|malformed|fail\(|\bqC(?:Debug|Info|Warning|Critical)\(|xpLog|"
                             r"static_assert|Q_ASSERT|\b(?:SELECT|PRAGMA|INSERT|CREATE|DELETE|DROP)\b")
 # The programs of the shell speak English, and say it themselves.
-SPEAKS_ENGLISH = ("src/cli/", "src/importer/", "src/app/program/")
+SPEAKS_ENGLISH = ("src/cli/", "src/importer/", "src/scanner/", "src/app/program/")
 # Literals that became an error's message in another statement, or texts fixed by a convention.
 SENTENCES_KNOWN = {
     "src/documents/KPDocNames.cpp": "errors",

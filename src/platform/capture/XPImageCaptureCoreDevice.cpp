@@ -322,10 +322,7 @@ void XPImageCaptureCoreDevice::takeFailure(int status, const QString &message)
     }
     m_isReading = false;
     if (status != SaneCancelled) {
-        const QString advice =
-            status == SaneIoError
-                ? QStringLiteral(" You might try turning the scanner on and off again.")
-                : QString();
+        const QString advice = status == SaneIoError ? qtTrId("KPScannerTurnOffAndOn") : QString();
         m_scanController->scannerFailed(name, message + advice, status == SaneNoDocs);
     }
     scanningDone();
@@ -350,8 +347,8 @@ void XPImageCaptureCoreDevice::lose(const QString &reason)
         if (!m_nowScanning)
             return;
     }
-    m_scanController->scannerFailed(
-        name, wasOpening ? QStringLiteral("The scanner failed to open") : reason, false);
+    m_scanController->scannerFailed(name, wasOpening ? qtTrId("KPScannerFailedToOpen") : reason,
+                                    false);
     scanningDone();
 }
 
