@@ -37,17 +37,24 @@ public:
     };
 
     // Where `object` (marker and payload, so never empty) is or would be; null when it is too
-    // long to be kept.
+    // long to be kept, and when the thread is over but for what the process does at its end.
     static Entry *entryFor(QByteArrayView object)
     {
-        static thread_local std::array<Entry, 1024> entries;
-        if (object.size() > qsizetype(sizeof(Entry::m_object)))
+        if (object.size() > qsizetype(sizeof(Entry::m_object)) || s_areGone)
             return nullptr;
+        static thread_local Entries entries;
         constexpr quint64 golden = 0x9E3779B97F4A7C15; // spreads every bit to the top
-        return &entries[(endsOf(object) * golden) >> 54];
+        return &entries.all[(endsOf(object) * golden) >> 54];
     }
 
 private:
+    struct Entries
+    {
+        ~Entries() { s_areGone = true; }
+        std::array<Entry, 1024> all;
+    };
+    static inline thread_local bool s_areGone = false; // has no destructor, so it can still be read
+
     template <typename Word>
     static Word load(const char *from)
     {
