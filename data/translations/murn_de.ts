@@ -140,6 +140,42 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPCloudTypesSome">
         <translation>%1 von %2</translation>
     </message>
+    <message id="KPColumnAdded">
+        <translation>Hinzugefügt</translation>
+    </message>
+    <message id="KPColumnCreated">
+        <translation>Erstellt</translation>
+    </message>
+    <message id="KPColumnFlag">
+        <translation>Markierung</translation>
+    </message>
+    <message id="KPColumnFolder">
+        <translation>Ordner</translation>
+    </message>
+    <message id="KPColumnModified">
+        <translation>Geändert</translation>
+    </message>
+    <message id="KPColumnName">
+        <translation>Name</translation>
+    </message>
+    <message id="KPColumnPath">
+        <translation>Pfad</translation>
+    </message>
+    <message id="KPColumnRating">
+        <translation>Bewertung</translation>
+    </message>
+    <message id="KPColumnSize">
+        <translation>Größe</translation>
+    </message>
+    <message id="KPColumnTags">
+        <translation>Schlagwörter</translation>
+    </message>
+    <message id="KPColumnTitle">
+        <translation>Titel</translation>
+    </message>
+    <message id="KPColumnType">
+        <translation>Typ</translation>
+    </message>
     <message id="KPCommonTagsOnly">
         <translation>Schlagwörter, die alle ausgewählten Dokumente gemeinsam haben. Ihre anderen bleiben.</translation>
     </message>
@@ -391,6 +427,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPFindTags">
         <translation>Nach Schla&amp;gwörtern suchen</translation>
+    </message>
+    <message id="KPFlagged">
+        <translation>Markiert</translation>
     </message>
     <message id="KPFolderCount" numerus="yes">
         <translation>

@@ -142,6 +142,42 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPCloudTypesSome">
         <translation>%1 of %2</translation>
     </message>
+    <message id="KPColumnAdded">
+        <translation>Added</translation>
+    </message>
+    <message id="KPColumnCreated">
+        <translation>Created</translation>
+    </message>
+    <message id="KPColumnFlag">
+        <translation>Flag</translation>
+    </message>
+    <message id="KPColumnFolder">
+        <translation>Folder</translation>
+    </message>
+    <message id="KPColumnModified">
+        <translation>Modified</translation>
+    </message>
+    <message id="KPColumnName">
+        <translation>Name</translation>
+    </message>
+    <message id="KPColumnPath">
+        <translation>Path</translation>
+    </message>
+    <message id="KPColumnRating">
+        <translation>Rating</translation>
+    </message>
+    <message id="KPColumnSize">
+        <translation>Size</translation>
+    </message>
+    <message id="KPColumnTags">
+        <translation>Tags</translation>
+    </message>
+    <message id="KPColumnTitle">
+        <translation>Title</translation>
+    </message>
+    <message id="KPColumnType">
+        <translation>Type</translation>
+    </message>
     <message id="KPCommonTagsOnly">
         <translation>Tags that all selected documents share. Their other tags stay.</translation>
     </message>
@@ -393,6 +429,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPFindTags">
         <translation>Find by Ta&amp;gs</translation>
+    </message>
+    <message id="KPFlagged">
+        <translation>Flagged</translation>
     </message>
     <message id="KPFolderCount" numerus="yes">
         <translation>

@@ -26,6 +26,11 @@ void KPAppServices::revealInLibrary(const QStringList &paths)
     Q_EMIT revealAsked(paths);
 }
 
+void KPAppServices::pathChanged(const QString &oldPath, const QString &newPath)
+{
+    Q_EMIT pathMoved(oldPath, newPath);
+}
+
 void KPAppServices::openInfoWindow(const QStringList &paths)
 {
     Q_EMIT infoAsked(paths);

@@ -17,12 +17,14 @@ public:
     bool setManaged(bool managed, const QString &path) override;
     void clearCacheForPath(const QString &path) override;
     void revealInLibrary(const QStringList &paths) override;
+    void pathChanged(const QString &oldPath, const QString &newPath) override;
     void openInfoWindow(const QStringList &paths) override;
     void runFileWork(std::function<void()> work, std::function<void()> done) override;
 
 Q_SIGNALS:
     void revealAsked(const QStringList &paths);
     void infoAsked(const QStringList &paths);
+    void pathMoved(const QString &oldPath, const QString &newPath); // of a record
 
 private:
     XPFileWorker m_worker;

@@ -10,7 +10,7 @@
 #include "KPInspector.h"
 #include "KPLibraryModel.h"
 #include "KPQuickLook.h"
-#include "KPResultSource.h"
+#include "KPSearcher.h"
 #include "KPStatusLine.h"
 #include "KPWindowActions.h"
 #include "Karvex.h"
@@ -35,10 +35,10 @@ static const QString layoutKey = QStringLiteral("KPMainWindowLayout");
 static const QString orderKey = QStringLiteral("KPSortOrder");
 static const QString zoomKey = QStringLiteral("KPThumbnailSize");
 
-KPController::KPController(std::unique_ptr<KPResultSource> source, const QStringList &folders,
+KPController::KPController(std::unique_ptr<KPSearcher> searcher, const QStringList &folders,
                            KPIndexMonitor *index)
-    : m_source(std::move(source)), m_index(index), m_folders(folders),
-      m_looks(KPQuickLook::instance()), m_model(std::make_unique<KPLibraryModel>(m_source.get())),
+    : m_searcher(std::move(searcher)), m_index(index), m_folders(folders),
+      m_looks(KPQuickLook::instance()), m_model(std::make_unique<KPLibraryModel>(m_searcher.get())),
       m_worker(std::make_unique<KPEditWorker>()),
       m_history(std::make_unique<KPEditHistory>(m_worker.get())), m_filter(new KPFilterBar),
       m_view(new KPDocsView(m_model.get(), &m_looks)), m_inspector(new KPInspector),
@@ -66,7 +66,7 @@ KPController::KPController(std::unique_ptr<KPResultSource> source, const QString
 // The views go first: they refer to what the unique pointers hold.
 KPController::~KPController()
 {
-    m_source->stop();
+    m_searcher->stop();
     delete takeCentralWidget();
     delete m_dock;
 }
@@ -135,7 +135,11 @@ void KPController::connectSearch()
     connect(m_filter, &KPFilterBar::stateChanged, this, &KPController::startSearch);
     connect(m_filter, &KPFilterBar::left, m_view, qOverload<>(&QWidget::setFocus));
     m_filter->setSuggestions([this] { return suggestedTags(); });
-    connect(m_source.get(), &KPResultSource::finished, this, &KPController::searchFinished);
+    connect(m_searcher.get(), &KPSearcher::delivered, this,
+            [this](const KPResultsDelivery::Ptr &delivery) {
+                if (!delivery || delivery->isDone)
+                    searchFinished(delivery ? delivery->problems : QStringList());
+            });
     connect(m_status, &KPStatusLine::stopSearchRequested, this, &KPController::stopSearch);
     for (const auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved})
         connect(m_model.get(), signal, this, &KPController::showCounts);
@@ -168,7 +172,6 @@ void KPController::connectEditing()
     m_inspector->setSuggestions([this] { return suggestedTags(); });
     connect(m_inspector, &KPInspector::left, m_view, qOverload<>(&QWidget::setFocus));
     connect(m_inspector, &KPInspector::editRequested, m_history.get(), &KPEditHistory::edit);
-    connect(m_worker.get(), &KPEditWorker::changed, this, &KPController::takeChanges);
     connect(m_worker.get(), &KPEditWorker::progressed, m_status, &KPStatusLine::showEditing);
     connect(m_worker.get(), &KPEditWorker::reported, this, &KPController::report);
     connect(m_status, &KPStatusLine::stopEditRequested, m_worker.get(), &KPEditWorker::stop);
@@ -188,7 +191,7 @@ void KPController::restoreSettings()
     restoreState(defaults.value(layoutKey).data());
     m_zoom->setValue(static_cast<int>(std::lround(defaults.doubleValue(zoomKey) * 100)));
     m_view->setZoom(m_zoom->value() / 100.0);
-    setOrder(KPDocOrder::fromText(defaults.stringValue(orderKey)));
+    setOrder(KPSortKey::fromText(defaults.stringValue(orderKey)).value_or(KPSortKey()));
 }
 
 void KPController::saveSettings() const
@@ -218,12 +221,13 @@ void KPController::startSearch()
     m_problems.clear();
     showProblems();
     showEmptyText();
-    m_source->setSearchState(state);
+    m_searcher->forceNewSearchNextTime();
+    m_searcher->setSearchState(KPSearcher::allDocumentsOf(state), false);
 }
 
 void KPController::stopSearch()
 {
-    m_source->stop();
+    m_searcher->stop();
     searchFinished({});
     m_status->showMessage(qtTrId("KPSearchStopped"), 5000);
 }
@@ -279,14 +283,18 @@ QStringList KPController::foldersNotIndexed() const
     return missing;
 }
 
+static QString folderName(const QString &path)
+{
+    return XPPath::printable(XPPath::fileName(path));
+}
+
 void KPController::showEmptyText()
 {
     const QStringList missing = foldersNotIndexed();
     m_actions->indexAction()->setEnabled(!missing.isEmpty());
     if (!missing.isEmpty())
-        m_view->setEmptyText(
-            qtTrId("KPNotIndexed").arg(KPLibraryModel::displayName(missing.first())),
-            qtTrId("KPNotIndexedHint"), m_actions->indexAction());
+        m_view->setEmptyText(qtTrId("KPNotIndexed").arg(folderName(missing.first())),
+                             qtTrId("KPNotIndexedHint"), m_actions->indexAction());
     else if (m_searching || (m_index && !m_index->isSettled()))
         m_view->setEmptyText(qtTrId("KPLooking"), {});
     else if (m_filter->isEmpty())
@@ -299,7 +307,7 @@ void KPController::showFolders()
 {
     const QString name = m_folders.isEmpty() ? qtTrId("KPHome")
                          : m_folders.size() == 1
-                             ? KPLibraryModel::displayName(m_folders.first())
+                             ? folderName(m_folders.first())
                              : qtTrId("KPFolderCount", static_cast<int>(m_folders.size()));
     const QString shown = name.isEmpty() ? m_folders.first() : name; // the root has no name
     m_folderButton->setText(fontMetrics().elidedText(shown, Qt::ElideMiddle, 180));
@@ -322,21 +330,23 @@ void KPController::showCounts()
 
 void KPController::showSelection()
 {
-    QList<KPShownDocument> documents;
-    for (const QString &path : m_view->selectedPaths())
-        documents.append(m_model->document(m_model->indexForPath(path).row()));
+    KPDoc::Docs documents;
+    for (const QString &path : m_view->selectedPaths()) {
+        if (const QModelIndex index = m_model->indexForPath(path); index.isValid())
+            documents.append(m_model->document(index.row()));
+    }
     KPInspector::Appearance appearance;
     std::vector<KPQuickLook::Wanted> wanted;
     m_shownPath.clear();
     if (!documents.isEmpty()) {
-        m_shownPath = documents.first().path;
-        const KPShownDocument &first = documents.first();
+        KPDoc &first = *documents.first();
+        m_shownPath = first.filePath();
         const double side = KPInspector::pictureSide * m_inspector->devicePixelRatioF();
-        wanted.push_back({first.doc, static_cast<int>(std::ceil(side))});
-        const auto look = m_looks.look(*first.doc);
+        wanted.push_back({&first, static_cast<int>(std::ceil(side))});
+        const auto look = m_looks.look(first);
         appearance = {QPixmap::fromImage(look.picture),
                       look.uti.isEmpty()
-                          ? KPFileType::preferredUTIForExtension(XPPath::extension(first.path))
+                          ? KPFileType::preferredUTIForExtension(XPPath::extension(first.fsName()))
                           : look.uti};
     }
     m_looks.want(m_inspector, std::move(wanted));
@@ -358,20 +368,6 @@ void KPController::selectByName(const QString &beginning)
 }
 
 // Editing.
-
-void KPController::takeChanges(const QList<KPFileChange> &changes)
-{
-    QHash<QString, QStringList> tags;
-    QHash<QString, double> ratings;
-    for (const KPFileChange &change : changes) {
-        if (change.tags)
-            tags.insert(change.path, change.tags->after);
-        if (change.rating)
-            ratings.insert(change.path, change.rating->after);
-    }
-    m_model->setTags(tags);
-    m_model->setRatings(ratings);
-}
 
 void KPController::report(const KPEditReport &report)
 {

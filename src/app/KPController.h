@@ -15,20 +15,19 @@ class KPIndexMonitor;
 class KPInspector;
 class KPLibraryModel;
 class KPQuickLook;
-class KPResultSource;
+class KPSearcher;
 class KPStatusLine;
 class KPWindowActions;
 class QDockWidget;
 class QSlider;
 class QToolButton;
 struct KPEditReport;
-struct KPFileChange;
-struct KPDocOrder;
+struct KPSortKey;
 
 // The main window: places its parts and connects them.
 //
-// Search: filter bar -> state -> result source -> model -> grid. Edit: inspector or grid ->
-// history -> worker -> model, and the live search confirms it. Exactly one exists.
+// Search: filter bar -> state -> searcher -> model -> grid. Edit: inspector or grid ->
+// history -> worker, which tells the records, and the live search confirms it. Exactly one exists.
 // Threads: main.
 class KPController : public QMainWindow
 {
@@ -38,7 +37,7 @@ public:
     // The folders that are searched; empty: the user's home. Starts searching at once. `index`
     // outlives the window; null where there is none. KPQuickLook has to be there already, and to
     // outlive it.
-    KPController(std::unique_ptr<KPResultSource> source, const QStringList &folders,
+    KPController(std::unique_ptr<KPSearcher> searcher, const QStringList &folders,
                  KPIndexMonitor *index);
     ~KPController() override;
 
@@ -72,7 +71,7 @@ public:
     void redo();
     void zoomIn();
     void zoomOut();
-    void setOrder(const KPDocOrder &order);
+    void setOrder(const KPSortKey &key);
     void toggleInspector();
     void showAbout();
 
@@ -99,13 +98,12 @@ private:
     QStringList foldersNotIndexed() const;
     void showSelection();
     void showCounts();
-    void takeChanges(const QList<KPFileChange> &changes);
     void report(const KPEditReport &report);
     void bringSelected(bool copies);
     void showFolders();
     QStringList suggestedTags() const;
 
-    std::unique_ptr<KPResultSource> m_source;
+    std::unique_ptr<KPSearcher> m_searcher;
     KPIndexMonitor *m_index;
     QStringList m_folders;
     QStringList m_problems; // of the search

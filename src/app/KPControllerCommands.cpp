@@ -5,7 +5,7 @@
 #include "KPFilterBar.h"
 #include "KPIndexMonitor.h"
 #include "KPInspector.h"
-#include "KPLibraryModel.h"
+#include "KPSearcher.h"
 #include "KPWindowActions.h"
 #include "UserDefaults.h"
 #include "XPFileUrls.h"
@@ -52,7 +52,8 @@ static void openAll(const QStringList &paths)
     for (const QString &path : paths) {
         if (const auto error = XPWorkspace::open(path)) {
             XPPrompts::current().alert(
-                qtTrId("KPCannotOpen").arg(KPLibraryModel::displayName(path)), error->message);
+                qtTrId("KPCannotOpen").arg(XPPath::printable(XPPath::fileName(path))),
+                error->message);
             return; // the next would fail for the same reason
         }
     }
@@ -138,11 +139,11 @@ void KPController::zoomOut()
     m_zoom->setValue(m_zoom->value() - zoomStep);
 }
 
-void KPController::setOrder(const KPDocOrder &order)
+void KPController::setOrder(const KPSortKey &key)
 {
-    m_model->setOrder(order);
-    m_actions->showOrder(order);
-    UserDefaults::standard().setValue(QStringLiteral("KPSortOrder"), order.toText());
+    m_searcher->setResultsOrder({{key}, std::nullopt});
+    m_actions->showOrder(key);
+    UserDefaults::standard().setValue(QStringLiteral("KPSortOrder"), key.toText());
 }
 
 void KPController::toggleInspector()

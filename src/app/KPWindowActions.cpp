@@ -121,13 +121,13 @@ void KPWindowActions::buildSortMenu()
     struct Entry
     {
         const char *text;
-        KPDocOrder::Key key;
+        KPSortKey::Field key;
     };
     static constexpr Entry entries[] = {
-        {QT_TRID_NOOP("KPSortName"), KPDocOrder::Key::Name},
-        {QT_TRID_NOOP("KPSortModified"), KPDocOrder::Key::Modified},
-        {QT_TRID_NOOP("KPSortRating"), KPDocOrder::Key::Rating},
-        {QT_TRID_NOOP("KPSortSize"), KPDocOrder::Key::Size},
+        {QT_TRID_NOOP("KPSortName"), KPSortKey::Field::Name},
+        {QT_TRID_NOOP("KPSortModified"), KPSortKey::Field::Modified},
+        {QT_TRID_NOOP("KPSortRating"), KPSortKey::Field::Rating},
+        {QT_TRID_NOOP("KPSortSize"), KPSortKey::Field::Size},
     };
     m_menus[View]->addSeparator();
     m_sortMenu = m_menus[View]->addMenu(qtTrId("KPSortBy"));
@@ -148,11 +148,11 @@ void KPWindowActions::buildSortMenu()
     }
     QObject::connect(m_keys, &QActionGroup::triggered, m_controller, [this](QAction *chosen) {
         // What one looks for comes first: names from A, but the newest, best and largest.
-        const auto key = static_cast<KPDocOrder::Key>(chosen->data().toInt());
-        m_controller->setOrder({key, key == KPDocOrder::Key::Name});
+        const auto key = static_cast<KPSortKey::Field>(chosen->data().toInt());
+        m_controller->setOrder({key, key == KPSortKey::Field::Name});
     });
     QObject::connect(m_directions, &QActionGroup::triggered, m_controller, [this](QAction *chosen) {
-        const auto key = static_cast<KPDocOrder::Key>(m_keys->checkedAction()->data().toInt());
+        const auto key = static_cast<KPSortKey::Field>(m_keys->checkedAction()->data().toInt());
         m_controller->setOrder({key, chosen->data().toBool()});
     });
 }
@@ -205,10 +205,10 @@ void KPWindowActions::setRating(std::optional<double> rating)
         m_ratings[stars]->setChecked(rating && std::lround(*rating) == stars);
 }
 
-void KPWindowActions::showOrder(const KPDocOrder &order)
+void KPWindowActions::showOrder(const KPSortKey &order)
 {
     for (QAction *action : m_keys->actions())
-        action->setChecked(action->data().toInt() == static_cast<int>(order.key));
+        action->setChecked(action->data().toInt() == static_cast<int>(order.field));
     for (QAction *action : m_directions->actions())
         action->setChecked(action->data().toBool() == order.ascending);
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "KPDocOrder.h"
+#include "KPSortOrder.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -24,7 +24,7 @@ public:
 
     void setHasSelection(bool has);
     void setRating(std::optional<double> rating); // of the selection; nothing: they differ
-    void showOrder(const KPDocOrder &order);
+    void showOrder(const KPSortKey &order);
     QAction *indexAction() const { return m_byText.value(QStringLiteral("KPIndexFolder")); }
     QAction *inspectorAction() const { return m_byText.value(QStringLiteral("KPInspectorShown")); }
 

@@ -4,6 +4,7 @@
 #include "Karvex.h"
 #include "KarvexErrors.h"
 #include "XPAttributeCache.h"
+#include "XPNotificationCenter.h"
 
 #include <QCoreApplication>
 #include <QTimer>
@@ -64,7 +65,7 @@ struct State
     std::array<Shared<XPAttributeCache>, KPDocMetaData::attributeCount> caches;
     std::array<std::atomic<bool>, KPDocMetaData::attributeCount> asked = {};
     std::unique_ptr<QObject> timers; // main thread; dies with the searching
-    // Instead of the caches, once holdFilledValues() was called.
+    // Instead of a cache that is not started yet, or of all once holdFilledValues() was called.
     std::array<XPAttributeTable, KPDocMetaData::attributeCount> held;
     std::atomic<bool> holds = false;
 };
@@ -109,9 +110,28 @@ static void start(Attribute attribute) XP_REQUIRES(xpGuiThread)
         return;
     state().source.with([&](IndexSource &source) {
         const Kind &kind = kindOf(attribute);
-        cache.set(new XPAttributeCache(source, kind.key, maximumQuerySize, kind.notifications,
-                                       kind.transformer));
+        auto *started = new XPAttributeCache(source, kind.key, maximumQuerySize, kind.notifications,
+                                             kind.transformer);
+        XPAttributeTable &held = state().held[attribute];
+        for (const auto &[path, value] : held.values()) {
+            started->fill(value, path, true);
+            held.remove(path);
+        }
+        cache.set(started);
     });
+}
+
+static bool isHeld(Attribute attribute)
+{
+    return !state().caches[attribute].isSet() && (state().holds || state().source.isSet());
+}
+
+static void hold(Attribute attribute, KPPooledString path, const XPAttributeValuePtr &value)
+{
+    if (value)
+        state().held[attribute].store(path, value);
+    else
+        state().held[attribute].remove(path);
 }
 
 void KPDoc::startMetaDataSearching(IndexSource &source)
@@ -169,7 +189,7 @@ static void startWhenFirstAsked(Attribute attribute)
 XPAttributeValuePtr KPDocMetaData::value(Attribute attribute, KPPooledString path)
 {
     startWhenFirstAsked(attribute);
-    if (state().holds && !state().caches[attribute].isSet())
+    if (isHeld(attribute))
         return state().held[attribute].find(path).value;
     XPAttributeValuePtr value;
     state().caches[attribute].with(
@@ -207,8 +227,8 @@ XPAttributeValuePtr KPDocMetaData::fill(Attribute attribute, KPPooledString path
         value = XPAttributeCache::unreadable(raw.error());
     else if (!raw->isNull())
         value = transformer ? transformer(*raw) : XPAttributeOf<PropertyValue>::make(*raw);
-    if (state().holds && !state().caches[attribute].isSet()) {
-        state().held[attribute].store(path, value);
+    if (isHeld(attribute)) {
+        hold(attribute, path, value);
         return value;
     }
     state().caches[attribute].with(
@@ -226,14 +246,24 @@ KPTagName::Tags KPDocMetaData::tags(Attribute attribute, KPPooledString path)
 void KPDocMetaData::setValue(Attribute attribute, KPPooledString path,
                              const XPAttributeValuePtr &value)
 {
+    if (isHeld(attribute)) {
+        hold(attribute, path, value);
+        XPNotificationCenter::instance().post(KPDoc::changingNotification, path.toString());
+        return;
+    }
     state().caches[attribute].with(
         [&](XPAttributeCache &cache) { cache.setAttribute(value, path); });
 }
 
 void KPDocMetaData::unCacheDataAtPath(KPPooledString path)
 {
-    for (auto &each : state().caches)
-        each.with([&](XPAttributeCache &cache) { cache.unCacheDataAtPath(path); });
+    for (int i = 0; i < attributeCount; ++i) {
+        const auto attribute = static_cast<Attribute>(i);
+        if (isHeld(attribute))
+            state().held[attribute].remove(path);
+        state().caches[attribute].with(
+            [&](XPAttributeCache &cache) { cache.unCacheDataAtPath(path); });
+    }
 }
 
 void KPDocMetaData::updateCacheForFilePaths(Attribute attribute, const QStringList &paths)

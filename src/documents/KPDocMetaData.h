@@ -10,9 +10,9 @@
 // and comments.
 //
 // KPDoc::startMetaDataSearching() starts them: tags at once, ratings after 2 seconds, keywords
-// after 5, the other two when first asked for. Before that, and after stopMetaDataSearching(),
-// nothing is known. Stopping waits for readers, each of which is in a cache for one look.
-// Threads: any.
+// after 5, the other two when first asked for. Until then what fill() and setValue() brought is
+// known, after stopMetaDataSearching() nothing. Stopping waits for readers, each of which is in a
+// cache for one look. Threads: any.
 namespace KPDocMetaData {
 
 enum Attribute { UserTags, Rating, Keywords, Urls, Comment, attributeCount };

@@ -71,15 +71,16 @@ static QRectF placed(const QRect &square, const QSizeF &size)
 void KPDocDelegate::paintPicture(QPainter *painter, const QStyleOptionViewItem &option,
                                  const QModelIndex &index) const
 {
-    const KPShownDocument &document = m_model->document(index.row());
+    KPDoc &document = *m_model->document(index.row());
     const QRect square = m_layout.picture();
     const QColor border = transparent(option.palette.color(QPalette::Text), 0.22F);
-    if (!m_looks->draw(*painter, square, *document.doc, border).isNull())
+    if (!m_looks->draw(*painter, square, document, border).isNull())
         return;
-    const auto look = m_looks->look(*document.doc);
-    const QString uti = look.uti.isEmpty()
-                            ? KPFileType::preferredUTIForExtension(XPPath::extension(document.path))
-                            : look.uti;
+    const auto look = m_looks->look(document);
+    const QString uti =
+        look.uti.isEmpty()
+            ? KPFileType::preferredUTIForExtension(XPPath::extension(document.fsName()))
+            : look.uti;
     const int side = std::min(square.width() * 4 / 5, largestIcon);
     KPDocIcons::forUTI(uti).paint(painter, placed(square, QSizeF(side, side)).toRect());
 }

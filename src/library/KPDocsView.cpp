@@ -113,7 +113,7 @@ void KPDocsView::askForLooks()
         const bool isVisible = visualRect(m_model->index(row)).top() <= viewport()->height();
         if (!isVisible && next.size() >= visible.size())
             break;
-        (isVisible ? visible : next).push_back({m_model->document(row).doc, side});
+        (isVisible ? visible : next).push_back({m_model->document(row), side});
     }
     m_looks->want(this, std::move(visible), std::move(next));
 }
@@ -200,7 +200,7 @@ QStringList KPDocsView::selectedPaths() const
     QStringList paths;
     paths.reserve(indexes.size());
     for (const QModelIndex &index : std::as_const(indexes))
-        paths.append(m_model->document(index.row()).path);
+        paths.append(m_model->document(index.row())->filePath());
     return paths;
 }
 
@@ -277,9 +277,9 @@ void KPDocsView::startDrag(Qt::DropActions)
         return;
     auto *drag = new QDrag(this);
     drag->setMimeData(XPFileUrls::mimeData(paths));
-    const KPShownDocument &document =
-        m_model->document(currentIndex().isValid() ? currentIndex().row()
-                                                   : m_model->indexForPath(paths.first()).row());
-    drag->setPixmap(dragPicture(*document.doc, paths.size()));
+    const KPDoc &document =
+        *m_model->document(currentIndex().isValid() ? currentIndex().row()
+                                                    : m_model->indexForPath(paths.first()).row());
+    drag->setPixmap(dragPicture(document, paths.size()));
     drag->exec(Qt::CopyAction, Qt::CopyAction);
 }

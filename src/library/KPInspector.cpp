@@ -137,7 +137,7 @@ void KPInspector::focusTags()
 
 // Showing.
 
-void KPInspector::show(const QList<KPShownDocument> &documents, const Appearance &appearance)
+void KPInspector::show(const KPDoc::Docs &documents, const Appearance &appearance)
 {
     m_facts = KPSelectionFacts(documents);
     m_nothing->setVisible(documents.isEmpty());
@@ -158,10 +158,10 @@ void KPInspector::show(const QList<KPShownDocument> &documents, const Appearance
     showEditors();
 }
 
-void KPInspector::showNames(const QList<KPShownDocument> &documents)
+void KPInspector::showNames(const KPDoc::Docs &documents)
 {
     if (documents.size() == 1)
-        m_name->setText(breakable(KPLibraryModel::displayName(documents.first().path)));
+        m_name->setText(breakable(KPLibraryModel::displayName(*documents.first())));
     else
         m_name->setText(qtTrId("KPDocumentCount", static_cast<int>(documents.size()))
                             .arg(QLocale().toString(documents.size())));
@@ -183,7 +183,7 @@ static QString dateText(const QDateTime &date)
     return QLocale().toString(date.toLocalTime(), QLocale::ShortFormat);
 }
 
-void KPInspector::showFacts(const QList<KPShownDocument> &documents, const QString &uti)
+void KPInspector::showFacts(const KPDoc::Docs &documents, const QString &uti)
 {
     while (m_details->rowCount() > 0)
         m_details->removeRow(0);
@@ -192,14 +192,14 @@ void KPInspector::showFacts(const QList<KPShownDocument> &documents, const QStri
         addFact(QT_TRID_NOOP("KPFactTotalSize"), size);
         return;
     }
-    const KPDoc &doc = *documents.first().doc;
+    const KPDoc &doc = *documents.first();
     addFact(QT_TRID_NOOP("KPFactType"), KPFileType::displayNameForUTI(uti));
     addFact(QT_TRID_NOOP("KPFactSize"), size);
     addFact(QT_TRID_NOOP("KPFactModified"), dateText(doc.unixFileModificationDate()));
     if (const QDateTime created = doc.creationDate(); created.isValid())
         addFact(QT_TRID_NOOP("KPFactCreated"), dateText(created));
     addFact(QT_TRID_NOOP("KPFactFolder"),
-            breakable(XPPath::printable(shortened(XPPath::folder(documents.first().path)))));
+            breakable(XPPath::printable(shortened(doc.parentPath()))));
 }
 
 void KPInspector::showEditors()

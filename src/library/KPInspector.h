@@ -25,13 +25,13 @@ public:
 
     explicit KPInspector(QWidget *parent = nullptr);
 
-    // What the one document looks like, besides what the search says of it.
+    // What the one document looks like, besides what its record says.
     struct Appearance
     {
         QPixmap picture;
         QString uti;
     };
-    void show(const QList<KPShownDocument> &documents, const Appearance &appearance);
+    void show(const KPDoc::Docs &documents, const Appearance &appearance);
 
     void setSuggestions(std::function<QStringList()> suggestions);
     void focusTags();
@@ -41,8 +41,8 @@ Q_SIGNALS:
     void left(); // Escape
 
 private:
-    void showNames(const QList<KPShownDocument> &documents);
-    void showFacts(const QList<KPShownDocument> &documents, const QString &uti);
+    void showNames(const KPDoc::Docs &documents);
+    void showFacts(const KPDoc::Docs &documents, const QString &uti);
     void showEditors();
     void addFact(const char *id, const QString &value);
     void requestTags();

@@ -1,41 +1,43 @@
 #include "KPLibraryModel.h"
 
+#include "KPDocCache.h"
 #include "XPPath.h"
-#include "XPText.h"
 
 #include <algorithm>
-#include <chrono>
 
-using namespace std::chrono_literals;
+// Above it, telling views of each run would cost more than one new layout.
+static constexpr size_t fewRuns = 32;
 
-KPLibraryModel::KPLibraryModel(KPResultSource *source, QObject *parent) : QAbstractListModel(parent)
+KPLibraryModel::KPLibraryModel(KPSearcher *searcher, QObject *parent) : QAbstractListModel(parent)
 {
-    m_gathering.setSingleShot(true);
-    m_gathering.setInterval(0);
-    connect(&m_gathering, &QTimer::timeout, this, &KPLibraryModel::takeGathered);
-    connect(source, &KPResultSource::resultsReset, this, &KPLibraryModel::reset);
-    connect(source, &KPResultSource::documentsAdded, this, &KPLibraryModel::gather);
-    connect(source, &KPResultSource::documentsChanged, this, &KPLibraryModel::take);
-    connect(source, &KPResultSource::documentsRemoved, this, &KPLibraryModel::remove);
-    connect(source, &KPResultSource::finished, this, &KPLibraryModel::takeGathered);
+    connect(searcher, &KPSearcher::delivered, this, &KPLibraryModel::take);
+    if (searcher->currentDelivery())
+        take(searcher->currentDelivery());
+    m_metaDataChanged.setSingleShot(true);
+    m_metaDataChanged.setInterval(0);
+    connect(&m_metaDataChanged, &QTimer::timeout, this, [this] {
+        if (rowCount() > 0)
+            showChanged({{0, rowCount()}});
+    });
+    observe();
 }
 
 KPLibraryModel::~KPLibraryModel() = default;
 
+// What records say may change without the search: by a cache that hears of it first, or as
+// this program wrote it just now.
+void KPLibraryModel::observe()
+{
+    for (const QString &name :
+         {QStringLiteral("KPNotificationDocumentTagsChanged"),
+          QStringLiteral("KPNotificationDocumentRatingChanged"), KPDoc::didChangeNotification})
+        m_observations.push_back(XPNotificationCenter::instance().addObserver(
+            name, [this](const XPNotification &) { m_metaDataChanged.start(); }));
+}
+
 int KPLibraryModel::rowCount(const QModelIndex &parent) const
 {
-    return parent.isValid() ? 0 : static_cast<int>(m_documents.size());
-}
-
-const KPShownDocument &KPLibraryModel::document(int row) const
-{
-    return m_documents[static_cast<size_t>(row)]->document;
-}
-
-QModelIndex KPLibraryModel::indexForPath(const QString &path) const
-{
-    const KPOrderedDocument *found = m_byPath.value(path);
-    return found ? index(found->row) : QModelIndex();
+    return parent.isValid() ? 0 : static_cast<int>(m_docs->size());
 }
 
 Qt::ItemFlags KPLibraryModel::flags(const QModelIndex &index) const
@@ -44,224 +46,179 @@ Qt::ItemFlags KPLibraryModel::flags(const QModelIndex &index) const
     return index.isValid() ? flags | Qt::ItemIsDragEnabled : Qt::NoItemFlags;
 }
 
-void KPLibraryModel::setOrder(const KPDocOrder &order)
+// Views ask for neighbours.
+int KPLibraryModel::rowOf(const KPDoc *doc) const
 {
-    if (order == m_order)
-        return;
-    takeGathered();
-    m_order = order;
-    sortDocuments();
-}
-
-// Changes.
-
-void KPLibraryModel::reset()
-{
-    beginResetModel();
-    m_gathering.stop();
-    m_gathering.setInterval(0);
-    m_gathered.clear();
-    m_byPath.clear();
-    m_documents.clear();
-    endResetModel();
-}
-
-void KPLibraryModel::gather(const QList<KPFoundDocument> &documents)
-{
-    m_gathered.append(documents);
-    if (!m_gathering.isActive())
-        m_gathering.start();
-}
-
-// The next pass waits several times as long as this one took: merging never fills the main thread.
-void KPLibraryModel::takeGathered()
-{
-    m_gathering.stop();
-    if (m_gathered.isEmpty())
-        return;
-    QElapsedTimer timer;
-    timer.start();
-    append(std::exchange(m_gathered, {}));
-    m_gathering.setInterval(
-        std::clamp(std::chrono::milliseconds(4 * timer.elapsed()), 30ms, 1000ms));
-}
-
-void KPLibraryModel::append(const QList<KPFoundDocument> &documents)
-{
-    QList<KPShownDocument> known;
-    std::vector<Document> added;
-    added.reserve(static_cast<size_t>(documents.size()));
-    for (const KPFoundDocument &found : documents) {
-        const KPShownDocument shown(found);
-        if (m_byPath.contains(shown.path)) {
-            known.append(shown);
-            continue;
-        }
-        added.push_back(std::make_unique<KPOrderedDocument>(shown, m_collator));
-        m_byPath.insert(shown.path, added.back().get());
+    const auto begin = m_docs->cbegin();
+    const auto start = begin + std::min(m_lastFound, rowCount());
+    auto found = std::find(start, m_docs->cend(), doc);
+    if (found == m_docs->cend()) {
+        found = std::find(begin, start, doc);
+        if (found == start)
+            return -1;
     }
-    if (!added.empty()) {
-        const auto oldCount = m_documents.size();
-        beginInsertRows({}, rowCount(), rowCount() + static_cast<int>(added.size()) - 1);
-        std::move(added.begin(), added.end(), std::back_inserter(m_documents));
-        for (size_t row = oldCount; row < m_documents.size(); ++row)
-            m_documents[row]->row = static_cast<int>(row);
+    m_lastFound = static_cast<int>(found - begin);
+    return m_lastFound;
+}
+
+QModelIndex KPLibraryModel::indexForPath(const QString &path) const
+{
+    const KPDoc *doc = KPDocCache::docAtPathIfExists(path);
+    const int row = doc != nullptr ? rowOf(doc) : -1;
+    return row < 0 ? QModelIndex() : index(row);
+}
+
+int KPLibraryModel::groupOfRow(int row) const
+{
+    if (!m_groups)
+        return -1;
+    const auto after =
+        std::upper_bound(m_groups->runs.begin(), m_groups->runs.end(), row,
+                         [](int wanted, const auto &run) { return wanted < run.first; });
+    return static_cast<int>(after - m_groups->runs.begin()) - 1;
+}
+
+// Deliveries.
+
+void KPLibraryModel::take(const KPResultsDelivery::Ptr &delivery)
+{
+    const Rows now = delivery ? delivery->documents.docs : std::make_shared<const KPDocArray>();
+    if (!delivery || delivery->rows.before != m_docs) {
+        beginResetModel();
+        m_docs = now;
+        endResetModel();
+    } else {
+        const KPRowChanges &changes = delivery->rows;
+        if (changes.kept.empty() && changes.removed.size() + changes.inserted.size() <= fewRuns)
+            takeFew(changes, now);
+        else
+            takeMany(changes, now);
+        showChanged(changes.changed);
+    }
+    m_delivery = delivery;
+    m_groups = delivery ? delivery->documents.groups : nullptr;
+    Q_EMIT groupsChanged();
+}
+
+void KPLibraryModel::takeFew(const KPRowChanges &changes, const Rows &now)
+{
+    const bool isOne = changes.removed.size() + changes.inserted.size() == 1;
+    const auto copy = [&] { return isOne ? nullptr : std::make_shared<KPDocArray>(*m_docs); };
+    for (auto run = changes.removed.rbegin(); run != changes.removed.rend(); ++run) {
+        const auto rows = copy();
+        beginRemoveRows({}, run->first, run->first + run->count - 1);
+        if (rows)
+            rows->erase(rows->begin() + run->first, rows->begin() + run->first + run->count);
+        m_docs = rows ? rows : now;
+        endRemoveRows();
+    }
+    for (const Run &run : changes.inserted) {
+        const auto from = now->begin() + run.first;
+        const auto rows = copy();
+        beginInsertRows({}, run.first, run.first + run.count - 1);
+        if (rows)
+            rows->insert(rows->begin() + run.first, from, from + run.count);
+        m_docs = rows ? rows : now;
         endInsertRows();
-        sortDocuments();
     }
-    if (!known.isEmpty())
-        change(known);
+    m_docs = now; // the same
 }
 
-void KPLibraryModel::update(KPOrderedDocument &old, const KPShownDocument &now, bool *moved)
+// One layout that has what goes behind what stays, one removal, one insertion behind that, and one
+// layout again.
+void KPLibraryModel::takeMany(const KPRowChanges &changes, const Rows &now)
 {
-    KPOrderedDocument changed(now, m_collator);
-    changed.row = old.row;
-    *moved = *moved || kpComesBefore(m_order, old, changed) || kpComesBefore(m_order, changed, old);
-    old = std::move(changed);
-}
-
-void KPLibraryModel::take(const QList<KPFoundDocument> &documents)
-{
-    QList<KPShownDocument> shown;
-    for (const KPFoundDocument &found : documents)
-        shown.append(KPShownDocument(found));
-    change(shown);
-}
-
-void KPLibraryModel::change(const QList<KPShownDocument> &documents)
-{
-    takeGathered();
-    bool moved = false;
-    int first = rowCount();
-    int last = -1;
-    for (const KPShownDocument &now : documents) {
-        KPOrderedDocument *old = m_byPath.value(now.path);
-        if (!old)
+    std::vector<int> after = changes.rowsAfter();
+    std::vector<int> staying(now->size(), -1); // the old row, by the new one
+    for (size_t row = 0; row < after.size(); ++row) {
+        if (after[row] >= 0)
+            staying[static_cast<size_t>(after[row])] = static_cast<int>(row);
+    }
+    auto rows = std::make_shared<KPDocArray>();
+    std::vector<int> next; // the row at last, of each that stays
+    std::vector<int> places(after.size());
+    for (size_t row = 0; row < staying.size(); ++row) {
+        if (staying[row] < 0)
             continue;
-        update(*old, now, &moved);
-        first = std::min(first, old->row);
-        last = std::max(last, old->row);
+        places[static_cast<size_t>(staying[row])] = static_cast<int>(rows->size());
+        rows->push_back((*now)[row]);
+        next.push_back(static_cast<int>(row));
     }
-    if (last < 0)
+    const auto kept = static_cast<std::ptrdiff_t>(rows->size());
+    for (size_t row = 0; row < after.size(); ++row) {
+        if (after[row] >= 0)
+            continue;
+        places[row] = static_cast<int>(rows->size());
+        rows->push_back((*m_docs)[row]);
+    }
+    rearrange(rows, places);
+    if (const auto count = static_cast<std::ptrdiff_t>(rows->size()); count > kept) {
+        beginRemoveRows({}, static_cast<int>(kept), static_cast<int>(count) - 1);
+        m_docs = std::make_shared<const KPDocArray>(rows->begin(), rows->begin() + kept);
+        endRemoveRows();
+    }
+    if (now->size() == static_cast<size_t>(kept)) {
+        m_docs = now;
         return;
-    Q_EMIT dataChanged(index(first), index(last));
-    if (moved)
-        sortDocuments();
+    }
+    auto all = std::make_shared<KPDocArray>(*m_docs);
+    for (size_t row = 0; row < staying.size(); ++row) {
+        if (staying[row] >= 0)
+            continue;
+        all->push_back((*now)[row]);
+        next.push_back(static_cast<int>(row));
+    }
+    beginInsertRows({}, static_cast<int>(kept), static_cast<int>(all->size()) - 1);
+    m_docs = std::move(all);
+    endInsertRows();
+    rearrange(now, next);
 }
 
-// What goes is moved to the end first: one removed range, however scattered.
-void KPLibraryModel::remove(const QStringList &paths)
+void KPLibraryModel::rearrange(Rows rows, const std::vector<int> &after)
 {
-    takeGathered();
-    std::vector<bool> goes(m_documents.size(), false);
-    int count = 0;
-    for (const QString &path : paths) {
-        if (const KPOrderedDocument *old = m_byPath.take(path)) {
-            goes[static_cast<size_t>(old->row)] = true;
-            ++count;
-        }
-    }
-    if (!count)
+    if (std::is_sorted(after.begin(), after.end())) {
+        m_docs = std::move(rows); // the same
         return;
-    rearrange([&](std::vector<Document> &documents) {
-        std::stable_partition(documents.begin(), documents.end(), [&](const Document &each) {
-            return !goes[static_cast<size_t>(each->row)];
-        });
-    });
-    beginRemoveRows({}, rowCount() - count, rowCount() - 1);
-    m_documents.resize(m_documents.size() - static_cast<size_t>(count));
-    endRemoveRows();
-}
-
-template <typename Arrange>
-void KPLibraryModel::rearrange(Arrange arrange)
-{
+    }
     Q_EMIT layoutAboutToBeChanged({}, VerticalSortHint);
     const QModelIndexList before = persistentIndexList();
-    std::vector<const KPOrderedDocument *> kept;
+    m_docs = std::move(rows);
+    QModelIndexList now;
+    now.reserve(before.size());
     for (const QModelIndex &each : before)
-        kept.push_back(m_documents[static_cast<size_t>(each.row())].get());
-    arrange(m_documents);
-    for (size_t row = 0; row < m_documents.size(); ++row)
-        m_documents[row]->row = static_cast<int>(row);
-    QModelIndexList after;
-    for (const KPOrderedDocument *each : kept)
-        after.append(index(each->row));
-    changePersistentIndexList(before, after);
+        now.append(index(after[static_cast<size_t>(each.row())]));
+    changePersistentIndexList(before, now);
     Q_EMIT layoutChanged({}, VerticalSortHint);
 }
 
-void KPLibraryModel::sortDocuments()
+void KPLibraryModel::showChanged(const std::vector<Run> &runs)
 {
-    const auto comesBefore = [this](const Document &a, const Document &b) {
-        return kpComesBefore(m_order, *a, *b);
-    };
-    if (std::is_sorted(m_documents.begin(), m_documents.end(), comesBefore))
+    if (runs.empty())
         return;
-    // Mostly a sorted run with new ones behind it: those are sorted and merged.
-    rearrange([&](std::vector<Document> &documents) {
-        const auto run = std::is_sorted_until(documents.begin(), documents.end(), comesBefore);
-        std::sort(run, documents.end(), comesBefore);
-        std::inplace_merge(documents.begin(), run, documents.end(), comesBefore);
-    });
-}
-
-// Our own edits.
-
-void KPLibraryModel::setTags(const QHash<QString, QStringList> &tagsByPath)
-{
-    QList<KPShownDocument> changed;
-    for (auto each = tagsByPath.begin(); each != tagsByPath.end(); ++each) {
-        if (const KPOrderedDocument *old = m_byPath.value(each.key())) {
-            changed.append(old->document);
-            changed.last().tags = each.value();
-        }
+    const auto tell = [this](int first, int last) {
+        Q_EMIT dataChanged(index(first), index(last));
+    };
+    if (runs.size() > fewRuns) {
+        tell(runs.front().first, runs.back().first + runs.back().count - 1);
+        return;
     }
-    change(changed);
-}
-
-void KPLibraryModel::setRatings(const QHash<QString, double> &ratingsByPath)
-{
-    QList<KPShownDocument> changed;
-    for (auto each = ratingsByPath.begin(); each != ratingsByPath.end(); ++each) {
-        if (const KPOrderedDocument *old = m_byPath.value(each.key())) {
-            changed.append(old->document);
-            changed.last().rating = each.value();
-        }
-    }
-    change(changed);
+    for (const Run &run : runs)
+        tell(run.first, run.first + run.count - 1);
 }
 
 QStringList KPLibraryModel::knownTags() const
 {
-    struct Use
-    {
-        QString spelling;
-        int count = 0;
-    };
-    QHash<QString, QString> lower; // most tags are on many documents: fold each spelling once
-    QHash<QString, Use> uses;
-    for (const Document &each : m_documents) {
-        for (const QString &tag : each->document.tags) {
-            auto folded = lower.find(tag);
-            if (folded == lower.end())
-                folded = lower.insert(tag, lowerCase(decomposed(tag)));
-            Use &use = uses[*folded];
-            use.spelling = use.count++ ? use.spelling : tag;
-        }
-    }
-    QList<Use> sorted = uses.values();
-    std::sort(sorted.begin(), sorted.end(), [](const Use &a, const Use &b) {
-        return a.count != b.count ? a.count > b.count : a.spelling < b.spelling;
+    if (!m_delivery)
+        return {};
+    const KPResultCounts::TagTable &counts = m_delivery->counts.userTags();
+    QList<KPTagName *> known = counts.keys();
+    std::sort(known.begin(), known.end(), [&](KPTagName *a, KPTagName *b) {
+        const qsizetype first = counts.value(a);
+        const qsizetype second = counts.value(b);
+        return first != second ? first > second : a->keyName() < b->keyName();
     });
     QStringList tags;
-    for (const Use &use : sorted)
-        tags.append(use.spelling);
+    for (const KPTagName *tag : std::as_const(known))
+        tags.append(tag->displayName());
     return tags;
-}
-
-QString KPLibraryModel::displayName(const QString &path)
-{
-    return XPPath::printable(XPPath::fileName(path));
 }

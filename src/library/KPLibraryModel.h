@@ -1,76 +1,99 @@
 #pragma once
 
-#include "KPDocOrder.h"
+#include "KPResultGroups.h"
+#include "KPSearcher.h"
 
 #include <QAbstractListModel>
-#include <QElapsedTimer>
-#include <QHash>
 #include <QTimer>
-#include <memory>
 #include <vector>
 
-// The documents of a live search as a sorted list for views.
+// The documents of a search as rows for views: each delivery of the searcher as it is, sorted and
+// grouped already.
 //
-// New documents are gathered for a moment and merged in at once, so that a hundred thousand of
-// them cost a handful of linear passes; between passes the event loop has its turn. Names are
-// made printable here (XPPath::printable): views may draw every text as it is.
-// Threads: main. The source is not owned and must outlive the model.
+// Merging a delivery takes time by what changed in it. Rows come, go and move as the model's
+// signals say, and a document that stays keeps its persistent indexes, when the order or the whole
+// search changes too. What a row says is asked of its record. Texts are printable
+// (XPPath::printable): views may draw each as it is.
+// Threads: main. Ownership: the searcher must outlive it.
 class KPLibraryModel : public QAbstractListModel
 {
     Q_OBJECT
 
 public:
+    // What a list shows beside each other, of one row.
+    enum Column {
+        NameColumn,
+        FlagColumn,
+        TitleColumn,
+        TypeColumn,
+        SizeColumn,
+        CreatedColumn,
+        ModifiedColumn,
+        AddedColumn,
+        RatingColumn,
+        TagsColumn,
+        FolderColumn,
+        PathColumn,
+        ColumnCount
+    };
     enum Role {
         PathRole = Qt::UserRole, // the path as it is, for files
         TagsRole,                // printable
         RatingRole,              // double, 0 when unrated
-        ErrorRole                // why tags or rating could not be read; empty: they could
+        ErrorRole,               // why tags or rating could not be read; empty: they could
+        FlaggedRole,             // bool
+        // Plus a Column: what it shows, as a printable text, and as bool, QString, qint64 bytes,
+        // QDateTime in UTC, double stars or QStringList.
+        ColumnTextRole,
+        ColumnValueRole = ColumnTextRole + int(ColumnCount)
     };
 
-    explicit KPLibraryModel(KPResultSource *source, QObject *parent = nullptr);
+    explicit KPLibraryModel(KPSearcher *searcher, QObject *parent = nullptr);
     ~KPLibraryModel() override;
 
     int rowCount(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &index, int role) const override;
     Qt::ItemFlags flags(const QModelIndex &index) const override;
 
-    const KPShownDocument &document(int row) const;
+    KPDoc *document(int row) const { return (*m_docs)[static_cast<size_t>(row)]; }
+    // Its row; -1: not among the results. Each look passes over the rows between this one and the
+    // last that was found.
+    int rowOf(const KPDoc *doc) const;
     QModelIndex indexForPath(const QString &path) const; // invalid: not among the results
 
-    const KPDocOrder &order() const { return m_order; }
-    void setOrder(const KPDocOrder &order);
+    // Null: there are none. Of the delivery before, until groupsChanged() was told.
+    const KPResultGroups *groups() const { return m_groups.get(); }
+    // The number of the row's group in groups()->runs; -1 where there are none.
+    int groupOfRow(int row) const;
 
-    // Shows what was just written to a file, before the search notices it by itself. A path that
-    // is not among the results is passed over.
-    void setTags(const QHash<QString, QStringList> &tagsByPath);
-    void setRatings(const QHash<QString, double> &ratingsByPath);
-
-    // Every tag of the results once (by lower case), the most used first.
+    // Every tag of the results once, the most used first.
     QStringList knownTags() const;
 
-    static QString displayName(const QString &path);
+    static QString titleOf(Column column);
+    // What a column is sorted by; nothing where it cannot be.
+    static std::optional<KPSortKey::Field> sortFieldOf(Column column);
+    static QString displayName(const KPDoc &doc);
+
+Q_SIGNALS:
+    // A delivery was taken whole: rows and groups are those of it.
+    void groupsChanged();
 
 private:
-    using Document = std::unique_ptr<KPOrderedDocument>;
+    using Rows = std::shared_ptr<const KPDocArray>;
+    using Run = KPRowChanges::Run;
 
-    void reset();
-    void gather(const QList<KPFoundDocument> &documents);
-    void takeGathered();
-    void append(const QList<KPFoundDocument> &documents);
-    void take(const QList<KPFoundDocument> &documents);
-    void change(const QList<KPShownDocument> &documents);
-    void remove(const QStringList &paths);
-    void update(KPOrderedDocument &old, const KPShownDocument &now, bool *moved);
-    // Puts the documents in a new order and takes persistent indexes along; `arrange` gets them
-    // in the old one.
-    template <typename Arrange>
-    void rearrange(Arrange arrange);
-    void sortDocuments();
+    void take(const KPResultsDelivery::Ptr &delivery);
+    void takeFew(const KPRowChanges &changes, const Rows &now);
+    void takeMany(const KPRowChanges &changes, const Rows &now);
+    // Shows the rows in another order; `after` says where each of the present ones goes.
+    void rearrange(Rows rows, const std::vector<int> &after);
+    void showChanged(const std::vector<Run> &runs);
+    void observe();
 
-    const QCollator m_collator = kpNameCollator();
-    KPDocOrder m_order;
-    std::vector<Document> m_documents;
-    QHash<QString, KPOrderedDocument *> m_byPath;
-    QList<KPFoundDocument> m_gathered;
-    QTimer m_gathering;
+    Rows m_docs = std::make_shared<const KPDocArray>(); // never null
+    std::shared_ptr<const KPResultGroups> m_groups;
+    KPResultsDelivery::Ptr m_delivery;
+    mutable int m_lastFound = 0;
+    QTimer m_metaDataChanged; // records say something else; shown once a turn of the event loop
+    std::vector<XPObservation> m_observations;
 };

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "KPShownDocument.h"
+#include "KPDoc.h"
 
 #include <optional>
 
 // What the selected documents have in common. Threads: any; a value.
 struct KPSelectionFacts
 {
-    explicit KPSelectionFacts(const QList<KPShownDocument> &documents = {});
+    explicit KPSelectionFacts(const KPDoc::Docs &documents = {});
 
     QStringList paths;
     QStringList commonTags;       // by lower case, in the order and spelling of the last document

@@ -5,7 +5,7 @@
 void KPResultSet::setOrder(std::unique_ptr<KPResultsOrder> order)
 {
     m_order = order ? std::move(order) : std::make_unique<KPOrderAsFound>();
-    restart();
+    m_isOrderNew = true;
 }
 
 void KPResultSet::clear()
@@ -17,8 +17,9 @@ void KPResultSet::clear()
     m_isReset = true;
 }
 
-void KPResultSet::restart()
+void KPResultSet::restart(const std::shared_ptr<const KPDocArray> &shown)
 {
+    m_last = shown;
     m_counts = {};
     m_activeFolders.clear();
     m_isReset = true;
@@ -141,6 +142,22 @@ void KPResultSet::settle(KPDoc *doc, Entry &entry, const QSet<KPPooledString> &d
     entry.told = isWanted ? entry.values : KPResultCounts::Values();
 }
 
+// What an order that knows nothing yet is told.
+KPResultsDifference KPResultSet::everything(const KPResultsDifference &difference) const
+{
+    KPResultsDifference all;
+    all.isReset = true;
+    QSet<const KPDoc *> gone;
+    for (const auto &told : difference.removed)
+        gone.insert(told.doc);
+    for (KPDoc *doc : *m_last) {
+        if (!gone.contains(doc))
+            all.added.push_back(doc);
+    }
+    all.added.insert(all.added.end(), difference.added.begin(), difference.added.end());
+    return all;
+}
+
 void KPResultSet::fillDelivery(KPResultsDelivery &delivery, const QSet<KPPooledString> &deleted)
 {
     KPResultsDifference &difference = delivery.difference;
@@ -152,7 +169,11 @@ void KPResultSet::fillDelivery(KPResultsDelivery &delivery, const QSet<KPPooledS
             m_entries.erase(entry);
     }
     countFolders();
-    delivery.documents = m_order->apply(difference);
+    const bool isOrderNew = std::exchange(m_isOrderNew, false);
+    delivery.documents =
+        m_order->apply(isOrderNew && !difference.isReset ? everything(difference) : difference);
+    delivery.rows = KPRowChanges::between(m_last, *delivery.documents.docs, difference);
+    m_last = delivery.documents.docs;
     delivery.counts = m_counts;
     delivery.activeFolders = m_activeFolders;
 }

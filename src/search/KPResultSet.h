@@ -14,9 +14,11 @@
 class KPResultSet
 {
 public:
+    // The next delivery has the same documents in the new order.
     void setOrder(std::unique_ptr<KPResultsOrder> order);
-    void clear();   // to nothing; the next delivery is a reset
-    void restart(); // keeps the documents; the next delivery is a reset
+    void clear(); // to nothing; the next delivery is a reset
+    // Keeps the documents; the next delivery is a reset, told against the documents that are shown.
+    void restart(const std::shared_ptr<const KPDocArray> &shown);
     // Narrower folders, applied to what is told; none: everything is.
     void setPostConstraintFolders(const std::optional<KPOptimizedFolders> &folders);
 
@@ -52,5 +54,9 @@ private:
     KPResultCounts m_counts;
     QHash<KPPooledString, qsizetype> m_activeFolders;
     QHash<KPPooledString, qsizetype> m_folderChanges; // of documents directly in them
+    KPResultsDifference everything(const KPResultsDifference &difference) const;
+
+    std::shared_ptr<const KPDocArray> m_last = std::make_shared<const KPDocArray>();
     bool m_isReset = true;
+    bool m_isOrderNew = false;
 };

@@ -2,6 +2,7 @@
 
 #include "KPResultCounts.h"
 #include "KPResultsOrder.h"
+#include "KPRowChanges.h"
 #include "KPSearchState.h"
 
 // What a search has to tell at one moment: its documents, whole and as the difference to the
@@ -14,6 +15,8 @@ struct KPResultsDelivery
     KPSearchState::Ptr state;
     KPResultsArrangement documents;
     KPResultsDifference difference;
+    // The same as rows; against the documents of the last delivery, of another search too.
+    KPRowChanges rows;
     // Of the documents of difference.added and difference.changed, in their order: where they are
     // at this moment. Records move on.
     std::vector<KPPooledString> addedPaths, changedPaths;

@@ -1,6 +1,7 @@
 // KPSearcher: the state and its way to the search thread and back.
 #include "KPSearcher.h"
 
+#include "KPSortedResults.h"
 #include "UserDefaults.h"
 
 #include <chrono>
@@ -213,7 +214,8 @@ void KPSearcher::restartSearchAction()
         state = nullptr;
     if (state && std::exchange(m_forceNewSearch, false))
         m_threaded->forceNewSearchNextTime();
-    const bool isNew = m_threaded->newSearchState(state);
+    const bool isNew = m_threaded->newSearchState(
+        state, m_current ? m_current->documents.docs : std::make_shared<const KPDocArray>());
     m_searched = state;
     if (!state) {
         m_onDeck.clear();
@@ -235,9 +237,12 @@ void KPSearcher::restartSearchAction()
     post(lookMayHaveChanged);
 }
 
-void KPSearcher::setResultsOrder(std::unique_ptr<KPResultsOrder> order)
+void KPSearcher::setResultsOrder(const KPSortOrder &order)
 {
-    m_threaded->setResultsOrder(std::move(order));
+    if (m_order == order)
+        return;
+    m_order = order;
+    m_threaded->setResultsOrder(std::make_unique<KPSortedResults>(order));
 }
 
 void KPSearcher::pathChanged(const QString &oldPath, const QString &newPath)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "KPSortOrder.h"
 #include "KPThreadedSearcher.h"
 #include "XPNotificationCenter.h"
 
@@ -58,7 +59,9 @@ public:
     bool needToRedoNonLiveSearches() const;
     void forceNewSearchNextTime();
     void clearSearchTimers();
-    void setResultsOrder(std::unique_ptr<KPResultsOrder> order);
+    // How the results are sorted and grouped from now on; as they are found before the first call.
+    void setResultsOrder(const KPSortOrder &order);
+    const std::optional<KPSortOrder> &resultsOrder() const { return m_order; }
     // A record moved with its file; a document was deleted.
     void pathChanged(const QString &oldPath, const QString &newPath);
     void documentDeleted(const QString &path);
@@ -143,6 +146,7 @@ private:
 
     KPSearchState::Ptr m_searchState;
     KPSearchState::Ptr m_searched; // the entire state last handed over
+    std::optional<KPSortOrder> m_order;
     bool m_isStopped = false;
     bool m_isSearching = false;
     bool m_forceNewSearch = false;

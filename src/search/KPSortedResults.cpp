@@ -38,7 +38,7 @@ static qint64 createdOf(const KPDoc &doc)
     return static_cast<qint64>(doc.creationTimeSince1970() * 1e9);
 }
 
-static qint64 addedOf(const KPDoc &doc)
+qint64 KPSortedResults::addedOf(const KPDoc &doc)
 {
     const PropertyValue dated =
         KPDocMetaData::indexed(doc.filePath(), QStringLiteral("kMDItemDateAdded"));
@@ -58,7 +58,7 @@ static qint64 numberOf(Field field, const KPDoc &doc)
     case Field::Created:
         return createdOf(doc);
     case Field::Added:
-        return addedOf(doc);
+        return KPSortedResults::addedOf(doc);
     case Field::Rating:
         return std::llround(std::clamp(doc.ratingFast(), -1e6, 1e6) * fractionsOfAStar);
     default:

@@ -21,7 +21,9 @@ public:
     ~KPSortedResults() override;
 
     KPResultsArrangement apply(const KPResultsDifference &difference) override;
-    const KPSortOrder &order() const { return m_order; }
+    // When the document was added, as Field::Added says: nanoseconds since 1970, 0 unknown. Any
+    // thread.
+    static qint64 addedOf(const KPDoc &doc);
 
 private:
     // 32 bytes, as there is one for each result.

@@ -151,7 +151,7 @@ static bool isSame(const KPSearchState::Ptr &one, const KPSearchState::Ptr &two)
     return one == two || (one && two && one->isEqualToSearchState(*two));
 }
 
-bool KPThreadedSearcher::newSearchState(const KPSearchState::Ptr &state)
+bool KPThreadedSearcher::newSearchState(const KPSearchState::Ptr &state, const Shown &shown)
 {
     const bool needsRestart = !state || mdQueryNeedsRestart(*state);
     {
@@ -160,6 +160,7 @@ bool KPThreadedSearcher::newSearchState(const KPSearchState::Ptr &state)
         if (!forced && isSame(state, m_searchState))
             return false;
         const KPSearchState::Ptr old = std::exchange(m_searchState, state);
+        m_shown = shown;
         ++m_generation;
         m_isForced = m_isForced || forced;
         m_messages.clear();
@@ -280,6 +281,7 @@ void KPThreadedSearcher::deliverNext()
 void KPThreadedSearcher::checkForNewSearch()
 {
     KPSearchState::Ptr state;
+    Shown shown;
     bool forced = false;
     bool isKilled = false;
     {
@@ -290,12 +292,14 @@ void KPThreadedSearcher::checkForNewSearch()
         isKilled = m_killMDQuery.exchange(false);
         m_takenGeneration = m_generation;
         state = m_searchState;
+        shown = m_shown;
         forced = std::exchange(m_isForced, false);
         m_abandonListing = false;
     }
     const KPSearchState::Ptr old = std::exchange(m_searchStateInUse, state);
     if (isKilled || !state)
         cleanUpMDQuery();
+    m_set.restart(shown);
     newSearchStateInThread(state, old, forced);
 }
 
@@ -312,7 +316,6 @@ void KPThreadedSearcher::newSearchStateInThread(const KPSearchState::Ptr &state,
             ? std::nullopt
             : std::optional(KPOptimizedFolders(state->postConstraintFolders(),
                                                KPOptimizedFolders::Reach::Below)));
-    m_set.restart();
     if (!isNarrowing)
         m_problems.clear();
     const QString text = queryTextOf(*state);
@@ -347,16 +350,16 @@ void KPThreadedSearcher::newSearchStateInThread(const KPSearchState::Ptr &state,
 void KPThreadedSearcher::takeOrders()
 {
     Orders orders;
+    bool isAnotherWaiting = false;
     {
         const XPLocker lock(m_mutex);
         orders = std::exchange(m_orders, {});
-        // Whatever waits for a new state is done with it.
-        if (m_generation != m_takenGeneration && !orders.order)
-            return;
+        isAnotherWaiting = m_generation != m_takenGeneration;
     }
     if (orders.order)
         m_set.setOrder(std::move(orders.order));
-    if (!m_searchStateInUse || isGivenUp())
+    // A state that waits brings all of it.
+    if (isAnotherWaiting || !m_searchStateInUse || isGivenUp())
         return;
     QSet<KPPooledString> deleted;
     {

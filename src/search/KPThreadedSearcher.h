@@ -60,7 +60,11 @@ public:
     void startSearchThread();
 
     // Hands over a state; null: nothing is searched any more. False: there was nothing to be done.
-    bool newSearchState(const KPSearchState::Ptr &state) XP_EXCLUDES(m_mutex);
+    // What comes next is told against the documents that are shown.
+    using Shown = std::shared_ptr<const KPDocArray>;
+    bool newSearchState(const KPSearchState::Ptr &state,
+                        const Shown &shown = std::make_shared<const KPDocArray>())
+        XP_EXCLUDES(m_mutex);
     // The next state is searched afresh, be it the same one.
     void forceNewSearchNextTime() XP_EXCLUDES(m_mutex);
     void killQuery() { m_killMDQuery = true; }
@@ -163,6 +167,7 @@ private:
 
     mutable XPMutex m_mutex;
     KPSearchState::Ptr m_searchState XP_GUARDED_BY(m_mutex);
+    Shown m_shown XP_GUARDED_BY(m_mutex);
     quint64 m_generation XP_GUARDED_BY(m_mutex) = 0; // of m_searchState
     bool m_forceNewSearch XP_GUARDED_BY(m_mutex) = false;
     bool m_isForced XP_GUARDED_BY(m_mutex) = false; // m_searchState was handed over so

@@ -85,7 +85,8 @@ void KPThreadedSearcher::finishedOrProgressBaseQuery(bool done)
         delivery->problems = currentProblems();
     if (isGivenUp())
         return;
-    const bool isNews = !delivery->difference.isEmpty() || !delivery->items.empty() || isNewlyDone;
+    const bool isNews = !delivery->difference.isEmpty() || !delivery->rows.isEmpty() ||
+                        !delivery->items.empty() || isNewlyDone;
     Message message;
     message.isDone = isNewlyDone;
     message.problems = delivery->problems;

@@ -8,7 +8,7 @@
 #include "KPIndexMonitor.h"
 #include "KPLibraryModel.h"
 #include "KPQuickLook.h"
-#include "KPSearcherSource.h"
+#include "KPSearcher.h"
 #include "KPStatusLine.h"
 #include "KPTagName.h"
 #include "Karvex.h"
@@ -63,6 +63,7 @@ protected:
     void SetUp() override
     {
         KPTagName::intializeGlobals();
+        KPDocMetaData::holdFilledValues();
         KPDocIcons::registerIcons();
         XPFactorySettings::registerAll();
         IndexSettings::setRoots({m_folder.path()});
@@ -86,9 +87,8 @@ protected:
     {
         m_index = MetadataIndex::open();
         m_monitor = std::make_unique<KPIndexMonitor>(*m_index);
-        m_window =
-            std::make_unique<KPController>(std::make_unique<KPSearcherSource>(m_index->source()),
-                                           QStringList{folder}, m_monitor.get());
+        m_window = std::make_unique<KPController>(std::make_unique<KPSearcher>(m_index->source()),
+                                                  QStringList{folder}, m_monitor.get());
         m_window->show();
         QApplication::setActiveWindow(m_window.get());
         m_view = m_window->findChild<KPDocsView *>();

@@ -2,8 +2,8 @@
 
 #include "KPDocIcons.h"
 #include "KPTagName.h"
+#include "ShownSearch.h"
 #include "TestHome.h"
-#include "TestSource.h"
 #include "XPStarsEditor.h"
 #include "XPTagChip.h"
 #include "XPTagsEditor.h"
@@ -28,12 +28,18 @@ protected:
         static_cast<QWidget &>(m_inspector).show();
         QApplication::setActiveWindow(&m_inspector);
     }
-    KPShownDocument document(const char *name, const QStringList &tags, double rating,
-                             const QString &error = {})
+    KPDoc *document(const char *name, const QStringList &tags, double rating)
     {
-        KPFoundDocument result = found(m_folder.file(QString::fromUtf8(name)), tags, rating);
-        result.error = error;
-        return KPShownDocument(result);
+        return shownDoc(m_folder.file(QString::fromUtf8(name)), tags, rating);
+    }
+    KPDoc *unreadable(const char *name, const QString &reason)
+    {
+        KPDoc *doc = document(name, {}, 0);
+        XPError error;
+        error.message = reason;
+        KPDocMetaData::fill(KPDocMetaData::UserTags, doc->pooledPath(), error,
+                            KPDocMetaData::Known::Replaced);
+        return doc;
     }
     QString texts() const
     {
@@ -95,12 +101,12 @@ TEST_F(Inspector, EditsWhatAllHaveInCommonAndAsksForNothingElse)
 TEST_F(Inspector, UnreadableTagsCannotBeWrittenOver)
 {
     const QString reason = QStringLiteral("not a property list");
-    m_inspector.show({document("bad", {}, 0, reason)}, {});
+    m_inspector.show({unreadable("bad", reason)}, {});
     EXPECT_FALSE(tags()->isEnabled());
     EXPECT_FALSE(stars()->isEnabled());
     EXPECT_TRUE(texts().contains(reason));
     // With a readable one beside it the edit is possible, and the other is told of.
-    m_inspector.show({document("bad", {}, 0, reason), document("good", {work}, 0)}, {});
+    m_inspector.show({unreadable("bad", reason), document("good", {work}, 0)}, {});
     EXPECT_TRUE(tags()->isEnabled());
     EXPECT_TRUE(texts().contains(qtTrId("KPSomeTagsUnreadable", 1)));
 }

@@ -84,8 +84,13 @@ private:
         last = delivery;
         if (!delivery) {
             documents.clear();
+            m_shown.reset();
             return;
         }
+        if (m_shown) {
+            EXPECT_EQ(delivery->rows.before, m_shown) << "rows of something else";
+        }
+        m_shown = delivery->documents.docs;
         ++deliveries;
         const KPResultsDifference &difference = delivery->difference;
         if (difference.isReset)
@@ -104,4 +109,6 @@ private:
         EXPECT_EQ(static_cast<qsizetype>(docs.size()), documents.size());
         EXPECT_EQ(QSet<KPDoc *>(docs.begin(), docs.end()).size(), documents.size());
     }
+
+    std::shared_ptr<const KPDocArray> m_shown;
 };

@@ -17,7 +17,7 @@
 #include "KPQuickLook.h"
 #include "KPScreenshot.h"
 #include "KPSearchFolders.h"
-#include "KPSearcherSource.h"
+#include "KPSearcher.h"
 #include "KPTagBackup.h"
 #include "KPTagHealer.h"
 #include "KPTagName.h"
@@ -112,14 +112,17 @@ static int run(const KPCommandLine &line)
     folders.startObserving();
     QObject::connect(&monitor, &KPIndexMonitor::changed, &monitor,
                      [&] { folders.updateIndexAvailability(monitor.status().roots); });
-    KPController controller(std::make_unique<KPSearcherSource>(index->source()), line.folders,
-                            &monitor);
+    auto made = std::make_unique<KPSearcher>(index->source());
+    KPSearcher &searcher = *made;
+    KPController controller(std::move(made), line.folders, &monitor);
     XPPrompts::install(std::make_unique<KPPrompts>(&controller));
     auto services = std::make_unique<KPAppServices>();
     QObject::connect(services.get(), &KPAppServices::revealAsked, &controller,
                      &KPController::showDocuments);
     QObject::connect(services.get(), &KPAppServices::infoAsked, &controller,
                      &KPController::showInformation);
+    QObject::connect(services.get(), &KPAppServices::pathMoved, &searcher,
+                     &KPSearcher::pathChanged);
     KPDocServices::install(std::move(services));
     KPDocServices::current().runFileWork([] { (void)XPMoveRecovery::run(); }, [] {});
     KPTagBackup backup(index->source());
