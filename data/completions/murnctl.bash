@@ -11,7 +11,9 @@ _murnctl_offer() {
 _murnctl_options() {
     case $1 in
         tags) printf '%s\n' --json --print0 --recent --help ;;
-        tag) printf '%s\n' --add --remove --set --clear --force --help ;;
+        tag) printf '%s\n' --add --remove --set --clear --force --suggest --help ;;
+        tag-rename) printf '%s\n' --dry-run --yes --only --waiting --drop-waiting --print0 --help ;;
+        tag-delete) printf '%s\n' --dry-run --yes --branch --print0 --help ;;
         rate) printf '%s\n' --help ;;
         find) printf '%s\n' --contents --metadata --names-only --tag --not-tag --tagged --untagged \
             --managed --type --not-type --date --rating --in --not-in --list-folder --deep --state \
@@ -42,7 +44,7 @@ _murnctl() {
         if [[ $cur == -* ]]; then
             _murnctl_offer < <(_murnctl_options)
         else
-            _murnctl_offer <<<$'tags\ntag\nrate\nfind\ninfo\ntypes\nquery\nfile\nmanage\nunmanage\nbackup\nrestore\nhealed\nimport\nthumbnail\nscan\nocr\nindex'
+            _murnctl_offer <<<$'tags\ntag\ntag-rename\ntag-delete\nrate\nfind\ninfo\ntypes\nquery\nfile\nmanage\nunmanage\nbackup\nrestore\nhealed\nimport\nthumbnail\nscan\nocr\nindex'
         fi
         return
     fi

@@ -20,6 +20,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPAboutTitle">
         <translation>Murn %1</translation>
     </message>
+    <message id="KPAcademicPaperTag">
+        <translation>Fachartikel</translation>
+    </message>
     <message id="KPAccessibleTags">
         <translation>Schlagwörter %1</translation>
     </message>
@@ -1157,8 +1160,14 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPToolBar">
         <translation>Werkzeugleiste</translation>
     </message>
+    <message id="KPTypicalTags">
+        <translation>Rechnung,Quittung,Vertrag,Brief,Steuer,Versicherung,Bank,Kontoauszug,Gehalt,Lohn,Miete,Gesundheit,Auto,Reise,Fahrkarte,Buchung,Schule,Zeugnis,Anleitung,Garantie,Bericht,Protokoll,Haushalt,Angebot,Bestellung,Lieferschein,Foto,Rezept,Bewerbung,Recht,Rente</translation>
+    </message>
     <message id="KPUndo">
         <translation>&amp;Rückgängig</translation>
+    </message>
+    <message id="KPUndoDeleteTag">
+        <translation>Schlagwort „%1“ löschen</translation>
     </message>
     <message id="KPUndoNamed">
         <translation>&amp;Rückgängig: %1</translation>
@@ -1171,6 +1180,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPUndoRename">
         <translation>Umbenennen</translation>
+    </message>
+    <message id="KPUndoRenameTag">
+        <translation>Schlagwort „%1“ in „%2“ umbenennen</translation>
     </message>
     <message id="KPUndoTags" numerus="yes">
         <translation>

@@ -22,6 +22,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPAboutTitle">
         <translation>Murn %1</translation>
     </message>
+    <message id="KPAcademicPaperTag">
+        <translation>paper</translation>
+    </message>
     <message id="KPAccessibleTags">
         <translation>tags %1</translation>
     </message>
@@ -1159,8 +1162,14 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPToolBar">
         <translation>Toolbar</translation>
     </message>
+    <message id="KPTypicalTags">
+        <translation>invoice,receipt,contract,letter,tax,insurance,bank,statement,salary,payslip,rent,health,car,travel,ticket,booking,school,certificate,manual,warranty,report,minutes,budget,quote,order,delivery,photo,recipe,application,legal,pension</translation>
+    </message>
     <message id="KPUndo">
         <translation>&amp;Undo</translation>
+    </message>
+    <message id="KPUndoDeleteTag">
+        <translation>Delete Tag “%1”</translation>
     </message>
     <message id="KPUndoNamed">
         <translation>&amp;Undo: %1</translation>
@@ -1173,6 +1182,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPUndoRename">
         <translation>Rename</translation>
+    </message>
+    <message id="KPUndoRenameTag">
+        <translation>Rename Tag “%1” to “%2”</translation>
     </message>
     <message id="KPUndoTags" numerus="yes">
         <translation>

@@ -35,6 +35,8 @@ enum KPExitStatus {
 // Each in a file of its own.
 extern const KPCommand kpTagsCommand;
 extern const KPCommand kpTagCommand;
+extern const KPCommand kpTagRenameCommand;
+extern const KPCommand kpTagDeleteCommand;
 extern const KPCommand kpRateCommand;
 extern const KPCommand kpFindCommand;
 extern const KPCommand kpInfoCommand;

@@ -1,11 +1,16 @@
 // murnctl tag: changes the tags of files.
-#include "KPCommandOutput.h"
+#include "KPDoc.h"
 #include "KPDocEdits.h"
+#include "KPDocMetaData.h"
+#include "KPFileSteps.h"
+#include "KPIndexSession.h"
 #include "KPTagName.h"
+#include "KPTagSuggestions.h"
 #include "Karvex.h"
 #include "KarvexPrefs.h"
 #include "KarvexTagKey.h"
 #include "XPExtendedAttributes.h"
+#include "XPFileInfo.h"
 
 #include <algorithm>
 
@@ -98,8 +103,35 @@ static bool isValue(const XPError &error)
     return error.kind == XPError::Kind::Malformed || error.kind == XPError::Kind::TooLarge;
 }
 
+static int suggest(const KPCommandLine &line, KPCommandOutput &output)
+{
+    for (const char *option : {"--add", "--remove", "--set", "--clear", "--force"}) {
+        if (line.has(option))
+            return kpReportUsage(&kpTagCommand, QStringLiteral("--suggest stands alone"));
+    }
+    if (line.operands().size() != 1)
+        return kpReportUsage(&kpTagCommand, QStringLiteral("--suggest takes one file"));
+    const QString path = KPFileSteps::operand(line.operands().first());
+    if (const auto info = XPFileInfo::read(path); !info) {
+        output.fail(line.operands().first(), info.error().reason());
+        return output.exitStatus();
+    }
+    KPIndexSession session(output);
+    if (!session.catchUp(false))
+        return KPExitInterrupted;
+    KPDocMetaData::useIndex(session.index().source());
+    const QStringList tags = KPTagSuggestions::forFile(path, KPTagSuggestions::popularTags());
+    KPDoc::stopMetaDataSearching();
+    for (const QString &tag : tags)
+        output.writeRecord(output.name(tag));
+    return output.exitStatus();
+}
+
 static int run(const KPCommandLine &line, KPCommandOutput &output)
 {
+    xpGuiThread.assertHere();
+    if (line.has("--suggest"))
+        return suggest(line, output);
     const auto change = changeOf(line);
     if (!change)
         return kpReportUsage(&kpTagCommand, change.error().message);
@@ -136,7 +168,8 @@ const KPCommand kpTagCommand = {
     "tag",
     "[--add TAG]… [--remove TAG]… FILE…\n"
     "       murnctl tag --set TAG… [--force] FILE…\n"
-    "       murnctl tag --clear [--force] FILE…",
+    "       murnctl tag --clear [--force] FILE…\n"
+    "       murnctl tag --suggest FILE",
     "Changes the tags of files.",
     "Tags are the same whatever the case of their letters. Blanks around a tag are left out, and\n"
     "a comma stands between two tags. A file whose present tags cannot be read is left as it is,\n"
@@ -145,5 +178,6 @@ const KPCommand kpTagCommand = {
      {"--remove", "TAG", "remove a tag, before any is added"},
      {"--set", "TAG", "replace all tags by this one, and those of further --set"},
      {"--clear", nullptr, "remove all tags"},
-     {"--force", nullptr, "with these two: write over tags that cannot be read"}},
+     {"--force", nullptr, "with these two: write over tags that cannot be read"},
+     {"--suggest", nullptr, "only show tags that may suit the file, the best first"}},
     run};

@@ -1,4 +1,5 @@
 // murnctl tags: shows the tags of files.
+#include "KPAllTags.h"
 #include "KPCommandOutput.h"
 #include "Karvex.h"
 #include "KarvexPrefs.h"
@@ -54,6 +55,13 @@ static int printRecentTags(KPCommandOutput &output)
 static int run(const KPCommandLine &line, KPCommandOutput &output)
 {
     const QStringList &paths = line.operands();
+    if (line.has("--all"))
+        return KPAllTags::print(line, output);
+    for (const char *option : {"--count", "--tree"}) {
+        if (line.has(option))
+            return kpReportUsage(&kpTagsCommand,
+                                 QStringLiteral("%1 goes with --all").arg(QLatin1String(option)));
+    }
     if (const auto error = line.onlyOneOf({"--json", "--print0"}))
         return kpReportUsage(&kpTagsCommand, error->message);
     if (line.has("--recent") != paths.isEmpty())
@@ -77,11 +85,16 @@ static int run(const KPCommandLine &line, KPCommandOutput &output)
 
 const KPCommand kpTagsCommand = {
     "tags",
-    "[--json | --print0] FILE…\n       murnctl tags --recent [--json | --print0]",
+    "[--json | --print0] FILE…\n"
+    "       murnctl tags --recent [--json | --print0]\n"
+    "       murnctl tags --all [--count | --tree] [--json | --print0]",
     "Shows the tags of files, in their order.",
     "Of one file, each tag is a line. Of several, each file is a line: the name as it was\n"
     "given, then each tag after a tab character.\n",
     {{"--json", nullptr, "print an object: name of the file to array of tags"},
      {"--print0", nullptr, "end each tag with NUL; of several files, name and tag in turn"},
-     {"--recent", nullptr, "show the tags entered last instead, newest first"}},
+     {"--recent", nullptr, "show the tags entered last instead, newest first"},
+     {"--all", nullptr, "show all tags of the indexed files instead, by name"},
+     {"--count", nullptr, "with the number of files after a tab character"},
+     {"--tree", nullptr, "tags below others (a/b) below them, with the files of the branch"}},
     run};

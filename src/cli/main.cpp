@@ -21,10 +21,11 @@
 #include <langinfo.h>
 
 static constexpr std::array commands = {
-    &kpTagsCommand,   &kpTagCommand,     &kpRateCommand,   &kpFindCommand,   &kpInfoCommand,
-    &kpTypesCommand,  &kpQueryCommand,   &kpFileCommand,   &kpManageCommand, &kpUnmanageCommand,
-    &kpBackupCommand, &kpRestoreCommand, &kpHealedCommand, &kpImportCommand, &kpThumbnailCommand,
-    &kpScanCommand,   &kpOcrCommand,     &kpIndexCommand};
+    &kpTagsCommand,      &kpTagCommand,     &kpTagRenameCommand, &kpTagDeleteCommand,
+    &kpRateCommand,      &kpFindCommand,    &kpInfoCommand,      &kpTypesCommand,
+    &kpQueryCommand,     &kpFileCommand,    &kpManageCommand,    &kpUnmanageCommand,
+    &kpBackupCommand,    &kpRestoreCommand, &kpHealedCommand,    &kpImportCommand,
+    &kpThumbnailCommand, &kpScanCommand,    &kpOcrCommand,       &kpIndexCommand};
 
 // A closed standard stream must not let the next file that is opened take its number.
 static void keepStandardStreamsTaken()
@@ -78,7 +79,7 @@ static int printHelp()
               "\n"
               "Commands:");
     for (const KPCommand *command : commands)
-        std::printf("  %-8s %s\n", command->name, command->summary);
+        std::printf("  %-10s %s\n", command->name, command->summary);
     std::puts(
         "\n"
         "'murnctl COMMAND --help' explains a command; 'murnctl --version' prints the version.\n"

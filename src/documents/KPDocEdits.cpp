@@ -70,6 +70,12 @@ std::optional<XPError> KPDocEdits::setCommonUserTags(const QString &path,
         path, [&] { return Karvex::setCommonUserTags({path}, originalCommonTags, replaceWith); });
 }
 
+std::optional<XPError> KPDocEdits::changeUserTags(const Karvex::TagsChange &change,
+                                                  const QString &path)
+{
+    return editTags(path, [&] { return Karvex::changeUserTags(change, path); });
+}
+
 std::optional<XPError> KPDocEdits::setRating(double rating, const QString &path)
 {
     const auto held = [](const double &stars) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "XPError.h"
+#include "Karvex.h"
 
 #include <QStringList>
 
@@ -17,6 +17,7 @@ std::optional<XPError> addUserTags(const QStringList &tags, const QString &path)
 std::optional<XPError> clearUserTags(const QStringList &tags, const QString &path);
 std::optional<XPError> setCommonUserTags(const QString &path, const QStringList &originalCommonTags,
                                          const QStringList &replaceWith);
+std::optional<XPError> changeUserTags(const Karvex::TagsChange &change, const QString &path);
 std::optional<XPError> setRating(double rating, const QString &path);
 std::optional<XPError> setURLs(const QStringList &urls, const QString &path);
 

@@ -213,6 +213,11 @@ const QString &KPDocMetaData::key(Attribute attribute)
     return kindOf(attribute).key;
 }
 
+void KPDocMetaData::useIndex(IndexSource &source)
+{
+    state().source.set(&source);
+}
+
 void KPDocMetaData::holdFilledValues()
 {
     state().holds = true;

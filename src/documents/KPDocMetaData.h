@@ -6,6 +6,8 @@
 
 #include <functional>
 
+class IndexSource;
+
 // The five attribute caches that records read from: user tags, ratings, keywords, web addresses
 // and comments.
 //
@@ -46,6 +48,10 @@ QList<std::pair<KPPooledString, XPAttributeValuePtr>> values(Attribute attribute
 // What the index holds of a file; null when it is not indexed.
 PropertyValue indexed(const QString &path, const QString &key);
 bool isIndexed(const QString &path);
+
+// For a program without caches: indexed() and indexedPaths() ask this index, which must outlive
+// them, until KPDoc::stopMetaDataSearching().
+void useIndex(IndexSource &source);
 
 // The indexed files that match a query text and whose raw value of the attribute `accept` takes.
 using Accept = std::function<bool(const PropertyValue &raw)>;

@@ -3,7 +3,12 @@
 #include "KPDocCache.h"
 #include "KPDocServices.h"
 #include "Karvex.h"
+#include "KarvexTagKey.h"
 #include "XPPrompts.h"
+
+#include <QHash>
+#include <QSet>
+#include <algorithm>
 
 // In quotes, where only these mean anything but themselves.
 static QString escaped(const QString &text)
@@ -52,6 +57,86 @@ static QStringList pathsWithTag(KPTagName *tag)
 KPDoc::Docs KPTagDocuments::docsWithTag(KPTagName *tag)
 {
     return KPDocCache::docsAtPaths(pathsWithTag(tag));
+}
+
+// Asks for what looks like it; `accept` looks at the stored tags.
+static QStringList pathsWithText(const QString &text, const KPDocMetaData::Accept &accept)
+{
+    const QString query = QStringLiteral("%1 == \"*%2*\"c");
+    return KPDocMetaData::indexedPaths(query.arg(Karvex::tagsToSearchFor(), escaped(text)),
+                                       Karvex::tagsToSearchFor(), accept);
+}
+
+QStringList KPTagDocuments::pathsWithUserTag(const QString &tag, bool withBranch)
+{
+    const QString key = karvexTagKey(tag);
+    return pathsWithText(key, [&](const PropertyValue &raw) {
+        const QStringList tags = raw.strings();
+        return std::any_of(tags.begin(), tags.end(), [&](const QString &each) {
+            const QString its = karvexTagKey(each);
+            return its == key || (withBranch && its.startsWith(key + u'/'));
+        });
+    });
+}
+
+namespace {
+
+struct Use
+{
+    QHash<QString, qsizetype> spellings;
+    qsizetype count = 0;
+    qsizetype branchCount = 0;
+};
+
+} // namespace
+
+// "a/b/c" counts for itself and once for "a/b" and "a".
+static void countTags(const QStringList &tags, QHash<QString, Use> *uses)
+{
+    QSet<QString> seen;
+    QSet<QString> seenAbove;
+    for (const QString &tag : tags) {
+        const QString clean = KPTagName::CleanAndTrimTag(tag);
+        const QString key = karvexTagKey(clean);
+        if (key.isEmpty() || seen.contains(key))
+            continue;
+        seen.insert(key);
+        Use &use = (*uses)[key];
+        ++use.count;
+        ++use.spellings[clean];
+        for (QString above = clean; !above.isEmpty();) {
+            const QString its = karvexTagKey(above);
+            if (!seenAbove.contains(its)) {
+                seenAbove.insert(its);
+                ++(*uses)[its].branchCount;
+            }
+            if (above != clean && !uses->value(its).count)
+                (*uses)[its].spellings.insert(above, 0);
+            above.truncate(std::max<qsizetype>(0, above.lastIndexOf(u'/')));
+        }
+    }
+}
+
+QList<KPTagDocuments::UsedTag> KPTagDocuments::allUserTags()
+{
+    QHash<QString, Use> uses;
+    KPDocMetaData::indexedPaths(QStringLiteral("%1 == *").arg(Karvex::tagsToSearchFor()),
+                                Karvex::tagsToSearchFor(), [&](const PropertyValue &raw) {
+                                    countTags(raw.strings(), &uses);
+                                    return false;
+                                });
+    QList<UsedTag> tags;
+    tags.reserve(uses.size());
+    for (const Use &use : std::as_const(uses)) {
+        QString best;
+        for (auto each = use.spellings.cbegin(); each != use.spellings.cend(); ++each) {
+            const qsizetype lead = best.isEmpty() ? -1 : use.spellings.value(best);
+            if (*each > lead || (*each == lead && each.key() < best))
+                best = each.key();
+        }
+        tags.append({best, use.count, use.branchCount});
+    }
+    return tags;
 }
 
 static void removeTags(const KPTagName::Tags &tags, const QStringList &paths)

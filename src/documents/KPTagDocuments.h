@@ -14,6 +14,20 @@ public:
     // Of a file type also those that conform to it. New records are read. Blocking.
     static KPDoc::Docs docsWithTag(KPTagName *tag);
 
+    // The files that carry a tag of the user's, in any spelling; `withBranch`: or one below it
+    // ("tax/2024" is below "tax"). Blocking.
+    static QStringList pathsWithUserTag(const QString &tag, bool withBranch);
+
+    // The user's tags of the library by key, with the documents that have them. Blocking.
+    struct UsedTag
+    {
+        QString tag;               // in the spelling that most documents have
+        qsizetype count = 0;       // documents that have it
+        qsizetype branchCount = 0; // or one below it; more than `count` for a parent
+    };
+    // A parent that no document has is among them, with a count of 0.
+    static QList<UsedTag> allUserTags();
+
     // Nothing for a tag that is not the user's.
     static void deleteTag(KPTagName *tag, const KPDoc::Docs &fromDocs) XP_REQUIRES(xpGuiThread);
 

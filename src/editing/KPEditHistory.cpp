@@ -1,5 +1,8 @@
 #include "KPEditHistory.h"
 
+#include "KPEditJournal.h"
+#include "XPPath.h"
+
 #include <QCoreApplication>
 
 static constexpr int remembered = 100; // edits, each with the tags of its files
@@ -13,12 +16,21 @@ public:
         : QUndoCommand(text), m_worker(worker), m_edit(edit)
     {
     }
+    // One that was made before.
+    EditCommand(KPEditWorker *worker, const KPEditJournal::Saved &saved)
+        : QUndoCommand(saved.text), m_worker(worker), m_isMade(true)
+    {
+        m_record->journal = saved.file;
+        m_record->isLoaded = false;
+    }
 
     void undo() override { m_worker->undo(m_record); }
     void redo() override
     {
+        if (std::exchange(m_isMade, false))
+            return;
         if (const auto edit = std::exchange(m_edit, {}))
-            m_worker->edit(*edit, m_record);
+            m_worker->edit(*edit, m_record, text());
         else
             m_worker->redo(m_record);
     }
@@ -26,6 +38,7 @@ public:
 private:
     KPEditWorker *m_worker;
     std::optional<KPFileEdit> m_edit; // until it was made
+    bool m_isMade = false;
     KPEditWorker::Record m_record = std::make_shared<KPEditRecord>();
 };
 
@@ -37,11 +50,26 @@ KPEditHistory::KPEditHistory(KPEditWorker *worker, QObject *parent)
     setUndoLimit(remembered);
 }
 
+QString KPEditHistory::textOf(const KPFileEdit &edit)
+{
+    const auto count = static_cast<int>(edit.paths.size());
+    if (edit.rename)
+        return edit.rename->isDeletion()
+                   ? qtTrId("KPUndoDeleteTag").arg(XPPath::printable(edit.rename->from))
+                   : qtTrId("KPUndoRenameTag")
+                         .arg(XPPath::printable(edit.rename->from),
+                              XPPath::printable(edit.rename->to));
+    return edit.tags ? qtTrId("KPUndoTags", count) : qtTrId("KPUndoRating", count);
+}
+
 void KPEditHistory::edit(const KPFileEdit &edit)
 {
-    if (edit.paths.isEmpty() || (!edit.rating && !edit.tags))
-        return;
-    const int count = static_cast<int>(edit.paths.size());
-    push(new EditCommand(m_worker, edit,
-                         edit.tags ? qtTrId("KPUndoTags", count) : qtTrId("KPUndoRating", count)));
+    if (!edit.paths.isEmpty() && (edit.rating || edit.changesTags()))
+        push(new EditCommand(m_worker, edit, textOf(edit)));
+}
+
+void KPEditHistory::restore()
+{
+    for (const KPEditJournal::Saved &saved : KPEditJournal::saved())
+        push(new EditCommand(m_worker, saved));
 }

@@ -17,6 +17,10 @@ public:
 
     // Starts the edit. Nothing is remembered of one without files or without a change asked for.
     void edit(const KPFileEdit &edit);
+    // Puts what earlier runs of the program (murnctl too) changed below everything: call first.
+    void restore();
+    // What an edit is called in the menu.
+    static QString textOf(const KPFileEdit &edit);
 
 private:
     KPEditWorker *m_worker;

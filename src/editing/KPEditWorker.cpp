@@ -1,7 +1,10 @@
 #include "KPEditWorker.h"
 
+#include "KPEditJournal.h"
+#include "KPRecentTagGroups.h"
 #include "KarvexPrefs.h"
 #include "XPLog.h"
+#include "XPNotificationCenter.h"
 
 struct KPEditWorker::Job
 {
@@ -10,6 +13,7 @@ struct KPEditWorker::Job
     Kind kind = Kind::Edit;
     KPFileEdit edit;
     Record record;
+    QString text;
     quint64 number = 0;
 };
 
@@ -29,19 +33,19 @@ KPEditWorker::~KPEditWorker()
     m_thread.join();
 }
 
-void KPEditWorker::edit(const KPFileEdit &edit, const Record &record)
+void KPEditWorker::edit(const KPFileEdit &edit, const Record &record, const QString &text)
 {
-    post({Job::Kind::Edit, edit, record});
+    post({Job::Kind::Edit, edit, record, text});
 }
 
 void KPEditWorker::undo(const Record &record)
 {
-    post({Job::Kind::Undo, {}, record});
+    post({Job::Kind::Undo, {}, record, {}});
 }
 
 void KPEditWorker::redo(const Record &record)
 {
-    post({Job::Kind::Redo, {}, record});
+    post({Job::Kind::Redo, {}, record, {}});
 }
 
 void KPEditWorker::post(Job job)
@@ -82,41 +86,107 @@ void KPEditWorker::loop()
     }
 }
 
+static void logFailure(const std::optional<XPError> &error)
+{
+    if (error)
+        qCWarning(xpLog).noquote() << error->message;
+}
+
+// The lists of tags that people choose from.
 static void rememberTags(const KPFileEdit &edit)
 {
-    if (!edit.tags)
+    if (edit.tags) {
+        logFailure(KarvexPrefs::updatePrefsRecentTags(edit.tags->before, edit.tags->after));
+        KPRecentTagGroups::addNewTagsToRecentGroups(edit.tags->after);
+    }
+    if (!edit.rename)
         return;
-    if (const auto error = KarvexPrefs::updatePrefsRecentTags(edit.tags->before, edit.tags->after))
-        qCWarning(xpLog).noquote() << error->message;
+    logFailure(KarvexPrefs::removeTagsFromRecents({edit.rename->from}));
+    if (!edit.rename->isDeletion())
+        logFailure(KarvexPrefs::updatePrefsRecentTags({}, {edit.rename->to}));
+    KPRecentTagGroups::rename(*edit.rename);
+    XPNotificationCenter::instance().post(
+        KPTagRename::renamedNotification, {},
+        {{QStringLiteral("from"), edit.rename->from}, {QStringLiteral("to"), edit.rename->to}});
+}
+
+bool KPEditWorker::isStopped(const Job &job) const
+{
+    return job.number <= m_stopUpTo;
 }
 
 KPEditReport KPEditWorker::run(const Job &job)
 {
-    const std::vector<KPFileChange> before = job.record->changes;
-    const bool isEdit = job.kind == Job::Kind::Edit;
+    return job.kind == Job::Kind::Edit ? runEdit(job) : repeat(job);
+}
+
+KPEditReport KPEditWorker::runEdit(const Job &job)
+{
     KPEditReport report;
-    report.total = isEdit ? job.edit.paths.size() : static_cast<qsizetype>(before.size());
-    if (isEdit)
-        rememberTags(job.edit);
+    report.edit = job.edit;
+    report.total = job.edit.paths.size();
+    std::unique_ptr<KPEditJournal> journal;
+    if (!job.text.isEmpty())
+        journal = KPEditJournal::begin(job.text);
+    if (journal)
+        job.record->journal = journal->file();
+    const auto intend = [&](const KPFileChange &change) {
+        if (journal)
+            journal->append(change);
+    };
+    rememberTags(job.edit);
     for (qsizetype number = 0; number < report.total; ++number) {
-        if (job.number <= m_stopUpTo) {
+        if (isStopped(job)) {
             report.stopped = true;
             break;
         }
-        const auto at = static_cast<size_t>(number);
         const KPFileOutcome outcome =
-            isEdit ? KPFileEditing::apply(job.edit, job.edit.paths[number])
-                   : KPFileEditing::repeat(job.kind == Job::Kind::Undo ? before[at].reversed()
-                                                                       : before[at]);
+            KPFileEditing::apply(job.edit, job.edit.paths[number], intend);
         if (outcome.error)
             report.failures.append(*outcome.error);
         if (!outcome.change.isEmpty()) {
             ++report.changed;
-            if (isEdit)
-                job.record->changes.push_back(outcome.change);
+            job.record->changes.push_back(outcome.change);
         }
         publish(outcome.change, number + 1, report.total);
     }
+    if (journal && report.changed == 0)
+        KPEditJournal::remove(std::exchange(job.record->journal, {}));
+    return report;
+}
+
+KPEditReport KPEditWorker::repeat(const Job &job)
+{
+    KPEditReport report;
+    KPEditRecord &record = *job.record;
+    const bool undoes = job.kind == Job::Kind::Undo;
+    if (!record.isLoaded) {
+        auto changes = KPEditJournal::changes(record.journal);
+        if (!changes) {
+            report.total = 1;
+            report.failures.append(changes.error());
+            return report;
+        }
+        record.changes = std::move(*changes);
+        record.isLoaded = true;
+    }
+    report.total = static_cast<qsizetype>(record.changes.size());
+    // A stop in the middle leaves the rest to the journal: what is undone already is passed over.
+    for (qsizetype number = 0; number < report.total; ++number) {
+        if (isStopped(job)) {
+            report.stopped = true;
+            break;
+        }
+        const KPFileChange &change = record.changes[static_cast<size_t>(number)];
+        const KPFileOutcome outcome = KPFileEditing::repeat(undoes ? change.reversed() : change);
+        if (outcome.error)
+            report.failures.append(*outcome.error);
+        if (!outcome.change.isEmpty())
+            ++report.changed;
+        publish(outcome.change, number + 1, report.total);
+    }
+    if (!record.journal.isEmpty() && !(undoes && report.stopped))
+        record.journal = KPEditJournal::mark(record.journal, undoes);
     return report;
 }
 

@@ -17,6 +17,8 @@
 struct KPEditRecord
 {
     std::vector<KPFileChange> changes;
+    QString journal;      // its file (KPEditJournal); empty: there is none
+    bool isLoaded = true; // false: the changes are still in the journal alone
 };
 
 // What became of one edit, undo or redo.
@@ -26,6 +28,7 @@ struct KPEditReport
     qsizetype changed = 0; // files that are different now
     QList<XPError> failures;
     bool stopped = false; // the user stopped it: the rest was left alone
+    KPFileEdit edit = {}; // what was asked for; of an undo or redo nothing
 };
 
 // Does edits one after the other on a thread of its own.
@@ -43,7 +46,8 @@ public:
     explicit KPEditWorker(QObject *parent = nullptr);
     ~KPEditWorker() override;
 
-    void edit(const KPFileEdit &edit, const Record &record);
+    // `text`: what undoing it is called, also after the next start.
+    void edit(const KPFileEdit &edit, const Record &record, const QString &text = {});
     void undo(const Record &record);
     void redo(const Record &record);
 
@@ -65,6 +69,9 @@ private:
     void post(Job job) XP_EXCLUDES(m_mutex);
     void loop() XP_EXCLUDES(m_mutex);
     KPEditReport run(const Job &job) XP_EXCLUDES(m_mutex);
+    KPEditReport runEdit(const Job &job) XP_EXCLUDES(m_mutex);
+    KPEditReport repeat(const Job &job) XP_EXCLUDES(m_mutex);
+    bool isStopped(const Job &job) const;
     void publish(const KPFileChange &change, qsizetype done, qsizetype total) XP_EXCLUDES(m_mutex);
     void receive() XP_EXCLUDES(m_mutex);
 

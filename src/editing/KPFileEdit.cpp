@@ -2,8 +2,10 @@
 
 #include "KPDocEdits.h"
 #include "Karvex.h"
+#include "KarvexTagKey.h"
 
 #include <QCoreApplication>
+#include <QSet>
 
 KPFileChange KPFileChange::reversed() const
 {
@@ -17,33 +19,62 @@ KPFileChange KPFileChange::reversed() const
 
 using Failure = std::optional<XPError>;
 
-static Failure changeTags(const KPFileEdit::Tags &edit, KPFileChange *change)
+// What the edit makes of a file's tags; nothing: it leaves them alone.
+static std::optional<QStringList> edited(const KPFileEdit &edit, const QStringList &tags)
 {
-    const QString &path = change->path;
-    const auto before = Karvex::getUserTags(path);
-    if (!before)
-        return before.error();
-    if (auto error = KPDocEdits::setCommonUserTags(path, edit.before, edit.after))
-        return error;
-    const auto after = Karvex::getUserTags(path);
-    if (!after)
-        return after.error();
-    if (*before != *after)
-        change->tags = {*before, *after};
-    return {};
+    if (edit.rename) {
+        QStringList renamed = Karvex::removeDuplicateTags(edit.rename->applied(tags));
+        return renamed == tags ? std::nullopt : std::optional(std::move(renamed));
+    }
+    if (tags == edit.tags->after || (edit.tags->before.isEmpty() && edit.tags->after.isEmpty()))
+        return {};
+    QSet<QString> common;
+    for (const QString &tag : edit.tags->before)
+        common.insert(karvexTagKey(tag));
+    QStringList result;
+    for (const QString &tag : tags) {
+        if (!common.contains(karvexTagKey(tag)))
+            result.append(tag);
+    }
+    result = Karvex::removeDuplicateTags(result + edit.tags->after);
+    return result == tags ? std::nullopt : std::optional(std::move(result));
 }
 
-static Failure changeRating(double rating, KPFileChange *change)
+static Failure changeTags(const KPFileEdit &edit, KPFileChange *done,
+                          const KPFileEditing::Intend &intend)
 {
-    const QString &path = change->path;
+    std::optional<KPFileChange::Tags> change;
+    auto error = KPDocEdits::changeUserTags(
+        [&](const QStringList &now) -> std::optional<QStringList> {
+            change.reset();
+            auto after = edited(edit, now);
+            if (!after)
+                return {};
+            change = {now, *after};
+            if (intend)
+                intend({done->path, change, {}});
+            return after;
+        },
+        done->path);
+    if (!error)
+        done->tags = change;
+    return error;
+}
+
+static Failure changeRating(double rating, KPFileChange *done, const KPFileEditing::Intend &intend)
+{
+    const QString &path = done->path;
     const auto before = Karvex::getRating(path);
     if (!before)
         return before.error();
     if (*before == rating)
         return {};
+    const KPFileChange::Rating change{*before, rating};
+    if (intend)
+        intend({path, {}, change});
     if (auto error = KPDocEdits::setRating(rating, path))
         return error;
-    change->rating = {*before, rating};
+    done->rating = change;
     return {};
 }
 
@@ -54,13 +85,14 @@ static KPFileOutcome named(KPFileOutcome outcome)
     return outcome;
 }
 
-KPFileOutcome KPFileEditing::apply(const KPFileEdit &edit, const QString &path)
+KPFileOutcome KPFileEditing::apply(const KPFileEdit &edit, const QString &path,
+                                   const Intend &intend)
 {
     KPFileOutcome outcome{{path, {}, {}}, {}};
     if (edit.rating)
-        outcome.error = changeRating(*edit.rating, &outcome.change);
-    if (edit.tags && !outcome.error)
-        outcome.error = changeTags(*edit.tags, &outcome.change);
+        outcome.error = changeRating(*edit.rating, &outcome.change, intend);
+    if (edit.changesTags() && !outcome.error)
+        outcome.error = changeTags(edit, &outcome.change, intend);
     return named(outcome);
 }
 
@@ -69,20 +101,24 @@ static XPError changedMeanwhile(const QString &path)
     return XPError::make(XPError::Kind::InvalidArgument, qtTrId("KPChangedMeanwhile"), path);
 }
 
-// The write takes the old tags away and adds the new ones under the file's lock: a tag that is
-// added by another program of ours between the look and the write survives.
+// Looks and writes under the file's lock: what another program of ours adds survives.
 static Failure repeatTags(const KPFileChange::Tags &tags, KPFileChange *done)
 {
-    const auto now = Karvex::getUserTags(done->path);
-    if (!now)
-        return now.error();
-    if (*now == tags.after)
-        return {};
-    if (*now != tags.before)
-        return changedMeanwhile(done->path);
-    if (auto error = KPDocEdits::setCommonUserTags(done->path, tags.before, tags.after))
+    bool isOurs = true;
+    bool writes = false;
+    auto error = KPDocEdits::changeUserTags(
+        [&](const QStringList &now) -> std::optional<QStringList> {
+            isOurs = now == tags.before || now == tags.after;
+            writes = now == tags.before && now != tags.after;
+            return writes ? std::optional(tags.after) : std::nullopt;
+        },
+        done->path);
+    if (error)
         return error;
-    done->tags = tags;
+    if (!isOurs)
+        return changedMeanwhile(done->path);
+    if (writes)
+        done->tags = tags;
     return {};
 }
 

@@ -1,8 +1,10 @@
 #pragma once
 
+#include "KPTagRename.h"
 #include "XPError.h"
 
 #include <QStringList>
+#include <functional>
 #include <optional>
 
 // Changing the tags and the rating of files, one at a time, so that it can be undone.
@@ -20,6 +22,9 @@ struct KPFileEdit
     QStringList paths;
     std::optional<Tags> tags;
     std::optional<double> rating;
+    std::optional<KPTagRename> rename = {}; // instead of `tags`
+
+    bool changesTags() const { return tags || rename; }
 };
 
 // What came of it on one file.
@@ -52,8 +57,12 @@ struct KPFileOutcome
 
 namespace KPFileEditing {
 
+// Told of each change just before the file is written, so that it can be taken back even if the
+// program ends in the middle of it. It may be told again, or of one that then fails.
+using Intend = std::function<void(const KPFileChange &change)>;
+
 // The tags that a file has besides the common ones survive, ahead of these.
-KPFileOutcome apply(const KPFileEdit &edit, const QString &path);
+KPFileOutcome apply(const KPFileEdit &edit, const QString &path, const Intend &intend = {});
 
 // Makes the change once more, or a reversed one for the first time: `before` becomes `after`, but
 // only where the file still has `before`, so that nothing that somebody else wrote since is lost

@@ -5,6 +5,7 @@
 
 #include <QStringList>
 #include <atomic>
+#include <functional>
 
 // Whether a refused write may ask the user for administrator rights. On by default; whoever must
 // not show dialogs (a background synchronisation) clears it and puts the old value back.
@@ -77,6 +78,10 @@ public:
                                               PropertyValue::Date date);
     static std::optional<XPError> addUserTags(const QStringList &tags, const QString &path);
     static std::optional<XPError> clearUserTags(const QStringList &tags, const QString &path);
+    // Replaces the tags by what `change` makes of them, under the file's lock, unless that answers
+    // nothing. The list is given as it will be stored. It runs again when rights were asked for.
+    using TagsChange = std::function<std::optional<QStringList>(const QStringList &current)>;
+    static std::optional<XPError> changeUserTags(const TagsChange &change, const QString &path);
     static XPResult<QStringList> getAppleTags(const QString &path);
     static std::optional<XPError> setAppleTags(const QStringList &tags, const QString &path);
 

@@ -72,6 +72,11 @@ static std::optional<XPError> changeTags(const QString &path, Change change)
     });
 }
 
+std::optional<XPError> Karvex::changeUserTags(const TagsChange &change, const QString &path)
+{
+    return changeTags(path, change);
+}
+
 std::optional<XPError> Karvex::addUserTags(const QStringList &tags, const QString &path)
 {
     return changeTags(path, [&](const QStringList &current) -> std::optional<QStringList> {

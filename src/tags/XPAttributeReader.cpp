@@ -2,6 +2,7 @@
 
 #include "Karvex.h"
 #include "XPMutex.h"
+#include "XPStrandedThreads.h"
 #include "XPVolumes.h"
 
 #include <QHash>
@@ -63,7 +64,10 @@ XPAttributeReader::~XPAttributeReader()
         if (ended)
             m_threads[i].join();
         else
-            m_threads[i].detach();
+            XPStrandedThreads::adopt(std::move(m_threads[i]), [stranded = m_lanes[i]] {
+                const XPLocker lock(stranded->mutex);
+                return stranded->ended;
+            });
     }
 }
 

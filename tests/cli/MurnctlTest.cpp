@@ -264,7 +264,7 @@ TEST_F(MurnctlFiles, CompletesCommandsOptionsAndRecentTags)
         EXPECT_EQ(shell.readAllStandardError(), "");
         return shell.readAllStandardOutput();
     };
-    EXPECT_EQ(complete("murnctl ta"), "tags\ntag\n");
+    EXPECT_EQ(complete("murnctl ta"), "tags\ntag\ntag-rename\ntag-delete\n");
     EXPECT_EQ(complete("murnctl find --not-ta"), "--not-tag\n");
     EXPECT_EQ(complete("murnctl index re"), "rebuild\nremove\n");
     EXPECT_EQ(complete("'" MURNCTL "' index remove /"), run({"index", "roots"}).out);

@@ -1,5 +1,6 @@
 #include "KPEditHistory.h"
 
+#include "KPEditJournal.h"
 #include "Karvex.h"
 #include "TestHome.h"
 #include "XPExtendedAttributes.h"
@@ -105,4 +106,57 @@ TEST_F(FileEdit, StopLeavesTheRestAndLaterEditsGoOn)
     EXPECT_EQ(Karvex::getRating(paths.first()).valueOr(-1), 3);
     m_history.edit({{paths.last()}, {}, 5.0});
     EXPECT_EQ(waitForReport().changed, 1);
+}
+
+TEST_F(FileEdit, RenamesOverManyFilesAndBackAsOneStep)
+{
+    const QString a = makeFile("a", {mine, work});
+    const QString b = makeFile("b", {QStringLiteral("Work"), home, QStringLiteral("work/old")});
+    const QString gone = m_folder.path(QStringLiteral("gone"));
+    KPFileEdit edit{{a, gone, b}, {}, {}, KPTagRename{work, home}};
+    m_history.edit(edit);
+    const KPEditReport report = waitForReport();
+    EXPECT_EQ(report.changed, 2);
+    ASSERT_EQ(report.failures.size(), 1);
+    EXPECT_EQ(report.failures.first().path, gone);
+    EXPECT_EQ(tagsOf(a), (QStringList{mine, home}));
+    EXPECT_EQ(tagsOf(b), (QStringList{home, QStringLiteral("home/old")}));
+    // Somebody else's change of one file is not taken back with ours.
+    ASSERT_FALSE(Karvex::addUserTags({mine}, b));
+    m_history.undo();
+    EXPECT_EQ(waitForReport().failures.size(), 1);
+    EXPECT_EQ(tagsOf(a), (QStringList{mine, work}));
+    EXPECT_EQ(tagsOf(b), (QStringList{home, QStringLiteral("home/old"), mine}));
+}
+
+TEST_F(FileEdit, CanBeUndoneAfterTheProgramWasKilled)
+{
+    for (const auto &earlier : KPEditJournal::saved())
+        KPEditJournal::remove(earlier.file);
+    const QString a = makeFile("a", {work});
+    const QString b = makeFile("b", {work});
+    const QString c = makeFile("c", {work});
+    // As a process leaves it that dies after it said what it will do to the third file.
+    {
+        const KPFileEdit edit{{a, b, c}, KPFileEdit::Tags{{work}, {home}}, {}, {}};
+        const auto journal = KPEditJournal::begin(QStringLiteral("edit"));
+        for (const QString &path : edit.paths) {
+            const auto intend = [&](const KPFileChange &change) { journal->append(change); };
+            if (path == c)
+                intend({c, KPFileChange::Tags{{work}, {home}}, {}});
+            else
+                (void)KPFileEditing::apply(edit, path, intend);
+        }
+    }
+    m_history.restore();
+    ASSERT_TRUE(m_history.canUndo());
+    m_history.undo();
+    const KPEditReport report = waitForReport();
+    EXPECT_EQ(report.changed, 2);
+    EXPECT_TRUE(report.failures.isEmpty());
+    for (const QString &path : {a, b, c})
+        EXPECT_EQ(tagsOf(path), QStringList{work});
+    KPEditHistory next(&m_worker);
+    next.restore();
+    EXPECT_FALSE(next.canUndo()) << "it is undone already";
 }

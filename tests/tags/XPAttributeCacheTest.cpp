@@ -31,7 +31,7 @@ class AttributeCache : public testing::Test
 protected:
     QString rated(const QString &name, double rating) const
     {
-        const QString path = m_folder.file(name);
+        QString path = m_folder.file(name);
         EXPECT_FALSE(Karvex::setRating(rating, path));
         return path;
     }
@@ -342,8 +342,10 @@ TEST_F(AttributeCache, IsReadFromManyThreadsWhileFilesChange)
         paths.append(rated(QString::number(i), 1 + i % 4));
     start();
     std::atomic<bool> stop = false;
+    constexpr int readerCount = 3;
     std::vector<std::thread> readers;
-    for (int reader = 0; reader < 3; ++reader) {
+    readers.reserve(readerCount);
+    for (int reader = 0; reader < readerCount; ++reader) {
         readers.emplace_back([&, reader] {
             for (qsizetype i = reader; !stop; i = (i + 7) % paths.size()) {
                 (void)m_cache->attributeAtPath(pooled(paths[i]));

@@ -1,0 +1,127 @@
+#include "KPWaitingTagChanges.h"
+
+#include "KarvexFileLock.h"
+#include "XPAtomicFile.h"
+#include "XPFileInfo.h"
+#include "XPFolders.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+using KPWaitingTagChanges::Change;
+
+static const QString fromKey = QStringLiteral("from");
+static const QString toKey = QStringLiteral("to");
+static const QString branchKey = QStringLiteral("withBranch");
+static const QString timeKey = QStringLiteral("asked");
+static const QString pathsKey = QStringLiteral("files");
+
+QString KPWaitingTagChanges::path()
+{
+    return XPFolders::ourApplicationSupport() + QStringLiteral("/waiting_tag_changes.json");
+}
+
+static XPError notUnderstood()
+{
+    return XPError::malformed(QStringLiteral("not a list of waiting changes of tags"));
+}
+
+XPResult<QList<Change>> KPWaitingTagChanges::read()
+{
+    QList<Change> changes;
+    const auto bytes = XPAtomicFile::read(path());
+    if (!bytes && bytes.error().kind == XPError::Kind::NotFound)
+        return changes;
+    if (!bytes)
+        return bytes.error();
+    const QJsonDocument document = QJsonDocument::fromJson(*bytes);
+    if (!document.isArray())
+        return notUnderstood();
+    for (const QJsonValue &value : document.array()) {
+        const QJsonObject object = value.toObject();
+        Change change;
+        change.rename = {object.value(fromKey).toString(), object.value(toKey).toString(),
+                         object.value(branchKey).toBool(true)};
+        change.time = QDateTime::fromString(object.value(timeKey).toString(), Qt::ISODate);
+        for (const QJsonValue &file : object.value(pathsKey).toArray())
+            change.paths.append(file.toString());
+        if (change.rename.from.isEmpty() || change.paths.contains(QString()))
+            return notUnderstood();
+        changes.append(change);
+    }
+    return changes;
+}
+
+static std::optional<XPError> write(const QList<Change> &changes)
+{
+    QJsonArray array;
+    for (const Change &change : changes)
+        array.append(QJsonObject{{fromKey, change.rename.from},
+                                 {toKey, change.rename.to},
+                                 {branchKey, change.rename.withBranch},
+                                 {timeKey, change.time.toString(Qt::ISODate)},
+                                 {pathsKey, QJsonArray::fromStringList(change.paths)}});
+    return XPAtomicFile::write(KPWaitingTagChanges::path(), QJsonDocument(array).toJson());
+}
+
+std::optional<XPError> KPWaitingTagChanges::add(const KPTagRename &rename, const QStringList &paths)
+{
+    if (paths.isEmpty())
+        return {};
+    if (auto error = XPFolders::create(XPFolders::ourApplicationSupport()))
+        return error;
+    const KarvexFileLock lock = KarvexFileLock::named(path());
+    auto changes = read();
+    if (!changes) {
+        if (changes.error().kind != XPError::Kind::Malformed)
+            return changes.error();
+        if (const auto aside = XPAtomicFile::setAside(path()); !aside)
+            return aside.error();
+        changes = QList<Change>();
+    }
+    return write(*changes + QList<Change>{{rename, QDateTime::currentDateTimeUtc(), paths}});
+}
+
+// A file that is there is changed by the first change that waits for it, then by the next.
+XPResult<QList<Change>> KPWaitingTagChanges::takeReady()
+{
+    const auto waiting = read();
+    if (!waiting || waiting->isEmpty())
+        return waiting;
+    // Looked at before the lock is taken: a volume may take its time.
+    QSet<QString> there;
+    for (const Change &change : *waiting) {
+        for (const QString &file : change.paths) {
+            if (XPFileInfo::read(file))
+                there.insert(file);
+        }
+    }
+    if (there.isEmpty())
+        return QList<Change>();
+    const KarvexFileLock lock = KarvexFileLock::named(path());
+    const auto changes = read();
+    if (!changes)
+        return changes;
+    QList<Change> ready;
+    QList<Change> left;
+    for (const Change &change : *changes) {
+        Change now{change.rename, change.time, {}};
+        Change later = now;
+        for (const QString &file : change.paths)
+            (there.contains(file) ? now : later).paths.append(file);
+        if (!now.paths.isEmpty())
+            ready.append(now);
+        if (!later.paths.isEmpty())
+            left.append(later);
+    }
+    if (auto error = write(left))
+        return *error;
+    return ready;
+}
+
+std::optional<XPError> KPWaitingTagChanges::drop()
+{
+    const KarvexFileLock lock = KarvexFileLock::named(path());
+    return write({});
+}
