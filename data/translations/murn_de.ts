@@ -26,6 +26,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPAccessibleTags">
         <translation>Schlagwörter %1</translation>
     </message>
+    <message id="KPAddTag">
+        <translation>Tag hinzufügen</translation>
+    </message>
     <message id="KPAllDocumentsItemsSourceListItem">
         <translation>Alle Dokumente</translation>
     </message>
@@ -755,6 +758,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPNoScannerAvailable">
         <translation>Kein Scanner verfügbar</translation>
     </message>
+    <message id="KPNoScannerInstructions">
+        <translation>Es wurde kein Scanner gefunden. Schalten Sie einen ein und suchen Sie mit „Seite scannen“ noch einmal. Auch Bilder und PDF-Dateien, die hier abgelegt werden, werden Seiten.</translation>
+    </message>
     <message id="KPNoStars">
         <translation>Keine Bewertung</translation>
     </message>
@@ -808,6 +814,12 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPOptionVersion">
         <translation>Zeigt die Version.</translation>
+    </message>
+    <message id="KPPageCount">
+        <translation>Seite %1 von %2</translation>
+    </message>
+    <message id="KPPageCountNone">
+        <translation>Keine Seiten</translation>
     </message>
     <message id="KPPlacesAllFiles">
         <translation>Alles in %1</translation>
@@ -947,17 +959,86 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPReveal">
         <translation>In der Datei&amp;verwaltung zeigen</translation>
     </message>
+    <message id="KPSaveScanAlternate">
+        <translation>Verwerfen</translation>
+    </message>
+    <message id="KPSaveScanComments">
+        <translation>Ohne Sichern gehen seine Seiten verloren.</translation>
+    </message>
+    <message id="KPSaveScanOK">
+        <translation>Sichern</translation>
+    </message>
+    <message id="KPSaveScanTitle">
+        <translation>Das gescannte Dokument sichern?</translation>
+    </message>
+    <message id="KPScanApply">
+        <translation>Anwenden</translation>
+    </message>
+    <message id="KPScanBlackAndWhite">
+        <translation>Schwarzweiß</translation>
+    </message>
+    <message id="KPScanBlankPage">
+        <translation>%1 (leer)</translation>
+    </message>
     <message id="KPScanChangePage">
         <translation>Ändern einer Seite</translation>
+    </message>
+    <message id="KPScanCleanUp">
+        <translation>Zuschneiden und ausrichten</translation>
+    </message>
+    <message id="KPScanColour">
+        <translation>Farbe</translation>
+    </message>
+    <message id="KPScanColours">
+        <translation>Farben</translation>
+    </message>
+    <message id="KPScanDelete">
+        <translation>Seite löschen</translation>
     </message>
     <message id="KPScanDeletePage">
         <translation>Löschen einer Seite</translation>
     </message>
+    <message id="KPScanDone">
+        <translation>Fertig</translation>
+    </message>
+    <message id="KPScanDotsPerInch">
+        <translation>%1 dpi</translation>
+    </message>
+    <message id="KPScanDrawLine">
+        <translation>Ziehen Sie eine Linie an etwas entlang, das waagerecht sein soll.</translation>
+    </message>
+    <message id="KPScanDuplex">
+        <translation>Beide Seiten des Papiers</translation>
+    </message>
+    <message id="KPScanFeederEmpty">
+        <translation>Der Einzug ist leer.</translation>
+    </message>
+    <message id="KPScanGrey">
+        <translation>Graustufen</translation>
+    </message>
     <message id="KPScanInUse">
         <translation>Ein anderes Fenster oder Programm scannt gerade.</translation>
     </message>
+    <message id="KPScanInstructions">
+        <translation>Mit „Seite scannen“ beginnt ein neues Dokument</translation>
+    </message>
+    <message id="KPScanInstructionsDropZone">
+        <translation>Auch Bilder und PDF-Dateien, die hier abgelegt werden, werden Seiten</translation>
+    </message>
     <message id="KPScanInterleave">
         <translation>Sortieren der Vorder- und Rückseiten</translation>
+    </message>
+    <message id="KPScanInterleaveAction">
+        <translation>Vorder-, dann Rückseiten</translation>
+    </message>
+    <message id="KPScanLeaveOutBlank">
+        <translation>Leere Seiten weglassen</translation>
+    </message>
+    <message id="KPScanLeaveTool">
+        <translation>Lassen, wie es war</translation>
+    </message>
+    <message id="KPScanLooking">
+        <translation>Suche nach Scannern…</translation>
     </message>
     <message id="KPScanMovePage">
         <translation>Verschieben einer Seite</translation>
@@ -968,11 +1049,65 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPScanNotWritten">
         <translation>Das Dokument konnte nicht geschrieben werden.</translation>
     </message>
+    <message id="KPScanPage">
+        <translation>Seite scannen</translation>
+    </message>
+    <message id="KPScanPageName">
+        <translation>Seite %1</translation>
+    </message>
     <message id="KPScanPageNotMade">
         <translation>Eine Seite konnte nicht erzeugt werden.</translation>
     </message>
+    <message id="KPScanPages">
+        <translation>Seiten</translation>
+    </message>
+    <message id="KPScanPaper">
+        <translation>Papier</translation>
+    </message>
+    <message id="KPScanPdfFiles">
+        <translation>PDF-Dokumente</translation>
+    </message>
     <message id="KPScanPlaceholderName">
         <translation>Scan DATE_HERE</translation>
+    </message>
+    <message id="KPScanProgress">
+        <translation>Fortschritt</translation>
+    </message>
+    <message id="KPScanRating">
+        <translation>Bewertung</translation>
+    </message>
+    <message id="KPScanReadingFiles">
+        <translation>Dateien werden gelesen…</translation>
+    </message>
+    <message id="KPScanRecogniseText">
+        <translation>Text erkennen</translation>
+    </message>
+    <message id="KPScanRedo">
+        <translation>Wiederholen</translation>
+    </message>
+    <message id="KPScanResolution">
+        <translation>Auflösung</translation>
+    </message>
+    <message id="KPScanScanner">
+        <translation>Scanner</translation>
+    </message>
+    <message id="KPScanSettings">
+        <translation>Einstellungen für den Scan</translation>
+    </message>
+    <message id="KPScanStop">
+        <translation>Scan anhalten</translation>
+    </message>
+    <message id="KPScanTags">
+        <translation>Tags des Dokuments</translation>
+    </message>
+    <message id="KPScanTools">
+        <translation>Werkzeuge</translation>
+    </message>
+    <message id="KPScanUndo">
+        <translation>Rückgängig</translation>
+    </message>
+    <message id="KPScanWindowTitle">
+        <translation>Scannen</translation>
     </message>
     <message id="KPScannerDied">
         <translation>Der Treiber des Scanners wurde unerwartet beendet.</translation>
@@ -1159,6 +1294,30 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPToolBar">
         <translation>Werkzeugleiste</translation>
+    </message>
+    <message id="KPToolbarContrastLabel">
+        <translation>Kontrast</translation>
+    </message>
+    <message id="KPToolbarContrastTooltip">
+        <translation>Macht Schrift dunkler und Papier heller</translation>
+    </message>
+    <message id="KPToolbarCropLabel">
+        <translation>Zuschneiden</translation>
+    </message>
+    <message id="KPToolbarCropTooltip">
+        <translation>Behält einen Teil der Seite</translation>
+    </message>
+    <message id="KPToolbarRotateLabel">
+        <translation>Drehen</translation>
+    </message>
+    <message id="KPToolbarRotateTooltip">
+        <translation>Dreht die Seite im Uhrzeigersinn; mit Alt andersherum</translation>
+    </message>
+    <message id="KPToolbarStraightenLabel">
+        <translation>Ausrichten</translation>
+    </message>
+    <message id="KPToolbarStraightenTooltip">
+        <translation>Dreht die Seite, bis eine Linie waagerecht liegt</translation>
     </message>
     <message id="KPTypicalTags">
         <translation>Rechnung,Quittung,Vertrag,Brief,Steuer,Versicherung,Bank,Kontoauszug,Gehalt,Lohn,Miete,Gesundheit,Auto,Reise,Fahrkarte,Buchung,Schule,Zeugnis,Anleitung,Garantie,Bericht,Protokoll,Haushalt,Angebot,Bestellung,Lieferschein,Foto,Rezept,Bewerbung,Recht,Rente</translation>

@@ -28,6 +28,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPAccessibleTags">
         <translation>tags %1</translation>
     </message>
+    <message id="KPAddTag">
+        <translation>Add a tag</translation>
+    </message>
     <message id="KPAllDocumentsItemsSourceListItem">
         <translation>All Documents</translation>
     </message>
@@ -757,6 +760,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPNoScannerAvailable">
         <translation>No Scanner Available</translation>
     </message>
+    <message id="KPNoScannerInstructions">
+        <translation>No scanner was found. Switch one on and press ‘Scan Page’ to look again. Pictures and PDF files dropped here become pages, too.</translation>
+    </message>
     <message id="KPNoStars">
         <translation>No Rating</translation>
     </message>
@@ -810,6 +816,12 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPOptionVersion">
         <translation>Shows the version.</translation>
+    </message>
+    <message id="KPPageCount">
+        <translation>Page %1 of %2</translation>
+    </message>
+    <message id="KPPageCountNone">
+        <translation>No pages</translation>
     </message>
     <message id="KPPlacesAllFiles">
         <translation>All in %1</translation>
@@ -949,17 +961,86 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPReveal">
         <translation>Show in File &amp;Manager</translation>
     </message>
+    <message id="KPSaveScanAlternate">
+        <translation>Discard</translation>
+    </message>
+    <message id="KPSaveScanComments">
+        <translation>Its pages are lost if it is not saved.</translation>
+    </message>
+    <message id="KPSaveScanOK">
+        <translation>Save</translation>
+    </message>
+    <message id="KPSaveScanTitle">
+        <translation>Save the scanned document?</translation>
+    </message>
+    <message id="KPScanApply">
+        <translation>Apply</translation>
+    </message>
+    <message id="KPScanBlackAndWhite">
+        <translation>Black and White</translation>
+    </message>
+    <message id="KPScanBlankPage">
+        <translation>%1 (empty)</translation>
+    </message>
     <message id="KPScanChangePage">
         <translation>Changing a Page</translation>
+    </message>
+    <message id="KPScanCleanUp">
+        <translation>Crop and straighten</translation>
+    </message>
+    <message id="KPScanColour">
+        <translation>Colour</translation>
+    </message>
+    <message id="KPScanColours">
+        <translation>Colours</translation>
+    </message>
+    <message id="KPScanDelete">
+        <translation>Delete Page</translation>
     </message>
     <message id="KPScanDeletePage">
         <translation>Deleting a Page</translation>
     </message>
+    <message id="KPScanDone">
+        <translation>Done</translation>
+    </message>
+    <message id="KPScanDotsPerInch">
+        <translation>%1 dpi</translation>
+    </message>
+    <message id="KPScanDrawLine">
+        <translation>Draw a line along something that should be level.</translation>
+    </message>
+    <message id="KPScanDuplex">
+        <translation>Both sides of the paper</translation>
+    </message>
+    <message id="KPScanFeederEmpty">
+        <translation>The feeder is empty.</translation>
+    </message>
+    <message id="KPScanGrey">
+        <translation>Grey</translation>
+    </message>
     <message id="KPScanInUse">
         <translation>Another window or program is scanning.</translation>
     </message>
+    <message id="KPScanInstructions">
+        <translation>Press the ‘Scan Page’ button to start a new document</translation>
+    </message>
+    <message id="KPScanInstructionsDropZone">
+        <translation>Pictures and PDF files dropped here become pages, too</translation>
+    </message>
     <message id="KPScanInterleave">
         <translation>Sorting Front and Back Sides</translation>
+    </message>
+    <message id="KPScanInterleaveAction">
+        <translation>Fronts, Then Backs</translation>
+    </message>
+    <message id="KPScanLeaveOutBlank">
+        <translation>Leave out empty pages</translation>
+    </message>
+    <message id="KPScanLeaveTool">
+        <translation>Leave as It Was</translation>
+    </message>
+    <message id="KPScanLooking">
+        <translation>Looking for scanners…</translation>
     </message>
     <message id="KPScanMovePage">
         <translation>Moving a Page</translation>
@@ -970,11 +1051,65 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPScanNotWritten">
         <translation>The document could not be written.</translation>
     </message>
+    <message id="KPScanPage">
+        <translation>Scan Page</translation>
+    </message>
+    <message id="KPScanPageName">
+        <translation>Page %1</translation>
+    </message>
     <message id="KPScanPageNotMade">
         <translation>A page could not be made.</translation>
     </message>
+    <message id="KPScanPages">
+        <translation>Pages</translation>
+    </message>
+    <message id="KPScanPaper">
+        <translation>Paper</translation>
+    </message>
+    <message id="KPScanPdfFiles">
+        <translation>PDF documents</translation>
+    </message>
     <message id="KPScanPlaceholderName">
         <translation>Scan DATE_HERE</translation>
+    </message>
+    <message id="KPScanProgress">
+        <translation>Progress</translation>
+    </message>
+    <message id="KPScanRating">
+        <translation>Rating</translation>
+    </message>
+    <message id="KPScanReadingFiles">
+        <translation>Reading files…</translation>
+    </message>
+    <message id="KPScanRecogniseText">
+        <translation>Recognise text</translation>
+    </message>
+    <message id="KPScanRedo">
+        <translation>Redo</translation>
+    </message>
+    <message id="KPScanResolution">
+        <translation>Resolution</translation>
+    </message>
+    <message id="KPScanScanner">
+        <translation>Scanner</translation>
+    </message>
+    <message id="KPScanSettings">
+        <translation>Settings of the Scan</translation>
+    </message>
+    <message id="KPScanStop">
+        <translation>Stop Scan</translation>
+    </message>
+    <message id="KPScanTags">
+        <translation>Tags of the Document</translation>
+    </message>
+    <message id="KPScanTools">
+        <translation>Tools</translation>
+    </message>
+    <message id="KPScanUndo">
+        <translation>Undo</translation>
+    </message>
+    <message id="KPScanWindowTitle">
+        <translation>Scan</translation>
     </message>
     <message id="KPScannerDied">
         <translation>The scanner’s driver ended unexpectedly.</translation>
@@ -1161,6 +1296,30 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPToolBar">
         <translation>Toolbar</translation>
+    </message>
+    <message id="KPToolbarContrastLabel">
+        <translation>Contrast</translation>
+    </message>
+    <message id="KPToolbarContrastTooltip">
+        <translation>Makes ink darker and paper lighter</translation>
+    </message>
+    <message id="KPToolbarCropLabel">
+        <translation>Crop</translation>
+    </message>
+    <message id="KPToolbarCropTooltip">
+        <translation>Keeps a part of the page</translation>
+    </message>
+    <message id="KPToolbarRotateLabel">
+        <translation>Rotate</translation>
+    </message>
+    <message id="KPToolbarRotateTooltip">
+        <translation>Turns the page clockwise; with Alt the other way</translation>
+    </message>
+    <message id="KPToolbarStraightenLabel">
+        <translation>Straighten</translation>
+    </message>
+    <message id="KPToolbarStraightenTooltip">
+        <translation>Turns the page until a line is level</translation>
     </message>
     <message id="KPTypicalTags">
         <translation>invoice,receipt,contract,letter,tax,insurance,bank,statement,salary,payslip,rent,health,car,travel,ticket,booking,school,certificate,manual,warranty,report,minutes,budget,quote,order,delivery,photo,recipe,application,legal,pension</translation>

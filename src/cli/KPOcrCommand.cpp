@@ -1,7 +1,7 @@
 // murnctl ocr: lays recognised text over the pages of PDF documents.
 #include "KPCommandOutput.h"
 #include "KPInterrupt.h"
-#include "KPPagePicture.h"
+#include "ImportPagePicture.h"
 #include "KPProgressLine.h"
 #include "XPFiledDocuments.h"
 #include "XPPath.h"
@@ -26,7 +26,7 @@ static int run(const KPCommandLine &line, KPCommandOutput &output)
         const auto done = XPTextLayer::recognise(
             path,
             [&](int page) {
-                return kpPagePicture(path, page + 1, pixelsOfAPage).valueOr(QImage());
+                return importPagePicture(path, page + 1, pixelsOfAPage).valueOr(QImage());
             },
             options,
             [&](int page, int pages) {

@@ -1,7 +1,7 @@
 // murnctl thumbnail: a picture of a page, drawn by the importer in its cage.
 #include "ImportFrame.h"
 #include "KPCommandOutput.h"
-#include "KPPagePicture.h"
+#include "ImportPagePicture.h"
 #include "XPAtomicFile.h"
 #include "XPPath.h"
 
@@ -12,7 +12,7 @@ static const QString usualPixels = QStringLiteral("512");
 // The picture as PNG, or why there is none.
 static XPResult<QByteArray> pictureOf(const QString &path, int page, int pixels)
 {
-    const auto image = kpPagePicture(path, page, pixels);
+    const auto image = importPagePicture(path, page, pixels);
     if (!image)
         return image.error();
     QByteArray png;

@@ -169,20 +169,8 @@ std::optional<XPError> XPScannedPages::addPageImagePath(const QString &path)
 {
     if (!m_lock)
         return m_error;
-    if (XPPath::folder(path) != m_folder) {
-        const auto bytes = XPAtomicFile::read(path, qint64{1} << 30);
-        if (!bytes)
-            return bytes.error();
-        QBuffer buffer;
-        buffer.setData(*bytes);
-        QImageReader reader(&buffer);
-        reader.setAutoTransform(true);
-        reader.setAllocationLimit(1024);
-        const QImage image = reader.read();
-        if (image.isNull())
-            return XPError::malformed(reader.errorString());
-        return addPageImage(image);
-    }
+    if (XPPath::folder(path) != m_folder)
+        return XPError::make(XPError::Kind::InvalidArgument, qtTrId("KPNotAPicture"), path);
     QList<Page> pages = m_pages;
     pages.append({path, {}, false});
     // Taking a page back is deleting it: what came from the paper is not undone by accident.

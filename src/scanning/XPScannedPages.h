@@ -41,7 +41,8 @@ public:
     void setCurrentPageNumber(int number);
     QString currentPagePath() const;
 
-    // The last page becomes the current one. A picture from elsewhere is copied into the folder.
+    // A picture in the folder, or one that is written into it. The last page becomes the current
+    // one.
     std::optional<XPError> addPageImagePath(const QString &path);
     std::optional<XPError> addPageImage(const QImage &image);
     void deletePage(int index);

@@ -46,6 +46,8 @@ void XPScannerProcess::ask(const QJsonObject &request, std::chrono::milliseconds
 {
     if (!isRunning())
         start();
+    if (!isRunning())
+        return; // lost() said so
     m_isWaiting = true;
     m_patience = patience;
     m_silence.start(patience);

@@ -6,4 +6,4 @@
 
 // A page of a document, from 1, drawn by the importer in its cage so that the longer side has this
 // many pixels. Fails with the reason in words. Threads: one at a time; waits.
-XPResult<QImage> kpPagePicture(const QString &path, int page, int pixels);
+XPResult<QImage> importPagePicture(const QString &path, int page, int pixels);

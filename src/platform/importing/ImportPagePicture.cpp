@@ -1,4 +1,4 @@
-#include "KPPagePicture.h"
+#include "ImportPagePicture.h"
 
 #include "ImportDocument.h"
 #include "ImportWorker.h"
@@ -12,7 +12,7 @@ static XPError failure(const QString &words, const QString &path)
     return XPError::make(XPError::Kind::Malformed, words, path);
 }
 
-XPResult<QImage> kpPagePicture(const QString &path, int page, int pixels)
+XPResult<QImage> importPagePicture(const QString &path, int page, int pixels)
 {
     const auto info = XPFileInfo::read(path);
     if (!info)

@@ -1,0 +1,136 @@
+#pragma once
+
+#include "XPImageCaptureCoreDevice.h"
+#include "XPNotificationCenter.h"
+#include "XPScanImageView.h"
+#include "XPScannedPages.h"
+
+#include <QMainWindow>
+#include <functional>
+#include <memory>
+
+class QCheckBox;
+class QComboBox;
+class QLabel;
+class QListWidget;
+class QProgressBar;
+class QPushButton;
+class QSlider;
+class QSpinBox;
+class XPPageLoader;
+class XPStarsEditor;
+class XPTagsEditor;
+
+// The scan window: pages from the scanner and from files, corrected, tagged, and filed as one PDF.
+//
+// It is made when it is first asked for and shows the pages of an interrupted scan, if there are
+// any. Threads: main; pictures are read and documents made on threads of its own.
+class XPScanController : public QMainWindow, private XPImageCaptureCoreDevice::ScanController
+{
+    Q_OBJECT
+
+public:
+    // What the program does for it.
+    struct Hooks
+    {
+        // A document was filed: today's documents are to be shown.
+        std::function<void(const QString &path)> filed;
+        std::function<QStringList()> knownTags;
+        // The scanner's process; empty: ours, where it is installed.
+        QByteArray scannerProgram = {};
+    };
+
+    explicit XPScanController(Hooks hooks);
+    ~XPScanController() override;
+
+    bool hasPages() const { return m_pages.numberOfPages() > 0; }
+    // Asks what becomes of pages that are not filed; `answer` once, with whether quitting goes on.
+    void askToQuit(std::function<void(bool)> answer);
+
+    void scanNewPageAction();
+    void nextPageAction();
+    void previousPageAction();
+    void deletePageAction();
+    void rotateAction(); // clockwise; with Alt the other way
+    void doneAction();
+    void cancelAction();
+    void forceCancelAction();
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void keyReleaseEvent(QKeyEvent *event) override;
+
+private:
+    enum class Tool { None, Crop, Straighten, Contrast };
+
+    void buildToolbar();
+    QWidget *buildSettings();
+    QWidget *buildButtons();
+    void connectParts();
+
+    void addPageImagePath(const QString &path) override;
+    void scanProgress(int percent) override;
+    void scannerFailed(const QString &title, const QString &text, bool isEmpty) override;
+    void scanningComplete();
+    void showScanners();
+    void showPapers();
+
+    void addFiles(const QStringList &paths);
+    void showPage();
+    void showStrip();
+    void updateButtons();
+    void setTool(Tool tool);
+    void applyTool();
+    void cleanUpPage(int index);
+    XPPageEdit currentEdit() const;
+    void setCurrentEdit(const XPPageEdit &edit);
+    void leaveAllModes();
+    void readTags();
+    void tagsEdited();
+    void finish(const QString &toPath);
+    void finished(const XPResult<QString> &path);
+    void closeForGood(bool proceeds);
+
+    const Hooks m_hooks;
+    XPScannedPages m_pages;
+    XPImageCaptureCoreDevice m_device{this, m_hooks.scannerProgram};
+    std::unique_ptr<XPPageLoader> m_loader;
+    std::vector<XPObservation> m_observations;
+    std::function<void(bool)> m_pendingQuit;
+    Tool m_tool = Tool::None;
+    XPPageEdit m_edit; // of the current page, while a tool is at work
+    QString m_shownPath;
+    QImage m_shown; // the current page as it came, of the size of a screen
+    bool m_isLoading = false;
+    bool m_isFiling = false;
+    bool m_goesOn = false; // the feeder may hold more
+
+    XPScanImageView *m_view;
+    QListWidget *m_strip;
+    QComboBox *m_scannerPopup;
+    QComboBox *m_paperPopup;
+    QComboBox *m_mode;
+    QComboBox *m_resolution;
+    QCheckBox *m_duplex;
+    QCheckBox *m_cleanUp;
+    QCheckBox *m_skipBlank;
+    QCheckBox *m_text;
+    XPTagsEditor *m_tags;
+    XPStarsEditor *m_stars;
+    QLabel *m_counter;
+    QLabel *m_note;
+    QProgressBar *m_progress;
+    QSlider *m_contrast;
+    QPushButton *m_scan;
+    QPushButton *m_stop;
+    QPushButton *m_done;
+    QPushButton *m_apply;
+    QPushButton *m_leave;
+    QAction *m_rotate = nullptr;
+    QAction *m_crop = nullptr;
+    QAction *m_straighten = nullptr;
+    QAction *m_contrastTool = nullptr;
+    QAction *m_delete = nullptr;
+    QAction *m_interleave = nullptr;
+};

@@ -1,0 +1,197 @@
+#include "XPScanController.h"
+
+#include "Karvex.h"
+#include "TestHome.h"
+#include "UserDefaults.h"
+#include "XPFiledDocuments.h"
+#include "XPFolders.h"
+#include "XPPrompts.h"
+#include "XPTagsEditor.h"
+#include "XPTranslations.h"
+
+#include <QAction>
+#include <QComboBox>
+#include <QDir>
+#include <QFile>
+#include <QListWidget>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+#include <gtest/gtest.h>
+
+namespace {
+
+// Answers every question with the button of that number.
+class Prompts : public XPPrompts
+{
+public:
+    explicit Prompts(int button) : m_button(button) {}
+    void ask(const Question &question, std::function<void(int)> answer) override
+    {
+        asked = question.title;
+        answer(m_button);
+    }
+    void alert(const QString &title, const QString &text) override { alerts.append(title + text); }
+
+    static inline QString asked;
+    static inline QStringList alerts;
+
+private:
+    const int m_button;
+};
+
+struct Scene
+{
+    Scene()
+    {
+        static const bool hasTexts = [] {
+            XPTranslations::install(QLocale(QLocale::English));
+            return true;
+        }();
+        EXPECT_TRUE(hasTexts);
+        (void)scanner.file(QStringLiteral("dll.conf"), "test\n");
+        qputenv("SANE_CONFIG_DIR", QFile::encodeName(scanner.path()));
+        UserDefaults::standard().setValue(QStringLiteral("KPSelectedPaper"),
+                                          PropertyValue::integer(53));
+        QDir().mkpath(XPFolders::documents() + QStringLiteral("/Filed Documents"));
+        XPFiledDocuments::rebuildFiledDocsPath();
+        open();
+    }
+    ~Scene()
+    {
+        controller.reset();
+        XPPrompts::install(nullptr);
+        QDir(XPScannedPages::folderStoragePath()).removeRecursively();
+    }
+    Scene(const Scene &) = delete;
+    Scene &operator=(const Scene &) = delete;
+
+    void open()
+    {
+        controller = std::make_unique<XPScanController>(
+            XPScanController::Hooks{[this](const QString &path) { filed.append(path); },
+                                    [] { return QStringList(); }, MURN_SCANNER});
+        controller->show();
+    }
+    QPushButton *button(const char *text) const
+    {
+        for (auto *each : controller->findChildren<QPushButton *>()) {
+            if (each->text() == qtTrId(text))
+                return each;
+        }
+        return nullptr;
+    }
+    QAction *tool(const char *name) const
+    {
+        return controller->findChild<QAction *>(QLatin1String(name));
+    }
+    int pages() const { return controller->findChild<QListWidget *>()->count(); }
+    bool hasScanner() const
+    {
+        const auto *popup = controller->findChild<QComboBox *>();
+        return QTest::qWaitFor([&] { return popup->isEnabled(); }, 20'000);
+    }
+    bool scan() const
+    {
+        const int wanted = pages() + 1;
+        QTest::mouseClick(button("KPScanPage"), Qt::LeftButton);
+        return QTest::qWaitFor(
+            [&] { return pages() == wanted && button("KPScanPage")->isEnabled(); }, 20'000);
+    }
+
+    TestFolder scanner;
+    QStringList filed;
+    std::unique_ptr<XPScanController> controller;
+};
+
+} // namespace
+
+TEST(ScanController, PaperBecomesATaggedDocument)
+{
+    Scene scene;
+    ASSERT_TRUE(scene.hasScanner());
+    ASSERT_TRUE(scene.scan());
+    ASSERT_TRUE(scene.scan());
+    scene.controller->findChild<XPTagsEditor *>()->addTag(QStringLiteral("paper"));
+    QTest::keyClick(scene.controller.get(), Qt::Key_R, Qt::ControlModifier);
+    // The program ends without a word: all of it is there again.
+    scene.controller.reset();
+    scene.open();
+    ASSERT_EQ(scene.pages(), 2);
+    auto *tags = scene.controller->findChild<XPTagsEditor *>();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return tags->tags().size() == 1; }));
+    scene.controller->findChild<XPTagsEditor *>()->addTag(QStringLiteral("bill"));
+    QTest::mouseClick(scene.button("KPScanDone"), Qt::LeftButton);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !scene.filed.isEmpty(); }, 20'000));
+    const QString path = scene.filed.first();
+    EXPECT_TRUE(XPFiledDocuments::pathIsInFiledDocuments(path));
+    EXPECT_TRUE(XPFiledDocuments::isManaged(path));
+    EXPECT_EQ(Karvex::getUserTags(path).valueOr({}),
+              (QStringList{QStringLiteral("paper"), QStringLiteral("bill")}));
+    EXPECT_FALSE(scene.controller->isVisible());
+    EXPECT_EQ(QDir(XPScannedPages::folderStoragePath())
+                  .entryList({QStringLiteral("*.tiff"), QStringLiteral("*.pdf")})
+                  .size(),
+              0);
+}
+
+TEST(ScanController, QuittingWithPagesAsks)
+{
+    Scene scene;
+    std::optional<bool> proceeds;
+    const auto quit = [&] { scene.controller->askToQuit([&](bool answer) { proceeds = answer; }); };
+    quit();
+    EXPECT_EQ(proceeds, true); // nothing to lose
+    scene.controller->show();
+    ASSERT_TRUE(scene.hasScanner());
+    ASSERT_TRUE(scene.scan());
+
+    XPPrompts::install(std::make_unique<Prompts>(2));
+    quit();
+    EXPECT_EQ(proceeds, false);
+    EXPECT_EQ(Prompts::asked, qtTrId("KPSaveScanTitle"));
+    EXPECT_EQ(scene.pages(), 1);
+    scene.controller->close();
+    EXPECT_TRUE(scene.controller->isVisible());
+
+    XPPrompts::install(std::make_unique<Prompts>(1));
+    quit();
+    EXPECT_EQ(proceeds, true);
+    EXPECT_EQ(scene.pages(), 0);
+    EXPECT_FALSE(scene.controller->isVisible());
+}
+
+TEST(ScanController, ToolsChangeThePageAndAreTakenBack)
+{
+    Scene scene;
+    ASSERT_TRUE(scene.hasScanner());
+    ASSERT_TRUE(scene.scan());
+    auto *view = scene.controller->findChild<XPScanImageView *>();
+    scene.tool("ZLCrop")->trigger();
+    EXPECT_EQ(view->mode(), XPScanImageView::Mode::Crop);
+    QTest::keyClick(view, Qt::Key_Left, Qt::ShiftModifier); // the corner, by one part in a hundred
+    EXPECT_NEAR(view->cropRect().width(), 0.99, 1e-9);
+    QTest::keyClick(view, Qt::Key_Escape);
+    EXPECT_EQ(view->mode(), XPScanImageView::Mode::Show);
+    EXPECT_TRUE(scene.controller->isVisible());
+    scene.tool("ZLStraighten")->trigger();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return view->accessibleName() == u"Page 1"; }));
+    // A line that falls by 45 parts in 1000.
+    QSignalSpy lines(view, &XPScanImageView::lineDrawn);
+    const QPoint from(100, 200);
+    QTest::mousePress(view, Qt::LeftButton, {}, from);
+    QTest::mouseMove(view, from + QPoint(200, 9));
+    QTest::mouseRelease(view, Qt::LeftButton, {}, from + QPoint(200, 9));
+    ASSERT_EQ(lines.size(), 1);
+    EXPECT_NEAR(lines.first().first().toDouble(), 2.577, 0.01);
+    QTest::mouseClick(scene.button("KPScanApply"), Qt::LeftButton);
+    QAction *undo = nullptr;
+    for (QAction *action : scene.controller->findChildren<QAction *>()) {
+        if (action->shortcut() == QKeySequence(QKeySequence::Undo))
+            undo = action;
+    }
+    ASSERT_TRUE(undo);
+    EXPECT_TRUE(undo->isEnabled());
+    undo->trigger();
+    EXPECT_FALSE(undo->isEnabled());
+}
