@@ -29,6 +29,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPAddTag">
         <translation>Tag hinzufügen</translation>
     </message>
+    <message id="KPAllDocuments">
+        <translation>&amp;Alle Dokumente</translation>
+    </message>
     <message id="KPAllDocumentsItemsSourceListItem">
         <translation>Alle Dokumente</translation>
     </message>
@@ -46,6 +49,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPApplicationSummary">
         <translation>Verschlagwortet, bewertet und findet Dokumente, wo sie liegen.</translation>
+    </message>
+    <message id="KPBack">
+        <translation>&amp;Zurück</translation>
     </message>
     <message id="KPBadColourScheme">
         <translation>„%1“ ist kein Farbschema: dark oder light</translation>
@@ -91,6 +97,12 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPChipTag">
         <translation>Schlagwort %1</translation>
+    </message>
+    <message id="KPClearRecentSearches">
+        <translation>Letzte Suchen löschen</translation>
+    </message>
+    <message id="KPCloseWindow">
+        <translation>Fenster &amp;schließen</translation>
     </message>
     <message id="KPCloudBlackCommand">
         <translation>Schlagwörter ohne Farben</translation>
@@ -210,7 +222,7 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
         <translation>Dokumente kopieren nach</translation>
     </message>
     <message id="KPCountsSelected">
-        <translation>%1, %2 ausgewählt</translation>
+        <translation>%1 von %2 ausgewählt</translation>
     </message>
     <message id="KPCrumbAddDate">
         <translation>Datum</translation>
@@ -302,6 +314,15 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPCurrentlyScanning">
         <translation>Dieses Dokument wird gerade gescannt.</translation>
     </message>
+    <message id="KPCustomiseToolbar">
+        <translation>Symbolleiste &amp;anpassen …</translation>
+    </message>
+    <message id="KPCustomiseToolbarHint">
+        <translation>Einträge in die Liste der Symbolleiste, aus ihr heraus oder in ihr auf und ab ziehen. Eingabe fügt hinzu, Entf entfernt.</translation>
+    </message>
+    <message id="KPCustomiseToolbarTitle">
+        <translation>Symbolleiste anpassen</translation>
+    </message>
     <message id="KPDetails">
         <translation>Details</translation>
     </message>
@@ -316,6 +337,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPDocuments">
         <translation>Dokumente</translation>
+    </message>
+    <message id="KPDone">
+        <translation>Fertig</translation>
     </message>
     <message id="KPEditFailedLine">
         <translation>%1: %2</translation>
@@ -437,14 +461,17 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPFlagged">
         <translation>Markiert</translation>
     </message>
-    <message id="KPFolderCount" numerus="yes">
-        <translation>
-            <numerusform>%n Ordner</numerusform>
-            <numerusform>%n Ordner</numerusform>
-        </translation>
+    <message id="KPForward">
+        <translation>&amp;Vor</translation>
     </message>
-    <message id="KPFolderShown">
-        <translation>Ordner: %1</translation>
+    <message id="KPFullScreen">
+        <translation>&amp;Vollbild</translation>
+    </message>
+    <message id="KPGoHome">
+        <translation>&amp;Start</translation>
+    </message>
+    <message id="KPGoUp">
+        <translation>Ü&amp;bergeordneter Ordner</translation>
     </message>
     <message id="KPGroupNameDigits">
         <translation>0–9</translation>
@@ -535,6 +562,15 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPGroupNameZeroLength">
         <translation>Leer</translation>
+    </message>
+    <message id="KPHideActionBar">
+        <translation>Aktionsleiste ausblenden</translation>
+    </message>
+    <message id="KPHideBookmarkBar">
+        <translation>Lesezeichenleiste ausblenden</translation>
+    </message>
+    <message id="KPHideBookmarksPanel">
+        <translation>&amp;Lesezeichen ausblenden</translation>
     </message>
     <message id="KPHome">
         <translation>Persönlicher Ordner</translation>
@@ -650,9 +686,6 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPIndexSearchWithoutFolder">
         <translation>Diese Suche hat keinen Ordner, in dem sie suchen kann.</translation>
     </message>
-    <message id="KPInspector">
-        <translation>Informationen</translation>
-    </message>
     <message id="KPInspectorShown">
         <translation>&amp;Informationen</translation>
     </message>
@@ -676,6 +709,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPListingNotFollowed">
         <translation>Änderungen in einigen Ordnern können nicht verfolgt werden: Das System gibt keine weiteren Überwachungen her.</translation>
+    </message>
+    <message id="KPLocationsPanelShown">
+        <translation>&amp;Orte-Bereich</translation>
     </message>
     <message id="KPLooking">
         <translation>Suche läuft …</translation>
@@ -706,6 +742,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPMenuWindow">
         <translation>&amp;Fenster</translation>
+    </message>
+    <message id="KPMinimise">
+        <translation>&amp;Minimieren</translation>
     </message>
     <message id="KPMoveDocSingle">
         <translation>„%1“ verschieben?</translation>
@@ -791,9 +830,6 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPOpenFolder">
         <translation>&amp;Ordner öffnen …</translation>
     </message>
-    <message id="KPOpenFolderTip">
-        <translation>Die Dokumente eines anderen Ordners zeigen (Strg+O)</translation>
-    </message>
     <message id="KPOpenFolderTitle">
         <translation>Ordner öffnen</translation>
     </message>
@@ -863,6 +899,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPProblemsTitle">
         <translation>Nicht alles wird gefunden oder ist aktuell</translation>
     </message>
+    <message id="KPQuickSearch">
+        <translation>&amp;Schnellsuche</translation>
+    </message>
     <message id="KPQuit">
         <translation>&amp;Beenden</translation>
     </message>
@@ -923,11 +962,17 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPReasonUnsupported">
         <translation>der Datenträger kann keine Schlagwörter aufnehmen</translation>
     </message>
+    <message id="KPRecentSearches">
+        <translation>Letzte Suchen</translation>
+    </message>
     <message id="KPRedo">
         <translation>&amp;Wiederholen</translation>
     </message>
     <message id="KPRedoNamed">
         <translation>&amp;Wiederholen: %1</translation>
+    </message>
+    <message id="KPRefresh">
+        <translation>Neu &amp;suchen</translation>
     </message>
     <message id="KPRemoveConfirmationCancel">
         <translation>Abbrechen</translation>
@@ -955,6 +1000,12 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPRenameTitle">
         <translation>Umbenennen</translation>
+    </message>
+    <message id="KPResultsSortOrderLabel">
+        <translation>Sortierung</translation>
+    </message>
+    <message id="KPResultsViewModeLabel">
+        <translation>Darstellung</translation>
     </message>
     <message id="KPReveal">
         <translation>In der Datei&amp;verwaltung zeigen</translation>
@@ -1148,6 +1199,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPSearch">
         <translation>Suche</translation>
     </message>
+    <message id="KPSearchFailed">
+        <translation>Die Suche war nicht möglich</translation>
+    </message>
     <message id="KPSearchFolderNetworkAdd">
         <translation>Durchsuchen</translation>
     </message>
@@ -1163,8 +1217,17 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPSearchFolderTooLarge">
         <translation>Das ganze Netzwerk ist zu groß zum Durchsuchen. Fügen Sie ein einzelnes Laufwerk oder einen Ordner hinzu.</translation>
     </message>
-    <message id="KPSearchPlaceholder">
-        <translation>Namen, Schlagwörter und Inhalte durchsuchen</translation>
+    <message id="KPSearchModeFilenameFilter">
+        <translation>Nur nach Datei&amp;namen filtern</translation>
+    </message>
+    <message id="KPSearchModeSpotlight">
+        <translation>&amp;Inhalte und Angaben durchsuchen</translation>
+    </message>
+    <message id="KPSearchPlaceholderFilenameFilter">
+        <translation>Nach Dateinamen filtern</translation>
+    </message>
+    <message id="KPSearchPlaceholderSearch">
+        <translation>Dokumente durchsuchen</translation>
     </message>
     <message id="KPSearchRefused">
         <translation>Diese Suche ist nicht möglich: %1</translation>
@@ -1172,8 +1235,26 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPSearchStopped">
         <translation>Angehalten. Zu sehen ist, was bis dahin gefunden wurde.</translation>
     </message>
+    <message id="KPSearchesContents">
+        <translation>Namen, Inhalte</translation>
+    </message>
+    <message id="KPSearchesMetaData">
+        <translation>Namen, Angaben</translation>
+    </message>
+    <message id="KPSearchesNames">
+        <translation>nur Namen</translation>
+    </message>
     <message id="KPSelectAll">
         <translation>&amp;Alles auswählen</translation>
+    </message>
+    <message id="KPShowActionBar">
+        <translation>Aktionsleiste einblenden</translation>
+    </message>
+    <message id="KPShowBookmarkBar">
+        <translation>Lesezeichenleiste einblenden</translation>
+    </message>
+    <message id="KPShowBookmarksPanel">
+        <translation>&amp;Lesezeichen einblenden</translation>
     </message>
     <message id="KPSlowVolumeStillRead">
         <translation>Ein Datenträger, der langsam antwortet, wird noch gelesen.</translation>
@@ -1256,17 +1337,32 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPTagClear">
         <translation>Aus der Suche entfernen</translation>
     </message>
+    <message id="KPTagCopy">
+        <translation>Tag kopieren</translation>
+    </message>
     <message id="KPTagCopyName">
         <translation>Namen kopieren</translation>
+    </message>
+    <message id="KPTagCopyUTI">
+        <translation>Typkennung kopieren</translation>
     </message>
     <message id="KPTagNeverShow">
         <translation>Nie in der Wolke zeigen</translation>
     </message>
+    <message id="KPTagPanelShown">
+        <translation>&amp;Tag-Bereich</translation>
+    </message>
+    <message id="KPTagRemoveFromSelected">
+        <translation>Von ausgewählten Dokumenten entfernen</translation>
+    </message>
+    <message id="KPTagSearch">
+        <translation>Nach „%1“ suchen</translation>
+    </message>
     <message id="KPTagShowWith">
-        <translation>Dokumente mit diesem Schlagwort zeigen</translation>
+        <translation>Nur mit „%1“</translation>
     </message>
     <message id="KPTagShowWithout">
-        <translation>Dokumente ohne dieses Schlagwort zeigen</translation>
+        <translation>Ohne „%1“</translation>
     </message>
     <message id="KPTags">
         <translation>Schlagwörter</translation>
@@ -1286,6 +1382,12 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPTagsUnreadableBecause">
         <translation>Die Schlagwörter sind nicht lesbar: %1. Sie bleiben unberührt.</translation>
     </message>
+    <message id="KPTitleOfDocument">
+        <translation>%1 – %2</translation>
+    </message>
+    <message id="KPTodaysFiledDocuments">
+        <translation>Heute &amp;abgelegt</translation>
+    </message>
     <message id="KPTooManyDocs">
         <translation>Zu viele Dokumente auf einmal</translation>
     </message>
@@ -1294,6 +1396,15 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPToolBar">
         <translation>Werkzeugleiste</translation>
+    </message>
+    <message id="KPToolTipWithKey">
+        <translation>%1 (%2)</translation>
+    </message>
+    <message id="KPToolbarAvailable">
+        <translation>Verfügbare Einträge</translation>
+    </message>
+    <message id="KPToolbarBackForwardTooltip">
+        <translation>In den Suchen zurück- oder vorgehen</translation>
     </message>
     <message id="KPToolbarContrastLabel">
         <translation>Kontrast</translation>
@@ -1307,17 +1418,71 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPToolbarCropTooltip">
         <translation>Behält einen Teil der Seite</translation>
     </message>
+    <message id="KPToolbarFlexibleSpaceLabel">
+        <translation>Flexibler Abstand</translation>
+    </message>
+    <message id="KPToolbarHomeLabel">
+        <translation>Start</translation>
+    </message>
+    <message id="KPToolbarInfoTooltip">
+        <translation>Informationen zum Gezeigten</translation>
+    </message>
+    <message id="KPToolbarInspectorLabel">
+        <translation>Informationen</translation>
+    </message>
+    <message id="KPToolbarLocationPanelLabel">
+        <translation>Orte</translation>
+    </message>
+    <message id="KPToolbarLocationPanelTooltip">
+        <translation>Orte-Bereich ein- oder ausblenden</translation>
+    </message>
+    <message id="KPToolbarLoupeLabel">
+        <translation>Lupe</translation>
+    </message>
+    <message id="KPToolbarNavigationLabel">
+        <translation>Zurück/Vor</translation>
+    </message>
+    <message id="KPToolbarNewScanLabel">
+        <translation>Neuer Scan</translation>
+    </message>
+    <message id="KPToolbarNewScanTooltip">
+        <translation>Papier in ein neues Dokument scannen</translation>
+    </message>
+    <message id="KPToolbarRestartSearchLabel">
+        <translation>Neu suchen</translation>
+    </message>
     <message id="KPToolbarRotateLabel">
         <translation>Drehen</translation>
     </message>
     <message id="KPToolbarRotateTooltip">
         <translation>Dreht die Seite im Uhrzeigersinn; mit Alt andersherum</translation>
     </message>
+    <message id="KPToolbarSeparatorLabel">
+        <translation>Trennlinie</translation>
+    </message>
+    <message id="KPToolbarSpaceLabel">
+        <translation>Abstand</translation>
+    </message>
     <message id="KPToolbarStraightenLabel">
         <translation>Ausrichten</translation>
     </message>
     <message id="KPToolbarStraightenTooltip">
         <translation>Dreht die Seite, bis eine Linie waagerecht liegt</translation>
+    </message>
+    <message id="KPToolbarTagPanelLabel">
+        <translation>Tags</translation>
+    </message>
+    <message id="KPToolbarTagPanelTooltip">
+        <translation>Tag-Bereich ein- oder ausblenden</translation>
+    </message>
+    <message id="KPToolbarUpLabel">
+        <translation>Aufwärts</translation>
+    </message>
+    <message id="KPToolbarUpTooltip">
+        <translation>Zum übergeordneten Ordner</translation>
+    </message>
+    <message id="KPToolbarUseDefault">
+        <translation>Standard wiederherstellen</translation>
     </message>
     <message id="KPTypicalTags">
         <translation>Rechnung,Quittung,Vertrag,Brief,Steuer,Versicherung,Bank,Kontoauszug,Gehalt,Lohn,Miete,Gesundheit,Auto,Reise,Fahrkarte,Buchung,Schule,Zeugnis,Anleitung,Garantie,Bericht,Protokoll,Haushalt,Angebot,Bestellung,Lieferschein,Foto,Rezept,Bewerbung,Recht,Rente</translation>
@@ -1355,6 +1520,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPUnknownUTITagTemplate">
         <translation>Unbekannte Art %1</translation>
     </message>
+    <message id="KPUntaggedDocuments">
+        <translation>Dokumente &amp;ohne Tags</translation>
+    </message>
     <message id="KPUseExtension">
         <translation>.%2 verwenden</translation>
     </message>
@@ -1369,6 +1537,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KarvexAuthenticationPrompt">
         <translation>Um an manchen Dateien Metadaten wie Schlagwörter zu setzen, ist eine Legitimation nötig.</translation>
+    </message>
+    <message id="Recent Files">
+        <translation>Zuletzt abgelegt</translation>
     </message>
     <message id="XPConvertButton">
         <translation>Dokumente verschieben</translation>

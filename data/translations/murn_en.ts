@@ -31,6 +31,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPAddTag">
         <translation>Add a tag</translation>
     </message>
+    <message id="KPAllDocuments">
+        <translation>&amp;All Documents</translation>
+    </message>
     <message id="KPAllDocumentsItemsSourceListItem">
         <translation>All Documents</translation>
     </message>
@@ -48,6 +51,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPApplicationSummary">
         <translation>Tags, rates and finds documents where they lie.</translation>
+    </message>
+    <message id="KPBack">
+        <translation>&amp;Back</translation>
     </message>
     <message id="KPBadColourScheme">
         <translation>“%1” is no colour scheme: dark or light</translation>
@@ -93,6 +99,12 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPChipTag">
         <translation>tag %1</translation>
+    </message>
+    <message id="KPClearRecentSearches">
+        <translation>Clear Recent Searches</translation>
+    </message>
+    <message id="KPCloseWindow">
+        <translation>&amp;Close Window</translation>
     </message>
     <message id="KPCloudBlackCommand">
         <translation>Tags Without Colours</translation>
@@ -212,7 +224,7 @@ Free software under the GNU General Public License, version 3 or later.</transla
         <translation>Copy Documents to</translation>
     </message>
     <message id="KPCountsSelected">
-        <translation>%1, %2 selected</translation>
+        <translation>%1 of %2 selected</translation>
     </message>
     <message id="KPCrumbAddDate">
         <translation>Date</translation>
@@ -304,6 +316,15 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPCurrentlyScanning">
         <translation>This document is being scanned.</translation>
     </message>
+    <message id="KPCustomiseToolbar">
+        <translation>Customize Tool&amp;bar…</translation>
+    </message>
+    <message id="KPCustomiseToolbarHint">
+        <translation>Drag items into the toolbar's list, out of it, or up and down in it. Return adds, Delete removes.</translation>
+    </message>
+    <message id="KPCustomiseToolbarTitle">
+        <translation>Customize Toolbar</translation>
+    </message>
     <message id="KPDetails">
         <translation>Details</translation>
     </message>
@@ -318,6 +339,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPDocuments">
         <translation>Documents</translation>
+    </message>
+    <message id="KPDone">
+        <translation>Done</translation>
     </message>
     <message id="KPEditFailedLine">
         <translation>%1: %2</translation>
@@ -439,14 +463,17 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPFlagged">
         <translation>Flagged</translation>
     </message>
-    <message id="KPFolderCount" numerus="yes">
-        <translation>
-            <numerusform>%n folder</numerusform>
-            <numerusform>%n folders</numerusform>
-        </translation>
+    <message id="KPForward">
+        <translation>&amp;Forward</translation>
     </message>
-    <message id="KPFolderShown">
-        <translation>Folder: %1</translation>
+    <message id="KPFullScreen">
+        <translation>&amp;Full Screen</translation>
+    </message>
+    <message id="KPGoHome">
+        <translation>&amp;Home</translation>
+    </message>
+    <message id="KPGoUp">
+        <translation>&amp;Enclosing Folder</translation>
     </message>
     <message id="KPGroupNameDigits">
         <translation>0–9</translation>
@@ -537,6 +564,15 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPGroupNameZeroLength">
         <translation>Empty</translation>
+    </message>
+    <message id="KPHideActionBar">
+        <translation>Hide Action Bar</translation>
+    </message>
+    <message id="KPHideBookmarkBar">
+        <translation>Hide Bookmark Bar</translation>
+    </message>
+    <message id="KPHideBookmarksPanel">
+        <translation>Hide &amp;Bookmarks</translation>
     </message>
     <message id="KPHome">
         <translation>Home</translation>
@@ -652,9 +688,6 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPIndexSearchWithoutFolder">
         <translation>This search has no folder to look in.</translation>
     </message>
-    <message id="KPInspector">
-        <translation>Inspector</translation>
-    </message>
     <message id="KPInspectorShown">
         <translation>&amp;Inspector</translation>
     </message>
@@ -678,6 +711,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPListingNotFollowed">
         <translation>Changes in some folders cannot be followed: the system gives no more watches.</translation>
+    </message>
+    <message id="KPLocationsPanelShown">
+        <translation>&amp;Locations Panel</translation>
     </message>
     <message id="KPLooking">
         <translation>Looking…</translation>
@@ -708,6 +744,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPMenuWindow">
         <translation>&amp;Window</translation>
+    </message>
+    <message id="KPMinimise">
+        <translation>&amp;Minimize</translation>
     </message>
     <message id="KPMoveDocSingle">
         <translation>Move “%1”?</translation>
@@ -793,9 +832,6 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPOpenFolder">
         <translation>&amp;Open Folder…</translation>
     </message>
-    <message id="KPOpenFolderTip">
-        <translation>Show the documents of another folder (Ctrl+O)</translation>
-    </message>
     <message id="KPOpenFolderTitle">
         <translation>Open Folder</translation>
     </message>
@@ -865,6 +901,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPProblemsTitle">
         <translation>Not everything is found or up to date</translation>
     </message>
+    <message id="KPQuickSearch">
+        <translation>&amp;Quick Search</translation>
+    </message>
     <message id="KPQuit">
         <translation>&amp;Quit</translation>
     </message>
@@ -925,11 +964,17 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPReasonUnsupported">
         <translation>its disk cannot hold tags</translation>
     </message>
+    <message id="KPRecentSearches">
+        <translation>Recent Searches</translation>
+    </message>
     <message id="KPRedo">
         <translation>&amp;Redo</translation>
     </message>
     <message id="KPRedoNamed">
         <translation>&amp;Redo: %1</translation>
+    </message>
+    <message id="KPRefresh">
+        <translation>&amp;Refresh Search</translation>
     </message>
     <message id="KPRemoveConfirmationCancel">
         <translation>Cancel</translation>
@@ -957,6 +1002,12 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPRenameTitle">
         <translation>Rename</translation>
+    </message>
+    <message id="KPResultsSortOrderLabel">
+        <translation>Sort</translation>
+    </message>
+    <message id="KPResultsViewModeLabel">
+        <translation>View</translation>
     </message>
     <message id="KPReveal">
         <translation>Show in File &amp;Manager</translation>
@@ -1150,6 +1201,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPSearch">
         <translation>Search</translation>
     </message>
+    <message id="KPSearchFailed">
+        <translation>The search could not be made</translation>
+    </message>
     <message id="KPSearchFolderNetworkAdd">
         <translation>Search it</translation>
     </message>
@@ -1165,8 +1219,17 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPSearchFolderTooLarge">
         <translation>The whole network is too large to be searched. Add a single volume or folder.</translation>
     </message>
-    <message id="KPSearchPlaceholder">
-        <translation>Search names, tags and contents</translation>
+    <message id="KPSearchModeFilenameFilter">
+        <translation>Filter by File &amp;Name Only</translation>
+    </message>
+    <message id="KPSearchModeSpotlight">
+        <translation>Search &amp;Contents and Details</translation>
+    </message>
+    <message id="KPSearchPlaceholderFilenameFilter">
+        <translation>Filter by file name</translation>
+    </message>
+    <message id="KPSearchPlaceholderSearch">
+        <translation>Search documents</translation>
     </message>
     <message id="KPSearchRefused">
         <translation>This search cannot be asked: %1</translation>
@@ -1174,8 +1237,26 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPSearchStopped">
         <translation>Stopped. The documents found so far are shown.</translation>
     </message>
+    <message id="KPSearchesContents">
+        <translation>names, contents</translation>
+    </message>
+    <message id="KPSearchesMetaData">
+        <translation>names, details</translation>
+    </message>
+    <message id="KPSearchesNames">
+        <translation>names only</translation>
+    </message>
     <message id="KPSelectAll">
         <translation>Select &amp;All</translation>
+    </message>
+    <message id="KPShowActionBar">
+        <translation>Show Action Bar</translation>
+    </message>
+    <message id="KPShowBookmarkBar">
+        <translation>Show Bookmark Bar</translation>
+    </message>
+    <message id="KPShowBookmarksPanel">
+        <translation>Show &amp;Bookmarks</translation>
     </message>
     <message id="KPSlowVolumeStillRead">
         <translation>A volume that is slow to answer is still being read.</translation>
@@ -1258,17 +1339,32 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPTagClear">
         <translation>Remove from the Search</translation>
     </message>
+    <message id="KPTagCopy">
+        <translation>Copy Tag</translation>
+    </message>
     <message id="KPTagCopyName">
         <translation>Copy Name</translation>
+    </message>
+    <message id="KPTagCopyUTI">
+        <translation>Copy Type Identifier</translation>
     </message>
     <message id="KPTagNeverShow">
         <translation>Never Show in the Cloud</translation>
     </message>
+    <message id="KPTagPanelShown">
+        <translation>&amp;Tag Panel</translation>
+    </message>
+    <message id="KPTagRemoveFromSelected">
+        <translation>Remove from Selected Documents</translation>
+    </message>
+    <message id="KPTagSearch">
+        <translation>Search for “%1”</translation>
+    </message>
     <message id="KPTagShowWith">
-        <translation>Show Documents with This Tag</translation>
+        <translation>Only with “%1”</translation>
     </message>
     <message id="KPTagShowWithout">
-        <translation>Show Documents Without This Tag</translation>
+        <translation>Without “%1”</translation>
     </message>
     <message id="KPTags">
         <translation>Tags</translation>
@@ -1288,6 +1384,12 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPTagsUnreadableBecause">
         <translation>The tags cannot be read: %1. They are left alone.</translation>
     </message>
+    <message id="KPTitleOfDocument">
+        <translation>%1 – %2</translation>
+    </message>
+    <message id="KPTodaysFiledDocuments">
+        <translation>&amp;Filed Today</translation>
+    </message>
     <message id="KPTooManyDocs">
         <translation>Too many documents at once</translation>
     </message>
@@ -1296,6 +1398,15 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPToolBar">
         <translation>Toolbar</translation>
+    </message>
+    <message id="KPToolTipWithKey">
+        <translation>%1 (%2)</translation>
+    </message>
+    <message id="KPToolbarAvailable">
+        <translation>Available Items</translation>
+    </message>
+    <message id="KPToolbarBackForwardTooltip">
+        <translation>Go back or forward in the searches</translation>
     </message>
     <message id="KPToolbarContrastLabel">
         <translation>Contrast</translation>
@@ -1309,17 +1420,71 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPToolbarCropTooltip">
         <translation>Keeps a part of the page</translation>
     </message>
+    <message id="KPToolbarFlexibleSpaceLabel">
+        <translation>Flexible Space</translation>
+    </message>
+    <message id="KPToolbarHomeLabel">
+        <translation>Home</translation>
+    </message>
+    <message id="KPToolbarInfoTooltip">
+        <translation>Information about what is shown</translation>
+    </message>
+    <message id="KPToolbarInspectorLabel">
+        <translation>Inspector</translation>
+    </message>
+    <message id="KPToolbarLocationPanelLabel">
+        <translation>Locations</translation>
+    </message>
+    <message id="KPToolbarLocationPanelTooltip">
+        <translation>Show or hide the locations panel</translation>
+    </message>
+    <message id="KPToolbarLoupeLabel">
+        <translation>Loupe</translation>
+    </message>
+    <message id="KPToolbarNavigationLabel">
+        <translation>Back/Forward</translation>
+    </message>
+    <message id="KPToolbarNewScanLabel">
+        <translation>New Scan</translation>
+    </message>
+    <message id="KPToolbarNewScanTooltip">
+        <translation>Scan paper into a new document</translation>
+    </message>
+    <message id="KPToolbarRestartSearchLabel">
+        <translation>Refresh</translation>
+    </message>
     <message id="KPToolbarRotateLabel">
         <translation>Rotate</translation>
     </message>
     <message id="KPToolbarRotateTooltip">
         <translation>Turns the page clockwise; with Alt the other way</translation>
     </message>
+    <message id="KPToolbarSeparatorLabel">
+        <translation>Separator</translation>
+    </message>
+    <message id="KPToolbarSpaceLabel">
+        <translation>Space</translation>
+    </message>
     <message id="KPToolbarStraightenLabel">
         <translation>Straighten</translation>
     </message>
     <message id="KPToolbarStraightenTooltip">
         <translation>Turns the page until a line is level</translation>
+    </message>
+    <message id="KPToolbarTagPanelLabel">
+        <translation>Tags</translation>
+    </message>
+    <message id="KPToolbarTagPanelTooltip">
+        <translation>Show or hide the tag panel</translation>
+    </message>
+    <message id="KPToolbarUpLabel">
+        <translation>Up</translation>
+    </message>
+    <message id="KPToolbarUpTooltip">
+        <translation>Go to the enclosing folder</translation>
+    </message>
+    <message id="KPToolbarUseDefault">
+        <translation>Use Default Set</translation>
     </message>
     <message id="KPTypicalTags">
         <translation>invoice,receipt,contract,letter,tax,insurance,bank,statement,salary,payslip,rent,health,car,travel,ticket,booking,school,certificate,manual,warranty,report,minutes,budget,quote,order,delivery,photo,recipe,application,legal,pension</translation>
@@ -1357,6 +1522,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPUnknownUTITagTemplate">
         <translation>Unknown type %1</translation>
     </message>
+    <message id="KPUntaggedDocuments">
+        <translation>&amp;Untagged Documents</translation>
+    </message>
     <message id="KPUseExtension">
         <translation>Use .%2</translation>
     </message>
@@ -1371,6 +1539,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KarvexAuthenticationPrompt">
         <translation>You need to authorize to set metadata like tags on some files.</translation>
+    </message>
+    <message id="Recent Files">
+        <translation>Recent Files</translation>
     </message>
     <message id="XPConvertButton">
         <translation>Move Documents</translation>

@@ -1,13 +1,21 @@
 #pragma once
 
+#include "KPCommandTable.h"
 #include "KPFileEdit.h"
+#include "KPHistory.h"
+#include "KPNavigator.h"
+#include "KPWindowPanels.h"
+#include "XPNotificationCenter.h"
 
-#include <QList>
 #include <QMainWindow>
 #include <QTimer>
 #include <memory>
+#include <vector>
 
+class IndexSource;
+class KPCrumbController;
 class KPDocsView;
+class KPDocumentMenus;
 class KPEditHistory;
 class KPEditWorker;
 class KPFilterBar;
@@ -15,116 +23,192 @@ class KPIndexMonitor;
 class KPInspector;
 class KPLibraryModel;
 class KPQuickLook;
-class KPSearcher;
+class KPSearchField;
+class KPSearchPopup;
 class KPStatusLine;
-class KPWindowActions;
-class QDockWidget;
-class QSlider;
-class QToolButton;
+class KPToolBar;
 struct KPEditReport;
 struct KPSortKey;
 
-// The main window: places its parts and connects them.
+// The controller of the one main window: owns the search, its history and the search field, puts
+// the parts into their places and composes menus and toolbar from the features' commands.
 //
-// Search: filter bar -> state -> searcher -> model -> grid. Edit: inspector or grid ->
-// history -> worker, which tells the records, and the live search confirms it. Exactly one exists.
-// Threads: main.
-class KPController : public QMainWindow
+// A search is applied by setSearchStateAndUpdateUI() alone; views ask for one as KPNavigator and
+// hear from the searcher what holds.
+// Threads: main. Ownership: the index's source and the monitor outlive the window.
+class KPController : public QMainWindow, public KPNavigator
 {
     Q_OBJECT
 
 public:
-    // The folders that are searched; empty: the user's home. Starts searching at once. `index`
-    // outlives the window; null where there is none. KPQuickLook has to be there already, and to
-    // outlive it.
-    KPController(std::unique_ptr<KPSearcher> searcher, const QStringList &folders,
-                 KPIndexMonitor *index);
+    // The folders that are searched; empty: what was searched last. `index`: null where there is
+    // none. KPQuickLook has to be there already, and to outlive it.
+    KPController(IndexSource &source, const QStringList &folders, KPIndexMonitor *index);
     ~KPController() override;
+    static KPController *instance(); // null: there is no window
 
+    // --- Searching
+
+    KPSearcher &searcher() override { return *m_searcher; }
+    KPCrumbController &crumbController() { return *m_crumbs; }
+    void setSearchStateAndUpdateUI(const KPSearchState::Ptr &state, bool addToHistory,
+                                   const SourceItem &sourceItem = {},
+                                   const LocationItem &locationItem = {}) override;
+    void doSearch(const QString &text, bool enterStringIntoControl, bool clearStateFirst) override;
+    void showSimilarDocuments(const KPDoc::Docs &documents) override;
+    bool userIsCurrentlyTyping() const override { return m_typingTimer.isActive(); }
+    void manageWindowTitle() override;
+    void showTagMenu(KPTagName *tag, const QPoint &globalPosition) override;
+
+    // The present state is one that can be kept as a bookmark.
+    bool isCurrentSearchSavable() const;
+    // From another program: 1 to 74 characters search, if nothing else is being looked for here.
+    void performSpotlightSearchFromExternalAppWithString(const QString &text);
+    void globalHotKeyPressed(); // the same with the clipboard's text
+    void spotlightReplacementAction();
+
+    const KPHistory &history() const { return m_history; }
+    void backAction();
+    void forwardAction();
+    void allAction();
+    void showUntaggedDocumentsAction(); // with Alt held: the tagged ones
+    void goToTodaysFiledDocuments();
+    void searchModeSpotlight();
+    void searchModeFilenameFilter();
+    void refreshSearch();
+    void findDocumentsAction();
+
+    // --- The window
+
+    KPWindowPanels &panels() { return *m_panels; }
+    KPCommands &commands() { return *m_commands; }
+    // Saves what is to be remembered: at every deactivation and at the end.
+    void writeOutStateWhenQuiting();
+    // The close button hides the window, as something else brings it back; else it ends the
+    // program.
+    void setHidesOnClose(bool hides) { m_hidesOnClose = hides; }
     // Nothing is being read, searched, drawn or written any more.
     bool isSettled() const;
+    // What a backup does and what became of the last one; quietly. Empty: nothing to say.
+    void showBackup(const QString &activity, const QString &problem);
+
+    // --- Documents
+
     void selectByName(const QString &beginning);
     // Selects them, or shows the folder of the first where none is among the results.
     void showDocuments(const QStringList &paths);
     void showInformation(const QStringList &paths);
-    // What a backup does and what became of the last one; quietly. Empty: nothing to say.
-    void showBackup(const QString &activity, const QString &problem);
+    void editTags();
 
-    // Commands, by the table in KPWindowActions.cpp.
+Q_SIGNALS:
+    void currentSearchSavableChanged(bool isSavable);
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    void changeEvent(QEvent *event) override;
+
+private:
+    // Building.
+    void buildWindow();
+    void buildCommands();
+    QList<KPCommand> fileCommands();
+    QList<KPCommand> editCommands();
+    QList<KPCommand> searchCommands();
+    QList<KPCommand> viewCommands();
+    QList<KPCommand> panelCommands();
+    QList<KPCommand> goCommands();
+    QList<KPCommand> helpCommands();
+    QList<KPCommand> documentCommands();
+    void connectSearchField(KPSearchField *field);
+    void connectSearcher();
+    void connectLibrary();
+    void connectEditing();
+    void observe();
+    void restoreSettings();
+    void setMinWindowSize();
+
+    // Searching.
+    void setSearchFieldString(const QString &text);
+    void userTypingIntoSearchField();
+    void userDoneTyping();
+    void fieldEdited(const QString &text);
+    KPSearchState::Ptr withWords(const KPSearchState::Ptr &state, const QString &text) const;
+    KPSearchState::Ptr currentState() const; // never null
+    void addToHistory(const KPSearchState::Ptr &state);
+    void historyGoBack();
+    void setSearchMode(bool isSpotlight);
+    void searchContentsOrFilenamesChanged();
+    void showSearchMode();
+    void setRecentSearches(const QStringList &searches);
+    void goTo(const KPHistory::Entry &entry, void (KPHistory::*step)());
+    void showStateOfSearch();
+    KPSearchState::Ptr movedTo(const LocationItem &location, const KPSearchState::Ptr &state) const;
+    void beginSearching(const QStringList &folders);
+    void searchFinished(const QStringList &problems);
+    void stopSearch();
+
+    // What the window says.
+    void showEmptyText();
+    void showActivity();
+    void showProblems();
+    void showIndex();
+    QStringList foldersNotIndexed() const;
+
+    // Documents.
     void openFolder();
+    void showAllIn(const QStringList &folders);
     void indexFolders();
     void openSelected();
     void revealSelected();
     void renameSelected();
     void trashSelected();
     void fileSelected(); // with Alt held: copies into the managed folder
-    void moveSelected();
-    void copySelectedTo();
+    void bringSelected(bool copies);
     void copySelected();
-    void selectAll();
-    void search();
-    void filterTags();
-    void quit();
-    void editTags();
     void rateSelected(int stars);
-    void undo();
-    void redo();
-    void zoomIn();
-    void zoomOut();
+    void zoom(int steps);
     void setOrder(const KPSortKey &key);
-    void toggleInspector();
-    void showAbout();
-
-protected:
-    void closeEvent(QCloseEvent *event) override;
-
-private:
-    void buildToolBar();
-    void buildInspector();
-    void connectSearch();
-    void connectEditing();
-    void connectIndex();
-    void restoreSettings();
-    void saveSettings() const;
-
     void renameTyped(const QString &path, const QString &oldName, const QString &typed);
-    void startSearch();
-    void stopSearch();
-    void searchFinished(const QStringList &problems);
-    void showEmptyText();
-    void showIndex();
-    void showActivity();
-    void showProblems();
-    QStringList foldersNotIndexed() const;
     void showSelection();
     void showCounts();
     void report(const KPEditReport &report);
-    void bringSelected(bool copies);
-    void showFolders();
     QStringList suggestedTags() const;
+    QStringList pathsOfSelection() const;
+    KPDoc::Docs selectedDocs() const;
+    void tagButtonShow(KPTagName *tag, bool isWanted);
+    void removeTagFromSelected(KPTagName *tag);
+    void quit();
+    void showAbout();
 
-    std::unique_ptr<KPSearcher> m_searcher;
     KPIndexMonitor *m_index;
-    QStringList m_folders;
+    std::unique_ptr<KPSearcher> m_searcher;
+    KPHistory m_history;
+    std::unique_ptr<KPCrumbController> m_crumbs;
+    QTimer m_typingTimer;
+    bool m_isWaiting = false; // for the last delivery of a search
+    bool m_hidesOnClose = false;
+    bool m_wasSavable = false;
     QStringList m_problems; // of the search
     QString m_backupActivity;
     QString m_backupProblem;
     QString m_shownPath; // whose picture the inspector shows
-    bool m_searching = false;
 
     KPQuickLook &m_looks;
     // Data before views: destroyed after them.
     std::unique_ptr<KPLibraryModel> m_model;
     std::unique_ptr<KPEditWorker> m_worker;
-    std::unique_ptr<KPEditHistory> m_history;
+    std::unique_ptr<KPEditHistory> m_edits;
+    std::unique_ptr<KPCommands> m_commands;
+    std::unique_ptr<KPDocumentMenus> m_documentMenus;
+    std::unique_ptr<KPSearchPopup> m_popup;
 
+    KPSearchField *m_searchField;
+    KPWindowPanels *m_panels;
+    KPToolBar *m_toolBar = nullptr;
     KPFilterBar *m_filter;
     KPDocsView *m_view;
     KPInspector *m_inspector;
     KPStatusLine *m_status;
-    QDockWidget *m_dock = nullptr;
-    QSlider *m_zoom = nullptr;
-    QToolButton *m_folderButton = nullptr;
-    std::unique_ptr<KPWindowActions> m_actions;
     QTimer m_selectionTimer; // a burst of changes is shown once
+    std::vector<XPObservation> m_observations;
 };

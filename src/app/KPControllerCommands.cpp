@@ -1,154 +1,254 @@
+// The window's own commands, as tables: what stands in the menus and the toolbar.
 #include "KPController.h"
-
+#include "KPCrumbController.h"
 #include "KPDocsView.h"
+#include "KPDocumentMenus.h"
 #include "KPEditHistory.h"
 #include "KPFilterBar.h"
-#include "KPIndexMonitor.h"
-#include "KPInspector.h"
-#include "KPSearcher.h"
-#include "KPWindowActions.h"
+#include "KPToolBar.h"
 #include "UserDefaults.h"
-#include "XPFileUrls.h"
-#include "XPFolders.h"
-#include "XPPath.h"
 #include "XPPrompts.h"
-#include "XPWorkspace.h"
 
-#include <QClipboard>
-#include <QDockWidget>
-#include <QFileDialog>
-#include <QGuiApplication>
-#include <QSlider>
+#include <QCoreApplication>
 
-// What the menus and the grid's keys do.
+using Place = KPWindowPanels::Place;
+using Menu = KPCommandMenu;
 
-static constexpr int manyFiles = 12; // opening more at once asks first
-static constexpr int zoomStep = 2;   // hundredths
+static constexpr auto ctrlShift = Qt::CTRL | Qt::SHIFT;
 
-void KPController::openFolder()
+QList<KPCommand> KPController::fileCommands()
 {
-    auto *dialog =
-        new QFileDialog(this, qtTrId("KPOpenFolderTitle"), m_folders.value(0, XPFolders::home()));
-    dialog->setFileMode(QFileDialog::Directory);
-    dialog->setOption(QFileDialog::ShowDirsOnly);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    connect(dialog, &QFileDialog::fileSelected, this, [this](const QString &folder) {
-        m_folders = {XPFolders::realFolder(folder).valueOr(folder)};
-        showFolders();
-        startSearch();
-    });
-    dialog->open();
+    return {
+        {.id = QT_TRID_NOOP("KPOpenFolder"),
+         .menu = Menu::File,
+         .shortcut = QKeySequence::Open,
+         .run = [this] { openFolder(); }},
+        {.id = QT_TRID_NOOP("KPIndexFolder"),
+         .menu = Menu::File,
+         .run = [this] { indexFolders(); },
+         .state = [this] { return KPCommandState{.isEnabled = !foldersNotIndexed().isEmpty()}; },
+         .endsGroup = true},
+        {.id = QT_TRID_NOOP("KPCloseWindow"),
+         .menu = Menu::File,
+         .shortcut = QKeySequence(Qt::CTRL | Qt::Key_W),
+         .run = [this] { close(); }},
+        {.id = QT_TRID_NOOP("KPQuit"),
+         .menu = Menu::File,
+         .shortcut = QKeySequence(Qt::CTRL | Qt::Key_Q),
+         .run = [this] { quit(); }},
+    };
 }
 
-void KPController::indexFolders()
+QList<KPCommand> KPController::editCommands()
 {
-    for (const QString &folder : foldersNotIndexed())
-        m_index->addFolder(folder);
-    startSearch();
+    const auto described = [](bool can, const char *plain, const char *named, const QString &what) {
+        return KPCommandState{.isEnabled = can,
+                              .title = what.isEmpty() ? qtTrId(plain) : qtTrId(named).arg(what)};
+    };
+    return {
+        {.id = QT_TRID_NOOP("KPUndo"),
+         .menu = Menu::Edit,
+         .shortcut = QKeySequence::Undo,
+         .run = [this] { m_edits->undo(); },
+         .state =
+             [this, described] {
+                 return described(m_edits->canUndo(), QT_TRID_NOOP("KPUndo"),
+                                  QT_TRID_NOOP("KPUndoNamed"), m_edits->undoText());
+             },
+         .symbol = "undo"},
+        {.id = QT_TRID_NOOP("KPRedo"),
+         .menu = Menu::Edit,
+         .shortcut = QKeySequence(ctrlShift | Qt::Key_Z),
+         .run = [this] { m_edits->redo(); },
+         .state =
+             [this, described] {
+                 return described(m_edits->canRedo(), QT_TRID_NOOP("KPRedo"),
+                                  QT_TRID_NOOP("KPRedoNamed"), m_edits->redoText());
+             },
+         .symbol = "redo",
+         .endsGroup = true},
+    };
 }
 
-static void openAll(const QStringList &paths)
+QList<KPCommand> KPController::searchCommands()
 {
-    for (const QString &path : paths) {
-        if (const auto error = XPWorkspace::open(path)) {
-            XPPrompts::current().alert(
-                qtTrId("KPCannotOpen").arg(XPPath::printable(XPPath::fileName(path))),
-                error->message);
-            return; // the next would fail for the same reason
-        }
-    }
+    const auto isSpotlight = [] {
+        return UserDefaults::standard().boolValue(QStringLiteral("KPDoSpotlightSearches"));
+    };
+    return {
+        {.id = QT_TRID_NOOP("KPFind"),
+         .menu = Menu::Edit,
+         .shortcut = QKeySequence::Find,
+         .run = [this] { findDocumentsAction(); },
+         .symbol = "search"},
+        {.id = QT_TRID_NOOP("KPFindTags"),
+         .menu = Menu::Edit,
+         .shortcut = QKeySequence(ctrlShift | Qt::Key_F),
+         .run = [this] { m_filter->focusTags(); }},
+        {.id = QT_TRID_NOOP("KPSearchModeSpotlight"),
+         .menu = Menu::Edit,
+         .run = [this] { searchModeSpotlight(); },
+         .state = [=] { return KPCommandState{.isChecked = isSpotlight()}; }},
+        {.id = QT_TRID_NOOP("KPSearchModeFilenameFilter"),
+         .menu = Menu::Edit,
+         .run = [this] { searchModeFilenameFilter(); },
+         .state = [=] { return KPCommandState{.isChecked = !isSpotlight()}; }},
+    };
 }
 
-void KPController::openSelected()
+QList<KPCommand> KPController::viewCommands()
 {
-    const QStringList paths = m_view->selectedPaths();
-    if (paths.size() <= manyFiles) {
-        openAll(paths);
-        return;
-    }
-    const auto count = static_cast<int>(paths.size());
-    XPPrompts::current().ask({qtTrId("KPOpenManyTitle", count).arg(QLocale().toString(count)),
-                              qtTrId("KPOpenManyText"),
-                              {qtTrId("KPOpen"), qtTrId("KPCancel")},
-                              1},
-                             [paths](int answer) {
-                                 if (answer == 0)
-                                     openAll(paths);
-                             });
+    return {
+        {.id = QT_TRID_NOOP("KPZoomIn"),
+         .menu = Menu::View,
+         .shortcut = QKeySequence::ZoomIn,
+         .run = [this] { zoom(1); },
+         .state = [this] { return KPCommandState{.isEnabled = m_view->zoom() < 1}; },
+         .symbol = "larger"},
+        {.id = QT_TRID_NOOP("KPZoomOut"),
+         .menu = Menu::View,
+         .shortcut = QKeySequence::ZoomOut,
+         .run = [this] { zoom(-1); },
+         .state = [this] { return KPCommandState{.isEnabled = m_view->zoom() > 0}; },
+         .symbol = "smaller",
+         .endsGroup = true},
+        {.id = QT_TRID_NOOP("KPSortBy"),
+         .menu = Menu::View,
+         .symbol = "sort",
+         .endsGroup = true,
+         .submenu = [this] { return m_documentMenus->makeSortMenu(); }},
+    };
 }
 
-void KPController::revealSelected()
+QList<KPCommand> KPController::panelCommands()
 {
-    XPWorkspace::reveal(m_view->selectedPaths());
+    const auto toggle = [this](Place place) { return [this, place] { m_panels->toggle(place); }; };
+    const auto checked = [this](Place place) {
+        return [this, place] {
+            return KPCommandState{.isChecked = m_panels->isShown(place),
+                                  .isShown = m_panels->hasPanel(place)};
+        };
+    };
+    const auto named = [this](Place place, const char *show, const char *hide) {
+        return [this, place, show, hide] {
+            return KPCommandState{.text = m_panels->isShown(place) ? hide : show,
+                                  .isShown = m_panels->hasPanel(place)};
+        };
+    };
+    return {
+        {.id = QT_TRID_NOOP("KPTagPanelShown"),
+         .menu = Menu::View,
+         .shortcut = QKeySequence(ctrlShift | Qt::Key_T),
+         .run = toggle(Place::TagPanel),
+         .state = checked(Place::TagPanel),
+         .symbol = "tag"},
+        {.id = QT_TRID_NOOP("KPLocationsPanelShown"),
+         .menu = Menu::View,
+         .shortcut = QKeySequence(ctrlShift | Qt::Key_L),
+         .run = toggle(Place::Locations),
+         .state = checked(Place::Locations),
+         .symbol = "folder"},
+        {.id = QT_TRID_NOOP("KPInspectorShown"),
+         .menu = Menu::View,
+         .shortcut = QKeySequence(Qt::CTRL | Qt::Key_I),
+         .run = toggle(Place::Inspector),
+         .state = checked(Place::Inspector),
+         .symbol = "inspector",
+         .endsGroup = true},
+        {.id = QT_TRID_NOOP("KPShowBookmarksPanel"),
+         .menu = Menu::View,
+         .shortcut = QKeySequence(ctrlShift | Qt::Key_B),
+         .run = toggle(Place::BookmarksPanel),
+         .state = named(Place::BookmarksPanel, QT_TRID_NOOP("KPShowBookmarksPanel"),
+                        QT_TRID_NOOP("KPHideBookmarksPanel")),
+         .symbol = "bookmark"},
+        {.id = QT_TRID_NOOP("KPShowBookmarkBar"),
+         .menu = Menu::View,
+         .run = toggle(Place::BookmarkBar),
+         .state = named(Place::BookmarkBar, QT_TRID_NOOP("KPShowBookmarkBar"),
+                        QT_TRID_NOOP("KPHideBookmarkBar"))},
+        {.id = QT_TRID_NOOP("KPShowActionBar"),
+         .menu = Menu::View,
+         .run = toggle(Place::ActionBar),
+         .state = named(Place::ActionBar, QT_TRID_NOOP("KPShowActionBar"),
+                        QT_TRID_NOOP("KPHideActionBar"))},
+        {.id = QT_TRID_NOOP("KPCustomiseToolbar"),
+         .menu = Menu::View,
+         .run = [this] { m_toolBar->customise(); },
+         .endsGroup = true},
+        {.id = QT_TRID_NOOP("KPFullScreen"),
+         .menu = Menu::View,
+         .shortcut = QKeySequence(Qt::Key_F11),
+         .run = [this] { setWindowState(windowState() ^ Qt::WindowFullScreen); },
+         .state = [this] { return KPCommandState{.isChecked = isFullScreen()}; }},
+    };
 }
 
-void KPController::copySelected()
+QList<KPCommand> KPController::goCommands()
 {
-    if (const QStringList paths = m_view->selectedPaths(); !paths.isEmpty())
-        QGuiApplication::clipboard()->setMimeData(XPFileUrls::mimeData(paths));
+    return {
+        {.id = QT_TRID_NOOP("KPBack"),
+         .menu = Menu::Go,
+         .shortcut = QKeySequence(Qt::ALT | Qt::Key_Left),
+         .run = [this] { backAction(); },
+         .state = [this] { return KPCommandState{.isEnabled = m_history.backListCount() > 0}; },
+         .symbol = "back"},
+        {.id = QT_TRID_NOOP("KPForward"),
+         .menu = Menu::Go,
+         .shortcut = QKeySequence(Qt::ALT | Qt::Key_Right),
+         .run = [this] { forwardAction(); },
+         .state = [this] { return KPCommandState{.isEnabled = m_history.forwardListCount() > 0}; },
+         .symbol = "forward",
+         .endsGroup = true},
+        {.id = QT_TRID_NOOP("KPGoHome"),
+         .menu = Menu::Go,
+         .shortcut = QKeySequence(Qt::ALT | Qt::Key_Home),
+         .run = [this] { m_crumbs->useDefaultSearchAction(); },
+         .symbol = "home"},
+        {.id = QT_TRID_NOOP("KPGoUp"),
+         .menu = Menu::Go,
+         .shortcut = QKeySequence(Qt::ALT | Qt::Key_Up),
+         .run = [this] { m_crumbs->parentLocationAction(); },
+         .state = [this] { return KPCommandState{.isEnabled = m_crumbs->canGoUp()}; },
+         .symbol = "up",
+         .endsGroup = true},
+        {.id = QT_TRID_NOOP("KPAllDocuments"),
+         .menu = Menu::Go,
+         .shortcut = QKeySequence(ctrlShift | Qt::Key_A),
+         .run = [this] { allAction(); },
+         .symbol = "documents"},
+        {.id = QT_TRID_NOOP("KPUntaggedDocuments"),
+         .menu = Menu::Go,
+         .shortcut = QKeySequence(ctrlShift | Qt::Key_U),
+         .run = [this] { showUntaggedDocumentsAction(); },
+         .symbol = "untagged"},
+        {.id = QT_TRID_NOOP("KPTodaysFiledDocuments"),
+         .menu = Menu::Go,
+         .run = [this] { goToTodaysFiledDocuments(); },
+         .symbol = "today",
+         .endsGroup = true},
+        {.id = QT_TRID_NOOP("KPRefresh"),
+         .menu = Menu::Go,
+         .shortcut = QKeySequence(Qt::Key_F5),
+         .run = [this] { refreshSearch(); },
+         .symbol = "refresh"},
+    };
 }
 
-void KPController::selectAll()
+QList<KPCommand> KPController::helpCommands()
 {
-    m_view->selectAll();
-}
-
-void KPController::search()
-{
-    m_filter->focusSearch();
-}
-
-void KPController::filterTags()
-{
-    m_filter->focusTags();
-}
-
-void KPController::quit()
-{
-    close();
-}
-
-void KPController::editTags()
-{
-    m_dock->show();
-    m_inspector->focusTags();
-}
-
-void KPController::rateSelected(int stars)
-{
-    m_history->edit({m_view->selectedPaths(), {}, stars});
-}
-
-void KPController::undo()
-{
-    m_history->undo();
-}
-
-void KPController::redo()
-{
-    m_history->redo();
-}
-
-void KPController::zoomIn()
-{
-    m_zoom->setValue(m_zoom->value() + zoomStep);
-}
-
-void KPController::zoomOut()
-{
-    m_zoom->setValue(m_zoom->value() - zoomStep);
-}
-
-void KPController::setOrder(const KPSortKey &key)
-{
-    m_searcher->setResultsOrder({{key}, std::nullopt});
-    m_actions->showOrder(key);
-    UserDefaults::standard().setValue(QStringLiteral("KPSortOrder"), key.toText());
-}
-
-void KPController::toggleInspector()
-{
-    m_dock->setVisible(m_dock->isHidden());
+    return {
+        {.id = QT_TRID_NOOP("KPQuickSearch"),
+         .menu = Menu::Window,
+         .run = [this] { spotlightReplacementAction(); },
+         .symbol = "search",
+         .endsGroup = true},
+        {.id = QT_TRID_NOOP("KPMinimise"),
+         .menu = Menu::Window,
+         .shortcut = QKeySequence(Qt::CTRL | Qt::Key_M),
+         .run = [this] { showMinimized(); }},
+        {.id = QT_TRID_NOOP("KPAbout"), .menu = Menu::Help, .run = [this] { showAbout(); }},
+    };
 }
 
 void KPController::showAbout()

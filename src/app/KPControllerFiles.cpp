@@ -3,12 +3,10 @@
 #include "KPDocCache.h"
 #include "KPDocsView.h"
 #include "KPEditHistory.h"
-#include "KPFilterBar.h"
 #include "KPLibraryModel.h"
 #include "XPPath.h"
 #include "XPPrompts.h"
 
-#include <QDockWidget>
 #include <QInputDialog>
 #include <QLineEdit>
 #include <QPointer>
@@ -116,7 +114,7 @@ void KPController::renameTyped(const QString &path, const QString &oldName, cons
         typed, [window = QPointer(this), doc, oldName](const std::optional<XPError> &error) {
             xpGuiThread.assertHere();
             if (!error && window)
-                window->m_history->push(new RenameCommand(doc, oldName));
+                window->m_edits->push(new RenameCommand(doc, oldName));
             else if (error && error->kind != XPError::Kind::Cancelled)
                 tellNotRenamed(oldName, error->reason());
         });
@@ -154,10 +152,7 @@ void KPController::showDocuments(const QStringList &paths)
             found.select(index, index);
     }
     if (found.isEmpty() && !paths.isEmpty()) {
-        m_filter->clear();
-        m_folders = {XPPath::folder(paths.first())};
-        showFolders();
-        startSearch();
+        showAllIn({XPPath::folder(paths.first())});
     } else if (!found.isEmpty()) {
         m_view->selectionModel()->select(found, QItemSelectionModel::ClearAndSelect);
         m_view->selectionModel()->setCurrentIndex(found.indexes().first(),
@@ -171,5 +166,5 @@ void KPController::showDocuments(const QStringList &paths)
 void KPController::showInformation(const QStringList &paths)
 {
     showDocuments(paths);
-    m_dock->show();
+    m_panels->setShown(KPWindowPanels::Place::Inspector, true);
 }

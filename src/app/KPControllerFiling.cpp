@@ -18,16 +18,6 @@ void KPController::fileSelected()
                                                        [](const std::optional<QStringList> &) {});
 }
 
-void KPController::moveSelected()
-{
-    bringSelected(false);
-}
-
-void KPController::copySelectedTo()
-{
-    bringSelected(true);
-}
-
 void KPController::bringSelected(bool copies)
 {
     const QStringList paths = m_view->selectedPaths();

@@ -1,24 +1,29 @@
 #include "KPStatusLine.h"
 
 #include "KPDocIcons.h"
+#include "KPLook.h"
 #include "XPPath.h"
 #include "XPPrompts.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLocale>
+#include <QPainter>
 #include <QProgressBar>
+#include <QSlider>
 #include <QTextDocument>
 #include <QToolButton>
+#include <cmath>
 
 static constexpr qsizetype fewFiles = 10;
 static constexpr qsizetype listedProblems = 12;
 static constexpr qsizetype hintedProblems = 4;
-static constexpr std::chrono::milliseconds noticeable{600};
+static constexpr std::chrono::milliseconds noticeable{500};
+static constexpr int zoomSteps = 100;
 
 KPStatusLine::KPStatusLine(QWidget *parent)
     : QStatusBar(parent), m_counts(new QLabel), m_index(new QLabel),
-      m_problemsButton(new QToolButton)
+      m_zoom(new QSlider(Qt::Horizontal)), m_problemsButton(new QToolButton)
 {
     QProgressBar *searchBar = nullptr;
     QLabel *searchLabel = nullptr;
@@ -39,14 +44,56 @@ KPStatusLine::KPStatusLine(QWidget *parent)
     connect(&m_indexDelay, &QTimer::timeout, m_index, &QWidget::show);
     m_index->hide();
 
-    setContentsMargins(8, 0, 8, 0);
+    m_searchDelay.setSingleShot(true);
+    m_searchDelay.setInterval(noticeable);
+    connect(&m_searchDelay, &QTimer::timeout, m_search, &QWidget::show);
+
+    makeZoom();
+    for (QLabel *label : {m_counts, m_index}) {
+        label->setFont(KPLook::font(KPLook::Type::Facts));
+        label->setForegroundRole(QPalette::PlaceholderText);
+    }
+    setSizeGripEnabled(false);
+    setContentsMargins(10, 0, 10, 0);
+    setMinimumHeight(KPLook::statusHeight);
     addWidget(m_counts);
-    addPermanentWidget(m_index);
+    addWidget(m_index);
     addPermanentWidget(m_problemsButton);
     addPermanentWidget(m_edit);
     addPermanentWidget(m_search);
+    addPermanentWidget(m_zoom);
     m_search->hide();
     m_edit->hide();
+}
+
+void KPStatusLine::makeZoom()
+{
+    m_zoom->setRange(0, zoomSteps);
+    m_zoom->setPageStep(zoomSteps / 10);
+    m_zoom->setFixedWidth(110);
+    m_zoom->setAccessibleName(qtTrId("KPZoom"));
+    m_zoom->setToolTip(qtTrId("KPZoom"));
+    connect(m_zoom, &QSlider::valueChanged, this,
+            [this](int value) { Q_EMIT zoomChanged(value / double(zoomSteps)); });
+}
+
+void KPStatusLine::setZoom(double zoom)
+{
+    const QSignalBlocker quiet(m_zoom);
+    m_zoom->setValue(static_cast<int>(std::lround(zoom * zoomSteps)));
+}
+
+void KPStatusLine::setZoomShown(bool isShown)
+{
+    m_zoom->setVisible(isShown);
+}
+
+// A hairline above, as between all panes, and no frames around the parts.
+void KPStatusLine::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.fillRect(rect(), palette().color(QPalette::Window));
+    painter.fillRect(0, 0, width(), 1, KPLook::line(palette()));
 }
 
 QWidget *KPStatusLine::makeProgress(QProgressBar **bar, QLabel **label,
@@ -72,18 +119,27 @@ QWidget *KPStatusLine::makeProgress(QProgressBar **bar, QLabel **label,
     return group;
 }
 
-void KPStatusLine::showCounts(qsizetype documents, qsizetype selected)
+void KPStatusLine::showCounts(qsizetype documents, qsizetype selected, qint64 size)
 {
     const QLocale locale;
     const QString count =
         qtTrId("KPDocumentCount", static_cast<int>(documents)).arg(locale.toString(documents));
-    m_counts->setText(selected ? qtTrId("KPCountsSelected").arg(count, locale.toString(selected))
-                               : count);
+    QString text =
+        selected ? qtTrId("KPCountsSelected").arg(locale.toString(selected), count) : count;
+    if (selected && size > 0)
+        text +=
+            QStringLiteral(" · ") + locale.formattedDataSize(size, 1, QLocale::DataSizeSIFormat);
+    m_counts->setText(text);
 }
 
 void KPStatusLine::showSearching(bool searching)
 {
-    m_search->setVisible(searching);
+    if (!searching) {
+        m_searchDelay.stop();
+        m_search->hide();
+    } else if (m_search->isHidden() && !m_searchDelay.isActive()) {
+        m_searchDelay.start();
+    }
 }
 
 void KPStatusLine::showEditing(qsizetype done, qsizetype total)

@@ -1,32 +1,14 @@
 #include "KPFilterBar.h"
 
-#include "KPDocIcons.h"
-#include "UserDefaults.h"
 #include "XPTagsEditor.h"
 
 #include <QComboBox>
 #include <QHBoxLayout>
-#include <QKeyEvent>
-#include <QLabel>
-#include <QLineEdit>
-
-static constexpr std::chrono::milliseconds typingPause{500};
 
 KPFilterBar::KPFilterBar(QWidget *parent)
-    : QWidget(parent), m_search(new QLineEdit(this)),
-      m_tags(new XPTagsEditor(XPTagsEditor::Purpose::Filter, this)), m_date(new QComboBox(this)),
-      m_rating(new QComboBox(this))
+    : QWidget(parent), m_tags(new XPTagsEditor(XPTagsEditor::Purpose::Filter, this)),
+      m_date(new QComboBox(this)), m_rating(new QComboBox(this))
 {
-    m_search->setPlaceholderText(qtTrId("KPSearchPlaceholder"));
-    m_search->setAccessibleName(qtTrId("KPSearch"));
-    m_search->setAccessibleDescription(qtTrId("KPSearchPlaceholder"));
-    m_search->setClearButtonEnabled(true);
-    m_search->addAction(KPDocIcons::symbol(QStringLiteral("search")), QLineEdit::LeadingPosition);
-    m_search->installEventFilter(this);
-    // The same frame as the tag field's, which is drawn from the palette too.
-    m_search->setStyleSheet(QStringLiteral(
-        "QLineEdit { border: 1px solid palette(mid); border-radius: 4px; padding: 4px;"
-        " background: palette(base); } QLineEdit:focus { border-color: palette(highlight); }"));
     m_tags->setHint(qtTrId("KPFilterTagsHint"), qtTrId("KPFilterTags"));
     m_date->setAccessibleName(qtTrId("KPFilterDate"));
     for (const QString &key : KPSearchDates::allKeys())
@@ -42,7 +24,7 @@ KPFilterBar::KPFilterBar(QWidget *parent)
         addRating(QStringLiteral(">= %1").arg(stars));
 
     auto *row = new QHBoxLayout(this);
-    row->setContentsMargins(10, 0, 10, 8);
+    row->setContentsMargins(12, 0, 12, 8);
     row->setSpacing(8);
     row->addWidget(m_tags, 1);
     for (QComboBox *choice : {m_date, m_rating}) {
@@ -50,49 +32,28 @@ KPFilterBar::KPFilterBar(QWidget *parent)
         choice->setMinimumHeight(m_tags->sizeHint().height());
         connect(choice, &QComboBox::currentIndexChanged, this, &KPFilterBar::changed);
     }
-
-    m_typing.setSingleShot(true);
-    m_typing.setInterval(typingPause);
-    connect(&m_typing, &QTimer::timeout, this, &KPFilterBar::changed);
-    connect(m_search, &QLineEdit::textChanged, this,
-            [this](const QString &text) { text.isEmpty() ? changed() : m_typing.start(); });
-    connect(m_search, &QLineEdit::returnPressed, this, &KPFilterBar::changed);
     connect(m_tags, &XPTagsEditor::tagsEdited, this, &KPFilterBar::changed);
     connect(m_tags, &XPTagsEditor::left, this, &KPFilterBar::left);
-    m_announced = state();
 }
 
-KPSearchState::Ptr KPFilterBar::state() const
+void KPFilterBar::show(const KPSearchState::Ptr &state)
 {
-    const UserDefaults &defaults = UserDefaults::standard();
-    return KPSearchState::searchStateWithNativeDictionary({})
-        ->searchStateWithNewSearchString(
-            m_search->text().simplified(),
-            defaults.boolValue(QStringLiteral("KPDoSpotlightSearches")),
-            defaults.boolValue(QStringLiteral("KPDoMetaDataSearches")), true)
-        ->searchStateWithNewTags(m_tags->tags())
-        ->searchStateWithNewExcludeTags(m_tags->excludedTags())
-        ->searchStateWithNewDateString(m_date->currentData().toString())
-        ->searchStateWithNewRating(m_rating->currentData().toString());
+    const QSignalBlocker quiet(this);
+    m_state = state;
+    if (m_tags->tags() != state->searchTags())
+        m_tags->setTags(state->searchTags());
+    m_date->setCurrentIndex(std::max(0, m_date->findData(state->dateString())));
+    m_rating->setCurrentIndex(std::max(0, m_rating->findData(state->ratingString())));
 }
 
 void KPFilterBar::changed()
 {
-    m_typing.stop();
-    const KPSearchState::Ptr now = state();
-    if (!std::exchange(m_announced, now)->isEqualToSearchState(*now))
-        Q_EMIT stateChanged();
-}
-
-void KPFilterBar::clear()
-{
-    const QSignalBlocker blocker(this);
-    m_search->clear();
-    m_tags->setTags({});
-    m_date->setCurrentIndex(0);
-    m_rating->setCurrentIndex(0);
-    m_announced = state();
-    m_typing.stop();
+    const auto wanted = m_state->searchStateWithNewTags(m_tags->tags())
+                            ->searchStateWithNewExcludeTags(m_tags->excludedTags())
+                            ->searchStateWithNewDateString(m_date->currentData().toString())
+                            ->searchStateWithNewRating(m_rating->currentData().toString());
+    if (!wanted->isEqualToSearchState(*m_state))
+        Q_EMIT stateAsked(wanted);
 }
 
 void KPFilterBar::setSuggestions(std::function<QStringList()> suggestions)
@@ -100,36 +61,7 @@ void KPFilterBar::setSuggestions(std::function<QStringList()> suggestions)
     m_tags->setSuggestions(std::move(suggestions));
 }
 
-void KPFilterBar::focusSearch()
-{
-    m_search->setFocus(Qt::ShortcutFocusReason);
-    m_search->selectAll();
-}
-
 void KPFilterBar::focusTags()
 {
     m_tags->focusEntry();
-}
-
-void KPFilterBar::escape()
-{
-    if (m_search->text().isEmpty())
-        Q_EMIT left();
-    m_search->clear();
-}
-
-bool KPFilterBar::eventFilter(QObject *watched, QEvent *event)
-{
-    if (watched == m_search && event->type() == QEvent::KeyPress) {
-        const int key = static_cast<QKeyEvent *>(event)->key();
-        if (key == Qt::Key_Escape) {
-            escape();
-            return true;
-        }
-        if (key == Qt::Key_Down) {
-            Q_EMIT left();
-            return true;
-        }
-    }
-    return QWidget::eventFilter(watched, event);
 }

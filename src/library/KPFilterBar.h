@@ -2,19 +2,14 @@
 
 #include "KPSearchState.h"
 
-#include <QTimer>
 #include <QWidget>
 #include <functional>
 
 class QComboBox;
-class QLineEdit;
 class XPTagsEditor;
 
-// The criteria above the grid: words, tags, date, rating.
-//
-// Where words are looked for, the settings "KPDoSpotlightSearches" (contents) and
-// "KPDoMetaDataSearches" (other attributes) say; always in names.
-// Typed words count after a pause, or at once with Enter. Threads: main.
+// Criteria of the search above the grid: tags, date, rating. Shows those of a state and asks for
+// another one; what else the state says stays. Threads: main.
 class KPFilterBar : public QWidget
 {
     Q_OBJECT
@@ -22,33 +17,19 @@ class KPFilterBar : public QWidget
 public:
     explicit KPFilterBar(QWidget *parent = nullptr);
 
-    // The search field, for the toolbar; owned here until somebody else takes it.
-    QLineEdit *searchField() const { return m_search; }
-
-    // What was chosen, without folders.
-    KPSearchState::Ptr state() const;
-    bool isEmpty() const { return state()->isBlank(); }
-    void clear();
-
+    void show(const KPSearchState::Ptr &state);
     void setSuggestions(std::function<QStringList()> suggestions);
-    void focusSearch();
     void focusTags();
 
 Q_SIGNALS:
-    void stateChanged();
+    void stateAsked(const KPSearchState::Ptr &state);
     void left(); // Escape with nothing to clear
-
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     void changed();
-    void escape();
 
-    QLineEdit *m_search;
     XPTagsEditor *m_tags;
     QComboBox *m_date;
     QComboBox *m_rating;
-    QTimer m_typing;
-    KPSearchState::Ptr m_announced;
+    KPSearchState::Ptr m_state = KPSearchState::blankSearchState(); // shown
 };

@@ -59,11 +59,15 @@ void KPSearcher::observeSettings()
             if (const auto *path = std::get_if<QString>(&notification.object))
                 documentDeleted(*path);
         }));
-    m_observations.push_back(centre.addObserver(
-        QStringLiteral("KPNotificationFileSystemMayHaveChanged"), [this](const XPNotification &) {
-            if (needToRedoNonLiveSearches() && !m_isStopped)
-                m_threaded->metaDataHasChanged();
-        }));
+    m_observations.push_back(
+        centre.addObserver(QStringLiteral("KPNotificationFileSystemMayHaveChanged"),
+                           [this](const XPNotification &) { metaDataHasChanged(); }));
+}
+
+void KPSearcher::metaDataHasChanged()
+{
+    if (needToRedoNonLiveSearches() && !m_isStopped)
+        m_threaded->metaDataHasChanged();
 }
 
 // --- The state
@@ -210,6 +214,8 @@ void KPSearcher::restartSearchAction()
     clearSearchTimers();
     const KPSearchState::Ptr before = m_searched;
     KPSearchState::Ptr state = m_isStopped ? nullptr : entireSearchState();
+    if (m_showsAllDocuments)
+        state = allDocumentsOf(state);
     if (state && !state->isSearchGoodEnoughToPerformSearch())
         state = nullptr;
     if (state && std::exchange(m_forceNewSearch, false))

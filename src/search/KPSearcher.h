@@ -30,6 +30,8 @@ public:
     void setSearchStateAddToHistoryIfChanged(const KPSearchState::Ptr &state);
     // With the settings of the kinds of tags put in; null without a state.
     KPSearchState::Ptr entireSearchState() const;
+    // A state without any criterion shows all documents, as a window does; else nothing.
+    void setShowsAllDocuments(bool showsAll) { m_showsAllDocuments = showsAll; }
 
     // A state without any criterion asks the index for nothing; this one is the same and asks for
     // all documents of its folders.
@@ -62,6 +64,8 @@ public:
     // How the results are sorted and grouped from now on; as they are found before the first call.
     void setResultsOrder(const KPSortOrder &order);
     const std::optional<KPSortOrder> &resultsOrder() const { return m_order; }
+    // Tags of documents changed: where no query watches them they are judged again.
+    void metaDataHasChanged();
     // A record moved with its file; a document was deleted.
     void pathChanged(const QString &oldPath, const QString &newPath);
     void documentDeleted(const QString &path);
@@ -147,6 +151,7 @@ private:
     KPSearchState::Ptr m_searchState;
     KPSearchState::Ptr m_searched; // the entire state last handed over
     std::optional<KPSortOrder> m_order;
+    bool m_showsAllDocuments = false;
     bool m_isStopped = false;
     bool m_isSearching = false;
     bool m_forceNewSearch = false;

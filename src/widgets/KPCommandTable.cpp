@@ -34,7 +34,8 @@ void KPCommands::add(const QList<KPCommand> &table)
         } else {
             // The state is asked again first: a shortcut reaches a command whose menu never opened.
             connect(action, &QAction::triggered, this, [this, command] {
-                if (!command.state || command.state().isEnabled)
+                const KPCommandState state = command.state ? command.state() : KPCommandState{};
+                if (state.isEnabled && state.isShown)
                     command.run();
                 update();
             });
@@ -84,18 +85,33 @@ void KPCommands::update()
 {
     for (const Entry &entry : m_entries)
         update(entry);
+    Q_EMIT updated();
+}
+
+// A button of an icon alone says what it does and which key does the same.
+static QString toolTip(QString text, const QKeySequence &key)
+{
+    text.remove(u'&');
+    return key.isEmpty()
+               ? text
+               : qtTrId("KPToolTipWithKey").arg(text, key.toString(QKeySequence::NativeText));
 }
 
 void KPCommands::update(const Entry &entry) const
 {
     const KPCommandState state = entry.command.state ? entry.command.state() : KPCommandState{};
-    QString text = qtTrId(state.text ? state.text : entry.command.id);
+    QString text =
+        state.title.isEmpty() ? qtTrId(state.text ? state.text : entry.command.id) : state.title;
+    entry.action->setToolTip(toolTip(text, *entry.command.shownKey
+                                               ? QKeySequence(QLatin1String(entry.command.shownKey))
+                                               : entry.command.shortcut));
     if (*entry.command.shownKey) {
         const QKeySequence key(QLatin1String(entry.command.shownKey));
         text += u'\t' + key.toString(QKeySequence::NativeText);
     }
     entry.action->setText(text);
-    entry.action->setEnabled(state.isEnabled);
+    entry.action->setVisible(state.isShown);
+    entry.action->setEnabled(state.isEnabled && state.isShown);
     entry.action->setCheckable(state.isChecked.has_value());
     entry.action->setChecked(state.isChecked.value_or(false));
 }

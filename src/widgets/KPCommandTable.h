@@ -20,6 +20,8 @@ struct KPCommandState
     bool isEnabled = true;
     std::optional<bool> isChecked = std::nullopt; // nothing: it is not one that is checked
     const char *text = nullptr; // another text id than the command's own ("Hide …" for "Show …")
+    QString title = {};         // the text itself, where it says more ("Undo Renaming")
+    bool isShown = true;        // false: what it works on is not there, so that it is not either
 };
 
 // One command of the program. Each feature has a table of its own; the window composes its menu
@@ -53,12 +55,16 @@ public:
     void add(const QList<KPCommand> &table);
     // Null: there is no such command.
     QAction *action(const char *id) const;
-    // Fills the bar with a menu a group; menus without a command are left out.
+    // Fills the bar with a menu a group; menus without a command are left out. Once, after the last
+    // add().
     void fill(QMenuBar *bar);
     // The commands on documents, with their separators.
     void fillDocumentsMenu(QMenu *menu) const;
     // Asks every state again.
     void update();
+
+Q_SIGNALS:
+    void updated();
 
 private:
     struct Entry

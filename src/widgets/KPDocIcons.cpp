@@ -34,29 +34,31 @@ public:
     explicit SymbolEngine(const QIcon &mask) : m_mask(mask) {}
 
     QIconEngine *clone() const override { return new SymbolEngine(*this); }
-    void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State) override
+    void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State state) override
     {
         const double ratio = painter->device()->devicePixelRatioF();
-        painter->drawPixmap(rect, coloured(rect.size(), mode, ratio));
+        painter->drawPixmap(rect, coloured(rect.size(), mode, state, ratio));
     }
-    QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State) override
+    QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override
     {
-        return coloured(size, mode, 1);
+        return coloured(size, mode, state, 1);
     }
-    QPixmap scaledPixmap(const QSize &size, QIcon::Mode mode, QIcon::State, qreal) override
+    QPixmap scaledPixmap(const QSize &size, QIcon::Mode mode, QIcon::State state, qreal) override
     {
-        return coloured(size, mode, 1); // `size` is in device pixels here
+        return coloured(size, mode, state, 1); // `size` is in device pixels here
     }
 
 private:
-    QPixmap coloured(const QSize &size, QIcon::Mode mode, double ratio) const
+    QPixmap coloured(const QSize &size, QIcon::Mode mode, QIcon::State state, double ratio) const
     {
         QPixmap result = m_mask.pixmap(size, ratio);
         const auto group = mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
+        const auto role = mode == QIcon::Selected ? QPalette::HighlightedText
+                          : state == QIcon::On && mode != QIcon::Disabled ? QPalette::Highlight
+                                                                          : QPalette::ButtonText;
         QPainter painter(&result);
         painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
-        painter.fillRect(result.rect(),
-                         QGuiApplication::palette().color(group, QPalette::ButtonText));
+        painter.fillRect(result.rect(), QGuiApplication::palette().color(group, role));
         return result;
     }
 

@@ -15,7 +15,7 @@ QString kindForUTI(const QString &uti);
 QIcon forUTI(const QString &uti);
 
 // A control's symbol by its file name, in the text colour of the palette at hand whenever it is
-// painted.
+// painted; in the accent where it is on, in what stands on the accent where it is selected.
 QIcon symbol(const QString &name);
 
 } // namespace KPDocIcons

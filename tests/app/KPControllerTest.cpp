@@ -1,31 +1,17 @@
-#include "KPController.h"
-
-#include "IndexSettings.h"
+#include "ControllerFixture.h"
 #include "KPDocCache.h"
-#include "KPDocIcons.h"
-#include "KPDocsView.h"
 #include "KPFilterBar.h"
-#include "KPIndexMonitor.h"
-#include "KPLibraryModel.h"
-#include "KPQuickLook.h"
 #include "KPSearcher.h"
 #include "KPStatusLine.h"
-#include "KPTagName.h"
-#include "Karvex.h"
-#include "TestHome.h"
 #include "XPExtendedAttributes.h"
-#include "XPFactorySettings.h"
 #include "XPPath.h"
-#include "XPPrompts.h"
 #include "XPStarsEditor.h"
 #include "XPTagChip.h"
-#include "XPTagsEditor.h"
 
 #include <QAccessible>
 #include <QApplication>
 #include <QClipboard>
 #include <QComboBox>
-#include <QDockWidget>
 #include <QFile>
 #include <QInputDialog>
 #include <QLineEdit>
@@ -40,102 +26,10 @@
 #include <filesystem>
 #include <gmock/gmock.h>
 
-namespace {
-
-struct Alerts : public XPPrompts
-{
-    explicit Alerts(QStringList *list) : alerts(list) {}
-    void ask(const Question &question, std::function<void(int)> answer) override
-    {
-        answer(question.cancelButton);
-    }
-    void alert(const QString &title, const QString &text) override
-    {
-        alerts->append(title + u'\n' + text);
-    }
-    QStringList *alerts;
-};
-
-// The whole window on real files, driven by key events.
-class Controller : public testing::Test
-{
-protected:
-    void SetUp() override
-    {
-        KPTagName::intializeGlobals();
-        KPDocMetaData::holdFilledValues();
-        KPDocIcons::registerIcons();
-        XPFactorySettings::registerAll();
-        IndexSettings::setRoots({m_folder.path()});
-        xpGuiThread.assertHere();
-        KPQuickLook::initializeGlobals({});
-        XPPrompts::install(std::make_unique<Alerts>(&m_alerts));
-        for (const char *name : {"a.txt", "b.pdf", "c.odt"})
-            m_paths.append(m_folder.file(QString::fromLatin1(name)));
-    }
-    void TearDown() override
-    {
-        m_window.reset();
-        m_monitor.reset();
-        m_index.reset();
-        XPPrompts::install(nullptr);
-        xpGuiThread.assertHere();
-        KPQuickLook::shutDown();
-    }
-
-    void makeWindow(const QString &folder)
-    {
-        m_index = MetadataIndex::open();
-        m_monitor = std::make_unique<KPIndexMonitor>(*m_index);
-        m_window = std::make_unique<KPController>(std::make_unique<KPSearcher>(m_index->source()),
-                                                  QStringList{folder}, m_monitor.get());
-        m_window->show();
-        QApplication::setActiveWindow(m_window.get());
-        m_view = m_window->findChild<KPDocsView *>();
-    }
-    void openWindow()
-    {
-        makeWindow(m_folder.path());
-        m_tags = m_window->findChild<QDockWidget *>()->findChild<XPTagsEditor *>();
-        ASSERT_TRUE(until([&] { return rows() == 3 && m_window->isSettled(); }));
-    }
-    // Deadline, not a wait: returns as soon as it holds.
-    static bool until(const std::function<bool()> &holds) { return QTest::qWaitFor(holds, 20'000); }
-    int rows() const { return m_view->model()->rowCount(); }
-    void select(int row)
-    {
-        m_view->setCurrentIndex(m_view->model()->index(row, 0));
-        EXPECT_TRUE(until([&] { return m_window->isSettled(); }));
-    }
-    void typeTag(const QString &tag)
-    {
-        m_window->editTags();
-        QTest::keyClicks(m_tags->entry(), tag);
-        QTest::keyClick(m_tags->entry(), Qt::Key_Return);
-    }
-    static QStringList tagsOf(const QString &path)
-    {
-        return Karvex::getUserTags(path).valueOr({QStringLiteral("(error)")});
-    }
-    static double ratingOf(const QString &path) { return Karvex::getRating(path).valueOr(-1); }
-
-    const QString work = QStringLiteral("work");
-    TestFolder m_folder;
-    QStringList m_paths;
-    QStringList m_alerts;
-    std::unique_ptr<MetadataIndex> m_index;
-    std::unique_ptr<KPIndexMonitor> m_monitor;
-    std::unique_ptr<KPController> m_window;
-    KPDocsView *m_view = nullptr;
-    XPTagsEditor *m_tags = nullptr;
-};
-
-} // namespace
-
 TEST_F(Controller, TagsAndRatingsTypedReachTheFilesAndCanBeUndone)
 {
     openWindow();
-    m_window->selectAll();
+    m_view->selectAll();
     ASSERT_TRUE(until([&] { return m_window->isSettled(); }));
     typeTag(work);
     ASSERT_TRUE(until([&] {
@@ -249,7 +143,7 @@ TEST_F(Controller, SaysWhichFilesCouldNotBeChanged)
     const QString name = Karvex::spotlightKey(Karvex::userTagsKey);
     ASSERT_FALSE(XPExtendedAttributes::write(m_paths[1], name, "garbage"));
     openWindow();
-    m_window->selectAll();
+    m_view->selectAll();
     ASSERT_TRUE(until([&] { return m_window->isSettled(); }));
     typeTag(work);
     ASSERT_TRUE(until([&] { return !m_alerts.isEmpty(); }));
@@ -265,14 +159,15 @@ TEST_F(Controller, FindsByWordsAndCopiesFilesByTheirBytes)
     const QString odd = m_folder.file(XPPath::decode(QByteArrayView("odd \xff.txt")));
     m_paths.append(odd);
     makeWindow(m_folder.path());
-    m_window->search();
+    run("KPFind");
     auto *field = qobject_cast<QLineEdit *>(QApplication::focusWidget());
     ASSERT_TRUE(field);
     QTest::keyClicks(field, QStringLiteral("odd"));
     QTest::keyClick(field, Qt::Key_Return);
     ASSERT_TRUE(until([&] { return m_window->isSettled() && rows() == 1; }));
-    m_window->selectAll();
-    m_window->copySelected();
+    m_view->selectAll();
+    ASSERT_TRUE(until([&] { return m_window->isSettled(); }));
+    run("KPCopyFiles");
     const QMimeData *copied = QGuiApplication::clipboard()->mimeData();
     EXPECT_TRUE(copied->data(QStringLiteral("text/uri-list")).endsWith("/odd%20%FF.txt\r\n"));
     EXPECT_TRUE(
@@ -310,13 +205,13 @@ TEST_F(Controller, NarrowsByTagsDateAndRating)
     choose(date, {});
     choose(rating, {});
     EXPECT_TRUE(shows(3));
-    m_window->filterTags();
+    run("KPFindTags");
     auto *tags = bar->findChild<XPTagsEditor *>();
     QTest::keyClicks(tags->entry(), QStringLiteral("work,"));
     EXPECT_TRUE(shows(2));
     choose(rating, QStringLiteral(">= 4"));
     EXPECT_TRUE(shows(1));
-    EXPECT_EQ(bar->state()->searchTags(), QStringList{work});
+    EXPECT_EQ(m_window->searcher().searchState()->searchTags(), QStringList{work});
 }
 
 // Every command stands in a menu, once, and says truly whether it can work.

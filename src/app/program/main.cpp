@@ -21,6 +21,7 @@
 #include "KPTagBackup.h"
 #include "KPTagHealer.h"
 #include "KPTagName.h"
+#include "KPThreadedSearcher.h"
 #include "Karvex.h"
 #include "KarvexPrefs.h"
 #include "UserDefaults.h"
@@ -112,16 +113,14 @@ static int run(const KPCommandLine &line)
     folders.startObserving();
     QObject::connect(&monitor, &KPIndexMonitor::changed, &monitor,
                      [&] { folders.updateIndexAvailability(monitor.status().roots); });
-    auto made = std::make_unique<KPSearcher>(index->source());
-    KPSearcher &searcher = *made;
-    KPController controller(std::move(made), line.folders, &monitor);
+    KPController controller(index->source(), line.folders, &monitor);
     XPPrompts::install(std::make_unique<KPPrompts>(&controller));
     auto services = std::make_unique<KPAppServices>();
     QObject::connect(services.get(), &KPAppServices::revealAsked, &controller,
                      &KPController::showDocuments);
     QObject::connect(services.get(), &KPAppServices::infoAsked, &controller,
                      &KPController::showInformation);
-    QObject::connect(services.get(), &KPAppServices::pathMoved, &searcher,
+    QObject::connect(services.get(), &KPAppServices::pathMoved, &controller.searcher(),
                      &KPSearcher::pathChanged);
     KPDocServices::install(std::move(services));
     KPDocServices::current().runFileWork([] { (void)XPMoveRecovery::run(); }, [] {});

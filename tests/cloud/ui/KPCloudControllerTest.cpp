@@ -32,6 +32,7 @@ public:
     void showSimilarDocuments(const KPDoc::Docs &) override {}
     bool userIsCurrentlyTyping() const override { return false; }
     void manageWindowTitle() override {}
+    void showTagMenu(KPTagName *, const QPoint &) override {}
 
 private:
     KPSearcher m_searcher;
