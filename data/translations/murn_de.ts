@@ -56,6 +56,66 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPBadColourScheme">
         <translation>„%1“ ist kein Farbschema: dark oder light</translation>
     </message>
+    <message id="KPBookmarkAdd">
+        <translation>Suche sichern</translation>
+    </message>
+    <message id="KPBookmarkBar">
+        <translation>Gesicherte Suchen</translation>
+    </message>
+    <message id="KPBookmarkBarMore">
+        <translation>Weitere gesicherte Suchen</translation>
+    </message>
+    <message id="KPBookmarkBarTags">
+        <translation>Dokumente mit %1</translation>
+    </message>
+    <message id="KPBookmarkCombine">
+        <translation>Mit aktueller Suche verbinden</translation>
+    </message>
+    <message id="KPBookmarkDelete">
+        <translation>Löschen</translation>
+    </message>
+    <message id="KPBookmarkEmptyFolder">
+        <translation>Leer</translation>
+    </message>
+    <message id="KPBookmarkExport">
+        <translation>Exportieren …</translation>
+    </message>
+    <message id="KPBookmarkFiles">
+        <translation>Gesicherte Suchen (*.plist)</translation>
+    </message>
+    <message id="KPBookmarkImport">
+        <translation>Importieren …</translation>
+    </message>
+    <message id="KPBookmarkLooksFor">
+        <translation>Sucht nach</translation>
+    </message>
+    <message id="KPBookmarkMove">
+        <translation>Gesicherte Suche bewegen</translation>
+    </message>
+    <message id="KPBookmarkNarrow">
+        <translation>Aktuelle Suche eingrenzen</translation>
+    </message>
+    <message id="KPBookmarkNewFolder">
+        <translation>Neuer Ordner</translation>
+    </message>
+    <message id="KPBookmarkNewFolderName">
+        <translation>Neuer Ordner</translation>
+    </message>
+    <message id="KPBookmarkRename">
+        <translation>Umbenennen</translation>
+    </message>
+    <message id="KPBookmarkShow">
+        <translation>Zeigen</translation>
+    </message>
+    <message id="KPBookmarkTitle">
+        <translation>Name</translation>
+    </message>
+    <message id="KPBookmarkUpdate">
+        <translation>Auf aktuelle Suche setzen</translation>
+    </message>
+    <message id="KPBookmarksEmpty">
+        <translation>Noch ist nichts gesichert. „Suche sichern“ merkt sich die gezeigte Suche.</translation>
+    </message>
     <message id="KPBuiltInString">
         <translation>eingebaut</translation>
     </message>
@@ -224,6 +284,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPCountsSelected">
         <translation>%1 von %2 ausgewählt</translation>
     </message>
+    <message id="KPCrumbAdd">
+        <translation>Suche eingrenzen</translation>
+    </message>
     <message id="KPCrumbAddDate">
         <translation>Datum</translation>
     </message>
@@ -236,8 +299,20 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPCrumbAddTag">
         <translation>Schlagwort</translation>
     </message>
+    <message id="KPCrumbClearRecent">
+        <translation>Zuletzt besuchte Orte vergessen</translation>
+    </message>
     <message id="KPCrumbDateRange">
         <translation>Andere Tage …</translation>
+    </message>
+    <message id="KPCrumbDocuments" numerus="yes">
+        <translation>
+            <numerusform>%1 Dokument</numerusform>
+            <numerusform>%1 Dokumente</numerusform>
+        </translation>
+    </message>
+    <message id="KPCrumbExclude">
+        <translation>Stattdessen ausschließen</translation>
     </message>
     <message id="KPCrumbFileList" numerus="yes">
         <translation>
@@ -245,8 +320,14 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
             <numerusform>%n gewählte Dokumente</numerusform>
         </translation>
     </message>
+    <message id="KPCrumbHint">
+        <translation>Eingabe öffnet das Menü, Entfernen nimmt es weg, Minus macht das Gegenteil daraus.</translation>
+    </message>
     <message id="KPCrumbIn">
         <translation>in %1</translation>
+    </message>
+    <message id="KPCrumbInclude">
+        <translation>Nur diese zeigen</translation>
     </message>
     <message id="KPCrumbListing">
         <translation>Nur dieser Ordner</translation>
@@ -254,11 +335,29 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPCrumbListingDeep">
         <translation>Mit Unterordnern</translation>
     </message>
+    <message id="KPCrumbMore" numerus="yes">
+        <translation>
+            <numerusform>%n weiteres</numerusform>
+            <numerusform>%n weitere</numerusform>
+        </translation>
+    </message>
+    <message id="KPCrumbNegateHint">
+        <translation>Klicken, um das Gegenteil daraus zu machen</translation>
+    </message>
     <message id="KPCrumbNothing">
         <translation>Unmögliche Art</translation>
     </message>
     <message id="KPCrumbPackages">
         <translation>Inhalt von Paketen</translation>
+    </message>
+    <message id="KPCrumbPlaceHint">
+        <translation>Eingabe öffnet das Menü.</translation>
+    </message>
+    <message id="KPCrumbRemove">
+        <translation>Entfernen</translation>
+    </message>
+    <message id="KPCrumbSearching">
+        <translation>Suche läuft … %1</translation>
     </message>
     <message id="KPCrumbSystemFiles">
         <translation>Systemdateien</translation>
@@ -322,6 +421,18 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPCustomiseToolbarTitle">
         <translation>Symbolleiste anpassen</translation>
+    </message>
+    <message id="KPDateRangeFrom">
+        <translation>Von</translation>
+    </message>
+    <message id="KPDateRangeShow">
+        <translation>Zeigen</translation>
+    </message>
+    <message id="KPDateRangeTitle">
+        <translation>Dokumente, geändert zwischen</translation>
+    </message>
+    <message id="KPDateRangeTo">
+        <translation>Bis</translation>
     </message>
     <message id="KPDetails">
         <translation>Details</translation>
@@ -710,8 +821,26 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPListingNotFollowed">
         <translation>Änderungen in einigen Ordnern können nicht verfolgt werden: Das System gibt keine weiteren Überwachungen her.</translation>
     </message>
+    <message id="KPLocationsFolders">
+        <translation>Ordner mit Ergebnissen</translation>
+    </message>
+    <message id="KPLocationsGo">
+        <translation>In diesem Ordner suchen</translation>
+    </message>
+    <message id="KPLocationsLeaveOut">
+        <translation>Diesen Ordner ausschließen</translation>
+    </message>
     <message id="KPLocationsPanelShown">
         <translation>&amp;Orte-Bereich</translation>
+    </message>
+    <message id="KPLocationsRecent">
+        <translation>Zuletzt besuchte Orte</translation>
+    </message>
+    <message id="KPLocationsReveal">
+        <translation>Im Dateimanager zeigen</translation>
+    </message>
+    <message id="KPLocationsUp">
+        <translation>Übergeordneter Ordner</translation>
     </message>
     <message id="KPLooking">
         <translation>Suche läuft …</translation>
@@ -1285,6 +1414,24 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPSortSize">
         <translation>Größe</translation>
+    </message>
+    <message id="KPSourceList">
+        <translation>Quellen</translation>
+    </message>
+    <message id="KPSourceListDates">
+        <translation>Daten</translation>
+    </message>
+    <message id="KPSourceListKinds">
+        <translation>Arten</translation>
+    </message>
+    <message id="KPSourceListLibrary">
+        <translation>Bibliothek</translation>
+    </message>
+    <message id="KPSourceListPlaces">
+        <translation>Orte</translation>
+    </message>
+    <message id="KPSourceListSaved">
+        <translation>Gespeichert</translation>
     </message>
     <message id="KPSourceMenuAllFileTypesTitle">
         <translation>Alle Dateien</translation>

@@ -58,6 +58,66 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPBadColourScheme">
         <translation>“%1” is no colour scheme: dark or light</translation>
     </message>
+    <message id="KPBookmarkAdd">
+        <translation>Save Search</translation>
+    </message>
+    <message id="KPBookmarkBar">
+        <translation>Saved Searches</translation>
+    </message>
+    <message id="KPBookmarkBarMore">
+        <translation>More saved searches</translation>
+    </message>
+    <message id="KPBookmarkBarTags">
+        <translation>Documents tagged %1</translation>
+    </message>
+    <message id="KPBookmarkCombine">
+        <translation>Combine with Current Search</translation>
+    </message>
+    <message id="KPBookmarkDelete">
+        <translation>Delete</translation>
+    </message>
+    <message id="KPBookmarkEmptyFolder">
+        <translation>Empty</translation>
+    </message>
+    <message id="KPBookmarkExport">
+        <translation>Export…</translation>
+    </message>
+    <message id="KPBookmarkFiles">
+        <translation>Saved searches (*.plist)</translation>
+    </message>
+    <message id="KPBookmarkImport">
+        <translation>Import…</translation>
+    </message>
+    <message id="KPBookmarkLooksFor">
+        <translation>Looks for</translation>
+    </message>
+    <message id="KPBookmarkMove">
+        <translation>Move Saved Search</translation>
+    </message>
+    <message id="KPBookmarkNarrow">
+        <translation>Narrow Current Search</translation>
+    </message>
+    <message id="KPBookmarkNewFolder">
+        <translation>New Folder</translation>
+    </message>
+    <message id="KPBookmarkNewFolderName">
+        <translation>New Folder</translation>
+    </message>
+    <message id="KPBookmarkRename">
+        <translation>Rename</translation>
+    </message>
+    <message id="KPBookmarkShow">
+        <translation>Show</translation>
+    </message>
+    <message id="KPBookmarkTitle">
+        <translation>Name</translation>
+    </message>
+    <message id="KPBookmarkUpdate">
+        <translation>Update to Current Search</translation>
+    </message>
+    <message id="KPBookmarksEmpty">
+        <translation>Nothing is saved yet. “Save Search” keeps the search that is shown.</translation>
+    </message>
     <message id="KPBuiltInString">
         <translation>built-in</translation>
     </message>
@@ -226,6 +286,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPCountsSelected">
         <translation>%1 of %2 selected</translation>
     </message>
+    <message id="KPCrumbAdd">
+        <translation>Narrow the search</translation>
+    </message>
     <message id="KPCrumbAddDate">
         <translation>Date</translation>
     </message>
@@ -238,8 +301,20 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPCrumbAddTag">
         <translation>Tag</translation>
     </message>
+    <message id="KPCrumbClearRecent">
+        <translation>Forget Recent Places</translation>
+    </message>
     <message id="KPCrumbDateRange">
         <translation>Other Dates…</translation>
+    </message>
+    <message id="KPCrumbDocuments" numerus="yes">
+        <translation>
+            <numerusform>%1 document</numerusform>
+            <numerusform>%1 documents</numerusform>
+        </translation>
+    </message>
+    <message id="KPCrumbExclude">
+        <translation>Exclude Instead</translation>
     </message>
     <message id="KPCrumbFileList" numerus="yes">
         <translation>
@@ -247,8 +322,14 @@ Free software under the GNU General Public License, version 3 or later.</transla
             <numerusform>%n chosen documents</numerusform>
         </translation>
     </message>
+    <message id="KPCrumbHint">
+        <translation>Return opens its menu, Delete removes it, minus turns it into its opposite.</translation>
+    </message>
     <message id="KPCrumbIn">
         <translation>in %1</translation>
+    </message>
+    <message id="KPCrumbInclude">
+        <translation>Show Only These</translation>
     </message>
     <message id="KPCrumbListing">
         <translation>This Folder Only</translation>
@@ -256,11 +337,29 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPCrumbListingDeep">
         <translation>With Folders Inside</translation>
     </message>
+    <message id="KPCrumbMore" numerus="yes">
+        <translation>
+            <numerusform>%n more</numerusform>
+            <numerusform>%n more</numerusform>
+        </translation>
+    </message>
+    <message id="KPCrumbNegateHint">
+        <translation>Click to turn it into its opposite</translation>
+    </message>
     <message id="KPCrumbNothing">
         <translation>Impossible Kind</translation>
     </message>
     <message id="KPCrumbPackages">
         <translation>Inside of Packages</translation>
+    </message>
+    <message id="KPCrumbPlaceHint">
+        <translation>Return opens its menu.</translation>
+    </message>
+    <message id="KPCrumbRemove">
+        <translation>Remove</translation>
+    </message>
+    <message id="KPCrumbSearching">
+        <translation>Searching… %1</translation>
     </message>
     <message id="KPCrumbSystemFiles">
         <translation>System Files</translation>
@@ -324,6 +423,18 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPCustomiseToolbarTitle">
         <translation>Customize Toolbar</translation>
+    </message>
+    <message id="KPDateRangeFrom">
+        <translation>From</translation>
+    </message>
+    <message id="KPDateRangeShow">
+        <translation>Show</translation>
+    </message>
+    <message id="KPDateRangeTitle">
+        <translation>Documents Changed Between</translation>
+    </message>
+    <message id="KPDateRangeTo">
+        <translation>To</translation>
     </message>
     <message id="KPDetails">
         <translation>Details</translation>
@@ -712,8 +823,26 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPListingNotFollowed">
         <translation>Changes in some folders cannot be followed: the system gives no more watches.</translation>
     </message>
+    <message id="KPLocationsFolders">
+        <translation>Folders with results</translation>
+    </message>
+    <message id="KPLocationsGo">
+        <translation>Search in This Folder</translation>
+    </message>
+    <message id="KPLocationsLeaveOut">
+        <translation>Leave Out This Folder</translation>
+    </message>
     <message id="KPLocationsPanelShown">
         <translation>&amp;Locations Panel</translation>
+    </message>
+    <message id="KPLocationsRecent">
+        <translation>Recent Places</translation>
+    </message>
+    <message id="KPLocationsReveal">
+        <translation>Show in File Manager</translation>
+    </message>
+    <message id="KPLocationsUp">
+        <translation>Folder Above</translation>
     </message>
     <message id="KPLooking">
         <translation>Looking…</translation>
@@ -1287,6 +1416,24 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPSortSize">
         <translation>Size</translation>
+    </message>
+    <message id="KPSourceList">
+        <translation>Sources</translation>
+    </message>
+    <message id="KPSourceListDates">
+        <translation>Dates</translation>
+    </message>
+    <message id="KPSourceListKinds">
+        <translation>Kinds</translation>
+    </message>
+    <message id="KPSourceListLibrary">
+        <translation>Library</translation>
+    </message>
+    <message id="KPSourceListPlaces">
+        <translation>Places</translation>
+    </message>
+    <message id="KPSourceListSaved">
+        <translation>Saved</translation>
     </message>
     <message id="KPSourceMenuAllFileTypesTitle">
         <translation>All Files</translation>

@@ -17,6 +17,8 @@ public:
                       const KPNavigator::LocationItem &locationItem = nullptr);
 
     const KPSearchState::Ptr &state() const { return m_state; }
+    // The state still asks for all that the source item does.
+    bool holdsSource() const { return m_source != nullptr; }
     const QList<KPCrumb> &crumbs() const { return m_crumbs; }
     // "Tagged work, without draft, PDF, last 7 days": for screen readers and the names of searches.
     QString sentence() const;
