@@ -1688,6 +1688,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="Recent Files">
         <translation>Zuletzt abgelegt</translation>
     </message>
+    <message id="XPAuthorizeMoveComment">
+        <translation>Zum Bewegen einiger Dateien ist eine Freigabe nötig</translation>
+    </message>
     <message id="XPConvertButton">
         <translation>Dokumente verschieben</translation>
     </message>

@@ -1690,6 +1690,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="Recent Files">
         <translation>Recent Files</translation>
     </message>
+    <message id="XPAuthorizeMoveComment">
+        <translation>We require authorization to move some files</translation>
+    </message>
     <message id="XPConvertButton">
         <translation>Move Documents</translation>
     </message>

@@ -132,11 +132,11 @@ void KPController::trashSelected()
     trashing->left = docs.size();
     for (KPDoc *doc : docs) {
         const QString name = XPPath::printable(doc->fsDisplayName());
-        KPDoc::deleteDoc(doc, true, [trashing, name](const std::optional<XPError> &error) {
-            if (error) {
+        KPDoc::deleteDoc(doc, true, [trashing, name](const XPResult<QString> &inTrash) {
+            if (!inTrash) {
                 trashing->failed.append(name);
                 if (trashing->reason.isEmpty())
-                    trashing->reason = error->reason();
+                    trashing->reason = inTrash.error().reason();
             }
             if (--trashing->left == 0)
                 tellFailures(*trashing);

@@ -29,6 +29,7 @@ class KPDoc : public KPDocKeys
 public:
     using Docs = QList<KPDoc *>;
     using Done = std::function<void(std::optional<XPError>)>;
+    using Trashed = std::function<void(const XPResult<QString> &inTrash)>;
 
     // Identity.
     QString filePath() const { return pooledPath().toString(); }
@@ -168,10 +169,12 @@ public:
     void revealInFinder() const XP_REQUIRES(xpGuiThread);
     void revealInMurn() const XP_REQUIRES(xpGuiThread);
     void openFinderInfoWindow() const XP_REQUIRES(xpGuiThread);
-    void moveFileToTrash(const Done &done) XP_REQUIRES(xpGuiThread);
+    // Told where the file is then, for XPTrash::putBack().
+    void moveFileToTrash(const Trashed &done) XP_REQUIRES(xpGuiThread);
     // The record is gone after it, and "KPNotificationDocumentDeleted" posted with the old path.
-    // A file that cannot be moved to the trash stays, and so does its record.
-    static void deleteDoc(KPDoc *doc, bool moveFileToTrash, const Done &done)
+    // A file that cannot be moved to the trash stays, and so does its record. Told an empty path
+    // where nothing was to be moved.
+    static void deleteDoc(KPDoc *doc, bool moveFileToTrash, const Trashed &done)
         XP_REQUIRES(xpGuiThread);
 
     // The file changed: what is cached of it goes, observers are told.

@@ -39,12 +39,12 @@ void KPDoc::openFinderInfoWindow() const
     KPDocServices::current().openInfoWindow({filePath()});
 }
 
-void KPDoc::moveFileToTrash(const Done &done)
+void KPDoc::moveFileToTrash(const Trashed &done)
 {
     const QString path = filePath();
-    const auto error = std::make_shared<std::optional<XPError>>();
-    KPDocServices::current().runFileWork([=] { *error = XPTrash::move(path); },
-                                         [=] { done(*error); });
+    const auto inTrash = std::make_shared<std::optional<XPResult<QString>>>();
+    KPDocServices::current().runFileWork([=] { inTrash->emplace(XPTrash::move(path)); },
+                                         [=] { done(**inTrash); });
 }
 
 // The file at the path is no more. The record may stand for another by now.
@@ -57,18 +57,18 @@ static void becomeDeleted(KPDoc *doc, const QString &path)
     XPNotificationCenter::instance().post(KPDoc::deletedNotification, path);
 }
 
-void KPDoc::deleteDoc(KPDoc *doc, bool moveFileToTrash, const Done &done)
+void KPDoc::deleteDoc(KPDoc *doc, bool moveFileToTrash, const Trashed &done)
 {
     const QString path = doc->filePath();
     if (doc->isGone() || !moveFileToTrash) {
         if (!doc->isGone())
             becomeDeleted(doc, path);
-        done({});
+        done(QString());
         return;
     }
-    doc->moveFileToTrash([=](const std::optional<XPError> &error) {
-        if (!error)
+    doc->moveFileToTrash([=](const XPResult<QString> &inTrash) {
+        if (inTrash)
             becomeDeleted(doc, path);
-        done(error);
+        done(inTrash);
     });
 }

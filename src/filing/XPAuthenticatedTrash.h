@@ -8,9 +8,12 @@
 
 // The trash for files, also for those that only an administrator may move.
 
-// The trash folder that takes the path: the home's where a rename gets there, else that of the
-// path's volume (freedesktop.org trash specification), made when missing. Unsupported when that
-// volume keeps none. Any thread; blocking file calls.
+// As XPTrash::move(). Any thread; blocking file calls.
+XPResult<QString> MoveFileToTrash(const QString &path);
+
+// The trash folder that takes the path, made when missing: the home's on the same file system, else
+// that of the path's volume. Unsupported when that volume keeps none. Any thread; blocking file
+// calls.
 XPResult<QString> TrashFolderForPath(const QString &path);
 
 // Asks for administrator's rights to move the file to the trash; where that cannot be, confirms

@@ -162,9 +162,12 @@ static XPResult<XPFileMover::Replaced> replace(Note note, const Options &options
         return *error;
     }
     XPFileMover::Replaced done;
-    if (const auto error = XPTrash::move(aside)) {
+    const auto inTrash = XPTrash::move(aside, note.target);
+    if (inTrash) {
+        done.inTrash = *inTrash;
+    } else {
         qCWarning(xpLog).noquote()
-            << "no trash takes" << XPPath::printable(aside) << error->message;
+            << "no trash takes" << XPPath::printable(aside) << inTrash.error().message;
         done.keptAside = aside;
     }
     if (isClean)

@@ -35,7 +35,9 @@ std::optional<XPError> copy(const QString &from, const QString &to, const Option
 
 struct Replaced
 {
-    // Where the old file is when no trash takes it; else empty.
+    // Where the old file is now: in the trash, under its own name, or, when no trash takes it,
+    // beside the new one. Both empty when there was none.
+    QString inTrash;
     QString keptAside;
 };
 // A file that is at `to` is set aside beside it as "NAME beingReplaced.EXT" first, and goes to

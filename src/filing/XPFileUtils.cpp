@@ -1,5 +1,6 @@
 #include "XPFileUtils.h"
 
+#include "XPAuthenticatedTrash.h"
 #include "XPFileFacts.h"
 #include "XPFileInfo.h"
 #include "XPFilePlace.h"
@@ -9,7 +10,6 @@
 #include "XPFreeNames.h"
 #include "XPPath.h"
 #include "XPRename.h"
-#include "XPTrash.h"
 
 #include <fcntl.h>
 
@@ -60,8 +60,7 @@ XPFileUtils::moveItemOnSameFileSystemCheckingForSpecialExclusions(const QString 
 
 bool XPFileUtils::moveFileToTrash(const QString &path, bool useDeleteOnFail)
 {
-    const auto error = XPTrash::move(path);
-    if (error && useDeleteOnFail) {
+    if (!MoveFileToTrash(path) && useDeleteOnFail) {
         if (const auto place = XPFilePlace::open(path))
             (void)XPFileTree::remove(place->folder(), place->name());
     }

@@ -174,6 +174,8 @@ XPFileReport XPFiledDocuments::convertFromYearMonthDayToYearMonth(const XPFileRu
         return report;
     const QString root = filedDocumentsRoot();
     for (int year = firstYear; year <= now.date().year(); ++year) {
+        if (!IsDirectory(root + u'/' + QString::number(year)))
+            continue;
         for (int month = 0; month <= lastMonth; ++month) {
             const QString folder = root + QStringLiteral("/%1/%2").arg(year).arg(month);
             if (!IsDirectory(folder))

@@ -83,7 +83,7 @@ private:
             return true; // both can be seen, and nobody but the user knows more
         const QString folder = XPPath::folder(m_note.target);
         tell("a replaced file goes to the trash", m_note.target);
-        (void)XPTrash::move(folder + u'/' + XPPath::decode(aside));
+        (void)XPTrash::move(folder + u'/' + XPPath::decode(aside), m_note.target);
         return true;
     }
 

@@ -74,36 +74,32 @@ protected:
 
 TEST_P(MoverFaults, LoseNothingAndDoubleNothing)
 {
-    // A package has so many calls that those with an answer of their own must do.
-    const std::vector<int> errors =
-        GetParam().kind == Kind::Package
-            ? std::vector<int>{ENOSPC, EACCES, EXDEV}
-            : std::vector<int>{ENOSPC, EIO, EACCES, EXDEV, EMLINK, ENAMETOOLONG, EROFS};
-    const std::vector<int> lastingErrors = {ENOSPC, EACCES};
     for (const bool isLasting : {false, true}) {
-        for (const int error : isLasting ? lastingErrors : errors) {
-            for (int at = 0;; ++at) {
-                const FilingScene scene = this->scene();
-                bool worked = false;
-                const bool isMet = TestFaults::run(
-                    {.folders = scene.folders(), .at = at, .error = error, .isLasting = isLasting},
-                    [&] { worked = work(scene); });
-                if (!isMet)
-                    break;
-                SCOPED_TRACE(testing::Message()
-                             << "call " << at << ' ' << TestFaults::failed().toStdString()
-                             << " errno " << error << (isLasting ? " from then on" : ""));
-                expectAllThere(scene);
-                // What cannot be undone either is put right by the recovery.
-                EXPECT_TRUE(isLasting || scene.isAt(scene.target()) == worked);
-                if (!worked) {
-                    EXPECT_TRUE(scene.isAt(scene.source()));
-                }
-                (void)XPMoveRecovery::run();
-                expectAllOnce(scene);
-                if (HasFailure())
-                    return;
+        TestFaults::Errors errors(
+            isLasting ? std::vector<int>{ENOSPC, EACCES}
+                      : std::vector<int>{ENOSPC, EIO, EACCES, EXDEV, EMLINK, ENAMETOOLONG, EROFS});
+        const auto once = [&](int at, int error) {
+            const FilingScene scene = this->scene();
+            bool worked = false;
+            const bool isMet = TestFaults::run(
+                {.folders = scene.folders(), .at = at, .error = error, .isLasting = isLasting},
+                [&] { worked = work(scene); });
+            if (!isMet)
+                return false;
+            SCOPED_TRACE(testing::Message()
+                         << "call " << at << ' ' << TestFaults::failed().toStdString() << " errno "
+                         << error << (isLasting ? " from then on" : ""));
+            expectAllThere(scene);
+            // What cannot be undone either is put right by the recovery.
+            EXPECT_TRUE(isLasting || scene.isAt(scene.target()) == worked);
+            if (!worked) {
+                EXPECT_TRUE(scene.isAt(scene.source()));
             }
+            (void)XPMoveRecovery::run();
+            expectAllOnce(scene);
+            return !HasFailure();
+        };
+        while (errors.tryNext(once)) {
         }
     }
 }

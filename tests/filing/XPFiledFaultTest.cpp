@@ -87,23 +87,23 @@ protected:
 
 TEST_P(FiledFaults, LoseNothingAndDoubleNothing)
 {
-    for (const int error : {ENOSPC, EACCES, EXDEV}) {
-        for (int at = 0;; ++at) {
-            makeDocuments();
-            TestFaults::Plan plan = this->plan(at);
-            plan.error = error;
-            if (!TestFaults::run(plan, work))
-                break;
-            SCOPED_TRACE(testing::Message()
-                         << "call " << at << ' ' << TestFaults::failed().toStdString() << " errno "
-                         << error);
-            expectAllOnce();
-            work(); // the next time finishes it
-            expectAllOnce();
-            EXPECT_TRUE(isDone());
-            if (HasFailure())
-                return;
-        }
+    TestFaults::Errors errors({ENOSPC, EACCES, EXDEV});
+    const auto once = [&](int at, int error) {
+        makeDocuments();
+        TestFaults::Plan plan = this->plan(at);
+        plan.error = error;
+        if (!TestFaults::run(plan, work))
+            return false;
+        SCOPED_TRACE(testing::Message()
+                     << "call " << at << ' ' << TestFaults::failed().toStdString() << " errno "
+                     << error);
+        expectAllOnce();
+        work(); // the next time finishes it
+        expectAllOnce();
+        EXPECT_TRUE(isDone());
+        return !HasFailure();
+    };
+    while (errors.tryNext(once)) {
     }
 }
 

@@ -103,6 +103,31 @@ int TestFaults::calls()
     return last.count;
 }
 
+QByteArray TestFaults::failedPlace()
+{
+    const QByteArrayList words = {last.failed.left(last.failed.indexOf(' ')),
+                                  last.failed.mid(last.failed.indexOf(' ') + 1)};
+    qsizetype folder = 0;
+    while (folder < last.plan.folders.size() && !words[1].startsWith(last.plan.folders[folder]))
+        ++folder;
+    return words[0] + ' ' + QByteArray::number(folder);
+}
+
+bool TestFaults::Errors::tryNext(const std::function<bool(int at, int error)> &once)
+{
+    const auto at = static_cast<size_t>(m_at++);
+    const int first = m_errors[at % m_errors.size()];
+    if (!once(static_cast<int>(at), first))
+        return false;
+    const QByteArray place = failedPlace();
+    m_tried.emplace(place, first);
+    for (const int error : m_errors) {
+        if (m_tried.emplace(place, error).second)
+            once(static_cast<int>(at), error);
+    }
+    return true;
+}
+
 QByteArray TestFaults::failed()
 {
     return last.failed;
@@ -168,7 +193,23 @@ INTERPOSE(ssize_t, copy_file_range, true, ({g, nullptr}),
           (int f, off_t *i, int g, off_t *o, size_t n, unsigned flags), (f, i, g, o, n, flags))
 INTERPOSE(off_t, lseek, false, ({f, nullptr}), (int f, off_t at, int whence), (f, at, whence))
 INTERPOSE(int, ftruncate, true, ({f, nullptr}), (int f, off_t size), (f, size))
-INTERPOSE(int, fsync, true, ({f, nullptr}), (int f), (f))
+// Whether the call is on a file that is watched now.
+static bool isWatchedNow(int file)
+{
+    Run *const run = current.load();
+    return run != nullptr && isWatched(*run, pathOfFile(file));
+}
+
+extern "C" int test_fsync(int file) __asm__("fsync");
+extern "C" int test_fsync(int file)
+{
+    if (const int error = meet("fsync", true, {file, nullptr})) {
+        errno = error;
+        return -1;
+    }
+    return isWatchedNow(file) ? 0 : static_cast<int>(::syscall(SYS_fsync, file));
+}
+
 INTERPOSE(int, fchmod, true, ({f, nullptr}), (int f, mode_t m), (f, m))
 INTERPOSE(int, fchown, true, ({f, nullptr}), (int f, uid_t u, gid_t g), (f, u, g))
 INTERPOSE(int, fchownat, true, ({d, p}), (int d, const char *p, uid_t u, gid_t g, int flags),

@@ -2,6 +2,9 @@
 
 #include <QByteArrayList>
 #include <functional>
+#include <set>
+#include <utility>
+#include <vector>
 
 // Lets a file-system call fail, or the process die at it, to see what that leaves behind.
 //
@@ -18,6 +21,9 @@
 //       scene.expectNothingLost();
 //   }
 //
+// While work runs, fsync() of what is in the plan's folders answers without writing anything to the
+// disk: no test looks at what a power failure leaves, and most of the time would be spent there.
+//
 // What the C library calls inside itself (readdir, realpath, fopen) is not seen.
 namespace TestFaults {
 
@@ -33,8 +39,29 @@ struct Plan
 // False when the work made fewer calls than `at`. One run at a time.
 bool run(const Plan &plan, const std::function<void()> &work);
 
+// The errnos of a plan, spread over its calls: each call fails with one of them, and each function
+// on each of the plan's folders with all. What one function does after a failure on the files of
+// one folder hardly depends on how often it was called before, and trying all errnos at each call
+// takes as many times longer as there are errnos.
+class Errors
+{
+public:
+    explicit Errors(std::vector<int> errors) : m_errors(std::move(errors)) {}
+
+    // Runs `once`, which calls run(), for the next call with the errnos that are due there; false
+    // when there was no such call.
+    bool tryNext(const std::function<bool(int at, int error)> &once);
+
+private:
+    const std::vector<int> m_errors;
+    std::set<std::pair<QByteArray, int>> m_tried; // function and folder, errno
+    int m_at = 0;
+};
+
 // Of the last run: how many calls there were; name and path of the call that failed.
 int calls();
 QByteArray failed();
+// The function, and the number of the plan's folder that holds the path.
+QByteArray failedPlace();
 
 } // namespace TestFaults
