@@ -128,6 +128,12 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPCannotRename">
         <translation>„%1“ konnte nicht umbenannt werden</translation>
     </message>
+    <message id="KPCannotTakeBack" numerus="yes">
+        <translation>
+            <numerusform>%1 Dokument blieb, wie es ist</numerusform>
+            <numerusform>%1 Dokumente blieben, wie sie sind</numerusform>
+        </translation>
+    </message>
     <message id="KPCannotTrash">
         <translation>„%1“ konnte nicht in den Papierkorb gelegt werden</translation>
     </message>
@@ -277,6 +283,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPCopyTo">
         <translation>In Ordner kopieren …</translation>
+    </message>
+    <message id="KPCopyToRecent">
+        <translation>In zuletzt benutzten Ordner kopieren</translation>
     </message>
     <message id="KPCopyToTitle">
         <translation>Dokumente kopieren nach</translation>
@@ -434,6 +443,21 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPDateRangeTo">
         <translation>Bis</translation>
     </message>
+    <message id="KPDeleteFileComments">
+        <translation>Es kann von dort zurückgelegt werden.</translation>
+    </message>
+    <message id="KPDeleteFileOKButton">
+        <translation>In den Papierkorb</translation>
+    </message>
+    <message id="KPDeleteFileTitle">
+        <translation>„%1“ in den Papierkorb legen?</translation>
+    </message>
+    <message id="KPDeleteMultipleFileComments">
+        <translation>Sie können von dort zurückgelegt werden.</translation>
+    </message>
+    <message id="KPDeleteMultipleFileTitle">
+        <translation>%1 Dokumente in den Papierkorb legen?</translation>
+    </message>
     <message id="KPDetails">
         <translation>Details</translation>
     </message>
@@ -451,6 +475,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPDone">
         <translation>Fertig</translation>
+    </message>
+    <message id="KPDuplicate">
+        <translation>&amp;Duplizieren</translation>
     </message>
     <message id="KPEditFailedLine">
         <translation>%1: %2</translation>
@@ -845,6 +872,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPLooking">
         <translation>Suche läuft …</translation>
     </message>
+    <message id="KPManage">
+        <translation>Als Dokument der Bibliothek &amp;markieren</translation>
+    </message>
     <message id="KPMangedItemsSourceLabel">
         <translation>Verwaltet</translation>
     </message>
@@ -893,11 +923,20 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPMoveTo">
         <translation>In Ordner verschieben …</translation>
     </message>
+    <message id="KPMoveToFiledDocuments">
+        <translation>Nach „Filed Documents“ be&amp;wegen</translation>
+    </message>
+    <message id="KPMoveToRecent">
+        <translation>In zuletzt benutzten Ordner bewegen</translation>
+    </message>
     <message id="KPMoveToTitle">
         <translation>Dokumente verschieben nach</translation>
     </message>
     <message id="KPMoveToTrash">
         <translation>In den &amp;Papierkorb</translation>
+    </message>
+    <message id="KPNameIsTaken">
+        <translation>eine andere Datei heißt jetzt so</translation>
     </message>
     <message id="KPNoDocuments">
         <translation>Hier sind keine Dokumente</translation>
@@ -1027,6 +1066,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPProblemsTitle">
         <translation>Nicht alles wird gefunden oder ist aktuell</translation>
+    </message>
+    <message id="KPPutInFiledDocuments">
+        <translation>In „Filed Documents“ &amp;ablegen</translation>
     </message>
     <message id="KPQuickSearch">
         <translation>&amp;Schnellsuche</translation>
@@ -1631,14 +1673,47 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPToolbarUseDefault">
         <translation>Standard wiederherstellen</translation>
     </message>
+    <message id="KPTrashingItems">
+        <translation>%1 Objekte werden in den Papierkorb gelegt</translation>
+    </message>
     <message id="KPTypicalTags">
         <translation>Rechnung,Quittung,Vertrag,Brief,Steuer,Versicherung,Bank,Kontoauszug,Gehalt,Lohn,Miete,Gesundheit,Auto,Reise,Fahrkarte,Buchung,Schule,Zeugnis,Anleitung,Garantie,Bericht,Protokoll,Haushalt,Angebot,Bestellung,Lieferschein,Foto,Rezept,Bewerbung,Recht,Rente</translation>
     </message>
     <message id="KPUndo">
         <translation>&amp;Rückgängig</translation>
     </message>
+    <message id="KPUndoCopy" numerus="yes">
+        <translation>
+            <numerusform>Kopieren von %n Dokument</numerusform>
+            <numerusform>Kopieren von %n Dokumenten</numerusform>
+        </translation>
+    </message>
     <message id="KPUndoDeleteTag">
         <translation>Schlagwort „%1“ löschen</translation>
+    </message>
+    <message id="KPUndoDuplicate" numerus="yes">
+        <translation>
+            <numerusform>Duplizieren von %n Dokument</numerusform>
+            <numerusform>Duplizieren von %n Dokumenten</numerusform>
+        </translation>
+    </message>
+    <message id="KPUndoFiling" numerus="yes">
+        <translation>
+            <numerusform>Ablegen von %n Dokument</numerusform>
+            <numerusform>Ablegen von %n Dokumenten</numerusform>
+        </translation>
+    </message>
+    <message id="KPUndoManage" numerus="yes">
+        <translation>
+            <numerusform>Aufnehmen von %n Dokument in die Bibliothek</numerusform>
+            <numerusform>Aufnehmen von %n Dokumenten in die Bibliothek</numerusform>
+        </translation>
+    </message>
+    <message id="KPUndoMove" numerus="yes">
+        <translation>
+            <numerusform>Bewegen von %n Dokument</numerusform>
+            <numerusform>Bewegen von %n Dokumenten</numerusform>
+        </translation>
     </message>
     <message id="KPUndoNamed">
         <translation>&amp;Rückgängig: %1</translation>
@@ -1661,11 +1736,26 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
             <numerusform>Schlagwörter von %n Dokumenten</numerusform>
         </translation>
     </message>
+    <message id="KPUndoTrash" numerus="yes">
+        <translation>
+            <numerusform>Bewegen von %n Dokument in den Papierkorb</numerusform>
+            <numerusform>Bewegen von %n Dokumenten in den Papierkorb</numerusform>
+        </translation>
+    </message>
+    <message id="KPUndoUnmanage" numerus="yes">
+        <translation>
+            <numerusform>Entfernen von %n Dokument aus der Bibliothek</numerusform>
+            <numerusform>Entfernen von %n Dokumenten aus der Bibliothek</numerusform>
+        </translation>
+    </message>
     <message id="KPUnexpectedArgument">
         <translation>unerwartetes Argument „%1“; Ordner werden mit --folder angegeben</translation>
     </message>
     <message id="KPUnknownUTITagTemplate">
         <translation>Unbekannte Art %1</translation>
+    </message>
+    <message id="KPUnmanage">
+        <translation>Aus der &amp;Bibliothek entfernen</translation>
     </message>
     <message id="KPUntaggedDocuments">
         <translation>Dokumente &amp;ohne Tags</translation>
@@ -1690,6 +1780,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="XPAuthorizeMoveComment">
         <translation>Zum Bewegen einiger Dateien ist eine Freigabe nötig</translation>
+    </message>
+    <message id="XPChooseDirectoryButton">
+        <translation>Auswählen</translation>
     </message>
     <message id="XPConvertButton">
         <translation>Dokumente verschieben</translation>
@@ -1819,6 +1912,12 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="XPSomeAreThere">
         <translation> Einige Dateien mit diesen Namen gibt es im Zielordner bereits.</translation>
+    </message>
+    <message id="XPStillMarkedMultiple">
+        <translation>%1 Dokumente sind noch in der Bibliothek</translation>
+    </message>
+    <message id="XPStillMarkedSingle">
+        <translation>„%1“ ist noch ein Dokument der Bibliothek</translation>
     </message>
     <message id="XPStop">
         <translation>Anhalten</translation>

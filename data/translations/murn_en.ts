@@ -130,6 +130,12 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPCannotRename">
         <translation>“%1” could not be renamed</translation>
     </message>
+    <message id="KPCannotTakeBack" numerus="yes">
+        <translation>
+            <numerusform>%1 document was left as it is</numerusform>
+            <numerusform>%1 documents were left as they are</numerusform>
+        </translation>
+    </message>
     <message id="KPCannotTrash">
         <translation>“%1” could not be moved to the trash</translation>
     </message>
@@ -279,6 +285,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPCopyTo">
         <translation>Copy to Folder…</translation>
+    </message>
+    <message id="KPCopyToRecent">
+        <translation>Copy to Recent Folder</translation>
     </message>
     <message id="KPCopyToTitle">
         <translation>Copy Documents to</translation>
@@ -436,6 +445,21 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPDateRangeTo">
         <translation>To</translation>
     </message>
+    <message id="KPDeleteFileComments">
+        <translation>It can be put back from there.</translation>
+    </message>
+    <message id="KPDeleteFileOKButton">
+        <translation>Move to Trash</translation>
+    </message>
+    <message id="KPDeleteFileTitle">
+        <translation>Move “%1” to the trash?</translation>
+    </message>
+    <message id="KPDeleteMultipleFileComments">
+        <translation>They can be put back from there.</translation>
+    </message>
+    <message id="KPDeleteMultipleFileTitle">
+        <translation>Move %1 documents to the trash?</translation>
+    </message>
     <message id="KPDetails">
         <translation>Details</translation>
     </message>
@@ -453,6 +477,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPDone">
         <translation>Done</translation>
+    </message>
+    <message id="KPDuplicate">
+        <translation>&amp;Duplicate</translation>
     </message>
     <message id="KPEditFailedLine">
         <translation>%1: %2</translation>
@@ -847,6 +874,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPLooking">
         <translation>Looking…</translation>
     </message>
+    <message id="KPManage">
+        <translation>&amp;Mark as Document of the Library</translation>
+    </message>
     <message id="KPMangedItemsSourceLabel">
         <translation>Managed</translation>
     </message>
@@ -895,11 +925,20 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPMoveTo">
         <translation>Move to Folder…</translation>
     </message>
+    <message id="KPMoveToFiledDocuments">
+        <translation>Mo&amp;ve to Filed Documents</translation>
+    </message>
+    <message id="KPMoveToRecent">
+        <translation>Move to Recent Folder</translation>
+    </message>
     <message id="KPMoveToTitle">
         <translation>Move Documents to</translation>
     </message>
     <message id="KPMoveToTrash">
         <translation>Move to T&amp;rash</translation>
+    </message>
+    <message id="KPNameIsTaken">
+        <translation>another file has this name now</translation>
     </message>
     <message id="KPNoDocuments">
         <translation>No documents here</translation>
@@ -1029,6 +1068,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPProblemsTitle">
         <translation>Not everything is found or up to date</translation>
+    </message>
+    <message id="KPPutInFiledDocuments">
+        <translation>&amp;Put in Filed Documents</translation>
     </message>
     <message id="KPQuickSearch">
         <translation>&amp;Quick Search</translation>
@@ -1633,14 +1675,47 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPToolbarUseDefault">
         <translation>Use Default Set</translation>
     </message>
+    <message id="KPTrashingItems">
+        <translation>Moving %1 items to the trash</translation>
+    </message>
     <message id="KPTypicalTags">
         <translation>invoice,receipt,contract,letter,tax,insurance,bank,statement,salary,payslip,rent,health,car,travel,ticket,booking,school,certificate,manual,warranty,report,minutes,budget,quote,order,delivery,photo,recipe,application,legal,pension</translation>
     </message>
     <message id="KPUndo">
         <translation>&amp;Undo</translation>
     </message>
+    <message id="KPUndoCopy" numerus="yes">
+        <translation>
+            <numerusform>Copy of %n document</numerusform>
+            <numerusform>Copy of %n documents</numerusform>
+        </translation>
+    </message>
     <message id="KPUndoDeleteTag">
         <translation>Delete Tag “%1”</translation>
+    </message>
+    <message id="KPUndoDuplicate" numerus="yes">
+        <translation>
+            <numerusform>Duplication of %n document</numerusform>
+            <numerusform>Duplication of %n documents</numerusform>
+        </translation>
+    </message>
+    <message id="KPUndoFiling" numerus="yes">
+        <translation>
+            <numerusform>Filing of %n document</numerusform>
+            <numerusform>Filing of %n documents</numerusform>
+        </translation>
+    </message>
+    <message id="KPUndoManage" numerus="yes">
+        <translation>
+            <numerusform>Addition of %n document to the library</numerusform>
+            <numerusform>Addition of %n documents to the library</numerusform>
+        </translation>
+    </message>
+    <message id="KPUndoMove" numerus="yes">
+        <translation>
+            <numerusform>Move of %n document</numerusform>
+            <numerusform>Move of %n documents</numerusform>
+        </translation>
     </message>
     <message id="KPUndoNamed">
         <translation>&amp;Undo: %1</translation>
@@ -1663,11 +1738,26 @@ Free software under the GNU General Public License, version 3 or later.</transla
             <numerusform>Tags of %n documents</numerusform>
         </translation>
     </message>
+    <message id="KPUndoTrash" numerus="yes">
+        <translation>
+            <numerusform>Move of %n document to the trash</numerusform>
+            <numerusform>Move of %n documents to the trash</numerusform>
+        </translation>
+    </message>
+    <message id="KPUndoUnmanage" numerus="yes">
+        <translation>
+            <numerusform>Removal of %n document from the library</numerusform>
+            <numerusform>Removal of %n documents from the library</numerusform>
+        </translation>
+    </message>
     <message id="KPUnexpectedArgument">
         <translation>unexpected argument “%1”; folders are given with --folder</translation>
     </message>
     <message id="KPUnknownUTITagTemplate">
         <translation>Unknown type %1</translation>
+    </message>
+    <message id="KPUnmanage">
+        <translation>Remove from &amp;Library</translation>
     </message>
     <message id="KPUntaggedDocuments">
         <translation>&amp;Untagged Documents</translation>
@@ -1692,6 +1782,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="XPAuthorizeMoveComment">
         <translation>We require authorization to move some files</translation>
+    </message>
+    <message id="XPChooseDirectoryButton">
+        <translation>Choose</translation>
     </message>
     <message id="XPConvertButton">
         <translation>Move Documents</translation>
@@ -1821,6 +1914,12 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="XPSomeAreThere">
         <translation> Some files with the same names already exist at the destination folder.</translation>
+    </message>
+    <message id="XPStillMarkedMultiple">
+        <translation>%1 documents are still in the library</translation>
+    </message>
+    <message id="XPStillMarkedSingle">
+        <translation>“%1” is still a document of the library</translation>
     </message>
     <message id="XPStop">
         <translation>Stop</translation>

@@ -15,7 +15,7 @@ void KPController::fileSelected()
     xpGuiThread.assertHere();
     const bool optionKey = QGuiApplication::keyboardModifiers().testFlag(Qt::AltModifier);
     XPFiledDocuments::setFilesAsManagedRoutingIfNeeded(m_view->selectedPaths(), optionKey,
-                                                       [](const std::optional<QStringList> &) {});
+                                                       [](const std::optional<XPFileReport> &) {});
 }
 
 void KPController::bringSelected(bool copies)

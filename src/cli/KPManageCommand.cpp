@@ -1,29 +1,6 @@
 // murnctl manage and unmanage: whether files are documents of the library.
 #include "KPFileSteps.h"
-#include "XPFileInfo.h"
-#include "XPFiledDocuments.h"
-
-using Step = XPFileStep;
-
-static Step mark(const QString &path, bool managed, bool isDryRun)
-{
-    Step step{path, path, Step::Action::Marked, {}, {}};
-    const auto info = XPFileInfo::read(path);
-    if (!info)
-        step.problem = info.error();
-    else if (managed && !XPFiledDocuments::pathOKForManaged(path))
-        step.problem = XPError::make(
-            XPError::Kind::NotPermitted,
-            QStringLiteral("lies among files of other programs; 'murnctl file' takes a copy"),
-            path);
-    else if (!isDryRun)
-        step.problem = XPFiledDocuments::setManaged(managed, path);
-    if (step.problem) {
-        step.action = Step::Action::Failed;
-        step.to.clear();
-    }
-    return step;
-}
+#include "XPFilingRun.h"
 
 static int mark(bool managed, const KPCommand &command, const KPCommandLine &line,
                 KPCommandOutput &output)
@@ -34,18 +11,11 @@ static int mark(bool managed, const KPCommand &command, const KPCommandLine &lin
         return kpReportUsage(&command, error->message);
     KPInterrupt interrupt;
     KPProgressLine progress;
-    XPFileReport report;
     const QStringList paths = KPFileSteps::operands(line.operands());
-    const bool isDryRun = line.has("--dry-run");
-    const auto options = KPFileSteps::options(isDryRun, paths.size(), interrupt, progress);
-    for (const QString &path : paths) {
-        report.wasStopped = !options.progress(report.steps.size());
-        if (report.wasStopped)
-            break;
-        report.steps.append(mark(path, managed, isDryRun));
-    }
+    XPFilingRun run(KPFileSteps::options(line.has("--dry-run"), paths.size(), interrupt, progress));
+    run.setMarks(paths, managed);
     progress.clear();
-    return KPFileSteps::print(report, output);
+    return KPFileSteps::print(run.report(), output);
 }
 
 static int manage(const KPCommandLine &line, KPCommandOutput &output)

@@ -137,8 +137,10 @@ public:
     static void setFlagged(const QStringList &paths, bool flagged) XP_REQUIRES(xpGuiThread);
     static void setManaged(const QStringList &paths, bool managed) XP_REQUIRES(xpGuiThread);
     static void setHidden(const QStringList &paths, bool hidden) XP_REQUIRES(xpGuiThread);
-    // How many documents setManaged() has taken out of the library in this session.
+    // How many documents were taken out of the library in this session; whoever takes a mark away
+    // counts.
     static qsizetype numDocsRemovedFromLibrary();
+    static void countRemovedFromLibrary();
 
     // Whether one word of a search is in the name or, asked for, in tags, comment or addresses.
     // `textLC` is `text` decomposed in lower case.

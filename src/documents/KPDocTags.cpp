@@ -246,8 +246,13 @@ void KPDoc::setManaged(const QStringList &paths, bool managed)
 {
     for (const QString &path : paths) {
         if (KPDocServices::current().setManaged(managed, path) && !managed)
-            removedFromLibrary.fetch_add(1, std::memory_order_relaxed);
+            countRemovedFromLibrary();
     }
+}
+
+void KPDoc::countRemovedFromLibrary()
+{
+    removedFromLibrary.fetch_add(1, std::memory_order_relaxed);
 }
 
 void KPDoc::setHidden(const QStringList &paths, bool hidden)

@@ -16,13 +16,17 @@ struct XPFileStep
         Skipped, // nothing to do
         Failed,
     };
+    // Whether it is a document of the library since.
+    enum class Mark { AsBefore, Set, TakenAway };
 
     QString from;
     QString to; // where the document is now; empty when Failed
     Action action = Action::Failed;
     // Why it failed; else what is missing of it: the mark that could not be written.
     std::optional<XPError> problem;
-    QString keptAside; // the file that was replaced, where no trash takes it
+    QString keptAside = {}; // the file that was replaced, where no trash takes it
+    QString inTrash = {};   // the same where one took it
+    Mark mark = Mark::AsBefore;
 
     bool operator==(const XPFileStep &) const = default;
 };

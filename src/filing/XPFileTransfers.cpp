@@ -88,7 +88,7 @@ public:
 private:
     Step bring(const QString &path)
     {
-        Step step{path, {}, Step::Action::Failed, {}, {}};
+        Step step{path, {}, Step::Action::Failed, {}};
         const auto source = XPFileInfo::read(path);
         if (!source) {
             step.problem = source.error();
@@ -111,7 +111,7 @@ private:
         }
         step.action = m_request.copies ? Step::Action::Copied : Step::Action::Moved;
         if (!m_request.copies && !m_options.dryRun)
-            tellMoved(step);
+            XPFileTransfers::tellMoved(step.from, step.to);
         return step;
     }
 
@@ -142,6 +142,7 @@ private:
         if (!replaced)
             return replaced.error();
         step->keptAside = replaced->keptAside;
+        step->inTrash = replaced->inTrash;
         return {};
     }
 
@@ -153,13 +154,6 @@ private:
         return options;
     }
 
-    static void tellMoved(const Step &step)
-    {
-        XPNotificationCenter::instance().post(
-            KPDoc::pathChangedNotification, {},
-            {{QStringLiteral("oldPath"), step.from}, {QStringLiteral("newPath"), step.to}});
-    }
-
     const Request &m_request;
     const XPFileRunOptions &m_options;
     const QString m_folder;
@@ -168,6 +162,13 @@ private:
 };
 
 } // namespace
+
+void XPFileTransfers::tellMoved(const QString &from, const QString &to)
+{
+    XPNotificationCenter::instance().post(
+        KPDoc::pathChangedNotification, {},
+        {{QStringLiteral("oldPath"), from}, {QStringLiteral("newPath"), to}});
+}
 
 XPFileReport XPFileTransfers::moveCopyFiles(const Request &request, const XPFileRunOptions &options)
 {
@@ -178,7 +179,7 @@ XPFileReport XPFileTransfers::moveCopyFiles(const Request &request, const XPFile
         return report;
     }
     XPFileReport report = Transfer(request, options, *folder).run();
-    if (!options.dryRun && !report.paths.isEmpty())
+    if (!options.dryRun && request.isRemembered && !report.paths.isEmpty())
         XPRecentDestinations::updatePrefsForRecentDestinations(*folder);
     return report;
 }

@@ -21,6 +21,7 @@ public:
         QString folder;
         bool copies = false;
         bool replaces = false;    // what has the same name there; it goes to the trash
+        bool isRemembered = true; // the folder as a recent destination
         bool mayLoseTags = false; // the user was told that the folder cannot hold them
     };
 
@@ -36,6 +37,9 @@ public:
     // name. Tells records of what was moved, and remembers the folder among the recent ones.
     static XPFileReport moveCopyFiles(const Request &request, const XPFileRunOptions &options = {});
 
+    // Tells records that a file was moved.
+    static void tellMoved(const QString &from, const QString &to);
+
     // Everything that there is to ask. Answers what to do; nothing: not to go on. Without `warn`
     // files that are there already are left out, and only what cannot be done as wanted is asked.
     using Answer = std::function<void(const std::optional<Request> &)>;
@@ -47,6 +51,9 @@ public:
     using Done = std::function<void(const XPFileReport &)>;
     static void moveCopyFilesProgressUI(const QStringList &paths, const QString &folder,
                                         bool copies, bool warn, Done done) XP_REQUIRES(xpGuiThread);
+
+    // What failed, and what was replaced and is in no trash.
+    static void tellFailures(const XPFileReport &report, bool copies) XP_REQUIRES(xpGuiThread);
 
     static constexpr qsizetype mostFiles = 1000;
 

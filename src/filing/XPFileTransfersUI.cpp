@@ -203,7 +203,9 @@ Facts factsOf(Request request, bool warn)
     return facts;
 }
 
-void tellFailures(const XPFileReport &report, bool copies) XP_REQUIRES(xpGuiThread)
+} // namespace
+
+void XPFileTransfers::tellFailures(const XPFileReport &report, bool copies)
 {
     const QList<XPFileStep> problems = report.problems();
     QStringList aside;
@@ -222,8 +224,6 @@ void tellFailures(const XPFileReport &report, bool copies) XP_REQUIRES(xpGuiThre
                                named(problems.first().from) + QStringLiteral(": ") +
                                    problems.first().problem->reason());
 }
-
-} // namespace
 
 void XPFileTransfers::askUserAboutMovingOrCopying(const QStringList &paths, const QString &folder,
                                                   bool copies, bool warn, Answer answer)

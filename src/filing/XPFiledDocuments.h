@@ -105,11 +105,12 @@ public:
 
     // With questions, progress and warnings. Nothing: cancelled or refused.
 
-    using Done = std::function<void(const QStringList &)>;
-    using Routed = std::function<void(const std::optional<QStringList> &)>;
-    static void putFilesIntoFiledDocumentsUI(const QStringList &paths, Done done)
-        XP_REQUIRES(xpGuiThread);
+    using Done = std::function<void(const XPFileReport &)>;
+    using Routed = std::function<void(const std::optional<XPFileReport> &)>;
+    static void putFilesIntoFiledDocumentsUI(const QStringList &paths, Done done,
+                                             bool forceMove = false) XP_REQUIRES(xpGuiThread);
     static void setToManagedUI(const QStringList &paths, Done done) XP_REQUIRES(xpGuiThread);
+    static void takeMarksAwayUI(const QStringList &paths, Done done) XP_REQUIRES(xpGuiThread);
     // Marks, files, copies (`optionKey`: while that key is held) or asks, as the user prefers.
     static void setFilesAsManagedRoutingIfNeeded(const QStringList &paths, bool optionKey,
                                                  Routed done) XP_REQUIRES(xpGuiThread);

@@ -1,6 +1,7 @@
 // XPFiledDocuments: the mark on a file, and how the index learns of it.
 #include "IndexRequests.h"
 #include "IndexSettings.h"
+#include "KPDoc.h"
 #include "KPDocMetaData.h"
 #include "Karvex.h"
 #include "XPFileInfo.h"
@@ -60,8 +61,11 @@ std::optional<XPError> XPFiledDocuments::setManaged(bool managed, const QString 
     const auto now = storedMark(path);
     if (!now)
         return now.error();
-    if (*now == managed)
+    if (*now == managed) {
+        if (stored->value_or(false))
+            KPDoc::countRemovedFromLibrary();
         return {};
+    }
     return XPError::make(XPError::Kind::Io, QStringLiteral("the mark was not kept"), path);
 }
 

@@ -59,7 +59,7 @@ static void finish(const QStringList &asked, const XPFileReport &report,
         XPFiledDocuments::warnThatImportFailed(asked.size(), report.paths.size());
     else
         tellProblems(report);
-    done(report.paths);
+    done(report);
 }
 
 // A file that is listed twice is one file.
@@ -69,15 +69,16 @@ static QStringList once(QStringList paths)
     return paths;
 }
 
-void XPFiledDocuments::putFilesIntoFiledDocumentsUI(const QStringList &paths, Done done)
+void XPFiledDocuments::putFilesIntoFiledDocumentsUI(const QStringList &paths, Done done,
+                                                    bool forceMove)
 {
     const QStringList asked = once(paths);
     XPFilingWork::runShown(
         qtTrId("XPFilingItems").arg(count(asked.size())), asked.size(),
-        [asked](const XPFileRunOptions &options) {
+        [asked, forceMove](const XPFileRunOptions &options) {
             createFiledDocumentsFolder();
             XPFilingRun run(options);
-            run.putFiles(asked, false);
+            run.putFiles(asked, forceMove);
             return run.takeReport();
         },
         [asked, done](const XPFileReport &report) {
@@ -103,6 +104,28 @@ void XPFiledDocuments::setToManagedUI(const QStringList &paths, Done done)
         });
 }
 
+void XPFiledDocuments::takeMarksAwayUI(const QStringList &paths, Done done)
+{
+    const QStringList asked = once(paths);
+    XPFilingWork::runShown(
+        qtTrId("XPMarkingItems").arg(count(asked.size())), asked.size(),
+        [asked](const XPFileRunOptions &options) {
+            XPFilingRun run(options);
+            run.setMarks(asked, false);
+            return run.takeReport();
+        },
+        [done](const XPFileReport &report) {
+            xpGuiThread.assertHere();
+            tellProblems(report); // to the log
+            if (const QList<XPFileStep> kept = report.problems(); !kept.isEmpty())
+                XPPrompts::current().alert(
+                    kept.size() == 1 ? qtTrId("XPStillMarkedSingle").arg(quotedName(kept[0].from))
+                                     : qtTrId("XPStillMarkedMultiple").arg(count(kept.size())),
+                    kept[0].problem->reason());
+            done(report);
+        });
+}
+
 static void copyAllUI(const QStringList &paths, const Routed &done) XP_REQUIRES(xpGuiThread)
 {
     XPFilingWork::runShown(
@@ -115,14 +138,14 @@ static void copyAllUI(const QStringList &paths, const Routed &done) XP_REQUIRES(
         [done](const XPFileReport &report) {
             xpGuiThread.assertHere();
             tellProblems(report);
-            done(report.paths);
+            done(report);
         });
 }
 
 static void fileOrMark(const QStringList &paths, bool putInFiledDocs, const Routed &done)
     XP_REQUIRES(xpGuiThread)
 {
-    const auto answer = [done](const QStringList &resulting) { done(resulting); };
+    const auto answer = [done](const XPFileReport &report) { done(report); };
     if (putInFiledDocs)
         XPFiledDocuments::putFilesIntoFiledDocumentsUI(paths, answer);
     else
@@ -133,7 +156,7 @@ static void route(const QStringList &found, bool areManaged, bool optionKey, con
     XP_REQUIRES(xpGuiThread)
 {
     if (found.isEmpty() || areManaged) {
-        done(found);
+        done(XPFileReport{{}, found, false});
         return;
     }
     if (optionKey) {

@@ -79,9 +79,42 @@ void XPFilingRun::prepare()
     m_names = std::make_unique<XPFreeNames>(folder);
 }
 
-std::optional<XPError> XPFilingRun::mark(const QString &path) const
+void XPFilingRun::mark(const QString &path, Step *step) const
 {
-    return m_options.dryRun ? std::nullopt : XPFiledDocuments::setManaged(true, path);
+    const bool wasManaged = XPFiledDocuments::isManaged(m_options.dryRun ? step->from : path);
+    if (!m_options.dryRun)
+        step->problem = XPFiledDocuments::setManaged(true, path);
+    step->mark = step->problem || wasManaged ? Step::Mark::AsBefore : Step::Mark::Set;
+}
+
+XPFileStep XPFilingRun::markInPlace(const QString &path, bool managed) const
+{
+    Step step{path, path, Step::Action::Marked, {}};
+    const auto info = XPFileInfo::read(path);
+    if (!info)
+        step.problem = info.error();
+    else if (managed && !XPFiledDocuments::pathOKForManaged(path))
+        step.problem = XPError::make(XPError::Kind::NotPermitted,
+                                     QStringLiteral("lies among files of other programs"), path);
+    const bool wasManaged = XPFiledDocuments::isManaged(path);
+    if (!step.problem && !m_options.dryRun)
+        step.problem = XPFiledDocuments::setManaged(managed, path);
+    if (!step.problem && wasManaged != managed)
+        step.mark = managed ? Step::Mark::Set : Step::Mark::TakenAway;
+    if (step.problem) {
+        step.action = Step::Action::Failed;
+        step.to.clear();
+    }
+    return step;
+}
+
+void XPFilingRun::setMarks(const QStringList &paths, bool managed)
+{
+    forEach(paths, [&](const QString &path) {
+        m_report.steps.append(markInPlace(path, managed));
+        if (!m_report.steps.last().problem)
+            m_report.paths.append(path);
+    });
 }
 
 void XPFilingRun::putFile(const QString &path, bool forceMove)
@@ -97,7 +130,7 @@ void XPFilingRun::putFile(const QString &path, bool forceMove)
     }
     Step step{path, path, Step::Action::Marked, {}, {}};
     if (XPFiledDocuments::pathIsAlreadyInGoodPlaceInFiledDocuments(path)) {
-        step.problem = mark(path);
+        mark(path, &step);
         m_report.steps.append(step);
         return;
     }
@@ -105,7 +138,7 @@ void XPFilingRun::putFile(const QString &path, bool forceMove)
         fail(path, *error);
         return;
     }
-    step.problem = mark(step.to);
+    mark(step.to, &step);
     m_report.paths.append(step.to);
     m_report.steps.append(step);
 }
@@ -165,12 +198,12 @@ void XPFilingRun::setToManagedCopyIfNeeded(const QString &path)
         fail(path, info.error());
         return;
     }
-    std::optional<XPError> error;
     if (XPFiledDocuments::pathOKForManaged(path)) {
-        error = mark(path);
-        if (!error || XPFiledDocuments::pathIsInFiledDocuments(path)) {
+        Step step{path, path, Step::Action::Marked, {}};
+        mark(path, &step);
+        if (!step.problem || XPFiledDocuments::pathIsInFiledDocuments(path)) {
             m_report.paths.append(path);
-            m_report.steps.append({path, path, Step::Action::Marked, error, {}});
+            m_report.steps.append(step);
             return;
         }
     }
@@ -201,7 +234,7 @@ void XPFilingRun::copyOne(const QString &path)
         fail(path, *error);
         return;
     }
-    step.problem = mark(step.to);
+    mark(step.to, &step);
     if (!step.problem)
         m_report.paths.append(step.to);
     m_report.steps.append(step);

@@ -26,6 +26,9 @@ public:
     void putFiles(const QStringList &paths, bool forceMove);
     // Marks each where it lies, or copies it where that is impossible.
     void setToManaged(const QStringList &paths);
+    // Marks each where it lies, or takes the mark away. What lies among the files of other programs
+    // is not marked (NotPermitted).
+    void setMarks(const QStringList &paths, bool managed);
     // Copies each and marks the copy; what is in the managed folder already is filed.
     void copyAll(const QStringList &paths);
 
@@ -45,7 +48,8 @@ private:
     std::optional<XPError> bring(const QString &path, bool forceMove, Step *step);
     std::optional<XPError> move(const QString &path, const QString &target, bool forceMove) const;
     std::optional<XPError> copyToFreeName(const QString &path, Step *step);
-    std::optional<XPError> mark(const QString &path) const;
+    void mark(const QString &path, Step *step) const;
+    Step markInPlace(const QString &path, bool managed) const;
     void fail(const QString &path, const XPError &error);
 
     const XPFileRunOptions m_options;

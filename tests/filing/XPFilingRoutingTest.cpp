@@ -18,9 +18,9 @@ protected:
         m_said = ScriptedPrompts::install(std::move(answers));
         std::optional<std::optional<QStringList>> result;
         XPFiledDocuments::setFilesAsManagedRoutingIfNeeded(
-            paths, optionKey, [&result](const std::optional<QStringList> &resulting) {
+            paths, optionKey, [&result](const std::optional<XPFileReport> &report) {
                 EXPECT_FALSE(result);
-                result = resulting;
+                result = report ? std::optional(report->paths) : std::nullopt;
             });
         XPPrompts::install(nullptr);
         EXPECT_TRUE(result);

@@ -34,7 +34,9 @@ TEST_F(FilingRun, ATakenNameGetsTheNextNumber)
     const XPFileReport report = put({path});
     const QString filedAt = filed("2013/6/14/report 2.pdf");
     EXPECT_EQ(report.paths, QStringList{filedAt});
-    EXPECT_EQ(report.steps, (QList<XPFileStep>{{path, filedAt, Action::Moved, {}, {}}}));
+    EXPECT_EQ(
+        report.steps,
+        (QList<XPFileStep>{{path, filedAt, Action::Moved, {}, {}, {}, XPFileStep::Mark::Set}}));
     EXPECT_FALSE(exists(path));
     EXPECT_EQ(bytesOf(filedAt), "new");
     EXPECT_TRUE(hasMark(filedAt));
@@ -70,7 +72,8 @@ TEST_F(FilingRun, WhatLiesWellIsOnlyMarked)
     const QString path = file("Filed/2012/1/2/a.pdf");
     const XPFileReport report = put({path});
     EXPECT_EQ(report.paths, QStringList());
-    EXPECT_EQ(report.steps, (QList<XPFileStep>{{path, path, Action::Marked, {}, {}}}));
+    EXPECT_EQ(report.steps,
+              (QList<XPFileStep>{{path, path, Action::Marked, {}, {}, {}, XPFileStep::Mark::Set}}));
     EXPECT_TRUE(hasMark(path));
 
     // With folders of months it goes to the month of now all the same.

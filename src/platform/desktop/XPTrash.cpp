@@ -232,5 +232,7 @@ std::optional<XPError> XPTrash::putBack(const QString &inTrash, const QString &p
     auto error = XPRename::toFreeName(inTrash, path);
     if (!error)
         release(inTrash);
+    else if (isErrno(*error, EEXIST))
+        error->path = path;
     return error;
 }

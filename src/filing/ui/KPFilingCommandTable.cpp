@@ -1,0 +1,98 @@
+// KPFilingCommands: the table, and the menus of recent folders.
+#include "KPDocumentTargets.h"
+#include "KPFilingCommands.h"
+#include "XPFolders.h"
+#include "XPPath.h"
+#include "XPRecentDestinations.h"
+
+#include <QGuiApplication>
+
+QList<KPCommand> KPFilingCommands::commands()
+{
+    xpGuiThread.assertHere();
+    using C = KPFilingCommands;
+    constexpr auto menu = KPCommandMenu::Documents;
+    const auto some = [this] { return KPCommandState{m_targets.documentCount() > 0}; };
+    const auto one = [this] { return KPCommandState{m_targets.documentCount() == 1}; };
+    const auto recent = [this] {
+        return KPCommandState{m_targets.documentCount() > 0 &&
+                              !XPRecentDestinations::paths().isEmpty()};
+    };
+    const auto call = [this](auto member, auto... arguments) {
+        return [this, member, arguments...] {
+            xpGuiThread.assertHere();
+            (this->*member)(arguments...);
+        };
+    };
+    const auto moveCopy = [this](bool doCopy) {
+        return [this, doCopy] {
+            xpGuiThread.assertHere();
+            moveCopySelectedTo(doCopy);
+        };
+    };
+    const auto add = [this] {
+        xpGuiThread.assertHere();
+        addSelectedToLibrary(QGuiApplication::keyboardModifiers().testFlag(Qt::AltModifier));
+    };
+    const auto submenu = [this](bool doCopy) {
+        return [this, doCopy] { return recentMenu(doCopy); };
+    };
+    constexpr auto ctrlShift = Qt::CTRL | Qt::SHIFT;
+    return {
+        {QT_TRID_NOOP("KPFileDocuments"), menu, QKeySequence(Qt::CTRL | Qt::Key_E), add, some, "",
+         true},
+        {QT_TRID_NOOP("KPPutInFiledDocuments"),
+         menu,
+         {},
+         call(&C::putInFiledDocuments),
+         some,
+         "",
+         true},
+        {QT_TRID_NOOP("KPMoveToFiledDocuments"),
+         menu,
+         {},
+         call(&C::moveSelectedToFiledDocumentsFolder),
+         some,
+         "",
+         true},
+        {QT_TRID_NOOP("KPManage"), menu, {}, call(&C::manageSelected), some, "", true},
+        {QT_TRID_NOOP("KPUnmanage"), menu, QKeySequence(Qt::Key_Delete),
+         call(&C::removeOrDeleteSelected, false), some, "", true, true},
+        {QT_TRID_NOOP("KPMoveTo"), menu, QKeySequence(ctrlShift | Qt::Key_M), moveCopy(false), some,
+         "", true},
+        {QT_TRID_NOOP("KPMoveToRecent"), menu, {}, {}, recent, "", true, false, "", submenu(false)},
+        {QT_TRID_NOOP("KPCopyTo"), menu, {}, moveCopy(true), some, "", true},
+        {QT_TRID_NOOP("KPCopyToRecent"), menu, {}, {}, recent, "", true, false, "", submenu(true)},
+        {QT_TRID_NOOP("KPDuplicate"), menu, QKeySequence(Qt::CTRL | Qt::Key_D),
+         call(&C::duplicateSelected), some, "", true, true},
+        {QT_TRID_NOOP("KPRenameFile"), menu, QKeySequence(Qt::Key_F2), call(&C::renameSelected),
+         one, "", true},
+        {QT_TRID_NOOP("KPMoveToTrash"), menu, QKeySequence(Qt::CTRL | Qt::Key_Delete),
+         call(&C::removeOrDeleteSelected, true), some, "", true, true},
+    };
+}
+
+// The command's own action is shown for the menu, which therefore has no title.
+QMenu *KPFilingCommands::recentMenu(bool doCopy)
+{
+    auto *menu = new QMenu;
+    connect(menu, &QMenu::aboutToShow, this, [this, menu, doCopy] {
+        xpGuiThread.assertHere();
+        fillRecentMenu(menu, doCopy);
+    });
+    return menu;
+}
+
+void KPFilingCommands::fillRecentMenu(QMenu *menu, bool doCopy)
+{
+    menu->clear();
+    for (const QString &folder : XPRecentDestinations::paths()) {
+        QString text = XPPath::printable(XPFolders::abbreviateWithTilde(folder));
+        text.replace(u'&', QStringLiteral("&&"));
+        QAction *action = menu->addAction(text);
+        connect(action, &QAction::triggered, this, [this, folder, doCopy] {
+            xpGuiThread.assertHere();
+            moveCopySelectedTo(folder, doCopy);
+        });
+    }
+}

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "KPCommandTable.h"
+#include "XPFileDeeds.h"
+#include "XPMutex.h"
+
+#include <QObject>
+#include <QPointer>
+
+class KPDoc;
+class KPDocumentTargets;
+class QUndoStack;
+
+// The window's commands that file, move, copy, rename and throw away the documents selected, and
+// take them in and out of the library. All file work is the filing store's, on the file worker;
+// what was done can be undone in the window's history.
+// Ownership: none of the targets and the history, which outlive it. Threads: main.
+class KPFilingCommands : public QObject
+{
+    Q_OBJECT
+
+public:
+    KPFilingCommands(KPDocumentTargets &targets, QUndoStack &history, QObject *parent = nullptr);
+
+    QList<KPCommand> commands();
+
+    // As the user prefers: marks, files or asks; while `optionKey` is held, copies.
+    void addSelectedToLibrary(bool optionKey) XP_REQUIRES(xpGuiThread);
+    // Into today's folder: what lies on another volume is copied by the first, moved by the second.
+    void putInFiledDocuments() XP_REQUIRES(xpGuiThread);
+    void moveSelectedToFiledDocumentsFolder() XP_REQUIRES(xpGuiThread);
+    void manageSelected() XP_REQUIRES(xpGuiThread);
+    void unmanageSelected() XP_REQUIRES(xpGuiThread);
+
+    // Asks for the folder, beginning with the last one.
+    void moveCopySelectedTo(bool doCopy) XP_REQUIRES(xpGuiThread);
+    void moveCopySelectedTo(const QString &folder, bool doCopy) XP_REQUIRES(xpGuiThread);
+    // Beside the originals, under free names.
+    void duplicateSelected() XP_REQUIRES(xpGuiThread);
+    void renameSelected() XP_REQUIRES(xpGuiThread);
+
+    // To the trash: asked about as the setting "KPConfirmDelete" says, and when it is ten or more.
+    void deleteSelected() XP_REQUIRES(xpGuiThread);
+    // The same while the command key is held; else the documents only leave the library.
+    void removeOrDeleteSelected(bool commandKey) XP_REQUIRES(xpGuiThread);
+
+    // Thrown away without a question where none is wanted; more are always asked about.
+    static constexpr qsizetype mostDeletedUnasked = 9;
+
+private:
+    QStringList paths() const;
+    QMenu *recentMenu(bool doCopy);
+    void fillRecentMenu(QMenu *menu, bool doCopy) XP_REQUIRES(xpGuiThread);
+    void moveCopy(const QStringList &paths, const QString &folder, bool doCopy)
+        XP_REQUIRES(xpGuiThread);
+    void done(const XPFileReport &report, const char *undoText) XP_REQUIRES(xpGuiThread);
+    void remember(const QList<XPFileDeeds::Chain> &deeds, const char *undoText)
+        XP_REQUIRES(xpGuiThread);
+    void deleteNow(const QList<KPDoc *> &docs) XP_REQUIRES(xpGuiThread);
+
+    KPDocumentTargets &m_targets;
+    QUndoStack &m_history;
+};
