@@ -20,6 +20,7 @@ _murnctl_options() {
             --explain --print-state --count --limit --live --json --print0 --help ;;
         query) printf '%s\n' --in --count --limit --live --json --print0 --help ;;
         file) printf '%s\n' --to --copy --pending --yes --dry-run --json --print0 --help ;;
+        paste) printf '%s\n' --to --type --name --json --print0 --help ;;
         manage | unmanage) printf '%s\n' --dry-run --json --print0 --help ;;
         backup) printf '%s\n' --to --json --help ;;
         restore) printf '%s\n' --from --dry-run --json --help ;;
@@ -44,7 +45,7 @@ _murnctl() {
         if [[ $cur == -* ]]; then
             _murnctl_offer < <(_murnctl_options)
         else
-            _murnctl_offer <<<$'tags\ntag\ntag-rename\ntag-delete\nrate\nfind\ninfo\ntypes\nquery\nfile\nmanage\nunmanage\nbackup\nrestore\nhealed\nimport\nthumbnail\nscan\nocr\nindex'
+            _murnctl_offer <<<$'tags\ntag\ntag-rename\ntag-delete\nrate\nfind\ninfo\ntypes\nquery\nfile\nmanage\nunmanage\npaste\nbackup\nrestore\nhealed\nimport\nthumbnail\nscan\nocr\nindex'
         fi
         return
     fi

@@ -125,6 +125,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPCannotOpen">
         <translation>„%1“ konnte nicht geöffnet werden</translation>
     </message>
+    <message id="KPCannotPaste">
+        <translation>Das Dokument konnte nicht angelegt werden</translation>
+    </message>
     <message id="KPCannotRename">
         <translation>„%1“ konnte nicht umbenannt werden</translation>
     </message>
@@ -470,6 +473,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPDocumentEncrypted">
         <translation>Das Dokument ist verschlüsselt.</translation>
     </message>
+    <message id="KPDocumentTitle">
+        <translation>Dokument</translation>
+    </message>
     <message id="KPDocuments">
         <translation>Dokumente</translation>
     </message>
@@ -712,6 +718,12 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPHome">
         <translation>Persönlicher Ordner</translation>
+    </message>
+    <message id="KPImageTitle">
+        <translation>Bild</translation>
+    </message>
+    <message id="KPImportedPDFTitle">
+        <translation>Importiertes PDF</translation>
     </message>
     <message id="KPIndexChecking">
         <translation>Änderungen werden gesucht: %1 Ordner</translation>
@@ -1024,6 +1036,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPPageCountNone">
         <translation>Keine Seiten</translation>
+    </message>
+    <message id="KPPaste">
+        <translation>&amp;Einfügen</translation>
     </message>
     <message id="KPPlacesAllFiles">
         <translation>Alles in %1</translation>
@@ -1717,6 +1732,12 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPUndoNamed">
         <translation>&amp;Rückgängig: %1</translation>
+    </message>
+    <message id="KPUndoPaste" numerus="yes">
+        <translation>
+            <numerusform>Einfügen von %n Dokument</numerusform>
+            <numerusform>Einfügen von %n Dokumenten</numerusform>
+        </translation>
     </message>
     <message id="KPUndoRating" numerus="yes">
         <translation>

@@ -127,6 +127,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPCannotOpen">
         <translation>“%1” could not be opened</translation>
     </message>
+    <message id="KPCannotPaste">
+        <translation>The document could not be made</translation>
+    </message>
     <message id="KPCannotRename">
         <translation>“%1” could not be renamed</translation>
     </message>
@@ -472,6 +475,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPDocumentEncrypted">
         <translation>The document is encrypted.</translation>
     </message>
+    <message id="KPDocumentTitle">
+        <translation>document</translation>
+    </message>
     <message id="KPDocuments">
         <translation>Documents</translation>
     </message>
@@ -714,6 +720,12 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPHome">
         <translation>Home</translation>
+    </message>
+    <message id="KPImageTitle">
+        <translation>Image</translation>
+    </message>
+    <message id="KPImportedPDFTitle">
+        <translation>imported PDF</translation>
     </message>
     <message id="KPIndexChecking">
         <translation>Looking for changes: %1 folders</translation>
@@ -1026,6 +1038,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPPageCountNone">
         <translation>No pages</translation>
+    </message>
+    <message id="KPPaste">
+        <translation>&amp;Paste</translation>
     </message>
     <message id="KPPlacesAllFiles">
         <translation>All in %1</translation>
@@ -1719,6 +1734,12 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPUndoNamed">
         <translation>&amp;Undo: %1</translation>
+    </message>
+    <message id="KPUndoPaste" numerus="yes">
+        <translation>
+            <numerusform>Paste of %n document</numerusform>
+            <numerusform>Paste of %n documents</numerusform>
+        </translation>
     </message>
     <message id="KPUndoRating" numerus="yes">
         <translation>

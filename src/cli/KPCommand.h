@@ -22,6 +22,8 @@ struct KPCommand
     std::vector<KPCommandOption> options;
     // Answers the exit status.
     int (*run)(const KPCommandLine &line, KPCommandOutput &output);
+    // Whether it wants the clipboard and fonts; where there is no display it has fonts alone.
+    bool needsGui = false;
 };
 
 // Exit statuses of every command.
@@ -45,6 +47,7 @@ extern const KPCommand kpQueryCommand;
 extern const KPCommand kpFileCommand;
 extern const KPCommand kpManageCommand;
 extern const KPCommand kpUnmanageCommand;
+extern const KPCommand kpPasteCommand;
 extern const KPCommand kpBackupCommand;
 extern const KPCommand kpRestoreCommand;
 extern const KPCommand kpHealedCommand;

@@ -9,7 +9,7 @@
 #include "XPPath.h"
 #include "XPTranslations.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QLoggingCategory>
 #include <algorithm>
 #include <array>
@@ -19,13 +19,15 @@
 #include <cstring>
 #include <fcntl.h>
 #include <langinfo.h>
+#include <memory>
 
-static constexpr std::array commands = {
-    &kpTagsCommand,      &kpTagCommand,     &kpTagRenameCommand, &kpTagDeleteCommand,
-    &kpRateCommand,      &kpFindCommand,    &kpInfoCommand,      &kpTypesCommand,
-    &kpQueryCommand,     &kpFileCommand,    &kpManageCommand,    &kpUnmanageCommand,
-    &kpBackupCommand,    &kpRestoreCommand, &kpHealedCommand,    &kpImportCommand,
-    &kpThumbnailCommand, &kpScanCommand,    &kpOcrCommand,       &kpIndexCommand};
+static constexpr std::array commands = {&kpTagsCommand,      &kpTagCommand,    &kpTagRenameCommand,
+                                        &kpTagDeleteCommand, &kpRateCommand,   &kpFindCommand,
+                                        &kpInfoCommand,      &kpTypesCommand,  &kpQueryCommand,
+                                        &kpFileCommand,      &kpManageCommand, &kpUnmanageCommand,
+                                        &kpPasteCommand,     &kpBackupCommand, &kpRestoreCommand,
+                                        &kpHealedCommand,    &kpImportCommand, &kpThumbnailCommand,
+                                        &kpScanCommand,      &kpOcrCommand,    &kpIndexCommand};
 
 // A closed standard stream must not let the next file that is opened take its number.
 static void keepStandardStreamsTaken()
@@ -107,13 +109,31 @@ static int run(const KPCommand &command, const QStringList &words)
     return command.run(*line, output);
 }
 
+static const KPCommand *commandNamed(const char *name)
+{
+    const auto found =
+        std::find_if(commands.begin(), commands.end(),
+                     [name](const KPCommand *each) { return std::strcmp(name, each->name) == 0; });
+    return found == commands.end() ? nullptr : *found;
+}
+
+static std::unique_ptr<QCoreApplication> makeApplication(char **argv, bool needsGui)
+{
+    static int one = 1; // the words are ours alone: Qt does not keep their bytes
+    if (!needsGui)
+        return std::make_unique<QCoreApplication>(one, argv);
+    if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    return std::make_unique<QGuiApplication>(one, argv);
+}
+
 int main(int argc, char **argv)
 {
     keepStandardStreamsTaken();
     std::signal(SIGPIPE, SIG_DFL); // whoever started us may ignore it; `| head` ends us quietly
     chooseUtf8();
-    int one = 1; // the words are ours alone: Qt does not keep their bytes
-    const QCoreApplication application(one, argv);
+    const KPCommand *const command = argc > 1 ? commandNamed(argv[1]) : nullptr;
+    const auto application = makeApplication(argv, command != nullptr && command->needsGui);
 
     QStringList words;
     for (int i = 1; i < argc; ++i)
@@ -127,11 +147,8 @@ int main(int argc, char **argv)
         std::puts("murnctl " MURN_VERSION);
         return std::fflush(stdout) == 0 ? KPExitDone : KPExitFailed;
     }
-    const auto command = std::find_if(commands.begin(), commands.end(), [&](const KPCommand *each) {
-        return name == QLatin1String(each->name);
-    });
-    if (command == commands.end())
+    if (command == nullptr)
         return kpReportUsage(nullptr,
                              QStringLiteral("unknown command %1").arg(XPPath::printable(name)));
-    return run(**command, words);
+    return run(*command, words);
 }

@@ -38,7 +38,10 @@ QList<KPCommand> KPFilingCommands::commands()
         return [this, doCopy] { return recentMenu(doCopy); };
     };
     constexpr auto ctrlShift = Qt::CTRL | Qt::SHIFT;
+    const auto clipboard = [this] { return KPCommandState{canPaste()}; };
     return {
+        {QT_TRID_NOOP("KPPaste"), KPCommandMenu::Edit, QKeySequence::Paste, call(&C::paste),
+         clipboard},
         {QT_TRID_NOOP("KPFileDocuments"), menu, QKeySequence(Qt::CTRL | Qt::Key_E), add, some, "",
          true},
         {QT_TRID_NOOP("KPPutInFiledDocuments"),

@@ -15,6 +15,7 @@
 #include "XPPrompts.h"
 #include "XPRecentDestinations.h"
 
+#include <QClipboard>
 #include <QFileDialog>
 #include <QGuiApplication>
 #include <QLocale>
@@ -23,6 +24,8 @@
 KPFilingCommands::KPFilingCommands(KPDocumentTargets &targets, QUndoStack &history, QObject *parent)
     : QObject(parent), m_targets(targets), m_history(history)
 {
+    connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this,
+            [this] { m_canPaste.reset(); });
 }
 
 QStringList KPFilingCommands::paths() const

@@ -6,9 +6,11 @@
 
 #include <QObject>
 #include <QPointer>
+#include <optional>
 
 class KPDoc;
 class KPDocumentTargets;
+class QMimeData;
 class QUndoStack;
 
 // The window's commands that file, move, copy, rename and throw away the documents selected, and
@@ -38,6 +40,10 @@ public:
     // Beside the originals, under free names.
     void duplicateSelected() XP_REQUIRES(xpGuiThread);
     void renameSelected() XP_REQUIRES(xpGuiThread);
+    // What is on the clipboard, as documents in today's folder.
+    void paste() XP_REQUIRES(xpGuiThread);
+    // The same of what is dropped.
+    void import(const QMimeData *data) XP_REQUIRES(xpGuiThread);
 
     // To the trash: asked about as the setting "KPConfirmDelete" says, and when it is ten or more.
     void deleteSelected() XP_REQUIRES(xpGuiThread);
@@ -57,7 +63,9 @@ private:
     void remember(const QList<XPFileDeeds::Chain> &deeds, const char *undoText)
         XP_REQUIRES(xpGuiThread);
     void deleteNow(const QList<KPDoc *> &docs) XP_REQUIRES(xpGuiThread);
+    bool canPaste();
 
     KPDocumentTargets &m_targets;
     QUndoStack &m_history;
+    std::optional<bool> m_canPaste; // asked of the clipboard's owner once for each content
 };

@@ -9,6 +9,7 @@
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QLineEdit>
+#include <QMimeData>
 #include <QSet>
 #include <QTest>
 #include <QUndoStack>
@@ -146,7 +147,8 @@ TEST_F(FilingCommands, TheTrashIsUndoneUnlessTheNameIsTaken)
     EXPECT_EQ(bytesOf(paths[1]), "theirs");
     EXPECT_EQ(bytesOf(paths[2]), "2");
     ASSERT_EQ(said->alerts.size(), 1);
-    EXPECT_TRUE(said->alerts[0].startsWith(u"1 document was left as it is\n1.pdf: another file has this name now"))
+    EXPECT_TRUE(said->alerts[0].startsWith(
+        u"1 document was left as it is\n1.pdf: another file has this name now"))
         << said->alerts[0].toStdString();
     // The record of a file that went again is gone as well.
     KPDoc *doc = KPDocCache::docAtPath(paths[0]);
@@ -252,4 +254,18 @@ TEST_F(FilingCommands, NothingIsOfferedWithoutDocuments)
     }
     EXPECT_FALSE(window.findChild<QFileDialog *>());
     EXPECT_EQ(history.count(), 0);
+}
+
+TEST_F(FilingCommands, APastedDocumentIsUndoneIntoTheTrash)
+{
+    xpGuiThread.assertHere();
+    QMimeData data;
+    data.setText(QStringLiteral("a text that is long enough"));
+    commands.import(&data);
+    expectUndoAndRedo({}, {today("a text that is long enough.txt")}, "Paste of 1 document");
+    QMimeData broken;
+    broken.setData(QStringLiteral("image/png"), "no picture");
+    commands.import(&broken);
+    EXPECT_EQ(said->alerts.size(), 1);
+    EXPECT_EQ(history.count(), 1);
 }
