@@ -124,7 +124,15 @@ static std::unique_ptr<QCoreApplication> makeApplication(char **argv, bool needs
         return std::make_unique<QCoreApplication>(one, argv);
     if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
-    return std::make_unique<QGuiApplication>(one, argv);
+    // What Qt remarks on the session is none of our lines.
+    const auto others = qInstallMessageHandler(
+        [](QtMsgType type, const QMessageLogContext &context, const QString &message) {
+            if (type == QtCriticalMsg || type == QtFatalMsg)
+                std::fprintf(stderr, "%s\n", qPrintable(qFormatLogMessage(type, context, message)));
+        });
+    auto application = std::make_unique<QGuiApplication>(one, argv);
+    qInstallMessageHandler(others);
+    return application;
 }
 
 int main(int argc, char **argv)

@@ -170,7 +170,7 @@ Paths XPPasteboardSupport::importString(const XPPasteboard &pb, const QString &f
     if (text.size() < shortestString)
         return QStringList();
     if (text.startsWith(u"http://"))
-        return importWebLocation(pb, text, folder);
+        return importWebLocation(pb, text.trimmed(), folder);
     const bool isAddress = !pb.has(Kind::String);
     return write(folder, isAddress ? titleOf(text) : titleFor(pb, text), QStringLiteral("txt"),
                  text.toUtf8());

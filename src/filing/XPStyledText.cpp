@@ -10,11 +10,13 @@
 #include <QTextDocumentWriter>
 #include <QUrl>
 #include <algorithm>
+#include <array>
 
-static constexpr qsizetype longest = 32 << 20;
-static constexpr int deepestTables = 64; // what writes them calls itself for each
-static constexpr int mostTables = 10'000;
-static constexpr int largestSide = 16'384; // of a picture, in pixels
+static constexpr qsizetype longest = 16 << 20;
+static constexpr int deepestBoxes = 100;
+static constexpr int mostBoxes = 50'000;
+static constexpr qsizetype longestName = 16; // of an element
+static constexpr int largestSide = 16'384;   // of a picture, in pixels
 static constexpr qint64 mostPixels = 1 << 26;
 
 namespace {
@@ -69,16 +71,32 @@ static QString decoded(const QByteArray &html)
     return decoder(html);
 }
 
-static bool isNestedTooDeep(const QString &html)
+// The name of the element that begins at `at`, after "<" or "</".
+static QStringView nameAt(QStringView html, qsizetype at)
 {
+    qsizetype end = at;
+    while (end < html.size() && html[end].isLetterOrNumber() && end - at < longestName)
+        ++end;
+    return html.sliced(at, end - at);
+}
+
+// Boxes in boxes cost time and memory by the square of their depth.
+static bool isNestedTooDeep(QStringView html)
+{
+    static constexpr std::array boxes = {u"table", u"ul", u"ol", u"dl", u"blockquote", u"div"};
     int depth = 0;
     int count = 0;
-    for (qsizetype at = 0; (at = html.indexOf(u"table", at, Qt::CaseInsensitive)) >= 0; at += 5) {
-        const bool opens = at > 0 && html[at - 1] == u'<';
-        const bool closes = at > 1 && html[at - 1] == u'/' && html[at - 2] == u'<';
-        depth = std::max(0, depth + (opens ? 1 : 0) - (closes ? 1 : 0));
-        count += opens ? 1 : 0;
-        if (depth > deepestTables || count > mostTables)
+    for (qsizetype at = 0; (at = html.indexOf(u'<', at)) >= 0;) {
+        ++at;
+        const bool closes = at < html.size() && html[at] == u'/';
+        const QStringView name = nameAt(html, at + (closes ? 1 : 0));
+        const bool isBox = std::any_of(boxes.begin(), boxes.end(), [name](const char16_t *box) {
+            return name.compare(QStringView(box), Qt::CaseInsensitive) == 0;
+        });
+        if (!isBox)
+            continue;
+        depth = std::max(0, depth + (closes ? -1 : 1));
+        if (depth > deepestBoxes || ++count > mostBoxes)
             return true;
     }
     return false;

@@ -18,7 +18,7 @@ struct Document
     QString characters; // without styles
 };
 
-// TooLarge and Malformed for what is no text of a person's: over 32 MiB, or nested too deep.
+// TooLarge and Malformed for what is no text of a person's: over 16 MiB, or nested too deep.
 XPResult<Document> fromHtml(const QByteArray &html);
 
 } // namespace XPStyledText
