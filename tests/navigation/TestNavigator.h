@@ -33,7 +33,6 @@ public:
     bool userIsCurrentlyTyping() const override { return false; }
     void manageWindowTitle() override {}
     void showTagMenu(KPTagName *, const QPoint &) override {}
-    void showTagMenu(KPTagName *, const QPoint &) override {}
 
     KPSearchState::Ptr state() const { return m_searcher.searchState(); }
 
