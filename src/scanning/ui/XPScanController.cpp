@@ -96,14 +96,17 @@ void XPScanController::buildToolbar()
                            shortcut.toString(QKeySequence::NativeText) + u')');
         return action;
     };
-    m_rotate = add("ZLRotate", "KPToolbarRotateLabel", "KPToolbarRotateTooltip", "rotate",
-                   QKeySequence(Qt::CTRL | Qt::Key_R));
-    m_crop = add("ZLCrop", "KPToolbarCropLabel", "KPToolbarCropTooltip", "crop",
-                 QKeySequence(Qt::CTRL | Qt::Key_K));
-    m_straighten = add("ZLStraighten", "KPToolbarStraightenLabel", "KPToolbarStraightenTooltip",
-                       "straighten", QKeySequence(Qt::CTRL | Qt::Key_L));
-    m_contrastTool = add("ZLContrast", "KPToolbarContrastLabel", "KPToolbarContrastTooltip",
-                         "contrast", QKeySequence(Qt::CTRL | Qt::Key_U));
+    m_rotate =
+        add("ZLRotate", QT_TRID_NOOP("KPToolbarRotateLabel"),
+            QT_TRID_NOOP("KPToolbarRotateTooltip"), "rotate", QKeySequence(Qt::CTRL | Qt::Key_R));
+    m_crop = add("ZLCrop", QT_TRID_NOOP("KPToolbarCropLabel"), QT_TRID_NOOP("KPToolbarCropTooltip"),
+                 "crop", QKeySequence(Qt::CTRL | Qt::Key_K));
+    m_straighten = add("ZLStraighten", QT_TRID_NOOP("KPToolbarStraightenLabel"),
+                       QT_TRID_NOOP("KPToolbarStraightenTooltip"), "straighten",
+                       QKeySequence(Qt::CTRL | Qt::Key_L));
+    m_contrastTool = add("ZLContrast", QT_TRID_NOOP("KPToolbarContrastLabel"),
+                         QT_TRID_NOOP("KPToolbarContrastTooltip"), "contrast",
+                         QKeySequence(Qt::CTRL | Qt::Key_U));
     for (QAction *tool : {m_crop, m_straighten, m_contrastTool})
         tool->setCheckable(true);
     bar->addSeparator();
@@ -147,23 +150,23 @@ QWidget *XPScanController::buildSettings()
     };
     m_scannerPopup = new QComboBox(side);
     m_scannerPopup->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    row("KPScanScanner", m_scannerPopup);
+    row(QT_TRID_NOOP("KPScanScanner"), m_scannerPopup);
     m_paperPopup = new QComboBox(side);
-    row("KPScanPaper", m_paperPopup);
+    row(QT_TRID_NOOP("KPScanPaper"), m_paperPopup);
     m_mode = new QComboBox(side);
     m_mode->addItem(qtTrId("KPScanColour"), QStringLiteral("Color"));
     m_mode->addItem(qtTrId("KPScanGrey"), QStringLiteral("Gray"));
     m_mode->addItem(qtTrId("KPScanBlackAndWhite"), QStringLiteral("Lineart"));
     m_mode->setCurrentIndex(
         std::max(0, m_mode->findData(UserDefaults::standard().stringValue(modeKey))));
-    row("KPScanColours", m_mode);
+    row(QT_TRID_NOOP("KPScanColours"), m_mode);
     m_resolution = new QComboBox(side);
     for (const int dpi : {150, 300, 400, 600})
         m_resolution->addItem(qtTrId("KPScanDotsPerInch").arg(dpi), dpi);
     m_resolution->setCurrentIndex(
         std::max(1, m_resolution->findData(
                         static_cast<int>(UserDefaults::standard().integerValue(resolutionKey)))));
-    row("KPScanResolution", m_resolution);
+    row(QT_TRID_NOOP("KPScanResolution"), m_resolution);
     const auto box = [&](const char *text, const QString &key) {
         auto *check = new QCheckBox(qtTrId(text), side);
         check->setChecked(UserDefaults::standard().boolValue(key));
@@ -173,17 +176,17 @@ QWidget *XPScanController::buildSettings()
         form->addRow(check);
         return check;
     };
-    m_duplex = box("KPScanDuplex", XPImageCaptureCoreDevice::duplexKey);
-    m_cleanUp = box("KPScanCleanUp", cleanUpKey);
-    m_skipBlank = box("KPScanLeaveOutBlank", skipBlankKey);
-    m_text = box("KPScanRecogniseText", textKey);
+    m_duplex = box(QT_TRID_NOOP("KPScanDuplex"), XPImageCaptureCoreDevice::duplexKey);
+    m_cleanUp = box(QT_TRID_NOOP("KPScanCleanUp"), cleanUpKey);
+    m_skipBlank = box(QT_TRID_NOOP("KPScanLeaveOutBlank"), skipBlankKey);
+    m_text = box(QT_TRID_NOOP("KPScanRecogniseText"), textKey);
     m_tags = new XPTagsEditor(XPTagsEditor::Purpose::Edit, side);
     m_tags->setHint(qtTrId("KPAddTag"), qtTrId("KPScanTags"));
     if (m_hooks.knownTags)
         m_tags->setSuggestions(m_hooks.knownTags);
     form->addRow(qtTrId("KPScanTags"), m_tags);
     m_stars = new XPStarsEditor(side);
-    row("KPScanRating", m_stars);
+    row(QT_TRID_NOOP("KPScanRating"), m_stars);
     return side;
 }
 
@@ -207,12 +210,12 @@ QWidget *XPScanController::buildButtons()
     m_contrast->setAccessibleName(qtTrId("KPToolbarContrastLabel"));
     m_contrast->hide();
     const auto button = [&](const char *text) { return new QPushButton(qtTrId(text), bar); };
-    m_apply = button("KPScanApply");
-    m_leave = button("KPScanLeaveTool");
-    m_stop = button("KPScanStop");
-    m_scan = button("KPScanPage");
-    m_done = button("KPScanDone");
-    auto *cancel = button("KPCancel");
+    m_apply = button(QT_TRID_NOOP("KPScanApply"));
+    m_leave = button(QT_TRID_NOOP("KPScanLeaveTool"));
+    m_stop = button(QT_TRID_NOOP("KPScanStop"));
+    m_scan = button(QT_TRID_NOOP("KPScanPage"));
+    m_done = button(QT_TRID_NOOP("KPScanDone"));
+    auto *cancel = button(QT_TRID_NOOP("KPCancel"));
     line->addWidget(m_counter);
     line->addWidget(m_note, 1);
     line->addWidget(m_progress);
