@@ -1208,6 +1208,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPSaveScanTitle">
         <translation>Das gescannte Dokument sichern?</translation>
     </message>
+    <message id="KPScanAction">
+        <translation>Scannen …</translation>
+    </message>
     <message id="KPScanApply">
         <translation>Anwenden</translation>
     </message>

@@ -1210,6 +1210,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPSaveScanTitle">
         <translation>Save the scanned document?</translation>
     </message>
+    <message id="KPScanAction">
+        <translation>Scan…</translation>
+    </message>
     <message id="KPScanApply">
         <translation>Apply</translation>
     </message>

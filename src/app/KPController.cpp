@@ -17,6 +17,7 @@
 #include "UserDefaults.h"
 #include "XPFiledDocuments.h"
 #include "XPLog.h"
+#include "XPScanController.h"
 
 #include <QCloseEvent>
 #include <QCoreApplication>
@@ -185,8 +186,16 @@ void KPController::setMinWindowSize()
 
 void KPController::quit()
 {
-    writeOutStateWhenQuiting();
-    QCoreApplication::quit();
+    const auto end = [this](bool proceeds) {
+        if (!proceeds)
+            return;
+        writeOutStateWhenQuiting();
+        QCoreApplication::quit();
+    };
+    if (m_scans)
+        m_scans->askToQuit(end); // pages that are not filed are not lost without a word
+    else
+        end(true);
 }
 
 void KPController::closeEvent(QCloseEvent *event)
@@ -195,6 +204,11 @@ void KPController::closeEvent(QCloseEvent *event)
     if (m_hidesOnClose) {
         hide();
         event->ignore();
+        return;
+    }
+    if (m_scans && m_scans->hasPages()) {
+        event->ignore();
+        quit();
         return;
     }
     QMainWindow::closeEvent(event);

@@ -27,6 +27,7 @@ class KPSearchField;
 class KPSearchPopup;
 class KPStatusLine;
 class KPToolBar;
+class XPScanController;
 struct KPEditReport;
 struct KPSortKey;
 
@@ -77,6 +78,7 @@ public:
     void searchModeFilenameFilter();
     void refreshSearch();
     void findDocumentsAction();
+    void scanAction(); // the scan window
 
     // --- The window
 
@@ -201,6 +203,7 @@ private:
     std::unique_ptr<KPCommands> m_commands;
     std::unique_ptr<KPDocumentMenus> m_documentMenus;
     std::unique_ptr<KPSearchPopup> m_popup;
+    std::unique_ptr<XPScanController> m_scans; // made when it is first asked for
 
     KPSearchField *m_searchField;
     KPWindowPanels *m_panels;
