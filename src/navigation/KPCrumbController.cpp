@@ -124,7 +124,11 @@ void KPCrumbController::showSource(const SourceItem &item)
 
 void KPCrumbController::applyState(const KPSearchState::Ptr &state)
 {
-    m_navigator.setSearchStateAndUpdateUI(state, true, nullptr, KPLocationItem::ofState(*state));
+    // A place that stays keeps the name that it was given.
+    LocationItem location = KPLocationItem::ofState(*state);
+    if (location && location->isEqual(*m_locationItem))
+        location = nullptr;
+    m_navigator.setSearchStateAndUpdateUI(state, true, nullptr, location);
 }
 
 std::optional<KPCrumbController::Place> KPCrumbController::currentLocation() const

@@ -216,6 +216,15 @@ TEST_F(CrumbControllerTest, GoesUpFromFolderToFolder)
     EXPECT_FALSE(crumbs.currentLocation());
 }
 
+TEST_F(CrumbControllerTest, KeepsTheNameOfAPlaceThatStays)
+{
+    KPCrumbController &crumbs = *m_navigator.crumbs;
+    const QStringList folder{m_folder.path()};
+    crumbs.showLocation(std::make_shared<KPLocationItem>(folder, words("Recent Files")));
+    crumbs.applyState(m_navigator.state()->searchStateByAddingTag(words("x")));
+    EXPECT_EQ(crumbs.locationItem()->displayName(), words("Recent Files"));
+}
+
 TEST_F(CrumbControllerTest, KeepsTheLocationOfANewSource)
 {
     KPCrumbController &crumbs = *m_navigator.crumbs;
