@@ -3,7 +3,9 @@
 #include "KPCrumbController.h"
 #include "KPDocsView.h"
 #include "KPDocumentMenus.h"
+#include "KPDocumentTargets.h"
 #include "KPEditHistory.h"
+#include "KPFilingCommands.h"
 #include "KPFilterBar.h"
 #include "KPIndexMonitor.h"
 #include "KPInspector.h"
@@ -51,6 +53,7 @@ KPController::KPController(IndexSource &source, const QStringList &folders, KPIn
     theController = this;
     m_searcher->setShowsAllDocuments(true);
     m_documentMenus = std::make_unique<KPDocumentMenus>();
+    makeFilingCommands();
     buildCommands();
     buildWindow();
     connectSearchField(m_searchField);
@@ -93,8 +96,8 @@ void KPController::buildWindow()
 void KPController::buildCommands()
 {
     for (const QList<KPCommand> &table :
-         {fileCommands(), editCommands(), documentCommands(), searchCommands(), viewCommands(),
-          panelCommands(), goCommands(), helpCommands()})
+         {fileCommands(), editCommands(), documentCommands(), m_filing->commands(),
+          searchCommands(), viewCommands(), panelCommands(), goCommands(), helpCommands()})
         m_commands->add(table);
     m_commands->fill(menuBar());
     m_searchField->setModeActions({m_commands->action("KPSearchModeSpotlight"),

@@ -16,8 +16,10 @@ class IndexSource;
 class KPCrumbController;
 class KPDocsView;
 class KPDocumentMenus;
+class KPDocumentTargets;
 class KPEditHistory;
 class KPEditWorker;
+class KPFilingCommands;
 class KPFilterBar;
 class KPIndexMonitor;
 class KPInspector;
@@ -121,6 +123,7 @@ private:
     QList<KPCommand> goCommands();
     QList<KPCommand> helpCommands();
     QList<KPCommand> documentCommands();
+    void makeFilingCommands();
     void connectSearchField(KPSearchField *field);
     void connectSearcher();
     void connectLibrary();
@@ -162,15 +165,10 @@ private:
     void indexFolders();
     void openSelected();
     void revealSelected();
-    void renameSelected();
-    void trashSelected();
-    void fileSelected(); // with Alt held: copies into the managed folder
-    void bringSelected(bool copies);
     void copySelected();
     void rateSelected(int stars);
     void zoom(int steps);
     void setOrder(const KPSortKey &key);
-    void renameTyped(const QString &path, const QString &oldName, const QString &typed);
     void showSelection();
     void showCounts();
     void report(const KPEditReport &report);
@@ -202,6 +200,8 @@ private:
     std::unique_ptr<KPEditHistory> m_edits;
     std::unique_ptr<KPCommands> m_commands;
     std::unique_ptr<KPDocumentMenus> m_documentMenus;
+    std::unique_ptr<KPDocumentTargets> m_targets;
+    std::unique_ptr<KPFilingCommands> m_filing;
     std::unique_ptr<KPSearchPopup> m_popup;
     std::unique_ptr<XPScanController> m_scans; // made when it is first asked for
 

@@ -6,6 +6,7 @@
 #include "KPEditHistory.h"
 #include "KPEditSummary.h"
 #include "KPFileType.h"
+#include "KPFilingCommands.h"
 #include "KPFilterBar.h"
 #include "KPInspector.h"
 #include "KPLibraryModel.h"
@@ -34,9 +35,6 @@ QList<KPCommand> KPController::documentCommands()
 {
     const auto selected = [this] {
         return KPCommandState{.isEnabled = m_view->selectedCount() > 0};
-    };
-    const auto single = [this] {
-        return KPCommandState{.isEnabled = m_view->selectedCount() == 1};
     };
     QList<KPCommand> table{
         {.id = QT_TRID_NOOP("KPOpen"),
@@ -68,42 +66,6 @@ QList<KPCommand> KPController::documentCommands()
          .isOnDocuments = true,
          .endsGroup = true,
          .submenu = [this] { return m_documentMenus->makeRateMenu(); }},
-        {.id = QT_TRID_NOOP("KPFileDocuments"),
-         .menu = Menu::Documents,
-         .shortcut = QKeySequence(Qt::CTRL | Qt::Key_E),
-         .run = [this] { fileSelected(); },
-         .state = selected,
-         .symbol = "file-into",
-         .isOnDocuments = true},
-        {.id = QT_TRID_NOOP("KPMoveTo"),
-         .menu = Menu::Documents,
-         .shortcut = QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_M),
-         .run = [this] { bringSelected(false); },
-         .state = selected,
-         .symbol = "move-to",
-         .isOnDocuments = true},
-        {.id = QT_TRID_NOOP("KPCopyTo"),
-         .menu = Menu::Documents,
-         .run = [this] { bringSelected(true); },
-         .state = selected,
-         .symbol = "copy-to",
-         .isOnDocuments = true,
-         .endsGroup = true},
-        {.id = QT_TRID_NOOP("KPRenameFile"),
-         .menu = Menu::Documents,
-         .shortcut = QKeySequence(Qt::Key_F2),
-         .run = [this] { renameSelected(); },
-         .state = single,
-         .symbol = "rename",
-         .isOnDocuments = true},
-        {.id = QT_TRID_NOOP("KPMoveToTrash"),
-         .menu = Menu::Documents,
-         .shortcut = QKeySequence::Delete,
-         .run = [this] { trashSelected(); },
-         .state = selected,
-         .symbol = "trash",
-         .isOnDocuments = true,
-         .endsGroup = true},
         {.id = QT_TRID_NOOP("KPCopyFiles"),
          .menu = Menu::Edit,
          .shortcut = QKeySequence::Copy,
@@ -111,6 +73,7 @@ QList<KPCommand> KPController::documentCommands()
          .state = selected,
          .symbol = "copy",
          .isOnDocuments = true},
+        m_filing->pasteCommand(),
         {.id = QT_TRID_NOOP("KPSelectAll"),
          .menu = Menu::Edit,
          .shortcut = QKeySequence::SelectAll,

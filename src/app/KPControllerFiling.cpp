@@ -1,39 +1,43 @@
-// What the window does to bring documents into the managed folder or to another one.
+// How the commands that file, move and throw away documents see the window.
 #include "KPController.h"
+#include "KPDocCache.h"
 #include "KPDocsView.h"
-#include "UserDefaults.h"
-#include "XPFileTransfers.h"
-#include "XPFiledDocuments.h"
-#include "XPFolders.h"
-#include "XPRecentDestinations.h"
+#include "KPDocumentTargets.h"
+#include "KPEditHistory.h"
+#include "KPFilingCommands.h"
 
-#include <QFileDialog>
-#include <QGuiApplication>
+namespace {
 
-void KPController::fileSelected()
+// The selection.
+class SelectedDocuments : public KPDocumentTargets
 {
-    xpGuiThread.assertHere();
-    const bool optionKey = QGuiApplication::keyboardModifiers().testFlag(Qt::AltModifier);
-    XPFiledDocuments::setFilesAsManagedRoutingIfNeeded(m_view->selectedPaths(), optionKey,
-                                                       [](const std::optional<XPFileReport> &) {});
-}
+public:
+    SelectedDocuments(KPController &window, const KPDocsView &view) : m_window(window), m_view(view)
+    {
+    }
 
-void KPController::bringSelected(bool copies)
+    QList<KPDoc *> documents() const override
+    {
+        KPDoc::Docs docs;
+        for (const QString &path : m_view.selectedPaths()) {
+            if (KPDoc *doc = KPDocCache::docAtPathIfExists(path))
+                docs.append(doc);
+        }
+        return docs;
+    }
+    qsizetype documentCount() const override { return m_view.selectedCount(); }
+    QWidget *window() const override { return &m_window; }
+    void filesMovedOrDeleted() override { m_window.commands().update(); }
+
+private:
+    KPController &m_window;
+    const KPDocsView &m_view;
+};
+
+} // namespace
+
+void KPController::makeFilingCommands()
 {
-    const QStringList paths = m_view->selectedPaths();
-    if (paths.isEmpty())
-        return;
-    auto *dialog = new QFileDialog(this, copies ? qtTrId("KPCopyToTitle") : qtTrId("KPMoveToTitle"),
-                                   XPRecentDestinations::paths().value(0, XPFolders::home()));
-    dialog->setFileMode(QFileDialog::Directory);
-    dialog->setOption(QFileDialog::ShowDirsOnly);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    connect(dialog, &QFileDialog::fileSelected, this, [paths, copies](const QString &folder) {
-        xpGuiThread.assertHere();
-        const bool warn =
-            UserDefaults::standard().boolValue(QStringLiteral("KPFinderConfirmMoveorCopy"));
-        XPFileTransfers::moveCopyFilesProgressUI(paths, folder, copies, warn,
-                                                 [](const XPFileReport &) {});
-    });
-    dialog->open();
+    m_targets = std::make_unique<SelectedDocuments>(*this, *m_view);
+    m_filing = std::make_unique<KPFilingCommands>(*m_targets, *m_edits);
 }

@@ -3,6 +3,7 @@
 #include "KPFilterBar.h"
 #include "KPSearcher.h"
 #include "KPStatusLine.h"
+#include "UserDefaults.h"
 #include "XPExtendedAttributes.h"
 #include "XPPath.h"
 #include "XPStarsEditor.h"
@@ -80,9 +81,13 @@ TEST_F(Controller, RenamesTakesBackAndMovesToTheTrash)
     ASSERT_TRUE(until([&] { return rows() == 3 && m_window->isSettled(); }));
     m_window->showDocuments({m_paths[1]});
     ASSERT_TRUE(until([&] { return m_window->isSettled() && m_view->selectedCount() == 1; }));
-    QTest::keyClick(m_view, Qt::Key_Delete);
+    UserDefaults::standard().setValue(QStringLiteral("KPConfirmDelete"),
+                                      PropertyValue::boolean(false));
+    QTest::keyClick(m_window.get(), Qt::Key_Delete, Qt::ControlModifier);
     ASSERT_TRUE(until([&] { return !QFile::exists(m_paths[1]); }));
     EXPECT_TRUE(until([&] { return rows() == 2; }));
+    QTest::keyClick(m_window.get(), Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_TRUE(until([&] { return QFile::exists(m_paths[1]); }));
     EXPECT_THAT(m_alerts, testing::IsEmpty());
 }
 

@@ -38,12 +38,9 @@ QList<KPCommand> KPFilingCommands::commands()
         return [this, doCopy] { return recentMenu(doCopy); };
     };
     constexpr auto ctrlShift = Qt::CTRL | Qt::SHIFT;
-    const auto clipboard = [this] { return KPCommandState{canPaste()}; };
     return {
-        {QT_TRID_NOOP("KPPaste"), KPCommandMenu::Edit, QKeySequence::Paste, call(&C::paste),
-         clipboard},
-        {QT_TRID_NOOP("KPFileDocuments"), menu, QKeySequence(Qt::CTRL | Qt::Key_E), add, some, "",
-         true},
+        {QT_TRID_NOOP("KPFileDocuments"), menu, QKeySequence(Qt::CTRL | Qt::Key_E), add, some,
+         "file-into", true},
         {QT_TRID_NOOP("KPPutInFiledDocuments"),
          menu,
          {},
@@ -59,20 +56,37 @@ QList<KPCommand> KPFilingCommands::commands()
          "",
          true},
         {QT_TRID_NOOP("KPManage"), menu, {}, call(&C::manageSelected), some, "", true},
-        {QT_TRID_NOOP("KPUnmanage"), menu, QKeySequence(Qt::Key_Delete),
-         call(&C::removeOrDeleteSelected, false), some, "", true, true},
+        {QT_TRID_NOOP("KPUnmanage"),
+         menu,
+         {},
+         call(&C::removeOrDeleteSelected, false),
+         some,
+         "",
+         true,
+         true,
+         "Del"},
         {QT_TRID_NOOP("KPMoveTo"), menu, QKeySequence(ctrlShift | Qt::Key_M), moveCopy(false), some,
-         "", true},
+         "move-to", true},
         {QT_TRID_NOOP("KPMoveToRecent"), menu, {}, {}, recent, "", true, false, "", submenu(false)},
-        {QT_TRID_NOOP("KPCopyTo"), menu, {}, moveCopy(true), some, "", true},
+        {QT_TRID_NOOP("KPCopyTo"), menu, {}, moveCopy(true), some, "copy-to", true},
         {QT_TRID_NOOP("KPCopyToRecent"), menu, {}, {}, recent, "", true, false, "", submenu(true)},
         {QT_TRID_NOOP("KPDuplicate"), menu, QKeySequence(Qt::CTRL | Qt::Key_D),
          call(&C::duplicateSelected), some, "", true, true},
         {QT_TRID_NOOP("KPRenameFile"), menu, QKeySequence(Qt::Key_F2), call(&C::renameSelected),
-         one, "", true},
+         one, "rename", true},
         {QT_TRID_NOOP("KPMoveToTrash"), menu, QKeySequence(Qt::CTRL | Qt::Key_Delete),
-         call(&C::removeOrDeleteSelected, true), some, "", true, true},
+         call(&C::removeOrDeleteSelected, true), some, "trash", true, true},
     };
+}
+
+KPCommand KPFilingCommands::pasteCommand()
+{
+    return {QT_TRID_NOOP("KPPaste"), KPCommandMenu::Edit, QKeySequence::Paste,
+            [this] {
+                xpGuiThread.assertHere();
+                paste();
+            },
+            [this] { return KPCommandState{canPaste()}; }};
 }
 
 // The command's own action is shown for the menu, which therefore has no title.

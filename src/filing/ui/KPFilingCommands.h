@@ -25,6 +25,8 @@ public:
     KPFilingCommands(KPDocumentTargets &targets, QUndoStack &history, QObject *parent = nullptr);
 
     QList<KPCommand> commands();
+    // By itself, as it belongs beside the window's command that copies.
+    KPCommand pasteCommand();
 
     // As the user prefers: marks, files or asks; while `optionKey` is held, copies.
     void addSelectedToLibrary(bool optionKey) XP_REQUIRES(xpGuiThread);
