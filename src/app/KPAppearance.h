@@ -2,30 +2,39 @@
 
 #include "KPCommandLine.h"
 
+#include <QDBusConnection>
 #include <QDBusVariant>
 #include <QObject>
 #include <QPalette>
+#include <optional>
 
 // Dark or light, as the desktop says: portal org.freedesktop.portal.Settings, namespace
-// org.freedesktop.appearance, key color-scheme. Where there is no portal, or the platform theme
-// has a dark palette of its own already, Qt's palette stays. Threads: main.
+// org.freedesktop.appearance, key color-scheme; read at the start, before the first window, and
+// followed while the program runs. Where there is no portal, or the platform theme has a palette
+// of the wanted kind already, Qt's palette stays.
+// Threads: main. Waits for the portal a moment at the most.
 class KPAppearance : public QObject
 {
     Q_OBJECT
 
 public:
-    // Asks without waiting; the answer, and each later change, is applied when it comes.
-    explicit KPAppearance(KPCommandLine::ColourScheme scheme, QObject *parent = nullptr);
+    explicit KPAppearance(KPCommandLine::ColourScheme scheme,
+                          QDBusConnection bus = QDBusConnection::sessionBus(),
+                          QObject *parent = nullptr);
 
+    // Every role of every group, so that no field keeps the other kind's colours.
     static QPalette darkPalette();
+    static QPalette lightPalette();
 
 private Q_SLOTS:
     void settingChanged(const QString &area, const QString &key, const QDBusVariant &value);
 
 private:
     void ask();
+    void askAgainLater();
     void apply(bool dark);
 
+    QDBusConnection m_bus;
     const QPalette m_original;
-    bool m_dark = false; // what we applied
+    std::optional<bool> m_isDark; // what was applied
 };
