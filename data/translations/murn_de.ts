@@ -287,6 +287,15 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPCopyTo">
         <translation>In Ordner kopieren …</translation>
     </message>
+    <message id="KPCopyToOpenButton">
+        <translation>Kopieren</translation>
+    </message>
+    <message id="KPCopyToOpenText">
+        <translation>Diese Dokumente liegen, wo andere Programme ihre eigenen Dateien halten, und können dort nicht Teil Ihrer Bibliothek sein.</translation>
+    </message>
+    <message id="KPCopyToOpenTitle">
+        <translation>In den verwalteten Ordner kopieren?</translation>
+    </message>
     <message id="KPCopyToRecent">
         <translation>In zuletzt benutzten Ordner kopieren</translation>
     </message>
@@ -295,6 +304,30 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPCountsSelected">
         <translation>%1 von %2 ausgewählt</translation>
+    </message>
+    <message id="KPCrashReportsFolder">
+        <translation>Absturzberichte</translation>
+    </message>
+    <message id="KPCrashReportsText">
+        <translation>Trotz aller Sorgfalt und Tests findet manchmal ein Fehler den Weg zu Ihnen. Bitte helfen Sie uns mit Absturzberichten. 
+Vertraulichkeit ist zugesichert.
+
+Absturzberichte erlauben?</translation>
+    </message>
+    <message id="KPCrashReportsTitle">
+        <translation>Absturzberichte</translation>
+    </message>
+    <message id="KPCrashedClose">
+        <translation>Nicht jetzt</translation>
+    </message>
+    <message id="KPCrashedShow">
+        <translation>Bericht zeigen</translation>
+    </message>
+    <message id="KPCrashedText">
+        <translation>Ein Bericht darüber liegt auf diesem Rechner. Er nennt das Programm, das System und die Stelle des Fehlers, keines Ihrer Dokumente. Nichts wurde verschickt; ob Sie ihn jemandem schicken, entscheiden Sie.</translation>
+    </message>
+    <message id="KPCrashedTitle">
+        <translation>Murn wurde unerwartet beendet</translation>
     </message>
     <message id="KPCrumbAdd">
         <translation>Suche eingrenzen</translation>
@@ -482,6 +515,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPDone">
         <translation>Fertig</translation>
     </message>
+    <message id="KPDroppedOnIcon">
+        <translation>Geöffnet am %1</translation>
+    </message>
     <message id="KPDuplicate">
         <translation>&amp;Duplizieren</translation>
     </message>
@@ -532,6 +568,15 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPFactType">
         <translation>Art</translation>
+    </message>
+    <message id="KPFileClipboardButton">
+        <translation>Ablegen</translation>
+    </message>
+    <message id="KPFileClipboardText">
+        <translation>Ein anderes Programm bittet Murn, das Kopierte in Ihre Bibliothek aufzunehmen.</translation>
+    </message>
+    <message id="KPFileClipboardTitle">
+        <translation>Kopiertes ablegen?</translation>
     </message>
     <message id="KPFileDocuments">
         <translation>Zur Bibliothek hinzufügen …</translation>
@@ -718,6 +763,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPHome">
         <translation>Persönlicher Ordner</translation>
+    </message>
+    <message id="KPHotKeyDescription">
+        <translation>In Murn nach dem kopierten Text suchen</translation>
     </message>
     <message id="KPImageTitle">
         <translation>Bild</translation>
@@ -950,6 +998,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPNameIsTaken">
         <translation>eine andere Datei heißt jetzt so</translation>
     </message>
+    <message id="KPNo">
+        <translation>Nein</translation>
+    </message>
     <message id="KPNoDocuments">
         <translation>Hier sind keine Dokumente</translation>
     </message>
@@ -983,6 +1034,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPNoStars">
         <translation>Keine Bewertung</translation>
     </message>
+    <message id="KPNoSuchFile">
+        <translation>%1: keine solche Datei und kein solcher Ordner</translation>
+    </message>
     <message id="KPNoSuchFolder">
         <translation>es gibt keinen Ordner „%1“</translation>
     </message>
@@ -995,6 +1049,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPNotAPicture">
         <translation>Das ist kein Bild.</translation>
     </message>
+    <message id="KPNotAnswering">
+        <translation>Murn läuft, antwortet aber nicht: %1</translation>
+    </message>
     <message id="KPNotIndexed">
         <translation>„%1“ ist nicht indiziert</translation>
     </message>
@@ -1003,6 +1060,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPNothingSelected">
         <translation>Ausgewählte Dokumente zeigen hier ihre Schlagwörter und ihre Bewertung.</translation>
+    </message>
+    <message id="KPNothingToFile">
+        <translation>Es wurde nichts kopiert, das abgelegt werden könnte.</translation>
     </message>
     <message id="KPOpen">
         <translation>Ö&amp;ffnen</translation>
@@ -1022,11 +1082,26 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
             <numerusform>%1 Dokumente öffnen?</numerusform>
         </translation>
     </message>
+    <message id="KPOptionFileClipboard">
+        <translation>Ablegen, was kopiert wurde, sobald Sie zustimmen.</translation>
+    </message>
+    <message id="KPOptionFiles">
+        <translation>Dateien, Ordner und Adressen (murn://tags/a/b), die geöffnet werden.</translation>
+    </message>
     <message id="KPOptionFolder">
         <translation>Zeigt die Dokumente dieses Ordners statt des persönlichen; mehrmals möglich.</translation>
     </message>
     <message id="KPOptionHelp">
         <translation>Zeigt diese Hilfe.</translation>
+    </message>
+    <message id="KPOptionNewInstance">
+        <translation>Ein eigenes Fenster öffnen, neben einem, das schon offen ist.</translation>
+    </message>
+    <message id="KPOptionSearch">
+        <translation>Nach diesem Text suchen.</translation>
+    </message>
+    <message id="KPOptionSearchSelection">
+        <translation>Nach dem markierten oder sonst kopierten Text suchen.</translation>
     </message>
     <message id="KPOptionVersion">
         <translation>Zeigt die Version.</translation>
@@ -1186,6 +1261,15 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPRenameTitle">
         <translation>Umbenennen</translation>
+    </message>
+    <message id="KPRestoreDone" numerus="yes">
+        <translation>
+            <numerusform>%n Dokument hat Schlagwörter und Bewertung zurück.</numerusform>
+            <numerusform>%n Dokumente haben Schlagwörter und Bewertungen zurück.</numerusform>
+        </translation>
+    </message>
+    <message id="KPRestoreDoneTitle">
+        <translation>Schlagwörter wurden wiederhergestellt</translation>
     </message>
     <message id="KPResultsSortOrderLabel">
         <translation>Sortierung</translation>
@@ -1520,14 +1604,32 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPSpotlightSearch">
         <translation>Suche</translation>
     </message>
+    <message id="KPStandardColours">
+        <translation>Standardfarben</translation>
+    </message>
     <message id="KPStars" numerus="yes">
         <translation>
             <numerusform>%n Stern</numerusform>
             <numerusform>%n Sterne</numerusform>
         </translation>
     </message>
+    <message id="KPStatusItem">
+        <translation>Symbol im Infobereich</translation>
+    </message>
     <message id="KPStatusPromptNoFileTypeSet">
         <translation>Alle Arten</translation>
+    </message>
+    <message id="KPStatusSearch">
+        <translation>Nach markiertem Text suchen</translation>
+    </message>
+    <message id="KPStatusShow">
+        <translation>Murn zeigen</translation>
+    </message>
+    <message id="KPStatusUntagged" numerus="yes">
+        <translation>
+            <numerusform>%n Dokument ohne Schlagwörter</numerusform>
+            <numerusform>%n Dokumente ohne Schlagwörter</numerusform>
+        </translation>
     </message>
     <message id="KPStop">
         <translation>Anhalten</translation>
@@ -1772,9 +1874,6 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
             <numerusform>Entfernen von %n Dokumenten aus der Bibliothek</numerusform>
         </translation>
     </message>
-    <message id="KPUnexpectedArgument">
-        <translation>unerwartetes Argument „%1“; Ordner werden mit --folder angegeben</translation>
-    </message>
     <message id="KPUnknownUTITagTemplate">
         <translation>Unbekannte Art %1</translation>
     </message>
@@ -1786,6 +1885,54 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPUseExtension">
         <translation>.%2 verwenden</translation>
+    </message>
+    <message id="KPWelcomeAdd">
+        <translation>Ordner hinzufügen …</translation>
+    </message>
+    <message id="KPWelcomeAddTitle">
+        <translation>Ordner wählen, in dem gesucht wird</translation>
+    </message>
+    <message id="KPWelcomeAgain">
+        <translation>Willkommen bei Murn</translation>
+    </message>
+    <message id="KPWelcomeFolders">
+        <translation>Murn sucht in diesen Ordnern</translation>
+    </message>
+    <message id="KPWelcomeFoldersText">
+        <translation>Und in allen Ordnern darin. Sie können das jederzeit ändern.</translation>
+    </message>
+    <message id="KPWelcomeNothingMoved">
+        <translation>Nichts wird verschoben</translation>
+    </message>
+    <message id="KPWelcomeNothingMovedText">
+        <translation>Ihre Dokumente bleiben in ihren Ordnern. Murn verschiebt oder kopiert nur, was Sie ausdrücklich ablegen.</translation>
+    </message>
+    <message id="KPWelcomePrivate">
+        <translation>Alles bleibt auf diesem Rechner</translation>
+    </message>
+    <message id="KPWelcomePrivateText">
+        <translation>Über Ihre Dokumente wird nichts verschickt.</translation>
+    </message>
+    <message id="KPWelcomeRemove">
+        <translation>Entfernen</translation>
+    </message>
+    <message id="KPWelcomeStart">
+        <translation>Los</translation>
+    </message>
+    <message id="KPWelcomeTags">
+        <translation>Schlagwörter gehören zur Datei</translation>
+    </message>
+    <message id="KPWelcomeTagsText">
+        <translation>Sie stehen an der Datei selbst und gehen überall mit.</translation>
+    </message>
+    <message id="KPWelcomeText">
+        <translation>Murn findet Ihre Dokumente, wo sie liegen. Sie können sie verschlagworten, bewerten und ablegen.</translation>
+    </message>
+    <message id="KPWelcomeTitle">
+        <translation>Willkommen bei Murn</translation>
+    </message>
+    <message id="KPYes">
+        <translation>Ja</translation>
     </message>
     <message id="KPZoom">
         <translation>Größe der Bilder</translation>

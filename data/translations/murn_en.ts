@@ -289,6 +289,15 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPCopyTo">
         <translation>Copy to Folder…</translation>
     </message>
+    <message id="KPCopyToOpenButton">
+        <translation>Copy</translation>
+    </message>
+    <message id="KPCopyToOpenText">
+        <translation>These documents lie where other programs keep their own files, so that they cannot stay there as part of your library.</translation>
+    </message>
+    <message id="KPCopyToOpenTitle">
+        <translation>Copy into the managed folder?</translation>
+    </message>
     <message id="KPCopyToRecent">
         <translation>Copy to Recent Folder</translation>
     </message>
@@ -297,6 +306,30 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPCountsSelected">
         <translation>%1 of %2 selected</translation>
+    </message>
+    <message id="KPCrashReportsFolder">
+        <translation>Crash Reports</translation>
+    </message>
+    <message id="KPCrashReportsText">
+        <translation>Despite our best efforts and testing, sometimes a bug makes it's way to you. Please help us out by sending us crash reports. 
+Your confidentiality is assured.
+
+Allow crash reporting?</translation>
+    </message>
+    <message id="KPCrashReportsTitle">
+        <translation>Crash Reports</translation>
+    </message>
+    <message id="KPCrashedClose">
+        <translation>Not Now</translation>
+    </message>
+    <message id="KPCrashedShow">
+        <translation>Show Report</translation>
+    </message>
+    <message id="KPCrashedText">
+        <translation>A report of what happened lies on this computer. It names the program, the system and the place of the fault, none of your documents. Nothing was sent; whether you send it to anyone is up to you.</translation>
+    </message>
+    <message id="KPCrashedTitle">
+        <translation>Murn ended unexpectedly</translation>
     </message>
     <message id="KPCrumbAdd">
         <translation>Narrow the search</translation>
@@ -484,6 +517,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPDone">
         <translation>Done</translation>
     </message>
+    <message id="KPDroppedOnIcon">
+        <translation>Opened on %1</translation>
+    </message>
     <message id="KPDuplicate">
         <translation>&amp;Duplicate</translation>
     </message>
@@ -534,6 +570,15 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPFactType">
         <translation>Type</translation>
+    </message>
+    <message id="KPFileClipboardButton">
+        <translation>File</translation>
+    </message>
+    <message id="KPFileClipboardText">
+        <translation>Another program asks Murn to add what was copied to your library.</translation>
+    </message>
+    <message id="KPFileClipboardTitle">
+        <translation>File what was copied?</translation>
     </message>
     <message id="KPFileDocuments">
         <translation>Add to Library…</translation>
@@ -720,6 +765,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPHome">
         <translation>Home</translation>
+    </message>
+    <message id="KPHotKeyDescription">
+        <translation>Search Murn for the copied text</translation>
     </message>
     <message id="KPImageTitle">
         <translation>Image</translation>
@@ -952,6 +1000,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPNameIsTaken">
         <translation>another file has this name now</translation>
     </message>
+    <message id="KPNo">
+        <translation>No</translation>
+    </message>
     <message id="KPNoDocuments">
         <translation>No documents here</translation>
     </message>
@@ -985,6 +1036,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPNoStars">
         <translation>No Rating</translation>
     </message>
+    <message id="KPNoSuchFile">
+        <translation>%1: no such file or folder</translation>
+    </message>
     <message id="KPNoSuchFolder">
         <translation>there is no folder “%1”</translation>
     </message>
@@ -997,6 +1051,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPNotAPicture">
         <translation>This is no picture.</translation>
     </message>
+    <message id="KPNotAnswering">
+        <translation>Murn is running but does not answer: %1</translation>
+    </message>
     <message id="KPNotIndexed">
         <translation>“%1” is not indexed</translation>
     </message>
@@ -1005,6 +1062,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPNothingSelected">
         <translation>Select documents to see and change their tags and rating.</translation>
+    </message>
+    <message id="KPNothingToFile">
+        <translation>Nothing was copied that could be filed.</translation>
     </message>
     <message id="KPOpen">
         <translation>&amp;Open</translation>
@@ -1024,11 +1084,26 @@ Free software under the GNU General Public License, version 3 or later.</transla
             <numerusform>Open %1 documents?</numerusform>
         </translation>
     </message>
+    <message id="KPOptionFileClipboard">
+        <translation>File what was copied, once you agree.</translation>
+    </message>
+    <message id="KPOptionFiles">
+        <translation>Files, folders and addresses (murn://tags/a/b) to open.</translation>
+    </message>
     <message id="KPOptionFolder">
         <translation>Shows the documents of this folder instead of the home folder; may be given several times.</translation>
     </message>
     <message id="KPOptionHelp">
         <translation>Shows this help.</translation>
+    </message>
+    <message id="KPOptionNewInstance">
+        <translation>Open a window of its own, beside one that is open already.</translation>
+    </message>
+    <message id="KPOptionSearch">
+        <translation>Search for this text.</translation>
+    </message>
+    <message id="KPOptionSearchSelection">
+        <translation>Search for the text that is selected, or else copied.</translation>
     </message>
     <message id="KPOptionVersion">
         <translation>Shows the version.</translation>
@@ -1188,6 +1263,15 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPRenameTitle">
         <translation>Rename</translation>
+    </message>
+    <message id="KPRestoreDone" numerus="yes">
+        <translation>
+            <numerusform>%n document got its tags and rating back.</numerusform>
+            <numerusform>%n documents got their tags and ratings back.</numerusform>
+        </translation>
+    </message>
+    <message id="KPRestoreDoneTitle">
+        <translation>Tags were restored</translation>
     </message>
     <message id="KPResultsSortOrderLabel">
         <translation>Sort</translation>
@@ -1522,14 +1606,32 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPSpotlightSearch">
         <translation>Search</translation>
     </message>
+    <message id="KPStandardColours">
+        <translation>Standard Colours</translation>
+    </message>
     <message id="KPStars" numerus="yes">
         <translation>
             <numerusform>%n star</numerusform>
             <numerusform>%n stars</numerusform>
         </translation>
     </message>
+    <message id="KPStatusItem">
+        <translation>Icon in the Tray</translation>
+    </message>
     <message id="KPStatusPromptNoFileTypeSet">
         <translation>All kinds</translation>
+    </message>
+    <message id="KPStatusSearch">
+        <translation>Search for Selected Text</translation>
+    </message>
+    <message id="KPStatusShow">
+        <translation>Show Murn</translation>
+    </message>
+    <message id="KPStatusUntagged" numerus="yes">
+        <translation>
+            <numerusform>%n document without tags</numerusform>
+            <numerusform>%n documents without tags</numerusform>
+        </translation>
     </message>
     <message id="KPStop">
         <translation>Stop</translation>
@@ -1774,9 +1876,6 @@ Free software under the GNU General Public License, version 3 or later.</transla
             <numerusform>Removal of %n documents from the library</numerusform>
         </translation>
     </message>
-    <message id="KPUnexpectedArgument">
-        <translation>unexpected argument “%1”; folders are given with --folder</translation>
-    </message>
     <message id="KPUnknownUTITagTemplate">
         <translation>Unknown type %1</translation>
     </message>
@@ -1788,6 +1887,54 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPUseExtension">
         <translation>Use .%2</translation>
+    </message>
+    <message id="KPWelcomeAdd">
+        <translation>Add Folder…</translation>
+    </message>
+    <message id="KPWelcomeAddTitle">
+        <translation>Choose a Folder to Look In</translation>
+    </message>
+    <message id="KPWelcomeAgain">
+        <translation>Welcome to Murn</translation>
+    </message>
+    <message id="KPWelcomeFolders">
+        <translation>Murn looks in these folders</translation>
+    </message>
+    <message id="KPWelcomeFoldersText">
+        <translation>And in all folders inside them. You can change this at any time.</translation>
+    </message>
+    <message id="KPWelcomeNothingMoved">
+        <translation>Nothing is moved</translation>
+    </message>
+    <message id="KPWelcomeNothingMovedText">
+        <translation>Your documents stay in their folders. Murn moves or copies one only when you ask for it.</translation>
+    </message>
+    <message id="KPWelcomePrivate">
+        <translation>It stays on this computer</translation>
+    </message>
+    <message id="KPWelcomePrivateText">
+        <translation>Nothing about your documents is sent anywhere.</translation>
+    </message>
+    <message id="KPWelcomeRemove">
+        <translation>Remove</translation>
+    </message>
+    <message id="KPWelcomeStart">
+        <translation>Start</translation>
+    </message>
+    <message id="KPWelcomeTags">
+        <translation>Tags belong to the file</translation>
+    </message>
+    <message id="KPWelcomeTagsText">
+        <translation>They are kept on the file itself and go where it goes.</translation>
+    </message>
+    <message id="KPWelcomeText">
+        <translation>Murn finds your documents where they lie, and lets you tag, rate and file them.</translation>
+    </message>
+    <message id="KPWelcomeTitle">
+        <translation>Welcome to Murn</translation>
+    </message>
+    <message id="KPYes">
+        <translation>Yes</translation>
     </message>
     <message id="KPZoom">
         <translation>Size of the pictures</translation>

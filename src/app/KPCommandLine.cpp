@@ -1,5 +1,7 @@
 #include "KPCommandLine.h"
 
+#include "XPFileInfo.h"
+#include "XPFileUrls.h"
 #include "XPFolders.h"
 #include "XPPath.h"
 
@@ -12,6 +14,10 @@ namespace {
 struct Options
 {
     Option folder{QStringLiteral("folder"), qtTrId("KPOptionFolder"), QStringLiteral("DIR")};
+    Option search{QStringLiteral("search"), qtTrId("KPOptionSearch"), QStringLiteral("TEXT")};
+    Option searchSelection{QStringLiteral("search-selection"), qtTrId("KPOptionSearchSelection")};
+    Option fileClipboard{QStringLiteral("file-clipboard"), qtTrId("KPOptionFileClipboard")};
+    Option newInstance{QStringLiteral("new-instance"), qtTrId("KPOptionNewInstance")};
     Option screenshot{QStringLiteral("screenshot"), QString(), QStringLiteral("FILE")};
     Option select{QStringLiteral("select"), QString(), QStringLiteral("NAME")};
     Option colours{QStringLiteral("color-scheme"), QString(), QStringLiteral("SCHEME")};
@@ -29,8 +35,11 @@ static void addTo(QCommandLineParser *parser, Options *options)
     parser->setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsOptions);
     for (Option *hidden : {&options->screenshot, &options->select, &options->colours})
         hidden->setFlags(Option::HiddenFromHelp);
-    parser->addOptions({options->folder, options->help, options->version, options->screenshot,
-                        options->select, options->colours});
+    parser->addOptions({options->folder, options->search, options->searchSelection,
+                        options->fileClipboard, options->newInstance, options->help,
+                        options->version, options->screenshot, options->select, options->colours});
+    parser->addPositionalArgument(QStringLiteral("FILE"), qtTrId("KPOptionFiles"),
+                                  QStringLiteral("[FILE|URL]..."));
 }
 
 static XPError usageError(const QString &message)
@@ -47,6 +56,28 @@ static std::optional<XPError> takeFolders(const QStringList &folders, KPCommandL
                                  qtTrId("KPNoSuchFolder").arg(XPPath::printable(folder)),
                                  real.error().path);
         result->folders.append(*real);
+    }
+    return {};
+}
+
+static bool isUrl(const QString &text)
+{
+    return text.startsWith(u"murn:", Qt::CaseInsensitive) ||
+           text.startsWith(u"file:", Qt::CaseInsensitive);
+}
+
+static std::optional<XPError> takeFiles(const QStringList &texts, KPCommandLine *result)
+{
+    for (const QString &text : texts) {
+        if (isUrl(text)) {
+            result->urls.append(text);
+            continue;
+        }
+        const QString path = XPPath::absolute(text);
+        if (const auto info = XPFileInfo::read(path); !info)
+            return XPError::make(info.error().kind,
+                                 qtTrId("KPNoSuchFile").arg(XPPath::printable(text)), path);
+        result->urls.append(QString::fromLatin1(XPFileUrls::encoded(path)));
     }
     return {};
 }
@@ -72,9 +103,6 @@ XPResult<KPCommandLine> KPCommandLine::parse(const QByteArrayList &arguments)
     addTo(&parser, &options);
     if (!parser.parse(texts))
         return usageError(XPPath::printable(parser.errorText()));
-    if (!parser.positionalArguments().isEmpty())
-        return usageError(qtTrId("KPUnexpectedArgument")
-                              .arg(XPPath::printable(parser.positionalArguments().first())));
     KPCommandLine result;
     if (parser.isSet(options.help))
         result.action = Action::ShowHelp;
@@ -82,6 +110,14 @@ XPResult<KPCommandLine> KPCommandLine::parse(const QByteArrayList &arguments)
         result.action = Action::ShowVersion;
     if (auto error = takeFolders(parser.values(options.folder), &result))
         return *error;
+    if (auto error = takeFiles(parser.positionalArguments(), &result))
+        return *error;
+    if (parser.isSet(options.search))
+        result.searchText = parser.value(options.search);
+    else if (parser.isSet(options.searchSelection))
+        result.searchText = QString();
+    result.isNewInstance = parser.isSet(options.newInstance);
+    result.filesClipboard = parser.isSet(options.fileClipboard);
     if (auto error = takeColours(parser.value(options.colours), &result))
         return *error;
     result.screenshot = parser.value(options.screenshot);

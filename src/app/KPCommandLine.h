@@ -6,7 +6,7 @@
 #include <QStringList>
 
 // What the program was asked for on its command line.
-// Threads: a value; parse() before other threads, it looks whether the folders exist.
+// Threads: a value; parse() before other threads, it looks whether files and folders exist.
 struct KPCommandLine
 {
     enum class Action { ShowWindow, ShowHelp, ShowVersion };
@@ -14,8 +14,12 @@ struct KPCommandLine
 
     Action action = Action::ShowWindow;
     QStringList folders; // absolute, by their links' targets; empty: the user's home
-    QString screenshot;  // where to put a picture of the window; empty: none
-    QString selection;   // for that picture: select the documents whose names begin so
+    QStringList urls;    // to open: addresses as they were given, files and folders as `file:`
+    std::optional<QString> searchText; // empty: what is selected or copied
+    bool filesClipboard = false;
+    bool isNewInstance = false; // beside one that runs
+    QString screenshot;         // where to put a picture of the window; empty: none
+    QString selection;          // for that picture: select the documents whose names begin so
     ColourScheme colours = ColourScheme::Desktop;
 
     // The arguments as bytes, program name first: a folder's name need not be valid UTF-8.

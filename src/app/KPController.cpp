@@ -1,5 +1,6 @@
 #include "KPController.h"
 
+#include "KPAppDelegate.h"
 #include "KPCrumbController.h"
 #include "KPDocsView.h"
 #include "KPDocumentMenus.h"
@@ -99,6 +100,8 @@ void KPController::buildCommands()
          {fileCommands(), editCommands(), documentCommands(), m_filing->commands(),
           searchCommands(), viewCommands(), panelCommands(), goCommands(), helpCommands()})
         m_commands->add(table);
+    if (KPAppDelegate *delegate = KPAppDelegate::instance())
+        m_commands->add(delegate->commands());
     m_commands->fill(menuBar());
     m_searchField->setModeActions({m_commands->action("KPSearchModeSpotlight"),
                                    m_commands->action("KPSearchModeFilenameFilter")});
@@ -199,6 +202,14 @@ void KPController::quit()
         m_scans->askToQuit(end); // pages that are not filed are not lost without a word
     else
         end(true);
+}
+
+bool KPController::mayQuit()
+{
+    if (!m_scans || !m_scans->hasPages())
+        return true;
+    quit();
+    return false;
 }
 
 void KPController::closeEvent(QCloseEvent *event)

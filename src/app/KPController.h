@@ -86,6 +86,8 @@ public:
 
     KPWindowPanels &panels() { return *m_panels; }
     KPCommands &commands() { return *m_commands; }
+    // False: pages of a scan are not filed. The user is asked, and his answer ends the program.
+    bool mayQuit();
     // Saves what is to be remembered: at every deactivation and at the end.
     void writeOutStateWhenQuiting();
     // The close button hides the window, as something else brings it back; else it ends the

@@ -1,4 +1,5 @@
 // The window's searches: how one is applied, remembered, typed and asked for from outside.
+#include "KPAppDelegate.h"
 #include "KPController.h"
 #include "KPCrumbController.h"
 #include "KPFilterBar.h"
@@ -230,7 +231,7 @@ void KPController::setSearchMode(bool isSpotlight)
 {
     for (const QString &key : {spotlightKey, metaDataKey})
         UserDefaults::standard().setValue(key, PropertyValue::boolean(isSpotlight));
-    if (!isSpotlight || !QCoreApplication::closingDown())
+    if (!isSpotlight || !KPAppDelegate::isTerminating())
         searchContentsOrFilenamesChanged();
 }
 

@@ -7,8 +7,6 @@
 #include "XPPath.h"
 #include "XPPrompts.h"
 
-#include <QGuiApplication>
-
 static void logProblems(const XPFileReport &report)
 {
     for (const XPFileStep &step : report.problems())
@@ -18,11 +16,6 @@ static void logProblems(const XPFileReport &report)
 KPFilingUpkeep::KPFilingUpkeep(QObject *parent) : QObject(parent)
 {
     xpGuiThread.assertHere();
-    connect(qGuiApp, &QGuiApplication::applicationStateChanged, this,
-            [this](Qt::ApplicationState state) {
-                if (state == Qt::ApplicationActive)
-                    becomeActive();
-            });
     m_layout = UserDefaults::standard().addObserver(QStringLiteral("values.") +
                                                         XPFiledDocuments::useYearMonthKey,
                                                     [this](const PropertyValue &on) {
@@ -42,6 +35,34 @@ void KPFilingUpkeep::becomeActive()
             return report;
         },
         &logProblems);
+}
+
+void KPFilingUpkeep::checkFormatAndOfferChange()
+{
+    xpGuiThread.assertHere();
+    static const QString askedKey = QStringLiteral("askedFiledDocsFormatQuestion");
+    struct Layout
+    {
+        bool isUsed = false;
+        bool hasDays = false;
+    };
+    if (UserDefaults::standard().boolValue(askedKey))
+        return;
+    XPFilingWork::run(
+        [] {
+            const bool isUsed = XPFiledDocuments::usesFiledDocuments();
+            return Layout{isUsed, isUsed && XPFiledDocuments::hasYearMonthDayFolders()};
+        },
+        [this](const Layout &layout) {
+            if (!layout.isUsed)
+                return;
+            UserDefaults &defaults = UserDefaults::standard();
+            defaults.setValue(askedKey, PropertyValue::boolean(true));
+            if (layout.hasDays)
+                offerConversion();
+            else
+                defaults.setValue(XPFiledDocuments::useYearMonthKey, PropertyValue::boolean(true));
+        });
 }
 
 void KPFilingUpkeep::layoutChosen()

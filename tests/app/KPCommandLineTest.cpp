@@ -17,6 +17,22 @@ TEST(CommandLine, TakesFoldersByTheirBytes)
     EXPECT_EQ(line->folders, (QStringList{folder.path(), odd}));
 }
 
+TEST(CommandLine, TakesFilesAndAddressesInTheirOrder)
+{
+    const TestFolder folder;
+    const QString odd = folder.file(QStringLiteral("-dash"));
+    const auto line = KPCommandLine::parse(
+        {"murn", "MURN://tags/a b", "file:///no/such", "--", XPPath::encode(odd)});
+    ASSERT_TRUE(line) << line.error().message.toStdString();
+    EXPECT_EQ(line->urls,
+              (QStringList{QStringLiteral("MURN://tags/a b"), QStringLiteral("file:///no/such"),
+                           QStringLiteral("file://") + odd}));
+    EXPECT_FALSE(line->searchText);
+
+    EXPECT_EQ(KPCommandLine::parse({"murn", "--search=-x"})->searchText, QStringLiteral("-x"));
+    EXPECT_EQ(KPCommandLine::parse({"murn", "--search-selection"})->searchText, QString());
+}
+
 TEST(CommandLine, RefusesWhatItCannotDo)
 {
     const TestFolder folder;
@@ -28,7 +44,7 @@ TEST(CommandLine, RefusesWhatItCannotDo)
     } cases[] = {
         {{"--folder", file}, "file\\n"},      {{"--folder", "/no/such\x1b[31m"}, "/no/such\\"},
         {{"--folder", ""}, "folder"},         {{"--folder"}, "folder"},
-        {{"--unknown"}, "unknown"},           {{"name"}, "name"},
+        {{"--unknown"}, "unknown"},           {{"/no/such"}, "/no/such"},
         {{"--color-scheme", "pink"}, "pink"},
     };
     for (const auto &each : cases) {

@@ -1,39 +1,15 @@
-#include "CagedImporter.h"
-#include "IndexSettings.h"
-#include "KPAppServices.h"
+#include "KPAppDelegate.h"
 #include "KPAppearance.h"
-#include "KPBadgeCache.h"
+#include "KPApplication.h"
 #include "KPCommandLine.h"
 #include "KPController.h"
-#include "KPDocCache.h"
-#include "KPDocIcons.h"
-#include "KPDocPrefs.h"
-#include "KPFileTypeRegistry.h"
-#include "KPFilingUpkeep.h"
-#include "KPIndexMonitor.h"
-#include "KPIndexedTypes.h"
-#include "KPProgress.h"
-#include "KPPrompts.h"
-#include "KPQuickLook.h"
+#include "KPLogTail.h"
 #include "KPScreenshot.h"
-#include "KPSearchFolders.h"
-#include "KPSearcher.h"
-#include "KPTagBackup.h"
-#include "KPTagHealer.h"
-#include "KPTagName.h"
-#include "KPThreadedSearcher.h"
-#include "Karvex.h"
-#include "KarvexPrefs.h"
-#include "UserDefaults.h"
-#include "XPFactorySettings.h"
-#include "XPFiledDocuments.h"
-#include "XPLog.h"
-#include "XPMoveRecovery.h"
+#include "XPApplicationBus.h"
+#include "XPFileUrls.h"
 #include "XPTranslations.h"
 
-#include <QApplication>
 #include <QIcon>
-#include <QScopeGuard>
 #include <cstdio>
 #include <memory>
 
@@ -58,95 +34,55 @@ static void describeApplication()
     QGuiApplication::setDesktopFileName(QStringLiteral("com.brindle.murn"));
 }
 
-static void setUpServices()
+// To the instance that runs already.
+static int handOver(XPApplicationBus *bus, const KPCommandLine &line,
+                    const XPActivation &activation)
 {
-    KPTagName::intializeGlobals();
-    KPFileTypeRegistry::instance().readFileTypesPlist();
-    XPFactorySettings::registerAll();
-    setXpDebugLogging(UserDefaults::standard().boolValue(QStringLiteral("KPDebugLogging")));
-    KarvexPrefs::chooseDomain();
-    Karvex::registerUsualKXAttributes();
-    KPDocIcons::registerIcons();
+    QStringList urls = line.urls;
+    for (const QString &folder : line.folders)
+        urls.append(QString::fromLatin1(XPFileUrls::encoded(folder)));
+    std::optional<XPError> error;
+    if (line.searchText) {
+        const QVariantList text =
+            line.searchText->isEmpty() ? QVariantList() : QVariantList{*line.searchText};
+        error = bus->askForAction(XPApplicationBus::searchAction, text, activation);
+    } else if (line.filesClipboard) {
+        error = bus->askForAction(XPApplicationBus::fileAction, {}, activation);
+    } else {
+        error = bus->askToOpen(urls, activation);
+    }
+    if (error)
+        return print(stderr,
+                     QStringLiteral("murn: ") + qtTrId("KPNotAnswering").arg(error->message), 1);
+    return 0;
 }
 
-// The user may have the reading of documents stand still, with the setting "KPImportPaused".
-static XPObservation followImportPause(ImportPause &pause)
+static int run(KPApplication *application, const KPCommandLine &line,
+               const XPActivation &activation)
 {
-    const auto follow = [&pause](const PropertyValue &value) {
-        pause.set(ImportPause::Asked, value.boolValue());
-    };
-    follow(UserDefaults::standard().value(QStringLiteral("KPImportPaused")));
-    return UserDefaults::standard().addObserver(QStringLiteral("values.KPImportPaused"), follow);
-}
-
-static int run(const KPCommandLine &line)
-{
-    setUpServices();
+    xpGuiThread.assertHere();
+    XPApplicationBus bus;
+    const bool isAlone = line.isNewInstance || !line.screenshot.isEmpty();
+    if (!isAlone && bus.claim() == XPApplicationBus::Claim::Another)
+        return handOver(&bus, line, activation);
+    KPLogTail::install();
     QGuiApplication::setApplicationDisplayName(qtTrId("KPApplicationName"));
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/app/com.brindle.murn.svg")));
     const KPAppearance appearance(line.colours);
-    xpGuiThread.assertHere();
-    ImportManners manners;
-    const XPObservation pause = followImportPause(manners.pause());
-    CagedImporter::install(IndexSettings::storePath(), &manners);
-    const auto index = MetadataIndex::open();
-    const KPTagHealer healer(*index);
-    KPDocCache::intializeGlobals();
-    const KPIndexedTypes types(index->source());
-    KPDoc::startMetaDataSearching(index->source());
-    KPQuickLook::initializeGlobals(KPQuickLook::usualSetup(&manners.pause()));
-    KPBadgeCache::instance().setFolders(KPBadgeCache::readOnlyFolder(),
-                                        KPBadgeCache::writableFolder());
-    const auto looks = qScopeGuard([] {
-        xpGuiThread.assertHere();
-        KPQuickLook::shutDown();
-    });
-    QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, &KPQuickLook::instance(),
-                     [](Qt::ApplicationState state) {
-                         xpGuiThread.assertHere();
-                         if (state != Qt::ApplicationActive)
-                             KPQuickLook::updateCachedPrefs();
-                     });
-    KPIndexMonitor monitor(*index);
-    KPSearchFolders &folders = KPSearchFolders::instance();
-    folders.setIndex(index.get());
-    folders.startObserving();
-    QObject::connect(&monitor, &KPIndexMonitor::changed, &monitor,
-                     [&] { folders.updateIndexAvailability(monitor.status().roots); });
-    KPController controller(index->source(), line.folders, &monitor);
-    XPPrompts::install(std::make_unique<KPPrompts>(&controller));
-    auto services = std::make_unique<KPAppServices>();
-    QObject::connect(services.get(), &KPAppServices::revealAsked, &controller,
-                     &KPController::showDocuments);
-    QObject::connect(services.get(), &KPAppServices::infoAsked, &controller,
-                     &KPController::showInformation);
-    QObject::connect(services.get(), &KPAppServices::pathMoved, &controller.searcher(),
-                     &KPSearcher::pathChanged);
-    KPDocServices::install(std::move(services));
-    KPDocServices::current().runFileWork([] { (void)XPMoveRecovery::run(); }, [] {});
-    KPTagBackup backup(index->source());
-    QObject::connect(&backup, &KPTagBackup::changed, &controller,
-                     [&] { controller.showBackup(backup.activity(), backup.problem()); });
-    XPProgress::install(std::make_unique<KPProgress>(&controller));
-    const KPFilingUpkeep upkeep;
-    controller.show();
+    KPAppDelegate delegate(line, isAlone ? nullptr : &bus);
+    delegate.openUrls(line.urls, {}); // kept until there is a window
+    delegate.applicationWillFinishLaunching();
+    delegate.applicationDidFinishLaunching();
+    application->setShouldTerminate([&delegate] { return delegate.applicationShouldTerminate(); });
+    application->quitOnSignals();
+    if (line.searchText)
+        delegate.searchInMurnService(*line.searchText, {});
+    else if (line.filesClipboard)
+        delegate.createFiledFile({});
     if (!line.screenshot.isEmpty())
-        new KPScreenshot(&controller, line.screenshot, line.selection); // the controller's
+        new KPScreenshot(delegate.controller(), line.screenshot, line.selection); // the window's
     const int status = QApplication::exec();
-    folders.stopObserving();
-    folders.setIndex(nullptr);
-    XPProgress::install(nullptr); // asks what is shown there to stop
-    KPThreadedSearcher::terminate();
-    if (!KPThreadedSearcher::waitForSearchThreads(std::chrono::seconds(12)))
-        qCWarning(xpLog) << "a search does not end";
-    KPDocServices::install(nullptr); // ends when the file calls asked for are done
-    XPFiledDocuments::cleanup();
-    KPDoc::stopMetaDataSearching();
-    for (const auto &error :
-         {KPFileTypeRegistry::instance().writeFileTypesPlist(), KPDocPrefs::saveState()}) {
-        if (error)
-            qCWarning(xpLog).noquote() << error->message;
-    }
+    delegate.applicationWillTerminate();
     return status;
 }
 
@@ -154,15 +90,18 @@ static int run(const KPCommandLine &line)
 static std::unique_ptr<QCoreApplication> makeApplication(int &argc, char **argv)
 {
     for (const QByteArray &argument : bytes(argc, argv)) {
+        if (argument == "--")
+            break;
         if (argument == "--help" || argument == "-h" || argument == "--version" || argument == "-v")
             return std::make_unique<QCoreApplication>(argc, argv);
     }
-    return std::make_unique<QApplication>(argc, argv);
+    return std::make_unique<KPApplication>(argc, argv);
 }
 
 // NOLINTNEXTLINE(bugprone-exception-escape): lack of memory or threads ends the start, no more
 int main(int argc, char **argv)
 {
+    const auto activation = XPActivation::fromEnvironment();
     describeApplication();
     const auto application = makeApplication(argc, argv); // takes Qt's own options out
     XPTranslations::install();
@@ -177,5 +116,5 @@ int main(int argc, char **argv)
     case KPCommandLine::Action::ShowWindow:
         break;
     }
-    return run(*line);
+    return run(static_cast<KPApplication *>(application.get()), *line, activation);
 }

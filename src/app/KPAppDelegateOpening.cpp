@@ -1,0 +1,318 @@
+// What other programs hand to the application: files, addresses, the services, the hot key.
+#include "KPAppDelegate.h"
+#include "KPController.h"
+#include "KPDocCache.h"
+#include "KPLocationItem.h"
+#include "KPOpenedUrl.h"
+#include "KPSearchFolders.h"
+#include "KPSearcher.h"
+#include "KPSpotlightItem.h"
+#include "XPApplicationBus.h"
+#include "XPFileInfo.h"
+#include "XPFiledDocuments.h"
+#include "XPFilingWork.h"
+#include "XPGlobalShortcut.h"
+#include "XPLog.h"
+#include "XPPasteboardSupport.h"
+#include "XPPrompts.h"
+
+#include <QClipboard>
+#include <QDateTime>
+#include <QGuiApplication>
+#include <QLocale>
+#include <QMimeData>
+#include <QTimer>
+#include <QWindow>
+
+using namespace std::chrono_literals;
+
+static constexpr qsizetype mostToSelect = 999; // documents, for editing their tags
+static constexpr std::chrono::milliseconds beforeSelecting = 600ms;
+static constexpr std::chrono::milliseconds afterHotKey = 100ms;
+
+void KPAppDelegate::connectBus()
+{
+    if (m_bus == nullptr)
+        return;
+    connect(m_bus, &XPApplicationBus::activateAsked, this, &KPAppDelegate::shouldHandleReopen);
+    connect(m_bus, &XPApplicationBus::openAsked, this, &KPAppDelegate::openUrls);
+    connect(m_bus, &XPApplicationBus::searchAsked, this, &KPAppDelegate::searchInMurnService);
+    connect(m_bus, &XPApplicationBus::fileAsked, this, &KPAppDelegate::createFiledFile);
+}
+
+void KPAppDelegate::bringToFront(const XPActivation &activation)
+{
+    if (!m_controller)
+        return;
+    m_controller->show();
+    activation.bringToFront(m_controller->windowHandle());
+}
+
+void KPAppDelegate::shouldHandleReopen(const XPActivation &activation)
+{
+    bringToFront(activation);
+}
+
+// --- Files
+
+bool KPAppDelegate::openFile(const QString &path)
+{
+    openFiles({path});
+    return true;
+}
+
+static bool exists(const QString &path)
+{
+    return XPFileInfo::read(path).hasValue();
+}
+
+bool KPAppDelegate::openFiles(const QStringList &paths)
+{
+    if (!m_controller) {
+        m_pendingFiles += paths;
+        return true;
+    }
+    if (paths.isEmpty() || !exists(paths.last()))
+        return false;
+    const QString now = QLocale().toString(QDateTime::currentDateTime(), QLocale::ShortFormat);
+    importFileList(paths, qtTrId("KPDroppedOnIcon").arg(now));
+    return true;
+}
+
+namespace {
+
+// What was opened, as the disk says.
+struct Opened
+{
+    bool areFolders = false; // plain ones, all of them
+    QStringList staying;     // can be marked where they lie
+    QStringList toBeCopied;  // lie where other programs keep their own files
+};
+
+Opened lookAt(const QStringList &paths)
+{
+    Opened opened;
+    opened.areFolders = true;
+    for (const QString &path : paths) {
+        const KPDoc *doc = KPDocCache::docAtPath(path);
+        if (doc == nullptr || !exists(path))
+            continue;
+        opened.areFolders &= doc->isDirectory();
+        (XPFiledDocuments::pathOKForManaged(path) ? opened.staying : opened.toBeCopied)
+            .append(path);
+    }
+    return opened;
+}
+
+} // namespace
+
+// Marked where they lie, as the user chose them; asks about what would have to be copied.
+void KPAppDelegate::importFileList(const QStringList &paths, const QString &displayName)
+{
+    xpGuiThread.assertHere();
+    if (paths.isEmpty() || !m_controller)
+        return;
+    XPFilingWork::run([paths] { return lookAt(paths); },
+                      [this, paths, displayName](const Opened &opened) {
+                          xpGuiThread.assertHere();
+                          if (opened.areFolders) {
+                              showFolders(opened.staying + opened.toBeCopied);
+                          } else if (opened.toBeCopied.isEmpty()) {
+                              markAndShow(opened.staying, displayName);
+                          } else {
+                              XPPrompts::current().ask(
+                                  {qtTrId("KPCopyToOpenTitle"),
+                                   qtTrId("KPCopyToOpenText"),
+                                   {qtTrId("KPCopyToOpenButton"), qtTrId("KPCancel")},
+                                   1},
+                                  [this, opened, displayName](int button) {
+                                      QStringList agreed = opened.staying;
+                                      if (button == 0)
+                                          agreed += opened.toBeCopied;
+                                      markAndShow(agreed, displayName);
+                                  });
+                          }
+                      });
+}
+
+void KPAppDelegate::markAndShow(const QStringList &paths, const QString &displayName)
+{
+    xpGuiThread.assertHere();
+    if (paths.isEmpty())
+        return;
+    XPFiledDocuments::setToManagedUI(paths, [this, displayName](const XPFileReport &report) {
+        const QStringList &managed = report.paths;
+        if (!m_controller || managed.isEmpty())
+            return;
+        showFileList(managed, displayName);
+        selectLater(managed);
+    });
+}
+
+void KPAppDelegate::showFileList(const QStringList &paths, const QString &displayName)
+{
+    const auto everywhere =
+        std::make_shared<KPLocationItem>(QStringList{KPSearchFolders::everywhere}, displayName);
+    m_controller->setSearchStateAndUpdateUI(
+        KPSearchState::blankSearchState()->searchStateWithNewFileList(paths), true, {}, everywhere);
+}
+
+// Once the list is there, their tags can be typed at once.
+void KPAppDelegate::selectLater(const QStringList &paths)
+{
+    if (paths.size() <= mostToSelect)
+        QTimer::singleShot(beforeSelecting, m_controller.get(), [this, paths] { select(paths); });
+}
+
+// Unless the user looks at something else by now.
+void KPAppDelegate::select(const QStringList &paths)
+{
+    const KPSearcher &searcher = m_controller->searcher();
+    if (!searcher.searchState() || searcher.searchState()->fileListSearch() != paths)
+        return;
+    const KPDocArray &shown = searcher.currentSearchResults();
+    KPDoc *const first = KPDocCache::docAtPathIfExists(paths.first());
+    if (std::find(shown.begin(), shown.end(), first) != shown.end()) {
+        m_controller->showDocuments(paths);
+        m_controller->editTags();
+    } else if (searcher.isSearching()) {
+        connect(
+            &searcher, &KPSearcher::finished, m_controller.get(), [this, paths] { select(paths); },
+            Qt::SingleShotConnection);
+    }
+}
+
+void KPAppDelegate::showFolders(const QStringList &folders)
+{
+    if (!m_controller || folders.isEmpty())
+        return;
+    m_controller->setSearchStateAndUpdateUI(KPSearchState::blankSearchState(), true, {},
+                                            std::make_shared<KPLocationItem>(folders));
+}
+
+// --- Addresses
+
+void KPAppDelegate::showUrlState(const KPSearchState::Ptr &state)
+{
+    m_controller->setSearchStateAndUpdateUI(
+        state, true, std::make_shared<KPSpotlightItem>(qtTrId("KPSpotlightSearch")),
+        KPLocationItem::everywhere());
+}
+
+bool KPAppDelegate::handleOpenUrl(const QString &url)
+{
+    const auto wish = KPOpenedUrl::parse(url);
+    if (!wish) {
+        qCWarning(xpLog) << "an address was not understood:" << wish.error().message;
+        return false;
+    }
+    if (const auto *file = std::get_if<KPOpenedUrl::File>(&*wish))
+        return openFiles({file->path});
+    if (!m_controller) {
+        m_pendingUrls.append(url);
+        return true;
+    }
+    const auto blank = KPSearchState::blankSearchState();
+    if (const auto *tagged = std::get_if<KPOpenedUrl::WithTags>(&*wish))
+        showUrlState(blank->searchStateWithNewTags(tagged->tags));
+    else if (const auto *words = std::get_if<KPOpenedUrl::WithText>(&*wish))
+        showUrlState(blank->searchStateWithNewSearchString(
+            words->text, KPSearcher::prefSearchContents(), KPSearcher::prefUseMetaData(), true));
+    bringToFront({});
+    return true;
+}
+
+void KPAppDelegate::openUrls(const QStringList &urls, const XPActivation &activation)
+{
+    QStringList files;
+    for (const QString &url : urls) {
+        const auto wish = KPOpenedUrl::parse(url);
+        const auto *file = wish ? std::get_if<KPOpenedUrl::File>(&*wish) : nullptr;
+        if (file != nullptr)
+            files.append(file->path);
+        else
+            handleOpenUrl(url);
+    }
+    if (!files.isEmpty())
+        openFiles(files);
+    bringToFront(activation);
+}
+
+// --- Services and the hot key
+
+static QString selectedText()
+{
+    const QClipboard *clipboard = QGuiApplication::clipboard();
+    QString text;
+    if (clipboard->supportsSelection())
+        text = clipboard->text(QClipboard::Selection);
+    return text.isEmpty() ? clipboard->text() : text;
+}
+
+void KPAppDelegate::searchInMurnService(const QString &text, const XPActivation &activation)
+{
+    if (!m_controller)
+        return;
+    // First the search, which asks whether the program was in front.
+    m_controller->performSpotlightSearchFromExternalAppWithString(text.isEmpty() ? selectedText()
+                                                                                 : text);
+    bringToFront(activation);
+}
+
+// Whoever asked is a stranger: nothing is filed before the user says so.
+void KPAppDelegate::createFiledFile(const XPActivation &activation)
+{
+    xpGuiThread.assertHere();
+    if (!m_controller)
+        return;
+    bringToFront(activation);
+    const QMimeData *copied = QGuiApplication::clipboard()->mimeData();
+    if (!XPPasteboardSupport::canImportFromPB(copied)) {
+        XPPrompts::current().alert(qtTrId("KPFileClipboardTitle"), qtTrId("KPNothingToFile"));
+        return;
+    }
+    // What was there when the question was put, not what is copied meanwhile.
+    XPPrompts::current().ask({qtTrId("KPFileClipboardTitle"),
+                              qtTrId("KPFileClipboardText"),
+                              {qtTrId("KPFileClipboardButton"), qtTrId("KPCancel")},
+                              1},
+                             [this, pb = XPPasteboard::from(copied)](int button) {
+                                 if (button == 0)
+                                     fileCopied(pb);
+                             });
+}
+
+void KPAppDelegate::fileCopied(const XPPasteboard &pb)
+{
+    xpGuiThread.assertHere();
+    // Files stay where they are: the program hears of them by "XPFileListImport".
+    const bool areFiles = !pb.fileNames().isEmpty();
+    XPFilingWork::run([pb] { return XPPasteboardSupport::importFromPBToFiledDocuments(pb); },
+                      [this, areFiles](const XPResult<QStringList> &paths) {
+                          xpGuiThread.assertHere();
+                          if (!paths)
+                              XPPrompts::current().alert(qtTrId("KPCannotPaste"),
+                                                         paths.error().reason());
+                          else if (m_controller && !areFiles && !paths->isEmpty())
+                              showFileList(*paths, {});
+                      });
+}
+
+void KPAppDelegate::followHotKey(const PropertyValue &key)
+{
+    const auto sequence = QKeySequence::fromString(key.string(), QKeySequence::PortableText);
+    if (!m_shortcut) {
+        if (sequence.isEmpty())
+            return;
+        m_shortcut = std::make_unique<XPGlobalShortcut>(qtTrId("KPHotKeyDescription"));
+        connect(m_shortcut.get(), &XPGlobalShortcut::pressed, this, [this](const QString &token) {
+            QTimer::singleShot(afterHotKey, this, [this, token] {
+                if (!m_controller)
+                    return;
+                m_controller->globalHotKeyPressed();
+                bringToFront({token, {}});
+            });
+        });
+    }
+    m_shortcut->setKey(sequence);
+}

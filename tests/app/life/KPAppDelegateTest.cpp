@@ -1,0 +1,94 @@
+#include "KPAppDelegate.h"
+
+#include "KPController.h"
+#include "KPLaunchSettings.h"
+#include "KPSearchFolders.h"
+#include "KPSearcher.h"
+#include "TestHome.h"
+#include "UserDefaults.h"
+#include "XPFileUrls.h"
+#include "XPFiledDocuments.h"
+#include "XPPath.h"
+#include "XPPrompts.h"
+
+#include <QTest>
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr int patience = 60'000;
+
+// The application, without its event loop, as a start and an end have it. One for the process: the
+// end is final.
+class AppDelegate : public testing::Test
+{
+protected:
+    AppDelegate() : m_delegate(std::make_unique<KPAppDelegate>(KPCommandLine(), nullptr))
+    {
+        UserDefaults::standard().setValue(QStringLiteral("KPVirginLaunch"),
+                                          PropertyValue::boolean(false));
+        XPFiledDocuments::setPacing(std::chrono::microseconds(0));
+    }
+
+    void launch()
+    {
+        m_delegate->applicationWillFinishLaunching();
+        m_delegate->applicationDidFinishLaunching();
+    }
+    KPSearchState::Ptr shown() const { return m_delegate->controller()->searcher().searchState(); }
+    bool showsFiles(const QStringList &files)
+    {
+        return QTest::qWaitFor([&] { return shown() && shown()->fileListSearch() == files; },
+                               patience);
+    }
+
+    const TestFolder m_folder;
+    std::unique_ptr<KPAppDelegate> m_delegate;
+};
+
+} // namespace
+
+// One life, in its order: what came before the window, what comes while it is there, the end.
+TEST_F(AppDelegate, ShowsWhatComesAndEndsInOrder)
+{
+    const QString early = m_folder.file(QStringLiteral("early"));
+    const QString late = m_folder.file(XPPath::decode(QByteArrayView("late\xff")));
+    EXPECT_TRUE(m_delegate->openFile(m_folder.path(QStringLiteral("missing")))); // not known yet
+    EXPECT_TRUE(m_delegate->openFiles({early}));
+    EXPECT_FALSE(m_delegate->isFinishedLaunching());
+    launch();
+    EXPECT_TRUE(m_delegate->isFinishedLaunching());
+    EXPECT_TRUE(UserDefaults::standard().boolValue(QStringLiteral("KPIsRunning")));
+    EXPECT_FALSE(UserDefaults::standard().boolValue(QStringLiteral("KPDropZoneOverlapWithScreen")));
+    ASSERT_TRUE(showsFiles({early}));
+    EXPECT_TRUE(XPFiledDocuments::isManaged(early)); // where it lies
+
+    EXPECT_FALSE(m_delegate->openFiles({}));
+    EXPECT_FALSE(m_delegate->handleOpenUrl(QStringLiteral("file:///no/such/file")));
+    EXPECT_TRUE(m_delegate->handleOpenUrl(QString::fromLatin1(XPFileUrls::encoded(late))));
+    ASSERT_TRUE(showsFiles({late}));
+
+    EXPECT_TRUE(m_delegate->handleOpenUrl(QStringLiteral("murn://tags/a/b")));
+    EXPECT_EQ(shown()->searchTags(), (QStringList{QStringLiteral("a"), QStringLiteral("b")}));
+    EXPECT_TRUE(shown()->fileListSearch().isEmpty());
+    EXPECT_TRUE(m_delegate->handleOpenUrl(QStringLiteral("murn://search/some%20text")));
+    EXPECT_EQ(shown()->searchString(), QStringLiteral("some text"));
+    EXPECT_TRUE(shown()->searchTags().isEmpty());
+    EXPECT_FALSE(m_delegate->handleOpenUrl(QStringLiteral("murn://search/%00")));
+
+    // A folder is looked into, and nothing in it marked.
+    m_delegate->openUrls({QString::fromLatin1(XPFileUrls::encoded(m_folder.path()))}, {});
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] { return shown()->constraintFolders() == QStringList{m_folder.path()}; }, patience));
+    EXPECT_FALSE(XPFiledDocuments::isManaged(m_folder.path()));
+
+    const qint64 ends = UserDefaults::standard().integerValue(QStringLiteral("KPNumTimesLaunched"));
+    EXPECT_TRUE(m_delegate->applicationShouldTerminate());
+    EXPECT_TRUE(KPAppDelegate::isTerminating());
+    m_delegate->applicationWillTerminate();
+    EXPECT_EQ(m_delegate->controller(), nullptr);
+    EXPECT_EQ(KPController::instance(), nullptr);
+    EXPECT_FALSE(UserDefaults::standard().boolValue(QStringLiteral("KPIsRunning")));
+    EXPECT_EQ(UserDefaults::standard().integerValue(QStringLiteral("KPNumTimesLaunched")),
+              ends + 1);
+}
