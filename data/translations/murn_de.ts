@@ -35,6 +35,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPAllDocumentsItemsSourceListItem">
         <translation>Alle Dokumente</translation>
     </message>
+    <message id="KPAllTagsReplaced">
+        <translation>Diese Schlagwörter ersetzen alle Schlagwörter der Dokumente.</translation>
+    </message>
     <message id="KPAndMore" numerus="yes">
         <translation>
             <numerusform>und %n weiteres</numerusform>
@@ -173,8 +176,17 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPCloseWindow">
         <translation>Fenster &amp;schließen</translation>
     </message>
+    <message id="KPCloudAlwaysShow">
+        <translation>Immer in der Wolke zeigen</translation>
+    </message>
     <message id="KPCloudBlackCommand">
         <translation>Schlagwörter ohne Farben</translation>
+    </message>
+    <message id="KPCloudClear">
+        <translation>Aus der Suche entfernen</translation>
+    </message>
+    <message id="KPCloudCopyName">
+        <translation>Namen kopieren</translation>
     </message>
     <message id="KPCloudFileTypes">
         <translation>Arten</translation>
@@ -194,8 +206,17 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
             <numerusform>%1: %2 Dokumente</numerusform>
         </translation>
     </message>
+    <message id="KPCloudNeverShow">
+        <translation>Nie in der Wolke zeigen</translation>
+    </message>
     <message id="KPCloudSectionTip">
         <translation>Diesen Abschnitt zeigen oder verbergen</translation>
+    </message>
+    <message id="KPCloudShowWith">
+        <translation>Dokumente mit diesem Schlagwort zeigen</translation>
+    </message>
+    <message id="KPCloudShowWithout">
+        <translation>Dokumente ohne dieses Schlagwort zeigen</translation>
     </message>
     <message id="KPCloudSingleColumnCommand">
         <translation>Ein Schlagwort je Zeile</translation>
@@ -1247,6 +1268,9 @@ Absturzberichte erlauben?</translation>
     <message id="KPRemoveConfirmationTitle">
         <translation>Objekt endgültig entfernen?</translation>
     </message>
+    <message id="KPRemoveFromRecents">
+        <translation>Aus den zuletzt verwendeten entfernen</translation>
+    </message>
     <message id="KPRemoveImmediateAuthComment">
         <translation>Das endgültige Entfernen einer Datei muss bestätigt werden.</translation>
     </message>
@@ -1261,6 +1285,33 @@ Absturzberichte erlauben?</translation>
     </message>
     <message id="KPRenameTitle">
         <translation>Umbenennen</translation>
+    </message>
+    <message id="KPReportNoRatingsChanges">
+        <translation>Keine Bewertungen geändert</translation>
+    </message>
+    <message id="KPReportNoTagsChanges">
+        <translation>Keine Schlagwörter geändert</translation>
+    </message>
+    <message id="KPReportNoTagsOrRatingsChanges">
+        <translation>Keine Schlagwörter oder Bewertungen geändert</translation>
+    </message>
+    <message id="KPReportRatingsChanges" numerus="yes">
+        <translation>
+            <numerusform>Bewertung von %1 Dokument geändert</numerusform>
+            <numerusform>Bewertungen von %1 Dokumenten geändert</numerusform>
+        </translation>
+    </message>
+    <message id="KPReportTagsAndRatingsChanges" numerus="yes">
+        <translation>
+            <numerusform>Schlagwörter und Bewertung von %1 Dokument geändert</numerusform>
+            <numerusform>Schlagwörter und Bewertungen von %1 Dokumenten geändert</numerusform>
+        </translation>
+    </message>
+    <message id="KPReportTagsChanges" numerus="yes">
+        <translation>
+            <numerusform>Schlagwörter von %1 Dokument geändert</numerusform>
+            <numerusform>Schlagwörter von %1 Dokumenten geändert</numerusform>
+        </translation>
     </message>
     <message id="KPRestoreDone" numerus="yes">
         <translation>
@@ -1634,35 +1685,80 @@ Absturzberichte erlauben?</translation>
     <message id="KPStop">
         <translation>Anhalten</translation>
     </message>
-    <message id="KPTagAlwaysShow">
-        <translation>Immer in der Wolke zeigen</translation>
-    </message>
     <message id="KPTagBackupFailed">
         <translation>Tags und Bewertungen konnten nicht gesichert werden: %1</translation>
     </message>
     <message id="KPTagBackupRunning">
         <translation>Tags und Bewertungen werden gesichert…</translation>
     </message>
-    <message id="KPTagClear">
-        <translation>Aus der Suche entfernen</translation>
-    </message>
     <message id="KPTagCopy">
         <translation>Tag kopieren</translation>
-    </message>
-    <message id="KPTagCopyName">
-        <translation>Namen kopieren</translation>
     </message>
     <message id="KPTagCopyUTI">
         <translation>Typkennung kopieren</translation>
     </message>
-    <message id="KPTagNeverShow">
-        <translation>Nie in der Wolke zeigen</translation>
+    <message id="KPTagDeleteButton">
+        <translation>Schlagwort löschen</translation>
+    </message>
+    <message id="KPTagDeleteMenu">
+        <translation>Schlagwort löschen …</translation>
+    </message>
+    <message id="KPTagDeleteTitle">
+        <translation>Schlagwort „%1“ löschen?</translation>
+    </message>
+    <message id="KPTagEditorDone">
+        <translation>Fertig</translation>
+    </message>
+    <message id="KPTagGiveToAll">
+        <translation>Allen geben</translation>
+    </message>
+    <message id="KPTagGroupsRecent">
+        <translation>Zuletzt zusammen verwendet</translation>
+    </message>
+    <message id="KPTagOfSome">
+        <translation>%1 (%2)</translation>
     </message>
     <message id="KPTagPanelShown">
         <translation>&amp;Tag-Bereich</translation>
     </message>
+    <message id="KPTagPlanAway" numerus="yes">
+        <translation>
+            <numerusform>%1 liegt auf einem abwesenden Datenträger und wird geändert, sobald er wieder da ist.</numerusform>
+            <numerusform>%1 liegen auf abwesenden Datenträgern und werden geändert, sobald diese wieder da sind.</numerusform>
+        </translation>
+    </message>
+    <message id="KPTagPlanCount" numerus="yes">
+        <translation>
+            <numerusform>%1 Dokument wird geändert:</numerusform>
+            <numerusform>%1 Dokumente werden geändert:</numerusform>
+        </translation>
+    </message>
+    <message id="KPTagPlanMerge">
+        <translation>Einige Dokumente haben „%1“ schon: Beide werden eins.</translation>
+    </message>
+    <message id="KPTagPlanPlace">
+        <translation>%1: %2</translation>
+    </message>
+    <message id="KPTagPlanSpellings">
+        <translation>Andere Schreibweisen: %1</translation>
+    </message>
     <message id="KPTagRemoveFromSelected">
         <translation>Von ausgewählten Dokumenten entfernen</translation>
+    </message>
+    <message id="KPTagRenameButton">
+        <translation>Umbenennen</translation>
+    </message>
+    <message id="KPTagRenameLabel">
+        <translation>Neuer Name des Schlagworts „%1“:</translation>
+    </message>
+    <message id="KPTagRenameMenu">
+        <translation>Schlagwort umbenennen …</translation>
+    </message>
+    <message id="KPTagRenameOneTag">
+        <translation>Ein Schlagwort eingeben, ohne Kommas.</translation>
+    </message>
+    <message id="KPTagRenameTitle">
+        <translation>Schlagwort umbenennen</translation>
     </message>
     <message id="KPTagSearch">
         <translation>Nach „%1“ suchen</translation>
@@ -1673,17 +1769,38 @@ Absturzberichte erlauben?</translation>
     <message id="KPTagShowWithout">
         <translation>Ohne „%1“</translation>
     </message>
+    <message id="KPTagTakeFromAll">
+        <translation>Allen nehmen</translation>
+    </message>
     <message id="KPTags">
         <translation>Schlagwörter</translation>
+    </message>
+    <message id="KPTagsCannotWait">
+        <translation>Änderungen von Schlagwörtern auf abwesenden Datenträgern lassen sich nicht merken</translation>
     </message>
     <message id="KPTagsHint">
         <translation>Schlagwort hinzufügen …</translation>
     </message>
+    <message id="KPTagsHintCommas">
+        <translation>Tipp: Schlagwörter durch Kommas trennen und kurz halten</translation>
+    </message>
+    <message id="KPTagsLeftOut" numerus="yes">
+        <translation>
+            <numerusform>Die Schlagwörter eines Dokuments sind nicht lesbar; es bleibt außen vor: %1</numerusform>
+            <numerusform>Die Schlagwörter von %n Dokumenten sind nicht lesbar; sie bleiben außen vor: %1</numerusform>
+        </translation>
+    </message>
     <message id="KPTagsNotReadable">
         <translation>die Schlagwörter sind nicht lesbar</translation>
     </message>
+    <message id="KPTagsOfSome">
+        <translation>Auf einigen der Dokumente</translation>
+    </message>
     <message id="KPTagsReadOnly">
         <translation>Einige der Schlagwörter sind nur zum Lesen und können nicht gelöscht werden. Löschen lassen sich nur selbst eingegebene Schlagwörter. Die anderen kann man im Abschnitt Schlagwörter ausblenden.</translation>
+    </message>
+    <message id="KPTagsSuggested">
+        <translation>Vorschläge</translation>
     </message>
     <message id="KPTagsUnreadable">
         <translation>Schlagwörter nicht lesbar</translation>
@@ -1952,6 +2069,9 @@ Absturzberichte erlauben?</translation>
     <message id="XPAuthorizeMoveComment">
         <translation>Zum Bewegen einiger Dateien ist eine Freigabe nötig</translation>
     </message>
+    <message id="XPCancel">
+        <translation>Abbrechen</translation>
+    </message>
     <message id="XPChooseDirectoryButton">
         <translation>Auswählen</translation>
     </message>
@@ -1987,6 +2107,15 @@ Absturzberichte erlauben?</translation>
     </message>
     <message id="XPDuplicatesTitle">
         <translation>Einige Objekte werden nicht kopiert oder verschoben</translation>
+    </message>
+    <message id="XPEditTagsManyDocumentsComments">
+        <translation>Die Schlagwörter oder Bewertungen von %1 Dokumenten werden geändert. Das lässt sich widerrufen.</translation>
+    </message>
+    <message id="XPEditTagsManyDocumentsOKButton">
+        <translation>Ändern</translation>
+    </message>
+    <message id="XPEditTagsManyDocumentsTitle">
+        <translation>%1 Dokumente ändern?</translation>
     </message>
     <message id="XPFileButton">
         <translation>Ablegen</translation>
@@ -2072,8 +2201,29 @@ Absturzberichte erlauben?</translation>
     <message id="XPNotMovedTitle">
         <translation>Nicht verschoben: %1</translation>
     </message>
+    <message id="XPNotRated">
+        <translation>nicht bewertet</translation>
+    </message>
     <message id="XPOlderIsThere">
         <translation> Im Zielordner liegt bereits eine ältere Datei dieses Namens.</translation>
+    </message>
+    <message id="XPProgressSettingTags">
+        <translation>Schlagwörter und Bewertungen werden geändert …</translation>
+    </message>
+    <message id="XPProgressSettingTagsStop">
+        <translation>Anhalten</translation>
+    </message>
+    <message id="XPRated">
+        <translation>bewertet mit %1/5</translation>
+    </message>
+    <message id="XPRatingVarious">
+        <translation>verschiedene Bewertungen</translation>
+    </message>
+    <message id="XPRefuseToEditTagsManyDocumentsComments">
+        <translation>%1 Dokumente sind ausgewählt. Schlagwörter und Bewertungen von höchstens %2 lassen sich auf einmal ändern. Nichts wurde geändert.</translation>
+    </message>
+    <message id="XPRefuseToEditTagsManyDocumentsTitle">
+        <translation>Zu viele Dokumente</translation>
     </message>
     <message id="XPReplace">
         <translation>Ersetzen</translation>
@@ -2095,6 +2245,12 @@ Absturzberichte erlauben?</translation>
     </message>
     <message id="XPStopIsSafe">
         <translation>Anhalten beendet den Vorgang an einer sicheren Stelle.</translation>
+    </message>
+    <message id="XPTagHUDMultipleDocsWindowTemplate">
+        <translation>Schlagwörter von %1 Dokumenten</translation>
+    </message>
+    <message id="XPTagHUDWindowTemplate">
+        <translation>Schlagwörter von „%1“</translation>
     </message>
     <message id="not ">
         <translation>nicht </translation>

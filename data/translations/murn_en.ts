@@ -37,6 +37,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPAllDocumentsItemsSourceListItem">
         <translation>All Documents</translation>
     </message>
+    <message id="KPAllTagsReplaced">
+        <translation>These tags will replace all tags of the documents.</translation>
+    </message>
     <message id="KPAndMore" numerus="yes">
         <translation>
             <numerusform>and %n more</numerusform>
@@ -175,8 +178,17 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPCloseWindow">
         <translation>&amp;Close Window</translation>
     </message>
+    <message id="KPCloudAlwaysShow">
+        <translation>Always Show in the Cloud</translation>
+    </message>
     <message id="KPCloudBlackCommand">
         <translation>Tags Without Colours</translation>
+    </message>
+    <message id="KPCloudClear">
+        <translation>Remove from the Search</translation>
+    </message>
+    <message id="KPCloudCopyName">
+        <translation>Copy Name</translation>
     </message>
     <message id="KPCloudFileTypes">
         <translation>Kinds</translation>
@@ -196,8 +208,17 @@ Free software under the GNU General Public License, version 3 or later.</transla
             <numerusform>%1: %2 documents</numerusform>
         </translation>
     </message>
+    <message id="KPCloudNeverShow">
+        <translation>Never Show in the Cloud</translation>
+    </message>
     <message id="KPCloudSectionTip">
         <translation>Show or hide this section</translation>
+    </message>
+    <message id="KPCloudShowWith">
+        <translation>Show Documents with This Tag</translation>
+    </message>
+    <message id="KPCloudShowWithout">
+        <translation>Show Documents Without This Tag</translation>
     </message>
     <message id="KPCloudSingleColumnCommand">
         <translation>One Tag per Line</translation>
@@ -1249,6 +1270,9 @@ Allow crash reporting?</translation>
     <message id="KPRemoveConfirmationTitle">
         <translation>Remove the item for good?</translation>
     </message>
+    <message id="KPRemoveFromRecents">
+        <translation>Remove from Recents</translation>
+    </message>
     <message id="KPRemoveImmediateAuthComment">
         <translation>You need to authorize to remove a file for good.</translation>
     </message>
@@ -1263,6 +1287,33 @@ Allow crash reporting?</translation>
     </message>
     <message id="KPRenameTitle">
         <translation>Rename</translation>
+    </message>
+    <message id="KPReportNoRatingsChanges">
+        <translation>No ratings changed</translation>
+    </message>
+    <message id="KPReportNoTagsChanges">
+        <translation>No tags changed</translation>
+    </message>
+    <message id="KPReportNoTagsOrRatingsChanges">
+        <translation>No tags or ratings changed</translation>
+    </message>
+    <message id="KPReportRatingsChanges" numerus="yes">
+        <translation>
+            <numerusform>Rating of %1 document changed</numerusform>
+            <numerusform>Ratings of %1 documents changed</numerusform>
+        </translation>
+    </message>
+    <message id="KPReportTagsAndRatingsChanges" numerus="yes">
+        <translation>
+            <numerusform>Tags and rating of %1 document changed</numerusform>
+            <numerusform>Tags and ratings of %1 documents changed</numerusform>
+        </translation>
+    </message>
+    <message id="KPReportTagsChanges" numerus="yes">
+        <translation>
+            <numerusform>Tags of %1 document changed</numerusform>
+            <numerusform>Tags of %1 documents changed</numerusform>
+        </translation>
     </message>
     <message id="KPRestoreDone" numerus="yes">
         <translation>
@@ -1636,35 +1687,80 @@ Allow crash reporting?</translation>
     <message id="KPStop">
         <translation>Stop</translation>
     </message>
-    <message id="KPTagAlwaysShow">
-        <translation>Always Show in the Cloud</translation>
-    </message>
     <message id="KPTagBackupFailed">
         <translation>Tags and ratings could not be backed up: %1</translation>
     </message>
     <message id="KPTagBackupRunning">
         <translation>Backing up tags and ratings…</translation>
     </message>
-    <message id="KPTagClear">
-        <translation>Remove from the Search</translation>
-    </message>
     <message id="KPTagCopy">
         <translation>Copy Tag</translation>
-    </message>
-    <message id="KPTagCopyName">
-        <translation>Copy Name</translation>
     </message>
     <message id="KPTagCopyUTI">
         <translation>Copy Type Identifier</translation>
     </message>
-    <message id="KPTagNeverShow">
-        <translation>Never Show in the Cloud</translation>
+    <message id="KPTagDeleteButton">
+        <translation>Delete Tag</translation>
+    </message>
+    <message id="KPTagDeleteMenu">
+        <translation>Delete Tag…</translation>
+    </message>
+    <message id="KPTagDeleteTitle">
+        <translation>Delete the tag “%1”?</translation>
+    </message>
+    <message id="KPTagEditorDone">
+        <translation>Done</translation>
+    </message>
+    <message id="KPTagGiveToAll">
+        <translation>Give to All</translation>
+    </message>
+    <message id="KPTagGroupsRecent">
+        <translation>Used together lately</translation>
+    </message>
+    <message id="KPTagOfSome">
+        <translation>%1 (%2)</translation>
     </message>
     <message id="KPTagPanelShown">
         <translation>&amp;Tag Panel</translation>
     </message>
+    <message id="KPTagPlanAway" numerus="yes">
+        <translation>
+            <numerusform>%1 is on a volume that is away, and will be changed when that is back.</numerusform>
+            <numerusform>%1 are on volumes that are away, and will be changed when these are back.</numerusform>
+        </translation>
+    </message>
+    <message id="KPTagPlanCount" numerus="yes">
+        <translation>
+            <numerusform>%1 document will be changed:</numerusform>
+            <numerusform>%1 documents will be changed:</numerusform>
+        </translation>
+    </message>
+    <message id="KPTagPlanMerge">
+        <translation>Some documents have “%1” already: the two become one.</translation>
+    </message>
+    <message id="KPTagPlanPlace">
+        <translation>%1: %2</translation>
+    </message>
+    <message id="KPTagPlanSpellings">
+        <translation>Other spellings: %1</translation>
+    </message>
     <message id="KPTagRemoveFromSelected">
         <translation>Remove from Selected Documents</translation>
+    </message>
+    <message id="KPTagRenameButton">
+        <translation>Rename</translation>
+    </message>
+    <message id="KPTagRenameLabel">
+        <translation>New name of the tag “%1”:</translation>
+    </message>
+    <message id="KPTagRenameMenu">
+        <translation>Rename Tag…</translation>
+    </message>
+    <message id="KPTagRenameOneTag">
+        <translation>Type one tag, without commas.</translation>
+    </message>
+    <message id="KPTagRenameTitle">
+        <translation>Rename Tag</translation>
     </message>
     <message id="KPTagSearch">
         <translation>Search for “%1”</translation>
@@ -1675,17 +1771,38 @@ Allow crash reporting?</translation>
     <message id="KPTagShowWithout">
         <translation>Without “%1”</translation>
     </message>
+    <message id="KPTagTakeFromAll">
+        <translation>Take from All</translation>
+    </message>
     <message id="KPTags">
         <translation>Tags</translation>
+    </message>
+    <message id="KPTagsCannotWait">
+        <translation>Changes of tags on volumes that are away cannot be remembered</translation>
     </message>
     <message id="KPTagsHint">
         <translation>Add a tag…</translation>
     </message>
+    <message id="KPTagsHintCommas">
+        <translation>Hint: Use commas to seperate tags. Keep tags short</translation>
+    </message>
+    <message id="KPTagsLeftOut" numerus="yes">
+        <translation>
+            <numerusform>The tags of one document cannot be read, so it is left out: %1</numerusform>
+            <numerusform>The tags of %n documents cannot be read, so they are left out: %1</numerusform>
+        </translation>
+    </message>
     <message id="KPTagsNotReadable">
         <translation>its tags cannot be read</translation>
     </message>
+    <message id="KPTagsOfSome">
+        <translation>On some of the documents</translation>
+    </message>
     <message id="KPTagsReadOnly">
         <translation>Some tags are of a read only nature and cannot be deleted. Only tags entered by users can be deleted. You can turn off read only tags under the tags section.</translation>
+    </message>
+    <message id="KPTagsSuggested">
+        <translation>Suggestions</translation>
     </message>
     <message id="KPTagsUnreadable">
         <translation>tags cannot be read</translation>
@@ -1954,6 +2071,9 @@ Allow crash reporting?</translation>
     <message id="XPAuthorizeMoveComment">
         <translation>We require authorization to move some files</translation>
     </message>
+    <message id="XPCancel">
+        <translation>Cancel</translation>
+    </message>
     <message id="XPChooseDirectoryButton">
         <translation>Choose</translation>
     </message>
@@ -1989,6 +2109,15 @@ Allow crash reporting?</translation>
     </message>
     <message id="XPDuplicatesTitle">
         <translation>Some items will not be copied or moved</translation>
+    </message>
+    <message id="XPEditTagsManyDocumentsComments">
+        <translation>The tags or ratings of %1 documents will be changed. You can undo this.</translation>
+    </message>
+    <message id="XPEditTagsManyDocumentsOKButton">
+        <translation>Change</translation>
+    </message>
+    <message id="XPEditTagsManyDocumentsTitle">
+        <translation>Change %1 documents?</translation>
     </message>
     <message id="XPFileButton">
         <translation>File</translation>
@@ -2074,8 +2203,29 @@ Allow crash reporting?</translation>
     <message id="XPNotMovedTitle">
         <translation>Not moved: %1</translation>
     </message>
+    <message id="XPNotRated">
+        <translation>not rated</translation>
+    </message>
     <message id="XPOlderIsThere">
         <translation> An older file of the same name is already at the destination folder.</translation>
+    </message>
+    <message id="XPProgressSettingTags">
+        <translation>Changing tags and ratings…</translation>
+    </message>
+    <message id="XPProgressSettingTagsStop">
+        <translation>Stop</translation>
+    </message>
+    <message id="XPRated">
+        <translation>rated %1/5</translation>
+    </message>
+    <message id="XPRatingVarious">
+        <translation>various ratings</translation>
+    </message>
+    <message id="XPRefuseToEditTagsManyDocumentsComments">
+        <translation>%1 documents are selected. Tags and ratings of at most %2 can be changed at once. Nothing was changed.</translation>
+    </message>
+    <message id="XPRefuseToEditTagsManyDocumentsTitle">
+        <translation>Too many documents</translation>
     </message>
     <message id="XPReplace">
         <translation>Replace</translation>
@@ -2097,6 +2247,12 @@ Allow crash reporting?</translation>
     </message>
     <message id="XPStopIsSafe">
         <translation>Pressing stop will stop the operation at a safe point.</translation>
+    </message>
+    <message id="XPTagHUDMultipleDocsWindowTemplate">
+        <translation>Tags of %1 documents</translation>
+    </message>
+    <message id="XPTagHUDWindowTemplate">
+        <translation>Tags of “%1”</translation>
     </message>
     <message id="not ">
         <translation>not </translation>

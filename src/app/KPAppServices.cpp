@@ -1,6 +1,7 @@
 #include "KPAppServices.h"
 
 #include "KPQuickLook.h"
+#include "KPTagEditing.h"
 #include "XPFiledDocuments.h"
 #include "XPLog.h"
 #include "XPPath.h"
@@ -19,6 +20,15 @@ bool KPAppServices::setManaged(bool managed, const QString &path)
 void KPAppServices::clearCacheForPath(const QString &path)
 {
     KPQuickLook::clearCacheForPath(path);
+}
+
+void KPAppServices::replaceOriginalTags(const TagChange &change)
+{
+    xpGuiThread.assertHere();
+    if (KPTagEditing *editing = KPTagEditing::current())
+        editing->replaceOriginalTags(change);
+    else
+        KPDocServices::replaceOriginalTags(change);
 }
 
 void KPAppServices::revealInLibrary(const QStringList &paths)

@@ -16,6 +16,8 @@ public:
     // On the file worker, where the pause after each mark holds up nobody. What fails is logged.
     bool setManaged(bool managed, const QString &path) override;
     void clearCacheForPath(const QString &path) override;
+    // In the window by its tag editor's road, undoable; without a window written at once.
+    void replaceOriginalTags(const TagChange &change) override;
     void revealInLibrary(const QStringList &paths) override;
     void pathChanged(const QString &oldPath, const QString &newPath) override;
     void openInfoWindow(const QStringList &paths) override;

@@ -16,6 +16,7 @@
 #include "KPSearchPopup.h"
 #include "KPSearcher.h"
 #include "KPStatusLine.h"
+#include "KPTagEditing.h"
 #include "KPToolBar.h"
 #include "UserDefaults.h"
 #include "XPFiledDocuments.h"
@@ -61,6 +62,7 @@ KPController::KPController(IndexSource &source, const QStringList &folders, KPIn
     connectSearcher();
     connectLibrary();
     connectEditing();
+    connectTagEditing();
     observe();
     restoreSettings();
     m_view->setFocus();

@@ -28,6 +28,7 @@ class KPQuickLook;
 class KPSearchField;
 class KPSearchPopup;
 class KPStatusLine;
+class KPTagEditing;
 class KPToolBar;
 class XPScanController;
 struct KPEditReport;
@@ -130,6 +131,7 @@ private:
     void connectSearcher();
     void connectLibrary();
     void connectEditing();
+    void connectTagEditing();
     void observe();
     void restoreSettings();
     void setMinWindowSize();
@@ -200,6 +202,7 @@ private:
     std::unique_ptr<KPLibraryModel> m_model;
     std::unique_ptr<KPEditWorker> m_worker;
     std::unique_ptr<KPEditHistory> m_edits;
+    std::unique_ptr<KPTagEditing> m_tagEditing;
     std::unique_ptr<KPCommands> m_commands;
     std::unique_ptr<KPDocumentMenus> m_documentMenus;
     std::unique_ptr<KPDocumentTargets> m_targets;

@@ -217,12 +217,6 @@ void KPController::report(const KPEditReport &report)
     m_selectionTimer.start(); // what failed is shown as it was
 }
 
-void KPController::editTags()
-{
-    m_panels->setShown(KPWindowPanels::Place::Inspector, true);
-    m_inspector->focusTags();
-}
-
 void KPController::rateSelected(int stars)
 {
     m_edits->edit({m_view->selectedPaths(), {}, stars});

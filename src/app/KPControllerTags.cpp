@@ -2,6 +2,7 @@
 #include "KPController.h"
 #include "KPEditHistory.h"
 #include "KPSearcher.h"
+#include "KPTagEditing.h"
 #include "XPPath.h"
 
 #include <QClipboard>
@@ -49,6 +50,13 @@ void KPController::showTagMenu(KPTagName *tag, const QPoint &globalPosition)
     } else {
         add(qtTrId("KPTagRemoveFromSelected"), [this, tag] { removeTagFromSelected(tag); });
         menu->actions().last()->setEnabled(!pathsOfSelection().isEmpty());
+        if (tag->tagType() == KPTagName::User) {
+            menu->addSeparator();
+            add(qtTrId("KPTagRenameMenu"),
+                [this, tag] { m_tagEditing->showRenameDialogForTag(tag); });
+            add(qtTrId("KPTagDeleteMenu"),
+                [this, tag] { m_tagEditing->showDeleteDialogForTag(tag); });
+        }
     }
     menu->popup(globalPosition);
 }

@@ -17,6 +17,7 @@ struct KPFileEdit
     {
         QStringList before; // what all the files had in common
         QStringList after;  // what the user made of it
+        bool operator==(const Tags &) const = default;
     };
 
     QStringList paths;
@@ -25,6 +26,7 @@ struct KPFileEdit
     std::optional<KPTagRename> rename = {}; // instead of `tags`
 
     bool changesTags() const { return tags || rename; }
+    bool operator==(const KPFileEdit &) const = default;
 };
 
 // What came of it on one file.

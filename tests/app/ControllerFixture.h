@@ -5,6 +5,7 @@
 #include "KPDocIcons.h"
 #include "KPDocMetaData.h"
 #include "KPDocsView.h"
+#include "KPEditJournal.h"
 #include "KPIndexMonitor.h"
 #include "KPInspector.h"
 #include "KPQuickLook.h"
@@ -45,6 +46,8 @@ protected:
         KPDocMetaData::holdFilledValues();
         KPDocIcons::registerIcons();
         XPFactorySettings::registerAll();
+        for (const auto &earlier : KPEditJournal::saved()) // of other tests of this process
+            KPEditJournal::remove(earlier.file);
         IndexSettings::setRoots({m_folder.path()});
         xpGuiThread.assertHere();
         KPQuickLook::initializeGlobals({});
@@ -94,7 +97,7 @@ protected:
     }
     void typeTag(const QString &tag)
     {
-        m_window->editTags();
+        m_tags->focusEntry();
         QTest::keyClicks(m_tags->entry(), tag);
         QTest::keyClick(m_tags->entry(), Qt::Key_Return);
     }

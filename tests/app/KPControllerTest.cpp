@@ -133,7 +133,7 @@ TEST_F(Controller, ShowsWhatOtherProgramsDo)
     EXPECT_TRUE(until([&] { return m_tags->tags() == QStringList{work}; }));
 
     // The selected document goes while a tag for it is being typed.
-    m_window->editTags();
+    m_tags->focusEntry();
     QTest::keyClicks(m_tags->entry(), QStringLiteral("half"));
     ASSERT_EQ(std::remove(XPPath::encode(m_paths[0]).constData()), 0);
     ASSERT_TRUE(until([&] { return rows() == 2; }));

@@ -2,6 +2,7 @@
 
 #include "KPDocServices.h"
 #include "KPTagClicks.h"
+#include "KPTagEditing.h"
 #include "KPTagMime.h"
 #include "UserDefaults.h"
 #include "XPPath.h"
@@ -201,19 +202,25 @@ QMenu *KPCloudViewController::cloudViewMenuForItem(const XPCloudItem &item)
     auto *menu = new QMenu(m_view);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     const auto state = [this] { return m_navigator.searcher().searchState(); };
-    menu->addAction(qtTrId("KPTagShowWith"), this,
+    menu->addAction(qtTrId("KPCloudShowWith"), this,
                     [=, this] { show(KPTagClicks::showWith(state(), tag)); });
-    menu->addAction(qtTrId("KPTagShowWithout"), this,
+    menu->addAction(qtTrId("KPCloudShowWithout"), this,
                     [=, this] { show(KPTagClicks::showWithout(state(), tag)); });
     if (hasTag(tag))
-        menu->addAction(qtTrId("KPTagClear"), this,
+        menu->addAction(qtTrId("KPCloudClear"), this,
                         [=, this] { show(KPTagClicks::clear(state(), tag)); });
     menu->addSeparator();
-    menu->addAction(qtTrId("KPTagCopyName"), this,
+    menu->addAction(qtTrId("KPCloudCopyName"), this,
                     [tag] { QGuiApplication::clipboard()->setText(tag->displayName()); });
+    if (KPTagEditing::current() && tag->tagType() == KPTagName::User) {
+        menu->addAction(qtTrId("KPTagRenameMenu"), this,
+                        [tag] { KPTagEditing::current()->showRenameDialogForTag(tag); });
+        menu->addAction(qtTrId("KPTagDeleteMenu"), this,
+                        [tag] { KPTagEditing::current()->showDeleteDialogForTag(tag); });
+    }
     menu->addSeparator();
-    for (const auto &[id, setting] : {std::pair{QT_TRID_NOOP("KPTagAlwaysShow"), alwaysKey},
-                                      std::pair{QT_TRID_NOOP("KPTagNeverShow"), neverKey}}) {
+    for (const auto &[id, setting] : {std::pair{QT_TRID_NOOP("KPCloudAlwaysShow"), alwaysKey},
+                                      std::pair{QT_TRID_NOOP("KPCloudNeverShow"), neverKey}}) {
         QAction *action = menu->addAction(qtTrId(id));
         action->setCheckable(true);
         action->setChecked(listed(setting).contains(tag));

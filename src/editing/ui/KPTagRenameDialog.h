@@ -1,0 +1,38 @@
+#pragma once
+
+#include "KPTagPlan.h"
+
+#include <QDialog>
+
+class QLabel;
+class QLineEdit;
+class QPushButton;
+
+// Asks for a tag's new name and shows what renaming it would change. Threads: main.
+class KPTagRenameDialog : public QDialog
+{
+    Q_OBJECT
+
+public:
+    KPTagRenameDialog(const QString &tag, QWidget *window);
+
+    void start(); // opens it
+    // What the last previewWanted() asked for; others are passed over.
+    void showPreview(const KPTagPlan &plan);
+    // How many documents where, and what else is to be known.
+    static QString describe(const KPTagPlan &plan);
+
+Q_SIGNALS:
+    void previewWanted(const KPTagRename &rename);
+    void agreed(const KPTagPlan &plan);
+
+private:
+    KPTagRename wanted() const;
+    void edited();
+
+    const QString m_tag;
+    QLineEdit *m_name;
+    QLabel *m_preview;
+    QPushButton *m_rename;
+    std::optional<KPTagPlan> m_plan;
+};
