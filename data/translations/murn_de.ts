@@ -119,6 +119,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPBookmarksEmpty">
         <translation>Noch ist nichts gesichert. „Suche sichern“ merkt sich die gezeigte Suche.</translation>
     </message>
+    <message id="KPBookmarksNotChanged">
+        <translation>Die Lesezeichen konnten nicht geändert werden</translation>
+    </message>
     <message id="KPBuiltInString">
         <translation>eingebaut</translation>
     </message>
@@ -650,23 +653,8 @@ Absturzberichte erlauben?</translation>
     <message id="KPFileTypeGroupWebPages">
         <translation>Webseiten</translation>
     </message>
-    <message id="KPFilterDate">
-        <translation>Nach Datum zeigen</translation>
-    </message>
-    <message id="KPFilterRating">
-        <translation>Nach Bewertung zeigen</translation>
-    </message>
-    <message id="KPFilterTags">
-        <translation>Nach Schlagwörtern zeigen</translation>
-    </message>
-    <message id="KPFilterTagsHint">
-        <translation>Nur Dokumente mit Schlagwörtern …</translation>
-    </message>
     <message id="KPFind">
         <translation>&amp;Suchen</translation>
-    </message>
-    <message id="KPFindTags">
-        <translation>Nach Schla&amp;gwörtern suchen</translation>
     </message>
     <message id="KPFlagged">
         <translation>Markiert</translation>

@@ -121,6 +121,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPBookmarksEmpty">
         <translation>Nothing is saved yet. “Save Search” keeps the search that is shown.</translation>
     </message>
+    <message id="KPBookmarksNotChanged">
+        <translation>The bookmarks could not be changed</translation>
+    </message>
     <message id="KPBuiltInString">
         <translation>built-in</translation>
     </message>
@@ -652,23 +655,8 @@ Allow crash reporting?</translation>
     <message id="KPFileTypeGroupWebPages">
         <translation>Web pages</translation>
     </message>
-    <message id="KPFilterDate">
-        <translation>Show by date</translation>
-    </message>
-    <message id="KPFilterRating">
-        <translation>Show by rating</translation>
-    </message>
-    <message id="KPFilterTags">
-        <translation>Show by tags</translation>
-    </message>
-    <message id="KPFilterTagsHint">
-        <translation>Show only documents with tags…</translation>
-    </message>
     <message id="KPFind">
         <translation>&amp;Find</translation>
-    </message>
-    <message id="KPFindTags">
-        <translation>Find by Ta&amp;gs</translation>
     </message>
     <message id="KPFlagged">
         <translation>Flagged</translation>

@@ -8,6 +8,8 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusReply>
+#include <QStyle>
+#include <QWidget>
 
 static const QString service = QStringLiteral("org.freedesktop.portal.Desktop");
 static const QString object = QStringLiteral("/org/freedesktop/portal/desktop");
@@ -31,73 +33,63 @@ KPAppearance::KPAppearance(KPCommandLine::ColourScheme scheme, QDBusConnection b
 
 namespace {
 
-struct Colours
+struct Tones
 {
-    QColor window, base, button, text, quiet, accent, onAccent, line;
+    QRgb window, panel, field, line, text, muted, accent, onAccent, raised;
 };
 
-QPalette paletteOf(const Colours &colours)
+constexpr Tones lightTones{0xFFF5F4F1, 0xFFFAF9F7, 0xFFFFFFFF, 0xFFDAD8D2, 0xFF23231F,
+                           0xFF69675F, 0xFF2476AD, 0xFFFFFFFF, 0xFFFAF9F7};
+constexpr Tones darkTones{0xFF26272A, 0xFF2C2D31, 0xFF1F2023, 0xFF3A3B40, 0xFFE9E7E1,
+                          0xFFA09E97, 0xFF5AA9DE, 0xFF10202C, 0xFF34353A};
+
+QPalette paletteOf(const Tones &tones)
 {
-    QPalette palette;
-    const auto set = [&](QPalette::ColorRole role, const QColor &colour) {
-        palette.setColor(QPalette::All, role, colour);
-    };
-    set(QPalette::Window, colours.window);
-    set(QPalette::WindowText, colours.text);
-    set(QPalette::Base, colours.base);
-    set(QPalette::AlternateBase, colours.window);
-    set(QPalette::Text, colours.text);
-    set(QPalette::PlaceholderText, colours.quiet);
-    set(QPalette::Button, colours.button);
-    set(QPalette::ButtonText, colours.text);
-    set(QPalette::BrightText, colours.onAccent);
-    set(QPalette::ToolTipBase, colours.button);
-    set(QPalette::ToolTipText, colours.text);
-    set(QPalette::Highlight, colours.accent);
-    set(QPalette::HighlightedText, colours.onAccent);
-    set(QPalette::Link, colours.accent);
-    set(QPalette::LinkVisited, colours.accent.darker(115));
-    set(QPalette::Light, colours.button.lighter(125));
-    set(QPalette::Midlight, colours.button.lighter(112));
-    set(QPalette::Mid, colours.line); // the frames of fields
-    set(QPalette::Dark, colours.line.darker(120));
-    set(QPalette::Shadow, colours.line.darker(180));
+    const QColor window(tones.window);
+    const QColor text(tones.text);
+    const QColor muted(tones.muted);
+    const QColor line(tones.line);
+    const QColor raised(tones.raised);
+    QPalette palette(text, raised, raised.lighter(110), line.darker(140), line, text,
+                     QColor(Qt::white), QColor(tones.field), window);
+    palette.setColor(QPalette::AlternateBase, QColor(tones.panel));
+    palette.setColor(QPalette::Mid, line); // the frames of fields, the lines between panes
+    palette.setColor(QPalette::Highlight, QColor(tones.accent));
+    palette.setColor(QPalette::HighlightedText, QColor(tones.onAccent));
+    palette.setColor(QPalette::Link, QColor(tones.accent));
+    palette.setColor(QPalette::ToolTipBase, QColor(tones.panel));
+    palette.setColor(QPalette::ToolTipText, text);
+    palette.setColor(QPalette::PlaceholderText, muted);
+    QColor faint = muted;
+    faint.setAlphaF(0.55F);
     for (const auto role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText})
-        palette.setColor(QPalette::Disabled, role, colours.quiet);
-    palette.setColor(QPalette::Disabled, QPalette::Highlight, colours.line);
-    palette.setColor(QPalette::Disabled, QPalette::HighlightedText, colours.text);
+        palette.setColor(QPalette::Disabled, role, faint);
+    palette.setColor(QPalette::Disabled, QPalette::Highlight, line);
+    palette.setColor(QPalette::Disabled, QPalette::HighlightedText, muted);
     return palette;
 }
 
-bool isDark(const QPalette &palette)
+// Where the desktop brings no style of its own, its palette is Qt's grey.
+bool desktopHasAStyle()
 {
-    return palette.color(QPalette::Window).lightnessF() < 0.5F;
+    return QApplication::style()->objectName() != u"fusion";
 }
 
 } // namespace
 
-QPalette KPAppearance::darkPalette()
-{
-    return paletteOf({.window = {0x23, 0x26, 0x29},
-                      .base = {0x1b, 0x1d, 0x20},
-                      .button = {0x31, 0x35, 0x39},
-                      .text = {0xec, 0xee, 0xf0},
-                      .quiet = {0x8a, 0x90, 0x96},
-                      .accent = {0x4f, 0xb0, 0xc6},
-                      .onAccent = {0x1b, 0x1d, 0x20},
-                      .line = {0x5c, 0x60, 0x64}});
-}
-
 QPalette KPAppearance::lightPalette()
 {
-    return paletteOf({.window = {0xef, 0xf0, 0xf1},
-                      .base = {0xff, 0xff, 0xff},
-                      .button = {0xfc, 0xfc, 0xfc},
-                      .text = {0x23, 0x26, 0x29},
-                      .quiet = {0x6a, 0x70, 0x76},
-                      .accent = {0x1d, 0x7a, 0x92},
-                      .onAccent = {0xff, 0xff, 0xff},
-                      .line = {0xbc, 0xbe, 0xc0}});
+    return paletteOf(lightTones);
+}
+
+QPalette KPAppearance::darkPalette()
+{
+    return paletteOf(darkTones);
+}
+
+static bool isDark(const QPalette &palette)
+{
+    return palette.color(QPalette::Window).lightnessF() < 0.5F;
 }
 
 void KPAppearance::apply(bool dark)
@@ -105,11 +97,16 @@ void KPAppearance::apply(bool dark)
     if (m_isDark == dark)
         return;
     m_isDark = dark;
-    // The platform's own palette where it is of that kind: it may have the user's accent.
-    if (isDark(m_original) == dark)
-        QApplication::setPalette(m_original);
-    else
-        QApplication::setPalette(dark ? darkPalette() : lightPalette());
+    // The desktop's own palette where it is of that kind: it may have the user's accent.
+    const bool keepsOriginal = desktopHasAStyle() && isDark(m_original) == dark;
+    QApplication::setPalette(keepsOriginal ? m_original : dark ? darkPalette() : lightPalette());
+    // Style sheets that name roles of the palette are not asked again by themselves.
+    for (QWidget *widget : QApplication::allWidgets()) {
+        if (const QString sheet = widget->styleSheet(); !sheet.isEmpty()) {
+            widget->setStyleSheet({});
+            widget->setStyleSheet(sheet);
+        }
+    }
 }
 
 static QDBusMessage question()

@@ -7,7 +7,6 @@
 #include "KPDocumentTargets.h"
 #include "KPEditHistory.h"
 #include "KPFilingCommands.h"
-#include "KPFilterBar.h"
 #include "KPIndexMonitor.h"
 #include "KPInspector.h"
 #include "KPLibraryModel.h"
@@ -15,6 +14,7 @@
 #include "KPSearchField.h"
 #include "KPSearchPopup.h"
 #include "KPSearcher.h"
+#include "KPSidePanels.h"
 #include "KPStatusLine.h"
 #include "KPTagEditing.h"
 #include "KPToolBar.h"
@@ -24,8 +24,10 @@
 #include "XPScanController.h"
 
 #include <QCloseEvent>
-#include <QCoreApplication>
+#include <QGuiApplication>
+#include <QKeyEvent>
 #include <QMenuBar>
+#include <QWindow>
 
 using Place = KPWindowPanels::Place;
 
@@ -47,15 +49,15 @@ KPController::KPController(IndexSource &source, const QStringList &folders, KPIn
       m_worker(std::make_unique<KPEditWorker>()),
       m_edits(std::make_unique<KPEditHistory>(m_worker.get())),
       m_commands(std::make_unique<KPCommands>()), m_searchField(new KPSearchField),
-      m_panels(new KPWindowPanels), m_filter(new KPFilterBar),
-      m_view(new KPDocsView(m_model.get(), &m_looks)), m_inspector(new KPInspector),
-      m_status(new KPStatusLine)
+      m_panels(new KPWindowPanels), m_view(new KPDocsView(m_model.get(), &m_looks)),
+      m_inspector(new KPInspector), m_status(new KPStatusLine)
 {
     Q_ASSERT_X(!theController, "KPController", "There is already an KPController present!");
     theController = this;
     m_searcher->setShowsAllDocuments(true);
     m_documentMenus = std::make_unique<KPDocumentMenus>();
     makeFilingCommands();
+    m_sides = std::make_unique<KPSidePanels>(*this, source, *m_edits);
     buildCommands();
     buildWindow();
     connectSearchField(m_searchField);
@@ -63,6 +65,7 @@ KPController::KPController(IndexSource &source, const QStringList &folders, KPIn
     connectLibrary();
     connectEditing();
     connectTagEditing();
+    qApp->installEventFilter(this);
     observe();
     restoreSettings();
     m_view->setFocus();
@@ -85,7 +88,6 @@ void KPController::buildWindow()
     m_toolBar = new KPToolBar(m_commands.get(), m_searchField);
     addToolBar(m_toolBar);
     setContextMenuPolicy(Qt::NoContextMenu); // the toolbar cannot be hidden by accident
-    m_panels->addPanel(Place::CrumbBar, m_filter);
     m_panels->addPanel(Place::Library, m_view);
     m_panels->addPanel(Place::Inspector, m_inspector);
     setCentralWidget(m_panels);
@@ -100,7 +102,8 @@ void KPController::buildCommands()
 {
     for (const QList<KPCommand> &table :
          {fileCommands(), editCommands(), documentCommands(), m_filing->commands(),
-          searchCommands(), viewCommands(), panelCommands(), goCommands(), helpCommands()})
+          searchCommands(), viewCommands(), panelCommands(), goCommands(), m_sides->commands(),
+          helpCommands()})
         m_commands->add(table);
     if (KPAppDelegate *delegate = KPAppDelegate::instance())
         m_commands->add(delegate->commands());
@@ -179,6 +182,7 @@ void KPController::writeOutStateWhenQuiting()
     UserDefaults &defaults = UserDefaults::standard();
     defaults.setValue(geometryKey, saveGeometry());
     m_panels->saveWidths();
+    m_sides->writeOutState();
     defaults.setValue(QStringLiteral("KPThumbnailSize"), PropertyValue::real(m_view->zoom()));
     m_crumbs->writeOutState();
     if (const auto error = defaults.synchronise())
@@ -235,6 +239,18 @@ void KPController::changeEvent(QEvent *event)
     QMainWindow::changeEvent(event);
     if (event->type() == QEvent::ActivationChange && !isActiveWindow())
         writeOutStateWhenQuiting();
+}
+
+// Modifier keys count wherever the focus is in the window.
+bool KPController::eventFilter(QObject *watched, QEvent *event)
+{
+    const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
+    if (isKey && watched == windowHandle()) {
+        const int key = static_cast<QKeyEvent *>(event)->key();
+        if (key == Qt::Key_Alt || key == Qt::Key_Control || key == Qt::Key_Shift)
+            m_sides->modifiersChanged(QGuiApplication::queryKeyboardModifiers());
+    }
+    return QMainWindow::eventFilter(watched, event);
 }
 
 bool KPController::isSettled() const

@@ -20,13 +20,13 @@ class KPDocumentTargets;
 class KPEditHistory;
 class KPEditWorker;
 class KPFilingCommands;
-class KPFilterBar;
 class KPIndexMonitor;
 class KPInspector;
 class KPLibraryModel;
 class KPQuickLook;
 class KPSearchField;
 class KPSearchPopup;
+class KPSidePanels;
 class KPStatusLine;
 class KPTagEditing;
 class KPToolBar;
@@ -113,6 +113,7 @@ Q_SIGNALS:
 protected:
     void closeEvent(QCloseEvent *event) override;
     void changeEvent(QEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     // Building.
@@ -203,6 +204,7 @@ private:
     std::unique_ptr<KPEditWorker> m_worker;
     std::unique_ptr<KPEditHistory> m_edits;
     std::unique_ptr<KPTagEditing> m_tagEditing;
+    std::unique_ptr<KPSidePanels> m_sides;
     std::unique_ptr<KPCommands> m_commands;
     std::unique_ptr<KPDocumentMenus> m_documentMenus;
     std::unique_ptr<KPDocumentTargets> m_targets;
@@ -213,7 +215,6 @@ private:
     KPSearchField *m_searchField;
     KPWindowPanels *m_panels;
     KPToolBar *m_toolBar = nullptr;
-    KPFilterBar *m_filter;
     KPDocsView *m_view;
     KPInspector *m_inspector;
     KPStatusLine *m_status;

@@ -4,7 +4,6 @@
 #include "KPDocsView.h"
 #include "KPDocumentMenus.h"
 #include "KPEditHistory.h"
-#include "KPFilterBar.h"
 #include "KPToolBar.h"
 #include "UserDefaults.h"
 #include "XPPrompts.h"
@@ -87,10 +86,6 @@ QList<KPCommand> KPController::searchCommands()
          .shortcut = QKeySequence::Find,
          .run = [this] { findDocumentsAction(); },
          .symbol = "search"},
-        {.id = QT_TRID_NOOP("KPFindTags"),
-         .menu = Menu::Edit,
-         .shortcut = QKeySequence(ctrlShift | Qt::Key_F),
-         .run = [this] { m_filter->focusTags(); }},
         {.id = QT_TRID_NOOP("KPSearchModeSpotlight"),
          .menu = Menu::Edit,
          .run = [this] { searchModeSpotlight(); },
@@ -144,7 +139,7 @@ QList<KPCommand> KPController::panelCommands()
     return {
         {.id = QT_TRID_NOOP("KPTagPanelShown"),
          .menu = Menu::View,
-         .shortcut = QKeySequence(ctrlShift | Qt::Key_T),
+         .shortcut = QKeySequence(ctrlShift | Qt::Key_K),
          .run = toggle(Place::TagPanel),
          .state = checked(Place::TagPanel),
          .symbol = "tag"},

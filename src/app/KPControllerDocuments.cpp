@@ -7,11 +7,11 @@
 #include "KPEditSummary.h"
 #include "KPFileType.h"
 #include "KPFilingCommands.h"
-#include "KPFilterBar.h"
 #include "KPInspector.h"
 #include "KPLibraryModel.h"
 #include "KPQuickLook.h"
 #include "KPSearchField.h"
+#include "KPSidePanels.h"
 #include "KPStatusLine.h"
 #include "Karvex.h"
 #include "KarvexPrefs.h"
@@ -88,10 +88,7 @@ void KPController::connectLibrary()
 {
     m_documentMenus->sort = [this](const KPSortKey &key) { setOrder(key); };
     m_documentMenus->rate = [this](int stars) { rateSelected(stars); };
-    connect(m_filter, &KPFilterBar::stateAsked, this,
-            [this](const KPSearchState::Ptr &state) { setSearchStateAndUpdateUI(state, true); });
-    connect(m_filter, &KPFilterBar::left, m_view, qOverload<>(&QWidget::setFocus));
-    m_filter->setSuggestions([this] { return suggestedTags(); });
+    connect(m_sides.get(), &KPSidePanels::left, m_view, qOverload<>(&QWidget::setFocus));
     connect(m_searchField, &KPSearchField::left, m_view, qOverload<>(&QWidget::setFocus));
     connect(m_searchField, &KPSearchField::finished, m_view, qOverload<>(&QWidget::setFocus));
     connect(m_searchField, &KPSearchField::pageRequested, this, [this](int direction) {

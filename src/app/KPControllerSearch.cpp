@@ -2,7 +2,6 @@
 #include "KPAppDelegate.h"
 #include "KPController.h"
 #include "KPCrumbController.h"
-#include "KPFilterBar.h"
 #include "KPLocationItem.h"
 #include "KPSearchField.h"
 #include "KPSearchPopup.h"
@@ -84,7 +83,6 @@ bool KPController::isCurrentSearchSavable() const
 // The searcher's state is what every part shows.
 void KPController::showStateOfSearch()
 {
-    m_filter->show(currentState());
     if (const bool isSavable = isCurrentSearchSavable();
         std::exchange(m_wasSavable, isSavable) != isSavable)
         Q_EMIT currentSearchSavableChanged(isSavable);

@@ -1,6 +1,5 @@
 #include "ControllerFixture.h"
 #include "KPDocCache.h"
-#include "KPFilterBar.h"
 #include "KPSearcher.h"
 #include "KPStatusLine.h"
 #include "UserDefaults.h"
@@ -12,7 +11,6 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QClipboard>
-#include <QComboBox>
 #include <QFile>
 #include <QInputDialog>
 #include <QLineEdit>
@@ -179,44 +177,6 @@ TEST_F(Controller, FindsByWordsAndCopiesFilesByTheirBytes)
         copied->data(QStringLiteral("x-special/gnome-copied-files")).startsWith("copy\nfile:///"));
     QTest::keyClick(field, Qt::Key_Escape);
     EXPECT_TRUE(until([&] { return rows() == 4; }));
-}
-
-// Each criterion of the filter bar narrows what is shown, and all of them together.
-TEST_F(Controller, NarrowsByTagsDateAndRating)
-{
-    ASSERT_FALSE(Karvex::setUserTags(QStringList{work}, m_paths[0]));
-    ASSERT_FALSE(Karvex::setUserTags(QStringList{work}, m_paths[1]));
-    ASSERT_FALSE(Karvex::setRating(4, m_paths[1]));
-    const auto longAgo = std::filesystem::file_time_type::clock::now() - std::chrono::hours(240);
-    std::filesystem::last_write_time(XPPath::encode(m_paths[2]).toStdString(), longAgo);
-    openWindow();
-    const auto *bar = m_window->findChild<KPFilterBar *>();
-    const auto boxes = bar->findChildren<QComboBox *>();
-    ASSERT_EQ(boxes.size(), 2);
-    QComboBox *date = boxes[0];
-    QComboBox *rating = boxes[1];
-    const auto choose = [](QComboBox *box, const QString &data) {
-        box->setCurrentIndex(box->findData(data));
-    };
-    const auto shows = [this](int count) {
-        return until([&] { return m_window->isSettled() && rows() == count; });
-    };
-    choose(date, KPSearchDates::last7Days);
-    EXPECT_TRUE(shows(2));
-    choose(rating, QStringLiteral("!= *"));
-    EXPECT_TRUE(shows(1));
-    choose(rating, QStringLiteral(">= 4"));
-    EXPECT_TRUE(shows(1));
-    choose(date, {});
-    choose(rating, {});
-    EXPECT_TRUE(shows(3));
-    run("KPFindTags");
-    auto *tags = bar->findChild<XPTagsEditor *>();
-    QTest::keyClicks(tags->entry(), QStringLiteral("work,"));
-    EXPECT_TRUE(shows(2));
-    choose(rating, QStringLiteral(">= 4"));
-    EXPECT_TRUE(shows(1));
-    EXPECT_EQ(m_window->searcher().searchState()->searchTags(), QStringList{work});
 }
 
 // Every command stands in a menu, once, and says truly whether it can work.
