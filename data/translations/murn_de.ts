@@ -23,6 +23,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPAcademicPaperTag">
         <translation>Fachartikel</translation>
     </message>
+    <message id="KPAccessiblePosition">
+        <translation>%1 von %2</translation>
+    </message>
     <message id="KPAccessibleTags">
         <translation>Schlagwörter %1</translation>
     </message>
@@ -173,6 +176,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPChipTag">
         <translation>Schlagwort %1</translation>
     </message>
+    <message id="KPClearFilters">
+        <translation>Filter zurücksetzen</translation>
+    </message>
     <message id="KPClearRecentSearches">
         <translation>Letzte Suchen löschen</translation>
     </message>
@@ -289,6 +295,15 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPCommonTagsOnly">
         <translation>Schlagwörter, die alle ausgewählten Dokumente gemeinsam haben. Ihre anderen bleiben.</translation>
+    </message>
+    <message id="KPConfirmExternalOpenComments">
+        <translation>Jedes öffnet sich in einem eigenen Fenster.</translation>
+    </message>
+    <message id="KPConfirmExternalOpenOK">
+        <translation>Öffnen</translation>
+    </message>
+    <message id="KPConfirmExternalOpenTitle">
+        <translation>%1 Dokumente öffnen?</translation>
     </message>
     <message id="KPCopyDocSingle">
         <translation>„%1“ kopieren?</translation>
@@ -656,6 +671,9 @@ Absturzberichte erlauben?</translation>
     <message id="KPFind">
         <translation>&amp;Suchen</translation>
     </message>
+    <message id="KPFlag">
+        <translation>Markieren</translation>
+    </message>
     <message id="KPFlagged">
         <translation>Markiert</translation>
     </message>
@@ -670,6 +688,9 @@ Absturzberichte erlauben?</translation>
     </message>
     <message id="KPGoUp">
         <translation>Ü&amp;bergeordneter Ordner</translation>
+    </message>
+    <message id="KPGroupMode">
+        <translation>Als Gruppen</translation>
     </message>
     <message id="KPGroupNameDigits">
         <translation>0–9</translation>
@@ -1010,6 +1031,9 @@ Absturzberichte erlauben?</translation>
     <message id="KPNo">
         <translation>Nein</translation>
     </message>
+    <message id="KPNoApplication">
+        <translation>Kein Programm</translation>
+    </message>
     <message id="KPNoDocuments">
         <translation>Hier sind keine Dokumente</translation>
     </message>
@@ -1021,15 +1045,6 @@ Absturzberichte erlauben?</translation>
     </message>
     <message id="KPNoDocumentsHelpZel">
         <translation>Dokumente erscheinen hier, sobald es welche gibt.</translation>
-    </message>
-    <message id="KPNoDocumentsHint">
-        <translation>Dieser Ordner enthält keine Dokumente. Mit Strg+O lässt sich ein anderer öffnen.</translation>
-    </message>
-    <message id="KPNoMatch">
-        <translation>Kein Dokument passt</translation>
-    </message>
-    <message id="KPNoMatchHint">
-        <translation>Weniger Wörter, ein Schlagwort weniger oder jede Bewertung zulassen.</translation>
     </message>
     <message id="KPNoPostScriptConverter">
         <translation>Zum Umwandeln von PostScript wird das Paket „ghostscript“ benötigt.</translation>
@@ -1073,6 +1088,9 @@ Absturzberichte erlauben?</translation>
     <message id="KPNothingToFile">
         <translation>Es wurde nichts kopiert, das abgelegt werden könnte.</translation>
     </message>
+    <message id="KPOnlyShowSelected">
+        <translation>Nur diese Dokumente zeigen</translation>
+    </message>
     <message id="KPOpen">
         <translation>Ö&amp;ffnen</translation>
     </message>
@@ -1082,14 +1100,8 @@ Absturzberichte erlauben?</translation>
     <message id="KPOpenFolderTitle">
         <translation>Ordner öffnen</translation>
     </message>
-    <message id="KPOpenManyText">
-        <translation>Jedes öffnet sich in seinem eigenen Programm.</translation>
-    </message>
-    <message id="KPOpenManyTitle" numerus="yes">
-        <translation>
-            <numerusform>%1 Dokument öffnen?</numerusform>
-            <numerusform>%1 Dokumente öffnen?</numerusform>
-        </translation>
+    <message id="KPOpenWith">
+        <translation>Öffnen mit</translation>
     </message>
     <message id="KPOptionFileClipboard">
         <translation>Ablegen, was kopiert wurde, sobald Sie zustimmen.</translation>
@@ -1231,6 +1243,9 @@ Absturzberichte erlauben?</translation>
     </message>
     <message id="KPReasonUnsupported">
         <translation>der Datenträger kann keine Schlagwörter aufnehmen</translation>
+    </message>
+    <message id="KPRebuildThumbnails">
+        <translation>Bilder neu zeichnen</translation>
     </message>
     <message id="KPRecentSearches">
         <translation>Letzte Suchen</translation>
@@ -1508,6 +1523,9 @@ Absturzberichte erlauben?</translation>
     <message id="KPScreenshotFailed">
         <translation>das Bild „%1“ kann nicht geschrieben werden</translation>
     </message>
+    <message id="KPScrollToSelection">
+        <translation>Zur Auswahl springen</translation>
+    </message>
     <message id="KPSearch">
         <translation>Suche</translation>
     </message>
@@ -1556,17 +1574,29 @@ Absturzberichte erlauben?</translation>
     <message id="KPSearchesNames">
         <translation>nur Namen</translation>
     </message>
+    <message id="KPSearchingDocumentsHelpZel">
+        <translation>Dokumente erscheinen hier, sobald sie gefunden werden.</translation>
+    </message>
+    <message id="KPSearchingForDocuments">
+        <translation>Suche läuft</translation>
+    </message>
     <message id="KPSelectAll">
         <translation>&amp;Alles auswählen</translation>
     </message>
     <message id="KPShowActionBar">
         <translation>Aktionsleiste einblenden</translation>
     </message>
+    <message id="KPShowAllInFolder">
+        <translation>Alle Dokumente im Ordner zeigen</translation>
+    </message>
     <message id="KPShowBookmarkBar">
         <translation>Lesezeichenleiste einblenden</translation>
     </message>
     <message id="KPShowBookmarksPanel">
         <translation>&amp;Lesezeichen einblenden</translation>
+    </message>
+    <message id="KPShowSimilar">
+        <translation>Ähnliche Dokumente zeigen</translation>
     </message>
     <message id="KPSlowVolumeStillRead">
         <translation>Ein Datenträger, der langsam antwortet, wird noch gelesen.</translation>
@@ -1577,14 +1607,23 @@ Absturzberichte erlauben?</translation>
             <numerusform>Die Schlagwörter von %n Dokumenten sind nicht lesbar. Sie bleiben unberührt.</numerusform>
         </translation>
     </message>
+    <message id="KPSortAdded">
+        <translation>Hinzugefügt am</translation>
+    </message>
     <message id="KPSortAscending">
         <translation>Aufsteigend</translation>
     </message>
     <message id="KPSortBy">
         <translation>Sortieren nach</translation>
     </message>
+    <message id="KPSortCreated">
+        <translation>Erstellungsdatum</translation>
+    </message>
     <message id="KPSortDescending">
         <translation>Absteigend</translation>
+    </message>
+    <message id="KPSortFolder">
+        <translation>Ordner</translation>
     </message>
     <message id="KPSortModified">
         <translation>Änderungsdatum</translation>
@@ -1597,6 +1636,12 @@ Absturzberichte erlauben?</translation>
     </message>
     <message id="KPSortSize">
         <translation>Größe</translation>
+    </message>
+    <message id="KPSortTags">
+        <translation>Tags</translation>
+    </message>
+    <message id="KPSortType">
+        <translation>Art</translation>
     </message>
     <message id="KPSourceList">
         <translation>Quellen</translation>
@@ -1652,6 +1697,12 @@ Absturzberichte erlauben?</translation>
             <numerusform>%n Sterne</numerusform>
         </translation>
     </message>
+    <message id="KPStartupSearchingNoDocuments">
+        <translation>Ihre Dokumente werden gesucht</translation>
+    </message>
+    <message id="KPStartupSearchingNoDocumentsHelp">
+        <translation>Der erste Blick dauert einen Moment. Dokumente erscheinen, sobald sie gefunden werden.</translation>
+    </message>
     <message id="KPStatusItem">
         <translation>Symbol im Infobereich</translation>
     </message>
@@ -1672,6 +1723,9 @@ Absturzberichte erlauben?</translation>
     </message>
     <message id="KPStop">
         <translation>Anhalten</translation>
+    </message>
+    <message id="KPTableMode">
+        <translation>Als Liste</translation>
     </message>
     <message id="KPTagBackupFailed">
         <translation>Tags und Bewertungen konnten nicht gesichert werden: %1</translation>
@@ -1795,6 +1849,9 @@ Absturzberichte erlauben?</translation>
     </message>
     <message id="KPTagsUnreadableBecause">
         <translation>Die Schlagwörter sind nicht lesbar: %1. Sie bleiben unberührt.</translation>
+    </message>
+    <message id="KPThumbnailMode">
+        <translation>Als Bilder</translation>
     </message>
     <message id="KPTitleOfDocument">
         <translation>%1 – %2</translation>
@@ -1979,6 +2036,9 @@ Absturzberichte erlauben?</translation>
             <numerusform>Entfernen von %n Dokumenten aus der Bibliothek</numerusform>
         </translation>
     </message>
+    <message id="KPUnflag">
+        <translation>Markierung entfernen</translation>
+    </message>
     <message id="KPUnknownUTITagTemplate">
         <translation>Unbekannte Art %1</translation>
     </message>
@@ -2045,8 +2105,14 @@ Absturzberichte erlauben?</translation>
     <message id="KPZoomIn">
         <translation>&amp;Größere Bilder</translation>
     </message>
+    <message id="KPZoomLargest">
+        <translation>Größte Bilder</translation>
+    </message>
     <message id="KPZoomOut">
         <translation>&amp;Kleinere Bilder</translation>
+    </message>
+    <message id="KPZoomSmallest">
+        <translation>Kleinste Bilder</translation>
     </message>
     <message id="KarvexAuthenticationPrompt">
         <translation>Um an manchen Dateien Metadaten wie Schlagwörter zu setzen, ist eine Legitimation nötig.</translation>

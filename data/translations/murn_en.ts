@@ -25,6 +25,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPAcademicPaperTag">
         <translation>paper</translation>
     </message>
+    <message id="KPAccessiblePosition">
+        <translation>%1 of %2</translation>
+    </message>
     <message id="KPAccessibleTags">
         <translation>tags %1</translation>
     </message>
@@ -175,6 +178,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPChipTag">
         <translation>tag %1</translation>
     </message>
+    <message id="KPClearFilters">
+        <translation>Clear Filters</translation>
+    </message>
     <message id="KPClearRecentSearches">
         <translation>Clear Recent Searches</translation>
     </message>
@@ -291,6 +297,15 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPCommonTagsOnly">
         <translation>Tags that all selected documents share. Their other tags stay.</translation>
+    </message>
+    <message id="KPConfirmExternalOpenComments">
+        <translation>Each opens in a window of its own.</translation>
+    </message>
+    <message id="KPConfirmExternalOpenOK">
+        <translation>Open</translation>
+    </message>
+    <message id="KPConfirmExternalOpenTitle">
+        <translation>Open %1 documents?</translation>
     </message>
     <message id="KPCopyDocSingle">
         <translation>Copy “%1”?</translation>
@@ -658,6 +673,9 @@ Allow crash reporting?</translation>
     <message id="KPFind">
         <translation>&amp;Find</translation>
     </message>
+    <message id="KPFlag">
+        <translation>Flag</translation>
+    </message>
     <message id="KPFlagged">
         <translation>Flagged</translation>
     </message>
@@ -672,6 +690,9 @@ Allow crash reporting?</translation>
     </message>
     <message id="KPGoUp">
         <translation>&amp;Enclosing Folder</translation>
+    </message>
+    <message id="KPGroupMode">
+        <translation>As Groups</translation>
     </message>
     <message id="KPGroupNameDigits">
         <translation>0–9</translation>
@@ -1012,6 +1033,9 @@ Allow crash reporting?</translation>
     <message id="KPNo">
         <translation>No</translation>
     </message>
+    <message id="KPNoApplication">
+        <translation>No Application</translation>
+    </message>
     <message id="KPNoDocuments">
         <translation>No documents here</translation>
     </message>
@@ -1023,15 +1047,6 @@ Allow crash reporting?</translation>
     </message>
     <message id="KPNoDocumentsHelpZel">
         <translation>Documents appear here as soon as there are any.</translation>
-    </message>
-    <message id="KPNoDocumentsHint">
-        <translation>This folder holds no documents. Open another one with Ctrl+O.</translation>
-    </message>
-    <message id="KPNoMatch">
-        <translation>No documents match</translation>
-    </message>
-    <message id="KPNoMatchHint">
-        <translation>Try fewer words, remove a tag, or allow any rating.</translation>
     </message>
     <message id="KPNoPostScriptConverter">
         <translation>Converting PostScript needs the package “ghostscript”.</translation>
@@ -1075,6 +1090,9 @@ Allow crash reporting?</translation>
     <message id="KPNothingToFile">
         <translation>Nothing was copied that could be filed.</translation>
     </message>
+    <message id="KPOnlyShowSelected">
+        <translation>Show Only These Documents</translation>
+    </message>
     <message id="KPOpen">
         <translation>&amp;Open</translation>
     </message>
@@ -1084,14 +1102,8 @@ Allow crash reporting?</translation>
     <message id="KPOpenFolderTitle">
         <translation>Open Folder</translation>
     </message>
-    <message id="KPOpenManyText">
-        <translation>Each opens in its own program.</translation>
-    </message>
-    <message id="KPOpenManyTitle" numerus="yes">
-        <translation>
-            <numerusform>Open %1 document?</numerusform>
-            <numerusform>Open %1 documents?</numerusform>
-        </translation>
+    <message id="KPOpenWith">
+        <translation>Open With</translation>
     </message>
     <message id="KPOptionFileClipboard">
         <translation>File what was copied, once you agree.</translation>
@@ -1233,6 +1245,9 @@ Allow crash reporting?</translation>
     </message>
     <message id="KPReasonUnsupported">
         <translation>its disk cannot hold tags</translation>
+    </message>
+    <message id="KPRebuildThumbnails">
+        <translation>Redraw Pictures</translation>
     </message>
     <message id="KPRecentSearches">
         <translation>Recent Searches</translation>
@@ -1510,6 +1525,9 @@ Allow crash reporting?</translation>
     <message id="KPScreenshotFailed">
         <translation>cannot write the picture “%1”</translation>
     </message>
+    <message id="KPScrollToSelection">
+        <translation>Jump to Selection</translation>
+    </message>
     <message id="KPSearch">
         <translation>Search</translation>
     </message>
@@ -1558,17 +1576,29 @@ Allow crash reporting?</translation>
     <message id="KPSearchesNames">
         <translation>names only</translation>
     </message>
+    <message id="KPSearchingDocumentsHelpZel">
+        <translation>Documents appear here as they are found.</translation>
+    </message>
+    <message id="KPSearchingForDocuments">
+        <translation>Searching</translation>
+    </message>
     <message id="KPSelectAll">
         <translation>Select &amp;All</translation>
     </message>
     <message id="KPShowActionBar">
         <translation>Show Action Bar</translation>
     </message>
+    <message id="KPShowAllInFolder">
+        <translation>Show All Documents in Folder</translation>
+    </message>
     <message id="KPShowBookmarkBar">
         <translation>Show Bookmark Bar</translation>
     </message>
     <message id="KPShowBookmarksPanel">
         <translation>Show &amp;Bookmarks</translation>
+    </message>
+    <message id="KPShowSimilar">
+        <translation>Show Similar Documents</translation>
     </message>
     <message id="KPSlowVolumeStillRead">
         <translation>A volume that is slow to answer is still being read.</translation>
@@ -1579,14 +1609,23 @@ Allow crash reporting?</translation>
             <numerusform>The tags of %n documents cannot be read. They will be left alone.</numerusform>
         </translation>
     </message>
+    <message id="KPSortAdded">
+        <translation>Date Added</translation>
+    </message>
     <message id="KPSortAscending">
         <translation>Ascending</translation>
     </message>
     <message id="KPSortBy">
         <translation>Sort By</translation>
     </message>
+    <message id="KPSortCreated">
+        <translation>Date Created</translation>
+    </message>
     <message id="KPSortDescending">
         <translation>Descending</translation>
+    </message>
+    <message id="KPSortFolder">
+        <translation>Folder</translation>
     </message>
     <message id="KPSortModified">
         <translation>Date Modified</translation>
@@ -1599,6 +1638,12 @@ Allow crash reporting?</translation>
     </message>
     <message id="KPSortSize">
         <translation>Size</translation>
+    </message>
+    <message id="KPSortTags">
+        <translation>Tags</translation>
+    </message>
+    <message id="KPSortType">
+        <translation>Kind</translation>
     </message>
     <message id="KPSourceList">
         <translation>Sources</translation>
@@ -1654,6 +1699,12 @@ Allow crash reporting?</translation>
             <numerusform>%n stars</numerusform>
         </translation>
     </message>
+    <message id="KPStartupSearchingNoDocuments">
+        <translation>Looking for your documents</translation>
+    </message>
+    <message id="KPStartupSearchingNoDocumentsHelp">
+        <translation>The first look takes a moment. Documents appear as they are found.</translation>
+    </message>
     <message id="KPStatusItem">
         <translation>Icon in the Tray</translation>
     </message>
@@ -1674,6 +1725,9 @@ Allow crash reporting?</translation>
     </message>
     <message id="KPStop">
         <translation>Stop</translation>
+    </message>
+    <message id="KPTableMode">
+        <translation>As List</translation>
     </message>
     <message id="KPTagBackupFailed">
         <translation>Tags and ratings could not be backed up: %1</translation>
@@ -1797,6 +1851,9 @@ Allow crash reporting?</translation>
     </message>
     <message id="KPTagsUnreadableBecause">
         <translation>The tags cannot be read: %1. They are left alone.</translation>
+    </message>
+    <message id="KPThumbnailMode">
+        <translation>As Pictures</translation>
     </message>
     <message id="KPTitleOfDocument">
         <translation>%1 – %2</translation>
@@ -1981,6 +2038,9 @@ Allow crash reporting?</translation>
             <numerusform>Removal of %n documents from the library</numerusform>
         </translation>
     </message>
+    <message id="KPUnflag">
+        <translation>Remove Flag</translation>
+    </message>
     <message id="KPUnknownUTITagTemplate">
         <translation>Unknown type %1</translation>
     </message>
@@ -2047,8 +2107,14 @@ Allow crash reporting?</translation>
     <message id="KPZoomIn">
         <translation>&amp;Larger Pictures</translation>
     </message>
+    <message id="KPZoomLargest">
+        <translation>Largest Pictures</translation>
+    </message>
     <message id="KPZoomOut">
         <translation>&amp;Smaller Pictures</translation>
+    </message>
+    <message id="KPZoomSmallest">
+        <translation>Smallest Pictures</translation>
     </message>
     <message id="KarvexAuthenticationPrompt">
         <translation>You need to authorize to set metadata like tags on some files.</translation>

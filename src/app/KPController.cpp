@@ -2,13 +2,11 @@
 
 #include "KPAppDelegate.h"
 #include "KPCrumbController.h"
-#include "KPDocsView.h"
-#include "KPDocumentMenus.h"
-#include "KPDocumentTargets.h"
 #include "KPEditHistory.h"
 #include "KPFilingCommands.h"
 #include "KPIndexMonitor.h"
 #include "KPInspector.h"
+#include "KPLibraryController.h"
 #include "KPLibraryModel.h"
 #include "KPQuickLook.h"
 #include "KPSearchField.h"
@@ -48,15 +46,14 @@ KPController::KPController(IndexSource &source, const QStringList &folders, KPIn
       m_model(std::make_unique<KPLibraryModel>(m_searcher.get())),
       m_worker(std::make_unique<KPEditWorker>()),
       m_edits(std::make_unique<KPEditHistory>(m_worker.get())),
+      m_library(std::make_unique<KPLibraryController>(*this, *m_model, m_looks)),
       m_commands(std::make_unique<KPCommands>()), m_searchField(new KPSearchField),
-      m_panels(new KPWindowPanels), m_view(new KPDocsView(m_model.get(), &m_looks)),
-      m_inspector(new KPInspector), m_status(new KPStatusLine)
+      m_panels(new KPWindowPanels), m_inspector(new KPInspector), m_status(new KPStatusLine)
 {
     Q_ASSERT_X(!theController, "KPController", "There is already an KPController present!");
     theController = this;
     m_searcher->setShowsAllDocuments(true);
-    m_documentMenus = std::make_unique<KPDocumentMenus>();
-    makeFilingCommands();
+    m_filing = std::make_unique<KPFilingCommands>(*m_library, *m_edits);
     m_sides = std::make_unique<KPSidePanels>(*this, source, *m_edits);
     buildCommands();
     buildWindow();
@@ -68,7 +65,7 @@ KPController::KPController(IndexSource &source, const QStringList &folders, KPIn
     qApp->installEventFilter(this);
     observe();
     restoreSettings();
-    m_view->setFocus();
+    m_library->widget()->setFocus();
     beginSearching(folders);
 }
 
@@ -88,7 +85,7 @@ void KPController::buildWindow()
     m_toolBar = new KPToolBar(m_commands.get(), m_searchField);
     addToolBar(m_toolBar);
     setContextMenuPolicy(Qt::NoContextMenu); // the toolbar cannot be hidden by accident
-    m_panels->addPanel(Place::Library, m_view);
+    m_panels->addPanel(Place::Library, m_library->widget());
     m_panels->addPanel(Place::Inspector, m_inspector);
     setCentralWidget(m_panels);
     setStatusBar(m_status);
@@ -101,9 +98,9 @@ void KPController::buildWindow()
 void KPController::buildCommands()
 {
     for (const QList<KPCommand> &table :
-         {fileCommands(), editCommands(), documentCommands(), m_filing->commands(),
-          searchCommands(), viewCommands(), panelCommands(), goCommands(), m_sides->commands(),
-          helpCommands()})
+         {fileCommands(), editCommands(), m_library->commands(), documentCommands(),
+          m_filing->commands(), searchCommands(), panelCommands(), goCommands(),
+          m_sides->commands(), helpCommands()})
         m_commands->add(table);
     if (KPAppDelegate *delegate = KPAppDelegate::instance())
         m_commands->add(delegate->commands());
@@ -169,10 +166,8 @@ void KPController::restoreSettings()
     if (!restoreGeometry(defaults.value(geometryKey).data()))
         resize(usualSize);
     m_searchField->setRecentSearches(defaults.value(QStringLiteral("KPRecentSearches")).strings());
-    m_view->setZoom(defaults.doubleValue(QStringLiteral("KPThumbnailSize")));
-    m_status->setZoom(m_view->zoom());
-    setOrder(KPSortKey::fromText(defaults.stringValue(QStringLiteral("KPSortOrder")))
-                 .value_or(KPSortKey()));
+    m_status->setZoom(m_library->currentSliderMagnification());
+    m_status->setZoomShown(m_library->libraryMode() != KPLibraryController::LibraryMode_List);
     showSearchMode();
     setMinWindowSize();
 }
@@ -183,7 +178,7 @@ void KPController::writeOutStateWhenQuiting()
     defaults.setValue(geometryKey, saveGeometry());
     m_panels->saveWidths();
     m_sides->writeOutState();
-    defaults.setValue(QStringLiteral("KPThumbnailSize"), PropertyValue::real(m_view->zoom()));
+    m_library->writeOutStateWhenQuiting();
     m_crumbs->writeOutState();
     if (const auto error = defaults.synchronise())
         qCWarning(xpLog).noquote() << error->message;

@@ -4,6 +4,7 @@
 #include "KPFileEdit.h"
 #include "KPHistory.h"
 #include "KPNavigator.h"
+#include "KPSelectionFacts.h"
 #include "KPWindowPanels.h"
 #include "XPNotificationCenter.h"
 
@@ -14,14 +15,12 @@
 
 class IndexSource;
 class KPCrumbController;
-class KPDocsView;
-class KPDocumentMenus;
-class KPDocumentTargets;
 class KPEditHistory;
 class KPEditWorker;
 class KPFilingCommands;
 class KPIndexMonitor;
 class KPInspector;
+class KPLibraryController;
 class KPLibraryModel;
 class KPQuickLook;
 class KPSearchField;
@@ -32,7 +31,6 @@ class KPTagEditing;
 class KPToolBar;
 class XPScanController;
 struct KPEditReport;
-struct KPSortKey;
 
 // The controller of the one main window: owns the search, its history and the search field, puts
 // the parts into their places and composes menus and toolbar from the features' commands.
@@ -122,12 +120,10 @@ private:
     QList<KPCommand> fileCommands();
     QList<KPCommand> editCommands();
     QList<KPCommand> searchCommands();
-    QList<KPCommand> viewCommands();
     QList<KPCommand> panelCommands();
     QList<KPCommand> goCommands();
     QList<KPCommand> helpCommands();
     QList<KPCommand> documentCommands();
-    void makeFilingCommands();
     void connectSearchField(KPSearchField *field);
     void connectSearcher();
     void connectLibrary();
@@ -168,12 +164,8 @@ private:
     void openFolder();
     void showAllIn(const QStringList &folders);
     void indexFolders();
-    void openSelected();
-    void revealSelected();
-    void copySelected();
-    void rateSelected(int stars);
-    void zoom(int steps);
-    void setOrder(const KPSortKey &key);
+    void renameTyped(KPDoc *doc, const QString &typed);
+    void filesDropped(const QStringList &paths, bool copies);
     void showSelection();
     void showCounts();
     void report(const KPEditReport &report);
@@ -196,6 +188,7 @@ private:
     QStringList m_problems; // of the search
     QString m_backupActivity;
     QString m_backupProblem;
+    KPSelectionFacts m_facts;
     QString m_shownPath; // whose picture the inspector shows
 
     KPQuickLook &m_looks;
@@ -205,9 +198,8 @@ private:
     std::unique_ptr<KPEditHistory> m_edits;
     std::unique_ptr<KPTagEditing> m_tagEditing;
     std::unique_ptr<KPSidePanels> m_sides;
+    std::unique_ptr<KPLibraryController> m_library;
     std::unique_ptr<KPCommands> m_commands;
-    std::unique_ptr<KPDocumentMenus> m_documentMenus;
-    std::unique_ptr<KPDocumentTargets> m_targets;
     std::unique_ptr<KPFilingCommands> m_filing;
     std::unique_ptr<KPSearchPopup> m_popup;
     std::unique_ptr<XPScanController> m_scans; // made when it is first asked for
@@ -215,7 +207,6 @@ private:
     KPSearchField *m_searchField;
     KPWindowPanels *m_panels;
     KPToolBar *m_toolBar = nullptr;
-    KPDocsView *m_view;
     KPInspector *m_inspector;
     KPStatusLine *m_status;
     QTimer m_selectionTimer; // a burst of changes is shown once

@@ -2,7 +2,6 @@
 #include "KPController.h"
 #include "KPCrumbController.h"
 #include "KPDocsView.h"
-#include "KPDocumentMenus.h"
 #include "KPEditHistory.h"
 #include "KPToolBar.h"
 #include "UserDefaults.h"
@@ -94,30 +93,6 @@ QList<KPCommand> KPController::searchCommands()
          .menu = Menu::Edit,
          .run = [this] { searchModeFilenameFilter(); },
          .state = [=] { return KPCommandState{.isChecked = !isSpotlight()}; }},
-    };
-}
-
-QList<KPCommand> KPController::viewCommands()
-{
-    return {
-        {.id = QT_TRID_NOOP("KPZoomIn"),
-         .menu = Menu::View,
-         .shortcut = QKeySequence::ZoomIn,
-         .run = [this] { zoom(1); },
-         .state = [this] { return KPCommandState{.isEnabled = m_view->zoom() < 1}; },
-         .symbol = "larger"},
-        {.id = QT_TRID_NOOP("KPZoomOut"),
-         .menu = Menu::View,
-         .shortcut = QKeySequence::ZoomOut,
-         .run = [this] { zoom(-1); },
-         .state = [this] { return KPCommandState{.isEnabled = m_view->zoom() > 0}; },
-         .symbol = "smaller",
-         .endsGroup = true},
-        {.id = QT_TRID_NOOP("KPSortBy"),
-         .menu = Menu::View,
-         .symbol = "sort",
-         .endsGroup = true,
-         .submenu = [this] { return m_documentMenus->makeSortMenu(); }},
     };
 }
 

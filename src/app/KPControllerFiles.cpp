@@ -1,24 +1,37 @@
-// Showing where documents are.
+// Documents as files: names that were typed, files that were dropped, showing where they are.
 #include "KPController.h"
-#include "KPDocsView.h"
+#include "KPDocCache.h"
+#include "KPFilingCommands.h"
+#include "KPLibraryController.h"
 #include "KPLibraryModel.h"
+#include "XPFiledDocuments.h"
 #include "XPPath.h"
+
+void KPController::renameTyped(KPDoc *doc, const QString &typed)
+{
+    xpGuiThread.assertHere();
+    m_filing->rename(doc, typed);
+}
+
+void KPController::filesDropped(const QStringList &paths, bool copies)
+{
+    xpGuiThread.assertHere();
+    XPFiledDocuments::setFilesAsManagedRoutingIfNeeded(paths, copies,
+                                                       [](const std::optional<XPFileReport> &) {});
+}
 
 void KPController::showDocuments(const QStringList &paths)
 {
-    QItemSelection found;
+    KPDoc::Docs docs;
     for (const QString &path : paths) {
-        if (const QModelIndex index = m_model->indexForPath(path); index.isValid())
-            found.select(index, index);
+        KPDoc *doc = KPDocCache::docAtPathIfExists(path);
+        if (doc != nullptr && m_model->rowOf(doc) >= 0)
+            docs.append(doc);
     }
-    if (found.isEmpty() && !paths.isEmpty()) {
+    if (!docs.isEmpty())
+        m_library->setSelections(docs, true);
+    else if (!paths.isEmpty())
         showAllIn({XPPath::folder(paths.first())});
-    } else if (!found.isEmpty()) {
-        m_view->selectionModel()->select(found, QItemSelectionModel::ClearAndSelect);
-        m_view->selectionModel()->setCurrentIndex(found.indexes().first(),
-                                                  QItemSelectionModel::NoUpdate);
-        m_view->scrollTo(found.indexes().first());
-    }
     raise();
     activateWindow();
 }

@@ -2,6 +2,7 @@
 #include "KPAppDelegate.h"
 #include "KPController.h"
 #include "KPCrumbController.h"
+#include "KPLibraryController.h"
 #include "KPLocationItem.h"
 #include "KPSearchField.h"
 #include "KPSearchPopup.h"
@@ -33,6 +34,7 @@ void KPController::setSearchStateAndUpdateUI(const KPSearchState::Ptr &state, bo
     if (state)
         setSearchFieldString(state->searchString());
     m_crumbs->setSourceItem(sourceItem);
+    m_library->setSourceItem(m_crumbs->sourceItem());
     if (locationItem) {
         if (!state && !locationItem->isEqual(*m_crumbs->locationItem()))
             wanted = movedTo(locationItem, currentState());

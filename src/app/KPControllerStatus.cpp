@@ -1,8 +1,8 @@
 // What the window says of its search and of the index: title, status line, empty results.
 #include "KPController.h"
 #include "KPCrumbController.h"
-#include "KPDocsView.h"
 #include "KPIndexMonitor.h"
+#include "KPLibraryController.h"
 #include "KPLibraryModel.h"
 #include "KPLocationItem.h"
 #include "KPSearcher.h"
@@ -73,25 +73,20 @@ QStringList KPController::foldersNotIndexed() const
     return missing;
 }
 
+// Only what the search itself does not know: the grid says all else.
 void KPController::showEmptyText()
 {
     const QStringList missing = foldersNotIndexed();
-    const auto withoutFolders = currentState()->searchStateWithNewContstraintFolders({});
+    m_library->setStartQueryRunning(m_index && !m_index->isSettled());
     if (!missing.isEmpty())
-        m_view->setEmptyText(
+        m_library->setEmptyReason(
             qtTrId("KPNotIndexed").arg(XPPath::printable(XPPath::fileName(missing.first()))),
             qtTrId("KPNotIndexedHint"), m_commands->action("KPIndexFolder"));
-    else if (m_isWaiting || (m_index && !m_index->isSettled()))
-        m_view->setEmptyText(qtTrId("KPLooking"), {});
     else if (!m_problems.isEmpty())
-        m_view->setEmptyText(qtTrId("KPSearchFailed"), XPPath::printable(m_problems.first()),
-                             m_commands->action("KPRefresh"));
-    else if (withoutFolders->isBlank())
-        m_view->setEmptyText(qtTrId("KPNoDocuments"), qtTrId("KPNoDocumentsHint"),
-                             m_commands->action("KPOpenFolder"));
+        m_library->setEmptyReason(qtTrId("KPSearchFailed"), XPPath::printable(m_problems.first()),
+                                  m_commands->action("KPRefresh"));
     else
-        m_view->setEmptyText(qtTrId("KPNoMatch"), qtTrId("KPNoMatchHint"),
-                             m_commands->action("KPAllDocuments"));
+        m_library->setEmptyReason({});
 }
 
 // --- Folders and the title
@@ -133,7 +128,7 @@ static QString shortened(const QString &path)
 // The one selected document with its folder, else where the search looks.
 void KPController::manageWindowTitle()
 {
-    const KPDoc::Docs docs = m_view->selectedCount() == 1 ? selectedDocs() : KPDoc::Docs();
+    const KPDoc::Docs docs = m_library->numberOfSelections() == 1 ? selectedDocs() : KPDoc::Docs();
     if (docs.size() == 1) {
         const QString path = docs.first()->filePath();
         setWindowFilePath(path);

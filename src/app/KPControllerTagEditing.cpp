@@ -1,6 +1,5 @@
 // What the window does to have tags changed: the editor, the library's tags, what waited.
 #include "KPController.h"
-#include "KPDocsView.h"
 #include "KPEditHistory.h"
 #include "KPIndexMonitor.h"
 #include "KPTagEditing.h"
@@ -26,5 +25,5 @@ void KPController::connectTagEditing()
 
 void KPController::editTags()
 {
-    m_tagEditing->editTags(m_view->selectedPaths());
+    m_tagEditing->editTags(pathsOfSelection());
 }

@@ -1,285 +1,306 @@
 #include "KPDocsView.h"
 
-#include "KPBadgeCache.h"
-#include "KPDocDelegate.h"
-#include "KPDocIcons.h"
-#include "KPLibraryModel.h"
+#include "KPArrangedDocs.h"
+#include "KPDocsKeys.h"
+#include "KPDocsViewAccessible.h"
+#include "KPEmptyPlace.h"
+#include "KPGroupStates.h"
+#include "KPNameField.h"
 #include "KPQuickLook.h"
-#include "XPFileUrls.h"
+#include "UserDefaults.h"
 
-#include <QDrag>
-#include <QKeyEvent>
-#include <QMimeData>
-#include <QPainter>
+#include <QEvent>
 #include <QScrollBar>
-#include <QToolButton>
+#include <QStyle>
 #include <algorithm>
 #include <cmath>
 
-KPDocsView::KPDocsView(KPLibraryModel *model, KPQuickLook *looks, QWidget *parent)
-    : QListView(parent), m_model(model), m_looks(looks),
-      m_delegate(new KPDocDelegate(model, looks, this)), m_layout(m_zoom, 800, font()),
-      m_remedy(new QToolButton(viewport()))
+KPDocsView::KPDocsView(KPArrangedDocs &docs, KPQuickLook &pictures, KPDocsKeys &keys,
+                       QWidget *parent)
+    : QAbstractScrollArea(parent), m_docs(docs), m_pictures(pictures), m_keys(keys),
+      m_painter(pictures, palette(), font()), m_empty(new KPEmptyPlace(viewport())),
+      m_nameField(new KPNameField(viewport())), m_wantedWidth(KPDocsGeometry::smallestWidth)
 {
-    setModel(model);
-    setItemDelegate(m_delegate);
-    setFlow(QListView::LeftToRight);
-    setWrapping(true);
-    setUniformItemSizes(true);
-    setResizeMode(QListView::Adjust);
-    setSelectionMode(QAbstractItemView::ExtendedSelection);
-    setSelectionRectVisible(true);
-    setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
-    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn); // columns must not jump with the results
-    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    KPDocsViewAccessible::install();
     setFrameShape(QFrame::NoFrame);
-    setDragEnabled(true);
-    setDragDropMode(QAbstractItemView::DragOnly);
-    setDefaultDropAction(Qt::CopyAction);
-    setEditTriggers(QAbstractItemView::NoEditTriggers);
-    setMouseTracking(true);
+    setFocusPolicy(Qt::StrongFocus);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setAccessibleName(qtTrId("KPDocuments"));
+    viewport()->setMouseTracking(true);
+    viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
+    viewport()->setAcceptDrops(true);
+    setAcceptDrops(true);
     m_asking.setSingleShot(true);
     m_asking.setInterval(0);
-    connect(&m_asking, &QTimer::timeout, this, &KPDocsView::askForLooks);
-    connect(looks, &KPQuickLook::looksReady, this, &KPDocsView::showLooks);
-    connect(model, &QAbstractItemModel::dataChanged, &m_asking, qOverload<>(&QTimer::start));
-    connect(model, &QAbstractItemModel::rowsRemoved, this, &KPDocsView::selectionMoved);
-    connect(model, &QAbstractItemModel::modelReset, this, &KPDocsView::selectionMoved);
-    m_remedy->setToolButtonStyle(Qt::ToolButtonTextOnly);
-    m_remedy->hide();
-    for (const auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved})
-        connect(model, signal, this, &KPDocsView::placeRemedy);
-    connect(model, &QAbstractItemModel::modelReset, this, &KPDocsView::placeRemedy);
-    layOut();
+    connect(&m_asking, &QTimer::timeout, this, &KPDocsView::askForPictures);
+    connect(&pictures, &KPQuickLook::looksReady, this, &KPDocsView::showPictures);
+    connect(&docs, &KPArrangedDocs::arranged, this, &KPDocsView::takeArrangement);
+    connect(&docs, &KPArrangedDocs::selectionChanged, viewport(), qOverload<>(&QWidget::update));
+    connect(&docs, &KPArrangedDocs::changed, this, [this] {
+        viewport()->update();
+        m_asking.start();
+    });
+    connect(&docs, &KPArrangedDocs::currentChanged, this,
+            [this](int row) { KPDocsViewAccessible::tellCurrent(*this, row); });
+    connect(&docs, &KPArrangedDocs::selectionChanged, this,
+            [this] { KPDocsViewAccessible::tellSelection(*this); });
+    connect(m_nameField, &KPNameField::renamed, this, &KPDocsView::renameRequested);
+    connect(m_nameField, &KPNameField::ended, this, [this] {
+        setFocus();
+        viewport()->update();
+    });
+    updateSettings();
 }
 
-void KPDocsView::setZoom(double zoom)
+KPDocsView::~KPDocsView() = default;
+
+// Sizes.
+
+void KPDocsView::setThumbnailWidthUnitless(double zoom)
 {
-    m_zoom = std::clamp(zoom, 0.0, 1.0);
-    const QModelIndex top = indexAt({m_layout.cell().width() / 2, m_layout.cell().height() / 2});
-    layOut();
-    if (top.isValid() && verticalScrollBar()->value() > 0)
-        scrollTo(top, QAbstractItemView::PositionAtTop);
+    setThumbnailWidth(KPDocsGeometry::widthForZoom(zoom));
 }
 
-void KPDocsView::layOut()
+void KPDocsView::setThumbnailWidth(double width)
 {
-    m_layout = KPDocCellLayout(m_zoom, viewport()->width(), font());
-    m_delegate->setLayout(m_layout);
-    if (gridSize() != m_layout.cell())
-        setGridSize(m_layout.cell());
-    verticalScrollBar()->setSingleStep(std::max(24, m_layout.cell().height() / 4));
+    m_wantedWidth = width;
+    recalculateFrameBasedOnThumbnailSize(held());
+}
+
+void KPDocsView::setGrouped(bool isGrouped)
+{
+    if (isGrouped == m_isGrouped)
+        return;
+    m_isGrouped = isGrouped;
+    recalculateFrameBasedOnThumbnailSize(held());
+}
+
+void KPDocsView::updateSettings()
+{
+    m_painter.update(palette(), font());
+    m_empty->setColours(m_painter.colours().text);
+    m_geometry.setTextLines(m_painter.textLines(), m_painter.textScale());
+    recalculateFrameBasedOnThumbnailSize(held());
+}
+
+void KPDocsView::giveGroups()
+{
+    const KPResultGroups *groups = m_isGrouped ? m_docs.groups() : nullptr;
+    if (!groups || groups->runs.empty()) {
+        m_geometry.setCount(m_docs.count());
+        return;
+    }
+    std::vector<KPDocsGeometry::Group> laidOut;
+    laidOut.reserve(groups->runs.size());
+    for (const KPResultGroups::Run &run : groups->runs)
+        laidOut.push_back(
+            {.count = run.count, .isOpen = KPGroupStates::isOpen(groups->key, *run.group)});
+    m_geometry.setGroups(std::move(laidOut));
+}
+
+// The document that is to stay where it is: the current one when it is in sight, else the first.
+KPDocsView::Held KPDocsView::held() const
+{
+    const auto place = [this](int row) { return visibleRect(row); };
+    const int count = std::min(m_docs.count(), static_cast<int>(m_geometry.count()));
+    const int current = m_docs.selection().current();
+    if (current >= 0 && current < count && QRectF(viewport()->rect()).intersects(place(current)))
+        return {m_docs.at(current), place(current).top(), offset() == 0};
+    if (offset() == 0 || count == 0)
+        return {};
+    const auto first = static_cast<int>(m_geometry.hit(QPointF(0, offset())).item);
+    return first < count ? Held{m_docs.at(first), place(first).top(), false} : Held{};
+}
+
+void KPDocsView::recalculateFrameBasedOnThumbnailSize(const Held &held)
+{
+    // The room of the scroll bar is left free always: columns must not jump with the results.
+    const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, this);
+    const int wide = viewport()->width() - (verticalScrollBar()->isVisible() ? 0 : bar);
+    m_geometry.setRoom(QSizeF(wide, viewport()->height()));
+    giveGroups();
+    const bool toFit = UserDefaults::standard().boolValue(QStringLiteral("KPSizeThumbnailsToFit"));
+    m_geometry.setThumbnailWidth(m_wantedWidth, toFit);
+    m_painter.setThumbnailWidth(m_geometry.thumbnailSize().width());
+    updateScrollBar();
+    const int row = held.doc ? m_docs.rowOf(held.doc) : -1;
+    if (row >= 0 && row < m_geometry.count() && !m_geometry.docRect(row).isNull()) {
+        const QRectF rect = m_geometry.docRect(row);
+        // Whole in sight, where it was as far as that goes.
+        const double highest = m_geometry.isGrouped() ? KPDocsGeometry::headerHeight : 0;
+        const double lowest = std::max(highest, viewport()->height() - rect.height() - 1);
+        const double top = std::clamp(held.top, highest, lowest);
+        const bool staysAtTop = held.isAtTop && rect.bottom() <= viewport()->height();
+        verticalScrollBar()->setValue(staysAtTop ? 0
+                                                 : static_cast<int>(std::floor(rect.top() - top)));
+    }
+    m_hovered = -1;
     viewport()->update();
     m_asking.start();
+}
+
+void KPDocsView::updateScrollBar()
+{
+    QScrollBar *bar = verticalScrollBar();
+    const int height = viewport()->height();
+    bar->setPageStep(height);
+    bar->setSingleStep(std::max(24, static_cast<int>(m_geometry.cellHeight() / 4)));
+    bar->setRange(0, std::max(0, static_cast<int>(std::ceil(m_geometry.height())) - height));
+}
+
+// Before the new rows are there, rows and geometry are still of one arrangement: what was first
+// then is known from the last time that it was looked at.
+void KPDocsView::takeArrangement()
+{
+    if (m_nameField->doc() && m_docs.rowOf(m_nameField->doc()) < 0)
+        m_nameField->stop();
+    recalculateFrameBasedOnThumbnailSize(m_top);
+    m_empty->place(viewport()->rect(), m_docs.count() == 0);
+    KPDocsViewAccessible::tellArranged(*this);
 }
 
 void KPDocsView::resizeEvent(QResizeEvent *event)
 {
-    layOut();
-    placeRemedy();
-    QListView::resizeEvent(event);
+    // Places are still those of the old room.
+    const Held before = held();
+    QAbstractScrollArea::resizeEvent(event);
+    recalculateFrameBasedOnThumbnailSize(before);
+    m_empty->place(viewport()->rect(), m_docs.count() == 0);
 }
 
 void KPDocsView::changeEvent(QEvent *event)
 {
-    QListView::changeEvent(event);
-    if (event->type() == QEvent::FontChange)
-        layOut();
+    QAbstractScrollArea::changeEvent(event);
+    const auto type = event->type();
+    if (type == QEvent::FontChange || type == QEvent::PaletteChange || type == QEvent::StyleChange)
+        updateSettings();
+}
+
+void KPDocsView::focusInEvent(QFocusEvent *event)
+{
+    QAbstractScrollArea::focusInEvent(event);
+    viewport()->update();
+    KPDocsViewAccessible::tellCurrent(*this, m_docs.selection().current());
+}
+
+void KPDocsView::focusOutEvent(QFocusEvent *event)
+{
+    QAbstractScrollArea::focusOutEvent(event);
+    viewport()->update();
+}
+
+// Scrolling.
+
+int KPDocsView::offset() const
+{
+    return verticalScrollBar()->value();
+}
+
+QPointF KPDocsView::toContents(const QPointF &point) const
+{
+    return point + QPointF(0, offset());
+}
+
+QRectF KPDocsView::visibleRect(int row) const
+{
+    return m_geometry.docRect(row).translated(0, -offset());
+}
+
+int KPDocsView::rowAt(const QPoint &point) const
+{
+    const auto item = m_geometry.itemUnder(toContents(point));
+    return item ? static_cast<int>(*item) : -1;
 }
 
 void KPDocsView::scrollContentsBy(int dx, int dy)
 {
-    QListView::scrollContentsBy(dx, dy);
+    // Headers that stay in sight are drawn anew.
+    if (m_geometry.isGrouped() || m_nameField->doc())
+        viewport()->update();
+    else
+        viewport()->scroll(dx, dy);
+    if (m_nameField->doc())
+        m_nameField->move(m_nameField->pos() + QPoint(0, dy));
     m_asking.start();
 }
 
-void KPDocsView::updateGeometries()
+void KPDocsView::scrollToRow(int row)
 {
-    QListView::updateGeometries();
-    verticalScrollBar()->setSingleStep(std::max(24, m_layout.cell().height() / 4));
-    m_asking.start();
+    if (row < 0 || row >= m_geometry.count())
+        return;
+    QRectF rect = m_geometry.frameRect(row);
+    double above = 0;
+    if (const int group = m_geometry.groupOfItem(row); group >= 0) {
+        above = KPDocsGeometry::headerHeight;
+        if (rect.isNull())
+            rect = m_geometry.headerRect(group);
+    }
+    const double height = viewport()->height();
+    double top = offset();
+    if (rect.bottom() > top + height)
+        top = rect.bottom() - height;
+    if (rect.top() - above < top)
+        top = rect.top() - above;
+    verticalScrollBar()->setValue(static_cast<int>(std::floor(top)));
 }
 
 // Pictures.
 
-void KPDocsView::askForLooks()
+void KPDocsView::askForPictures()
 {
-    const int side = static_cast<int>(std::ceil(m_layout.thumbnail() * devicePixelRatioF()));
-    const QModelIndex first = indexAt({m_layout.cell().width() / 2, 1});
-    std::vector<KPQuickLook::Wanted> visible;
-    std::vector<KPQuickLook::Wanted> next; // as many again
-    for (int row = first.row(); first.isValid() && row < m_model->rowCount(); ++row) {
-        const bool isVisible = visualRect(m_model->index(row)).top() <= viewport()->height();
-        if (!isVisible && next.size() >= visible.size())
-            break;
-        (isVisible ? visible : next).push_back({m_model->document(row), side});
+    const int side =
+        static_cast<int>(std::ceil(m_geometry.thumbnailSize().width() * devicePixelRatioF()));
+    const QRectF page(0, offset(), viewport()->width(), viewport()->height());
+    const auto wanted = [&](const QRectF &rect) {
+        std::vector<KPQuickLook::Wanted> result;
+        for (const KPDocsGeometry::Range &run : m_geometry.itemsIn(rect)) {
+            for (qsizetype item = run.first; item <= run.last && item < m_docs.count(); ++item)
+                result.push_back({m_docs.at(static_cast<int>(item)), side});
+        }
+        return result;
+    };
+    m_pictures.want(this, wanted(page), wanted(page.translated(0, page.height())));
+    m_top = held();
+}
+
+// A few at a time, and only those in sight have a place.
+void KPDocsView::showPictures(const QList<KPDoc *> &docs)
+{
+    const QRectF page(0, offset(), viewport()->width(), viewport()->height());
+    for (const KPDocsGeometry::Range &run : m_geometry.itemsIn(page)) {
+        for (qsizetype item = run.first; item <= run.last && item < m_docs.count(); ++item) {
+            if (docs.contains(m_docs.at(static_cast<int>(item))))
+                updateRow(static_cast<int>(item));
+        }
     }
-    m_looks->want(this, std::move(visible), std::move(next));
 }
 
-void KPDocsView::showLooks(const QList<KPDoc *> &docs)
+void KPDocsView::updateRow(int row)
 {
-    for (const KPDoc *doc : docs)
-        update(m_model->indexForPath(doc->filePath()));
+    if (row < 0 || row >= m_geometry.count())
+        return;
+    const QRectF frame = m_geometry.frameRect(row).translated(0, -offset());
+    viewport()->update(frame.toAlignedRect().adjusted(-2, -2, 2, 2));
 }
 
-// Where title, hint and button stand in the middle of the empty view.
-struct KPDocsView::EmptyLayout
+bool KPDocsView::editName(int row)
 {
-    QFont titleFont;
-    QRect title;
-    QRect hint;
-};
-
-KPDocsView::EmptyLayout KPDocsView::emptyLayout() const
-{
-    EmptyLayout layout{font(), {}, {}};
-    layout.titleFont.setPointSizeF(font().pointSizeF() * 1.5);
-    const QRect room = viewport()->rect().adjusted(24, 24, -24, -24);
-    const int titleHeight = QFontMetrics(layout.titleFont).lineSpacing();
-    layout.title = {room.left(), room.center().y() - titleHeight * 3 / 2, room.width(),
-                    titleHeight};
-    const QRect below(room.left(), layout.title.bottom() + 8, room.width(), room.height() / 2);
-    layout.hint = fontMetrics().boundingRect(
-        below, Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, m_emptyHint);
-    return layout;
-}
-
-void KPDocsView::setEmptyText(const QString &title, const QString &hint, QAction *remedy)
-{
-    m_emptyTitle = title;
-    m_emptyHint = hint;
-    if (m_remedy->defaultAction() && m_remedy->defaultAction() != remedy)
-        m_remedy->removeAction(m_remedy->defaultAction());
-    if (remedy)
-        m_remedy->setDefaultAction(remedy);
-    placeRemedy();
+    if (row < 0 || row >= m_geometry.count() || m_docs.at(row)->isGone())
+        return false;
+    scrollToRow(row);
+    const QRectF doc = visibleRect(row);
+    const QRectF frame = m_geometry.frameRect(row).translated(0, -offset());
+    QRectF place = m_painter.titleRect(doc, frame);
+    if (place.isNull())
+        place = QRectF(frame.left(), doc.bottom() - 20, frame.width(), 20);
+    m_nameField->setFont(m_painter.titleFont());
+    const int height = m_nameField->sizeHint().height();
+    const int width = std::max(static_cast<int>(place.width()) + 8, 160);
+    QRect room(0, 0, std::min(width, viewport()->width()), height);
+    room.moveCenter(place.center().toPoint());
+    room.moveLeft(std::clamp(room.left(), 0, std::max(0, viewport()->width() - room.width())));
+    m_nameField->setGeometry(room);
+    m_nameField->start(m_docs.at(row));
     viewport()->update();
-}
-
-void KPDocsView::placeRemedy()
-{
-    const bool isWanted = m_remedy->defaultAction() && m_model->rowCount() == 0;
-    m_remedy->setVisible(isWanted);
-    if (!isWanted)
-        return;
-    m_remedy->resize(m_remedy->sizeHint() + QSize(24, 8));
-    const EmptyLayout layout = emptyLayout();
-    m_remedy->move(layout.title.center().x() - m_remedy->width() / 2, layout.hint.bottom() + 16);
-}
-
-void KPDocsView::paintEmpty(QPainter *painter) const
-{
-    const EmptyLayout layout = emptyLayout();
-    painter->setPen(palette().color(QPalette::Text));
-    painter->setFont(layout.titleFont);
-    painter->drawText(layout.title, Qt::AlignCenter, m_emptyTitle);
-    QColor quiet = palette().color(QPalette::Text);
-    quiet.setAlphaF(0.7F);
-    painter->setPen(quiet);
-    painter->setFont(font());
-    painter->drawText(layout.hint, Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, m_emptyHint);
-}
-
-void KPDocsView::paintEvent(QPaintEvent *event)
-{
-    QListView::paintEvent(event);
-    if (m_model->rowCount() == 0) {
-        QPainter painter(viewport());
-        paintEmpty(&painter);
-    }
-}
-
-// The user.
-
-QStringList KPDocsView::selectedPaths() const
-{
-    QModelIndexList indexes = selectionModel()->selectedIndexes();
-    std::sort(indexes.begin(), indexes.end());
-    QStringList paths;
-    paths.reserve(indexes.size());
-    for (const QModelIndex &index : std::as_const(indexes))
-        paths.append(m_model->document(index.row())->filePath());
-    return paths;
-}
-
-qsizetype KPDocsView::selectedCount() const
-{
-    qsizetype count = 0;
-    for (const QItemSelectionRange &range : selectionModel()->selection())
-        count += range.height();
-    return count;
-}
-
-void KPDocsView::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
-{
-    QListView::selectionChanged(selected, deselected);
-    Q_EMIT selectionMoved();
-}
-
-void KPDocsView::keyPressEvent(QKeyEvent *event)
-{
-    const bool plain = !(event->modifiers() & ~Qt::KeypadModifier);
-    if (plain && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter))
-        Q_EMIT openRequested();
-    else if (plain && event->key() >= Qt::Key_0 && event->key() <= Qt::Key_5)
-        Q_EMIT ratingTyped(event->key() - Qt::Key_0);
-    else
-        QListView::keyPressEvent(event);
-}
-
-void KPDocsView::mouseDoubleClickEvent(QMouseEvent *event)
-{
-    QListView::mouseDoubleClickEvent(event);
-    if (event->button() == Qt::LeftButton && indexAt(event->pos()).isValid())
-        Q_EMIT openRequested();
-}
-
-void KPDocsView::wheelEvent(QWheelEvent *event)
-{
-    if (!(event->modifiers() & Qt::ControlModifier)) {
-        QListView::wheelEvent(event);
-        return;
-    }
-    Q_EMIT zoomRequested(event->angleDelta().y() > 0 ? 1 : -1);
-    event->accept();
-}
-
-// The picture at hand, with the number of documents where there are several.
-QPixmap KPDocsView::dragPicture(const KPDoc &doc, qsizetype count) const
-{
-    static constexpr int side = 96;
-    static constexpr int badgeHeight = 22;
-    const double ratio = devicePixelRatioF();
-    QPixmap pixmap(QSize(side, side) * ratio);
-    pixmap.setDevicePixelRatio(ratio);
-    pixmap.fill(Qt::transparent);
-    QPainter painter(&pixmap);
-    painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    const QRectF square(0, 0, side, side);
-    if (m_looks->draw(painter, square, doc, palette().color(QPalette::Mid)).isNull())
-        KPDocIcons::forUTI(doc.fileType()).paint(&painter, square.toRect());
-    if (count > 1) {
-        const QImage badge = KPBadgeCache::instance().numberBadge(
-            count, static_cast<int>(std::lround(badgeHeight * ratio)));
-        const QSizeF size = QSizeF(badge.size()) / ratio;
-        painter.drawImage(QRectF(QPointF(side - size.width(), side - size.height()), size), badge);
-    }
-    return pixmap;
-}
-
-// Only copies leave: a program that takes a move would delete the user's file.
-void KPDocsView::startDrag(Qt::DropActions)
-{
-    const QStringList paths = selectedPaths();
-    if (paths.isEmpty())
-        return;
-    auto *drag = new QDrag(this);
-    drag->setMimeData(XPFileUrls::mimeData(paths));
-    const KPDoc &document =
-        *m_model->document(currentIndex().isValid() ? currentIndex().row()
-                                                    : m_model->indexForPath(paths.first()).row());
-    drag->setPixmap(dragPicture(document, paths.size()));
-    drag->exec(Qt::CopyAction, Qt::CopyAction);
+    return true;
 }

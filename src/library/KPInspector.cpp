@@ -122,7 +122,7 @@ KPInspector::KPInspector(QWidget *parent)
     connect(m_tags, &XPTagsEditor::tagsEdited, this, &KPInspector::requestTags);
     connect(m_tags, &XPTagsEditor::left, this, &KPInspector::left);
     connect(m_stars, &XPStarsEditor::rated, this, &KPInspector::requestRating);
-    show({}, {});
+    show(KPSelectionFacts(), {});
 }
 
 void KPInspector::setSuggestions(std::function<QStringList()> suggestions)
@@ -137,9 +137,11 @@ void KPInspector::focusTags()
 
 // Showing.
 
-void KPInspector::show(const KPDoc::Docs &documents, const Appearance &appearance)
+void KPInspector::show(const KPSelectionFacts &facts, const Appearance &appearance)
 {
-    m_facts = KPSelectionFacts(documents);
+    const KPDoc::Docs &documents = facts.documents();
+    m_documents = documents;
+    m_commonTags = facts.commonTags();
     m_nothing->setVisible(documents.isEmpty());
     m_content->parentWidget()->parentWidget()->setVisible(!documents.isEmpty());
     if (documents.isEmpty())
@@ -154,8 +156,8 @@ void KPInspector::show(const KPDoc::Docs &documents, const Appearance &appearanc
     picture.setDevicePixelRatio(ratio);
     m_picture->setPixmap(picture);
     showNames(documents);
-    showFacts(documents, appearance.uti);
-    showEditors();
+    showFacts(facts, appearance.uti);
+    showEditors(facts);
 }
 
 void KPInspector::showNames(const KPDoc::Docs &documents)
@@ -183,11 +185,12 @@ static QString dateText(const QDateTime &date)
     return QLocale().toString(date.toLocalTime(), QLocale::ShortFormat);
 }
 
-void KPInspector::showFacts(const KPDoc::Docs &documents, const QString &uti)
+void KPInspector::showFacts(const KPSelectionFacts &facts, const QString &uti)
 {
+    const KPDoc::Docs &documents = facts.documents();
     while (m_details->rowCount() > 0)
         m_details->removeRow(0);
-    const QString size = QLocale().formattedDataSize(m_facts.size, 1, QLocale::DataSizeSIFormat);
+    const QString size = QLocale().formattedDataSize(facts.size(), 1, QLocale::DataSizeSIFormat);
     if (documents.size() > 1) {
         addFact(QT_TRID_NOOP("KPFactTotalSize"), size);
         return;
@@ -202,21 +205,22 @@ void KPInspector::showFacts(const KPDoc::Docs &documents, const QString &uti)
             breakable(XPPath::printable(shortened(doc.parentPath()))));
 }
 
-void KPInspector::showEditors()
+void KPInspector::showEditors(const KPSelectionFacts &facts)
 {
-    const bool differs = !m_facts.rating;
-    m_stars->setRating(m_facts.rating.value_or(0));
+    const std::optional<double> rating = facts.rating();
+    const bool differs = !rating;
+    m_stars->setRating(rating.value_or(0));
     m_ratingNote->setText(differs ? qtTrId("KPRatingsDiffer") : QString());
     m_ratingNote->setVisible(differs);
-    m_tags->setTags(m_facts.commonTags);
-    m_stars->setEnabled(m_facts.canEdit());
-    m_tags->setEnabled(m_facts.canEdit());
+    m_tags->setTags(m_commonTags);
+    m_stars->setEnabled(facts.canEdit());
+    m_tags->setEnabled(facts.canEdit());
     QString note;
-    if (m_facts.unreadable > 0 && m_facts.paths.size() == 1)
-        note = qtTrId("KPTagsUnreadableBecause").arg(XPPath::printable(m_facts.error));
-    else if (m_facts.unreadable > 0)
-        note = qtTrId("KPSomeTagsUnreadable", static_cast<int>(m_facts.unreadable));
-    else if (m_facts.paths.size() > 1)
+    if (facts.unreadable() > 0 && m_documents.size() == 1)
+        note = qtTrId("KPTagsUnreadableBecause").arg(XPPath::printable(facts.error()));
+    else if (facts.unreadable() > 0)
+        note = qtTrId("KPSomeTagsUnreadable", static_cast<int>(facts.unreadable()));
+    else if (m_documents.size() > 1)
         note = qtTrId("KPCommonTagsOnly");
     m_tagsNote->setText(note);
     m_tagsNote->setVisible(!note.isEmpty());
@@ -224,16 +228,23 @@ void KPInspector::showEditors()
 
 // Asking.
 
+QStringList KPInspector::paths() const
+{
+    QStringList paths;
+    for (const KPDoc *doc : m_documents)
+        paths.append(doc->filePath());
+    return paths;
+}
+
 void KPInspector::requestTags()
 {
-    const QStringList before = std::exchange(m_facts.commonTags, m_tags->tags());
-    if (before != m_facts.commonTags)
-        Q_EMIT editRequested({m_facts.paths, KPFileEdit::Tags{before, m_facts.commonTags}, {}});
+    const QStringList before = std::exchange(m_commonTags, m_tags->tags());
+    if (before != m_commonTags)
+        Q_EMIT editRequested({paths(), KPFileEdit::Tags{before, m_commonTags}, {}});
 }
 
 void KPInspector::requestRating(int stars)
 {
-    m_facts.rating = stars;
     m_ratingNote->hide();
-    Q_EMIT editRequested({m_facts.paths, {}, stars});
+    Q_EMIT editRequested({paths(), {}, stars});
 }

@@ -31,7 +31,7 @@ public:
         QPixmap picture;
         QString uti;
     };
-    void show(const KPDoc::Docs &documents, const Appearance &appearance);
+    void show(const KPSelectionFacts &facts, const Appearance &appearance);
 
     void setSuggestions(std::function<QStringList()> suggestions);
     void focusTags();
@@ -42,14 +42,16 @@ Q_SIGNALS:
 
 private:
     void showNames(const KPDoc::Docs &documents);
-    void showFacts(const KPDoc::Docs &documents, const QString &uti);
-    void showEditors();
+    void showFacts(const KPSelectionFacts &facts, const QString &uti);
+    void showEditors(const KPSelectionFacts &facts);
     void addFact(const char *id, const QString &value);
     void requestTags();
     void requestRating(int stars);
+    QStringList paths() const;
     QLabel *makeLabel();
 
-    KPSelectionFacts m_facts;
+    KPDoc::Docs m_documents;
+    QStringList m_commonTags; // as asked for last
     QLabel *m_picture;
     QLabel *m_name;
     XPStarsEditor *m_stars;

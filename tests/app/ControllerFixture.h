@@ -1,6 +1,7 @@
 #pragma once
 
 #include "IndexSettings.h"
+#include "KPArrangedDocs.h"
 #include "KPController.h"
 #include "KPDocIcons.h"
 #include "KPDocMetaData.h"
@@ -83,10 +84,11 @@ protected:
     }
     // Deadline, not a wait: returns as soon as it holds.
     static bool until(const std::function<bool()> &holds) { return QTest::qWaitFor(holds, 20'000); }
-    int rows() const { return m_view->model()->rowCount(); }
+    int rows() const { return m_view->docs().count(); }
+    qsizetype selectedCount() const { return m_view->docs().selection().count(); }
     void select(int row)
     {
-        m_view->setCurrentIndex(m_view->model()->index(row, 0));
+        m_view->docs().selectRow(row);
         EXPECT_TRUE(until([&] { return m_window->isSettled(); }));
     }
     void run(const char *id) const

@@ -1,5 +1,6 @@
 #include "ControllerFixture.h"
 #include "KPDocCache.h"
+#include "KPNameField.h"
 #include "KPSearcher.h"
 #include "KPStatusLine.h"
 #include "UserDefaults.h"
@@ -12,11 +13,10 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QFile>
-#include <QInputDialog>
-#include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QPushButton>
 #include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTest>
@@ -28,7 +28,7 @@
 TEST_F(Controller, TagsAndRatingsTypedReachTheFilesAndCanBeUndone)
 {
     openWindow();
-    m_view->selectAll();
+    m_view->docs().selectAll();
     ASSERT_TRUE(until([&] { return m_window->isSettled(); }));
     typeTag(work);
     ASSERT_TRUE(until([&] {
@@ -38,7 +38,7 @@ TEST_F(Controller, TagsAndRatingsTypedReachTheFilesAndCanBeUndone)
     ASSERT_TRUE(until([&] { return m_tags->tags() == QStringList{work}; }));
 
     select(1);
-    QTest::keyClick(m_view, Qt::Key_4);
+    QTest::keyClick(m_window.get(), Qt::Key_4, Qt::AltModifier);
     ASSERT_TRUE(until([&] { return ratingOf(m_paths[1]) == 4; }));
     EXPECT_EQ(ratingOf(m_paths[0]), 0);
     QTest::keyClick(m_window.get(), Qt::Key_Z, Qt::ControlModifier);
@@ -57,15 +57,14 @@ TEST_F(Controller, RenamesTakesBackAndMovesToTheTrash)
     const auto renameTo = [&](const char *name, bool wholeName) {
         QApplication::setActiveWindow(m_window.get());
         QTest::keyClick(m_window.get(), Qt::Key_F2);
-        auto *dialog = m_window->findChild<QInputDialog *>();
-        ASSERT_NE(dialog, nullptr);
-        auto *field = dialog->findChild<QLineEdit *>();
+        auto *field = m_view->findChild<KPNameField *>();
+        ASSERT_TRUE(field && field->isVisible());
         EXPECT_EQ(field->selectedText(), QStringLiteral("a"));
         if (wholeName)
             field->selectAll();
         QTest::keyClicks(field, QLatin1String(name));
-        QTest::keyClick(dialog, Qt::Key_Return);
-        EXPECT_TRUE(until([&] { return m_window->findChild<QInputDialog *>() == nullptr; }));
+        QTest::keyClick(field, Qt::Key_Return);
+        EXPECT_FALSE(field->isVisible());
     };
     renameTo("z.pdf", true);
     EXPECT_TRUE(QFile::exists(m_paths[0])); // the question about the extension was cancelled
@@ -78,10 +77,10 @@ TEST_F(Controller, RenamesTakesBackAndMovesToTheTrash)
 
     ASSERT_TRUE(until([&] { return rows() == 3 && m_window->isSettled(); }));
     m_window->showDocuments({m_paths[1]});
-    ASSERT_TRUE(until([&] { return m_window->isSettled() && m_view->selectedCount() == 1; }));
+    ASSERT_TRUE(until([&] { return m_window->isSettled() && selectedCount() == 1; }));
     UserDefaults::standard().setValue(QStringLiteral("KPConfirmDelete"),
                                       PropertyValue::boolean(false));
-    QTest::keyClick(m_window.get(), Qt::Key_Delete, Qt::ControlModifier);
+    QTest::keyClick(m_view, Qt::Key_Delete, Qt::ControlModifier);
     ASSERT_TRUE(until([&] { return !QFile::exists(m_paths[1]); }));
     EXPECT_TRUE(until([&] { return rows() == 2; }));
     QTest::keyClick(m_window.get(), Qt::Key_Z, Qt::ControlModifier);
@@ -95,15 +94,15 @@ TEST_F(Controller, UndoOfARenamingGivesBackTheVeryName)
     makeWindow(m_folder.path());
     ASSERT_TRUE(until([&] { return rows() == 4 && m_window->isSettled(); }));
     m_window->showDocuments({meeting});
-    ASSERT_TRUE(until([&] { return m_window->isSettled() && m_view->selectedCount() == 1; }));
+    ASSERT_TRUE(until([&] { return m_window->isSettled() && selectedCount() == 1; }));
     const auto rename = [&](const char *stem) {
         QApplication::setActiveWindow(m_window.get());
         QTest::keyClick(m_window.get(), Qt::Key_F2);
-        auto *dialog = m_window->findChild<QInputDialog *>();
-        ASSERT_NE(dialog, nullptr);
-        EXPECT_EQ(dialog->textValue(), QStringLiteral("Meeting 10/30.txt"));
-        QTest::keyClicks(dialog->findChild<QLineEdit *>(), QLatin1String(stem));
-        QTest::keyClick(dialog, Qt::Key_Return);
+        auto *field = m_view->findChild<KPNameField *>();
+        ASSERT_TRUE(field && field->isVisible());
+        EXPECT_EQ(field->text(), QStringLiteral("Meeting 10/30.txt"));
+        QTest::keyClicks(field, QLatin1String(stem));
+        QTest::keyClick(field, Qt::Key_Return);
     };
     rename("Talk");
     const QString talk = m_folder.path(QStringLiteral("Talk.txt"));
@@ -146,7 +145,7 @@ TEST_F(Controller, SaysWhichFilesCouldNotBeChanged)
     const QString name = Karvex::spotlightKey(Karvex::userTagsKey);
     ASSERT_FALSE(XPExtendedAttributes::write(m_paths[1], name, "garbage"));
     openWindow();
-    m_view->selectAll();
+    m_view->docs().selectAll();
     ASSERT_TRUE(until([&] { return m_window->isSettled(); }));
     typeTag(work);
     ASSERT_TRUE(until([&] { return !m_alerts.isEmpty(); }));
@@ -168,7 +167,7 @@ TEST_F(Controller, FindsByWordsAndCopiesFilesByTheirBytes)
     QTest::keyClicks(field, QStringLiteral("odd"));
     QTest::keyClick(field, Qt::Key_Return);
     ASSERT_TRUE(until([&] { return m_window->isSettled() && rows() == 1; }));
-    m_view->selectAll();
+    m_view->docs().selectAll();
     ASSERT_TRUE(until([&] { return m_window->isSettled(); }));
     run("KPCopyFiles");
     const QMimeData *copied = QGuiApplication::clipboard()->mimeData();
@@ -203,7 +202,7 @@ TEST_F(Controller, MenusTellWhatCanBeDone)
     };
     const auto onDocuments = {"KPOpen",       "KPReveal",      "KPEditTags",
                               "KPRenameFile", "KPMoveToTrash", "KPCopyFiles"};
-    m_view->clearSelection();
+    m_view->docs().selectNone();
     EXPECT_TRUE(until([&] { return m_window->isSettled(); }));
     for (const char *id : onDocuments)
         EXPECT_FALSE(enabled(id)) << id;
@@ -211,7 +210,7 @@ TEST_F(Controller, MenusTellWhatCanBeDone)
     select(1);
     for (const char *id : onDocuments)
         EXPECT_TRUE(enabled(id)) << id;
-    QTest::keyClick(m_view, Qt::Key_4);
+    QTest::keyClick(m_window.get(), Qt::Key_4, Qt::AltModifier);
     ASSERT_TRUE(until([&] { return ratingOf(m_paths[1]) == 4 && m_window->isSettled(); }));
     bool checked = false;
     for (QAction *stars : byText.value(qtTrId("KPRate"))->menu()->actions())
@@ -233,8 +232,11 @@ TEST_F(Controller, OffersToIndexAFolderThatIsNot)
     makeWindow(other.path());
     ASSERT_TRUE(until([&] { return m_window->isSettled(); }));
     EXPECT_EQ(rows(), 0);
-    auto *button = m_view->findChild<QToolButton *>();
-    ASSERT_TRUE(button && button->isVisible());
+    const auto isShown = [](const QPushButton *each) { return each->isVisible(); };
+    const auto buttons = m_view->findChildren<QPushButton *>();
+    const auto found = std::find_if(buttons.begin(), buttons.end(), isShown);
+    ASSERT_NE(found, buttons.end());
+    QPushButton *button = *found;
     EXPECT_FALSE(m_window->findChild<KPStatusLine *>()->problems().isEmpty());
     QTest::mouseClick(button, Qt::LeftButton);
     ASSERT_TRUE(until([&] { return rows() == 1; }));
@@ -278,5 +280,5 @@ TEST_F(Controller, SpeaksToAssistivePrograms)
     }
     auto *grid = QAccessible::queryAccessibleInterface(m_view);
     ASSERT_EQ(grid->childCount(), 3);
-    EXPECT_EQ(grid->child(0)->text(QAccessible::Name), u"a.txt, tags work, 4 stars");
+    EXPECT_EQ(grid->child(0)->text(QAccessible::Name), u"a.txt, tags work, 4 stars, 1 of 3");
 }

@@ -72,7 +72,8 @@ TEST_F(Inspector, SaysSoWhenNothingIsSelected)
 
 TEST_F(Inspector, EditsWhatAllHaveInCommonAndAsksForNothingElse)
 {
-    m_inspector.show({document("a", {work, home}, 3), document("b", {home}, 4)}, {});
+    m_inspector.show(KPSelectionFacts({document("a", {work, home}, 3), document("b", {home}, 4)}),
+                     {});
     EXPECT_EQ(tags()->tags(), QStringList{home});
     EXPECT_TRUE(texts().contains(qtTrId("KPRatingsDiffer")));
     EXPECT_TRUE(texts().contains(qtTrId("KPCommonTagsOnly")));
@@ -101,12 +102,13 @@ TEST_F(Inspector, EditsWhatAllHaveInCommonAndAsksForNothingElse)
 TEST_F(Inspector, UnreadableTagsCannotBeWrittenOver)
 {
     const QString reason = QStringLiteral("not a property list");
-    m_inspector.show({unreadable("bad", reason)}, {});
+    m_inspector.show(KPSelectionFacts({unreadable("bad", reason)}), {});
     EXPECT_FALSE(tags()->isEnabled());
     EXPECT_FALSE(stars()->isEnabled());
     EXPECT_TRUE(texts().contains(reason));
     // With a readable one beside it the edit is possible, and the other is told of.
-    m_inspector.show({unreadable("bad", reason), document("good", {work}, 0)}, {});
+    m_inspector.show(KPSelectionFacts({unreadable("bad", reason), document("good", {work}, 0)}),
+                     {});
     EXPECT_TRUE(tags()->isEnabled());
     EXPECT_TRUE(texts().contains(qtTrId("KPSomeTagsUnreadable", 1)));
 }
@@ -114,7 +116,7 @@ TEST_F(Inspector, UnreadableTagsCannotBeWrittenOver)
 TEST_F(Inspector, NamesNeitherWidenItNorAreTakenForMarkup)
 {
     const QByteArray endless = "<b>" + QByteArray(180, 'x') + ".pdf";
-    m_inspector.show({document(endless.constData(), {}, 0)}, {});
+    m_inspector.show(KPSelectionFacts({document(endless.constData(), {}, 0)}), {});
     EXPECT_TRUE(texts().contains(QString::fromUtf8(endless)));
     EXPECT_LE(m_inspector.minimumSizeHint().width(), 260);
     for (const QLabel *label : m_inspector.findChildren<QLabel *>()) {

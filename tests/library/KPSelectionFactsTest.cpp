@@ -5,6 +5,7 @@
 #include "TestHome.h"
 
 #include <gtest/gtest.h>
+#include <random>
 
 static QStringList lowered(const QStringList &tags)
 {
@@ -40,7 +41,42 @@ TEST(SelectionFacts, CommonTagsAreThoseOfTheStorageLayer)
             documents.append(shownDoc(paths.last(), tags));
         }
         // In whatever spelling the tag is shown.
-        EXPECT_EQ(lowered(KPSelectionFacts(documents).commonTags),
+        EXPECT_EQ(lowered(KPSelectionFacts(documents).commonTags()),
                   lowered(Karvex::getCommonUserTags(paths).valueOr({})));
+    }
+}
+
+// However it came about, what is kept by differences is what is summed up afresh.
+TEST(SelectionFacts, FollowAnyChangesOfSelectionAndDocuments)
+{
+    std::mt19937 random(11);
+    const QStringList names{QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")};
+    const auto change = [&](int number) {
+        QStringList tags;
+        for (const QString &name : names) {
+            if (random() % 4 != 0)
+                tags.append(name);
+        }
+        return shownDoc(QStringLiteral("/facts/%1").arg(number), tags, random() % 3 == 0 ? 2 : 4,
+                        static_cast<qint64>(random() % 1000));
+    };
+    KPSelectionFacts kept;
+    for (int round = 0; round < 200; ++round) {
+        KPDoc::Docs selected;
+        KPDoc::Docs changed;
+        for (int number = 0; number < 6; ++number) {
+            KPDoc *doc = change(number);
+            changed.append(doc);
+            if (random() % 2 != 0)
+                selected.append(doc);
+        }
+        kept.setDocuments(selected);
+        kept.update(changed);
+        const KPSelectionFacts fresh(selected);
+        ASSERT_EQ(kept.commonTags(), fresh.commonTags()) << round;
+        EXPECT_EQ(kept.rating(), fresh.rating());
+        EXPECT_EQ(kept.size(), fresh.size());
+        EXPECT_EQ(kept.paths(), fresh.paths());
+        EXPECT_EQ(kept.canEdit(), !selected.isEmpty());
     }
 }

@@ -70,10 +70,8 @@ QList<KPCommand> KPFilingCommands::commands()
         {QT_TRID_NOOP("KPMoveToRecent"), menu, {}, {}, recent, "", true, false, "", submenu(false)},
         {QT_TRID_NOOP("KPCopyTo"), menu, {}, moveCopy(true), some, "copy-to", true},
         {QT_TRID_NOOP("KPCopyToRecent"), menu, {}, {}, recent, "", true, false, "", submenu(true)},
-        {QT_TRID_NOOP("KPDuplicate"), menu, QKeySequence(Qt::CTRL | Qt::Key_D),
+        {QT_TRID_NOOP("KPDuplicate"), menu, QKeySequence(ctrlShift | Qt::Key_D),
          call(&C::duplicateSelected), some, "", true, true},
-        {QT_TRID_NOOP("KPRenameFile"), menu, QKeySequence(Qt::Key_F2), call(&C::renameSelected),
-         one, "rename", true},
         {QT_TRID_NOOP("KPMoveToTrash"), menu, QKeySequence(Qt::CTRL | Qt::Key_Delete),
          call(&C::removeOrDeleteSelected, true), some, "trash", true, true},
     };

@@ -3,7 +3,7 @@
 #include "KPDoc.h"
 #include "KPDocumentTargets.h"
 #include "KPFileDeedsCommand.h"
-#include "KPRenameDialog.h"
+#include "KPRenaming.h"
 #include "KPTrashing.h"
 #include "UserDefaults.h"
 #include "XPFileTransfers.h"
@@ -185,11 +185,9 @@ void KPFilingCommands::duplicateSelected()
         });
 }
 
-void KPFilingCommands::renameSelected()
+void KPFilingCommands::rename(KPDoc *doc, const QString &typed)
 {
-    const KPDoc::Docs docs = m_targets.documents();
-    if (docs.size() == 1)
-        KPRenameDialog::open(docs.first(), m_history, m_targets.window());
+    KPRenaming::rename(doc, typed, m_history);
 }
 
 // --- The trash

@@ -41,7 +41,8 @@ public:
     void moveCopySelectedTo(const QString &folder, bool doCopy) XP_REQUIRES(xpGuiThread);
     // Beside the originals, under free names.
     void duplicateSelected() XP_REQUIRES(xpGuiThread);
-    void renameSelected() XP_REQUIRES(xpGuiThread);
+    // The name is typed where the document is shown.
+    void rename(KPDoc *doc, const QString &typed) XP_REQUIRES(xpGuiThread);
     // What is on the clipboard, as documents in today's folder.
     void paste() XP_REQUIRES(xpGuiThread);
     // The same of what is dropped.

@@ -1,0 +1,380 @@
+// KPLibraryController: the commands on what is selected, and their table.
+#include "KPDocsList.h"
+#include "KPDocsView.h"
+#include "KPLibraryController.h"
+#include "KPNavigator.h"
+#include "KPQuickLook.h"
+#include "XPApplications.h"
+#include "XPFileUrls.h"
+#include "XPPath.h"
+#include "XPPrompts.h"
+#include "XPWorkspace.h"
+
+#include <QActionGroup>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QLocale>
+#include <QMimeData>
+#include <QStackedWidget>
+#include <array>
+
+using Menu = KPCommandMenu;
+using Field = KPSortKey::Field;
+
+static QStringList pathsOf(const KPDoc::Docs &docs)
+{
+    QStringList paths;
+    for (const KPDoc *doc : docs)
+        paths.append(doc->filePath());
+    return paths;
+}
+
+// Opening and showing.
+
+void KPLibraryController::openDocumentsExternally(const KPDoc::Docs &docs)
+{
+    for (const KPDoc *doc : docs) {
+        if (const auto error = doc->openDocExternal()) {
+            XPPrompts::current().alert(
+                qtTrId("KPCannotOpen").arg(XPPath::printable(doc->fsDisplayName())),
+                error->reason());
+            return; // the next would fail for the same reason
+        }
+    }
+}
+
+void KPLibraryController::openSelectedExternallyAction()
+{
+    const KPDoc::Docs docs = m_docs.selectedDocs();
+    if (docs.size() <= mostOpenedUnasked) {
+        openDocumentsExternally(docs);
+        return;
+    }
+    XPPrompts::current().ask(
+        {qtTrId("KPConfirmExternalOpenTitle").arg(QLocale().toString(docs.size())),
+         qtTrId("KPConfirmExternalOpenComments"),
+         {qtTrId("KPConfirmExternalOpenOK"), qtTrId("KPCancel")},
+         1},
+        [controller = QPointer(this), docs](int answer) {
+            xpGuiThread.assertHere();
+            if (answer == 0 && controller)
+                controller->openDocumentsExternally(docs);
+        });
+}
+
+void KPLibraryController::revealSelectedAction()
+{
+    XPWorkspace::reveal(pathsOf(m_docs.selectedDocs()));
+}
+
+QMenu *KPLibraryController::makeOpenWithMenu()
+{
+    auto *menu = new QMenu(m_stack);
+    connect(menu, &QMenu::aboutToShow, this, [this, menu] {
+        menu->clear();
+        const QStringList paths = pathsOf(m_docs.selectedDocs());
+        const QString first = paths.value(0);
+        for (const XPApplications::Application &each : XPApplications::forFile(first)) {
+            QAction *action =
+                menu->addAction(QString(each.name).replace(u'&', QStringLiteral("&&")));
+            connect(action, &QAction::triggered, this, [paths, each] {
+                xpGuiThread.assertHere();
+                if (const auto error = XPWorkspace::openWith(paths, each.desktopEntry))
+                    XPPrompts::current().alert(
+                        qtTrId("KPCannotOpen")
+                            .arg(XPPath::printable(XPPath::fileName(paths.value(0)))),
+                        error->reason());
+            });
+        }
+        if (menu->isEmpty())
+            menu->addAction(qtTrId("KPNoApplication"))->setEnabled(false);
+    });
+    return menu;
+}
+
+// Names, flags, stars.
+
+void KPLibraryController::editTitleForSelected()
+{
+    if (KPDoc *doc = m_docs.singleSelection()) {
+        const int row = m_docs.rowOf(doc);
+        m_mode == LibraryMode_List ? m_list->editName(row) : m_grid->editName(row);
+    }
+}
+
+bool KPLibraryController::isSelectionFlagged() const
+{
+    for (const KPSelection::Run &run : m_docs.selection().runs()) {
+        for (int row = run.first; row <= run.last; ++row) {
+            if (!m_docs.at(row)->isFlagged())
+                return false;
+        }
+    }
+    return hasSelection();
+}
+
+void KPLibraryController::flagSelectedAction()
+{
+    KPDoc::setFlagged(pathsOf(m_docs.selectedDocs()), !isSelectionFlagged());
+}
+
+void KPLibraryController::setRatingsForSelected(int stars)
+{
+    Q_EMIT editRequested({pathsOf(m_docs.selectedDocs()), {}, stars});
+}
+
+// Searches made of what is selected.
+
+void KPLibraryController::showAllDocumentsInFolderAction()
+{
+    QStringList folders;
+    for (const KPDoc *doc : m_docs.selectedDocs()) {
+        if (!folders.contains(doc->parentPath()))
+            folders.append(doc->parentPath());
+    }
+    if (!folders.isEmpty())
+        m_navigator.setSearchStateAndUpdateUI(KPSearchState::searchStateWithNativeDictionary({})
+                                                  ->searchStateWithNewContstraintFolders(folders),
+                                              true);
+}
+
+void KPLibraryController::onlyShowSelectedDocumentsAction()
+{
+    const QStringList paths = pathsOf(m_docs.selectedDocs());
+    if (!paths.isEmpty())
+        m_navigator.setSearchStateAndUpdateUI(
+            KPSearchState::searchStateWithNativeDictionary({})->searchStateWithNewFileList(paths),
+            true);
+}
+
+void KPLibraryController::showSimilarToSelectedAction()
+{
+    m_navigator.showSimilarDocuments(m_docs.selectedDocs());
+}
+
+void KPLibraryController::rebuildSelectedThumbnails()
+{
+    const KPDoc::Docs docs = m_docs.selectedDocs();
+    for (const KPDoc *doc : docs)
+        KPQuickLook::clearCacheForPath(doc->filePath());
+    if (!docs.isEmpty())
+        m_docs.tellChanged(0, m_docs.count() - 1);
+}
+
+// The tables.
+
+QList<KPCommand> KPLibraryController::commands()
+{
+    return viewCommands() + documentCommands();
+}
+
+QList<KPCommand> KPLibraryController::viewCommands()
+{
+    const auto mode = [this](const char *id, int wanted, const QKeySequence &key,
+                             const char *symbol, bool endsGroup = false) {
+        return KPCommand{
+            .id = id,
+            .menu = Menu::View,
+            .shortcut = key,
+            .run = [this, wanted] { setLibraryMode(wanted); },
+            .state = [this, wanted] { return KPCommandState{.isChecked = m_mode == wanted}; },
+            .symbol = symbol,
+            .endsGroup = endsGroup};
+    };
+    const auto zooms = [this](bool isLarger) {
+        return [this, isLarger] {
+            const bool canZoom = isLarger ? m_magnification < 1 : m_magnification > 0;
+            return KPCommandState{.isEnabled = m_mode != LibraryMode_List && canZoom};
+        };
+    };
+    return {
+        mode(QT_TRID_NOOP("KPThumbnailMode"), LibraryMode_Thumbnails, Qt::CTRL | Qt::Key_1, "grid"),
+        mode(QT_TRID_NOOP("KPGroupMode"), LibraryMode_Groups, Qt::CTRL | Qt::Key_2, "groups"),
+        mode(QT_TRID_NOOP("KPTableMode"), LibraryMode_List, Qt::CTRL | Qt::Key_3, "list", true),
+        {.id = QT_TRID_NOOP("KPZoomIn"),
+         .menu = Menu::View,
+         .shortcut = QKeySequence::ZoomIn,
+         .run = [this] { zoomIn(); },
+         .state = zooms(true),
+         .symbol = "larger"},
+        {.id = QT_TRID_NOOP("KPZoomOut"),
+         .menu = Menu::View,
+         .shortcut = QKeySequence::ZoomOut,
+         .run = [this] { zoomOut(); },
+         .state = zooms(false),
+         .symbol = "smaller"},
+        {.id = QT_TRID_NOOP("KPZoomLargest"),
+         .menu = Menu::View,
+         .run = [this] { maxZoom(); },
+         .state = zooms(true)},
+        {.id = QT_TRID_NOOP("KPZoomSmallest"),
+         .menu = Menu::View,
+         .run = [this] { minZoom(); },
+         .state = zooms(false),
+         .endsGroup = true},
+        {.id = QT_TRID_NOOP("KPSortBy"),
+         .menu = Menu::View,
+         .symbol = "sort",
+         .endsGroup = true,
+         .submenu = [this] { return makeSortMenu(); }},
+    };
+}
+
+QMenu *KPLibraryController::makeSortMenu()
+{
+    static constexpr std::array<std::pair<Field, const char *>, 9> fields{{
+        {Field::Name, QT_TRID_NOOP("KPSortName")},
+        {Field::Type, QT_TRID_NOOP("KPSortType")},
+        {Field::Size, QT_TRID_NOOP("KPSortSize")},
+        {Field::Modified, QT_TRID_NOOP("KPSortModified")},
+        {Field::Created, QT_TRID_NOOP("KPSortCreated")},
+        {Field::Added, QT_TRID_NOOP("KPSortAdded")},
+        {Field::Rating, QT_TRID_NOOP("KPSortRating")},
+        {Field::Tags, QT_TRID_NOOP("KPSortTags")},
+        {Field::Folder, QT_TRID_NOOP("KPSortFolder")},
+    }};
+    auto *menu = new QMenu(m_stack);
+    auto *byField = new QActionGroup(menu);
+    for (const auto &[field, id] : fields) {
+        QAction *action = menu->addAction(qtTrId(id));
+        action->setCheckable(true);
+        action->setData(static_cast<int>(field));
+        byField->addAction(action);
+        connect(action, &QAction::triggered, this, [this, field = field] {
+            if (field != currentSortDescriptorKey())
+                arrangeByColumnAction(field);
+        });
+    }
+    menu->addSeparator();
+    auto *byDirection = new QActionGroup(menu);
+    QAction *ascending = menu->addAction(qtTrId("KPSortAscending"));
+    QAction *descending = menu->addAction(qtTrId("KPSortDescending"));
+    for (QAction *action : {ascending, descending}) {
+        action->setCheckable(true);
+        byDirection->addAction(action);
+    }
+    connect(ascending, &QAction::triggered, this, [this] { arrangeBySortAscendingAction(); });
+    connect(descending, &QAction::triggered, this, [this] { arrangeBySortDescendingAction(); });
+    const auto show = [this, byField, ascending, descending] {
+        for (QAction *action : byField->actions())
+            action->setChecked(action->data().toInt() ==
+                               static_cast<int>(currentSortDescriptorKey()));
+        (currentSortIsAscending() ? ascending : descending)->setChecked(true);
+    };
+    connect(menu, &QMenu::aboutToShow, this, show);
+    show();
+    return menu;
+}
+
+QMenu *KPLibraryController::makeRateMenu()
+{
+    auto *menu = new QMenu(m_stack);
+    for (int stars = 0; stars <= 5; ++stars) {
+        QAction *action =
+            menu->addAction(stars == 0 ? qtTrId("KPNoStars") : qtTrId("KPStars", stars));
+        action->setCheckable(true);
+        action->setShortcut(QKeySequence(Qt::ALT | Qt::Key(Qt::Key_0 + stars)));
+        m_stack->addAction(action);
+        connect(action, &QAction::triggered, this, [this, stars] {
+            if (hasSelection())
+                setRatingsForSelected(stars);
+        });
+    }
+    const auto show = [this, menu] {
+        const KPDoc *single = m_docs.singleSelection();
+        for (qsizetype stars = 0; stars < menu->actions().size(); ++stars)
+            menu->actions().at(stars)->setChecked(single && single->starsToShow() == stars);
+    };
+    connect(this, &KPLibraryController::selectionChanged, menu, show);
+    connect(this, &KPLibraryController::selectedDocumentsChanged, menu, show);
+    return menu;
+}
+
+QList<KPCommand> KPLibraryController::documentCommands()
+{
+    const auto selected = [this] { return KPCommandState{.isEnabled = hasSelection()}; };
+    const auto single = [this] { return KPCommandState{.isEnabled = numberOfSelections() == 1}; };
+    const auto onDocuments = [selected](const char *id, const QKeySequence &key,
+                                        std::function<void()> run, const char *symbol = "",
+                                        bool endsGroup = false) {
+        return KPCommand{.id = id,
+                         .menu = Menu::Documents,
+                         .shortcut = key,
+                         .run = std::move(run),
+                         .state = selected,
+                         .symbol = symbol,
+                         .isOnDocuments = true,
+                         .endsGroup = endsGroup};
+    };
+    KPCommand open = onDocuments(
+        QT_TRID_NOOP("KPOpen"), {},
+        [this] {
+            xpGuiThread.assertHere();
+            openSelectedExternallyAction();
+        },
+        "open");
+    open.shownKey = "Return";
+    KPCommand openWith = onDocuments(QT_TRID_NOOP("KPOpenWith"), {}, {});
+    openWith.submenu = [this] { return makeOpenWithMenu(); };
+    KPCommand flag = onDocuments(
+        QT_TRID_NOOP("KPFlag"), Qt::CTRL | Qt::SHIFT | Qt::Key_G,
+        [this] {
+            xpGuiThread.assertHere();
+            flagSelectedAction();
+        },
+        "flag");
+    flag.state = [this] {
+        return KPCommandState{.isEnabled = hasSelection(),
+                              .text = isSelectionFlagged() ? QT_TRID_NOOP("KPUnflag") : nullptr};
+    };
+    KPCommand rename = onDocuments(
+        QT_TRID_NOOP("KPRenameFile"), Qt::Key_F2, [this] { editTitleForSelected(); }, "rename");
+    rename.state = single;
+    KPCommand rate = onDocuments(QT_TRID_NOOP("KPRate"), {}, {}, "star", true);
+    rate.submenu = [this] { return makeRateMenu(); };
+    KPCommand copy = onDocuments(
+        QT_TRID_NOOP("KPCopyFiles"), QKeySequence::Copy,
+        [this] {
+            if (const KPDoc::Docs docs = m_docs.selectedDocs(); !docs.isEmpty())
+                QGuiApplication::clipboard()->setMimeData(XPFileUrls::mimeData(pathsOf(docs)));
+        },
+        "copy");
+    copy.menu = Menu::Edit;
+    return {
+        open,
+        openWith,
+        onDocuments(
+            QT_TRID_NOOP("KPReveal"), Qt::CTRL | Qt::Key_R, [this] { revealSelectedAction(); },
+            "reveal", true),
+        onDocuments(
+            QT_TRID_NOOP("KPEditTags"), Qt::CTRL | Qt::Key_T,
+            [this] { Q_EMIT tagEditorRequested(m_docs.selectedDocs()); }, "tag"),
+        flag,
+        rate,
+        rename,
+        onDocuments(QT_TRID_NOOP("KPShowAllInFolder"), {},
+                    [this] { showAllDocumentsInFolderAction(); }),
+        onDocuments(QT_TRID_NOOP("KPOnlyShowSelected"), {},
+                    [this] { onlyShowSelectedDocumentsAction(); }),
+        onDocuments(QT_TRID_NOOP("KPShowSimilar"), {}, [this] { showSimilarToSelectedAction(); }),
+        onDocuments(
+            QT_TRID_NOOP("KPRebuildThumbnails"), {},
+            [this] {
+                xpGuiThread.assertHere();
+                rebuildSelectedThumbnails();
+            },
+            "", true),
+        copy,
+        {.id = QT_TRID_NOOP("KPSelectAll"),
+         .menu = Menu::Edit,
+         .shortcut = QKeySequence::SelectAll,
+         .run = [this] { selectAll(); },
+         .state = [this] { return KPCommandState{.isEnabled = m_docs.count() > 0}; }},
+        {.id = QT_TRID_NOOP("KPScrollToSelection"),
+         .menu = Menu::Edit,
+         .shortcut = Qt::CTRL | Qt::Key_J,
+         .run = [this] { scrollSelectionToVisible(); },
+         .state = selected,
+         .endsGroup = true},
+    };
+}
