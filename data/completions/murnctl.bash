@@ -17,7 +17,7 @@ _murnctl_options() {
         rate) printf '%s\n' --help ;;
         find) printf '%s\n' --contents --metadata --names-only --tag --not-tag --tagged --untagged \
             --managed --type --not-type --date --rating --in --not-in --list-folder --deep --state \
-            --explain --print-state --count --limit --live --json --print0 --help ;;
+            --sort --group --explain --print-state --count --limit --live --json --print0 --help ;;
         query) printf '%s\n' --in --count --limit --live --json --print0 --help ;;
         file) printf '%s\n' --to --copy --pending --yes --dry-run --json --print0 --help ;;
         paste) printf '%s\n' --to --type --name --json --print0 --help ;;
@@ -74,6 +74,10 @@ _murnctl() {
         --date)
             _murnctl_offer < <(printf '%s\n' today yesterday last7Days last30Days last365Days \
                 thisYear lastYear yearBeforeLastYear olderThanYearBeforeLastYear anyDate)
+            return
+            ;;
+        --sort | --group)
+            _murnctl_offer < <(printf '%s\n' {,-}{name,type,size,modified,created,added,rating,tags,folder})
             return
             ;;
         --rating | --limit | --extension | --type | --not-type) return ;;

@@ -95,6 +95,14 @@ static int run(const KPCommandLine &line, KPCommandOutput &output)
     return options->isWithoutFolder() ? output.exitStatus() : search(state, *how, output);
 }
 
+static std::vector<KPCommandOption> findOptions()
+{
+    std::vector<KPCommandOption> options = KPFindOptions::commandOptions();
+    for (const KPCommandOption &option : KPResultsRun::orderOptions())
+        options.push_back(option);
+    return options;
+}
+
 const KPCommand kpFindCommand = {
     "find",
     "[OPTION]… [WORD…]",
@@ -104,7 +112,8 @@ const KPCommand kpFindCommand = {
     "(whatever the other options); .pdf (a type); mdq:QUERY (see 'murnctl query --help').\n"
     "Documents are the files and packages of a folder and of the folders in it, as the metadata\n"
     "index holds them; hidden ones (.name) are left out. --list-folder and a state's list of\n"
-    "files look at the disk instead: every WORD is in the name then. Paths are printed in no\n"
-    "order. With --live, what goes is told six seconds later, as it may be being saved.\n",
-    KPResultsRun::commandOptions(KPFindOptions::commandOptions()),
+    "files look at the disk instead: every WORD is in the name then. Without --sort or --group,\n"
+    "paths are printed as they are found. With --live, what goes is told six seconds later, as\n"
+    "it may be being saved.\n",
+    KPResultsRun::commandOptions(findOptions()),
     run};

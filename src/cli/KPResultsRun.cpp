@@ -2,6 +2,7 @@
 
 #include "KPIndexCoverage.h"
 #include "KPSearcher.h"
+#include "KPSortedResults.h"
 #include "MDQueryParser.h"
 #include "XPFolders.h"
 #include "XPPath.h"
@@ -10,8 +11,44 @@
 #include <QLocale>
 #include <algorithm>
 
+// Nothing: no order was asked for.
+static XPResult<std::optional<KPSortOrder>> orderOf(const KPCommandLine &line)
+{
+    if (!line.has("--sort") && !line.has("--group"))
+        return std::optional<KPSortOrder>();
+    const auto unknown = [](const char *option, const QString &text) {
+        return kpUsageError(QStringLiteral("%1 does not know \"%2\"; there are: %3, each with - in "
+                                           "front to turn it round")
+                                .arg(QLatin1String(option), XPPath::printable(text),
+                                     KPSortKey::names().join(QStringLiteral(", "))));
+    };
+    KPSortOrder order;
+    if (line.has("--sort")) {
+        const QString text = line.values("--sort").last();
+        const auto keys = KPSortOrder::keysFromText(text);
+        if (!keys)
+            return unknown("--sort", text);
+        order.keys = *keys;
+    }
+    if (line.has("--group")) {
+        const QString text = line.values("--group").last();
+        order.group = KPSortKey::fromText(text);
+        if (!order.group)
+            return unknown("--group", text);
+    }
+    return std::optional(order);
+}
+
 XPResult<KPResultsRun::Options> KPResultsRun::optionsOf(const KPCommandLine &line)
 {
+    for (const char *order : {"--sort", "--group"}) {
+        for (const char *other : {"--live", "--count", "--explain", "--print-state"}) {
+            if (const auto error = line.onlyOneOf({order, other}))
+                return *error;
+        }
+    }
+    if (const auto error = line.onlyOneOf({"--group", "--print0"}))
+        return *error;
     for (const char *other : {"--json", "--count", "--limit"}) {
         if (const auto error = line.onlyOneOf({"--live", other}))
             return *error;
@@ -35,6 +72,10 @@ XPResult<KPResultsRun::Options> KPResultsRun::optionsOf(const KPCommandLine &lin
             return kpUsageError(QStringLiteral("--limit needs a number from 1 up, not \"%1\"")
                                     .arg(XPPath::printable(text)));
     }
+    const auto order = orderOf(line);
+    if (!order)
+        return order.error();
+    options.order = *order;
     return options;
 }
 
@@ -83,6 +124,17 @@ std::vector<KPCommandOption> KPResultsRun::commandOptions(std::vector<KPCommandO
     return own;
 }
 
+std::vector<KPCommandOption> KPResultsRun::orderOptions()
+{
+    return {{"--sort", "KEYS",
+             "print in order, by one key or several with commas between: name,\n"
+             "                    type, size, modified, created, added, rating, tags, folder;\n"
+             "                    -KEY: the other way round"},
+            {"--group", "KEY",
+             "print in groups of equal KEY (as with --sort), each below its name;\n"
+             "                    groups are apart by empty lines"}};
+}
+
 KPResultsRun::KPResultsRun(const Options &options, KPIndexSession &session, KPCommandOutput &output)
     : m_options(options), m_session(session), m_output(output)
 {
@@ -118,17 +170,28 @@ int KPResultsRun::search(const KPSearchState::Ptr &state)
     m_isListing = state->isFinderListing() || state->isFileListSearch();
     KPThreadedSearcher::Setup setup;
     setup.live = m_options.live;
-    setup.makesRecords = false;
+    setup.makesRecords = m_options.order.has_value();
     setup.countsTags = false;
     setup.firstMaximum = 0;
     setup.maximum = 0;
     setup.pickUp = std::chrono::milliseconds(0); // nobody types here
-    if (m_isListing)
+    IndexSource &source = m_session.index().source();
+    if (m_isListing || m_options.order) {
         KPDocMetaData::holdFilledValues();
-    KPThreadedSearcher searcher(m_session.index().source(), this, setup);
-    searcher.startSearchThread();
-    searcher.newSearchState(KPSearcher::allDocumentsOf(state));
-    return run();
+        KPDocMetaData::useIndex(source);
+    }
+    int status = 0;
+    {
+        KPThreadedSearcher searcher(source, this, setup);
+        if (m_options.order)
+            searcher.setResultsOrder(std::make_unique<KPSortedResults>(*m_options.order));
+        searcher.startSearchThread();
+        searcher.newSearchState(KPSearcher::allDocumentsOf(state));
+        status = run();
+    }
+    xpGuiThread.assertHere();
+    KPDoc::stopMetaDataSearching();
+    return status;
 }
 
 KPDocValues KPResultsRun::valuesAt(const QString &path) const
@@ -145,6 +208,10 @@ void KPResultsRun::updatedResults(const KPResultsDelivery::Ptr &delivery)
 {
     if (m_isEnded)
         return;
+    if (m_options.order) {
+        m_sorted = delivery;
+        return;
+    }
     const KPResultsDifference &difference = delivery->difference;
     for (const auto &told : difference.removed)
         printChange('-', told.path.toString());
@@ -182,10 +249,37 @@ void KPResultsRun::updatedResults(const KPResultsDelivery::Ptr &delivery)
         end();
 }
 
+// All of them were found.
+void KPResultsRun::printSorted()
+{
+    const KPDocArray &docs = *m_sorted->documents.docs;
+    const KPResultGroups *groups = m_sorted->documents.groups.get();
+    size_t run = 0;
+    for (size_t row = 0; row < docs.size() && !m_isEnded; ++row) {
+        const KPResultGroup *group = nullptr;
+        if (groups != nullptr) {
+            const auto at = static_cast<qsizetype>(row);
+            while (at >= groups->runs[run].first + groups->runs[run].count)
+                ++run;
+            group = groups->runs[run].group;
+            if (at == groups->runs[run].first && !m_output.isJson())
+                m_output.write((at == 0 ? "" : "\n") + XPPath::printable(group->name).toUtf8() +
+                               '\n');
+        }
+        const QString path = docs[row]->filePath();
+        const KPDocValues values = valuesAt(path);
+        add(path, &values, group);
+    }
+    if (!m_output.flush())
+        end();
+}
+
 void KPResultsRun::searchDone(const QStringList &problems)
 {
     if (m_isEnded)
         return;
+    if (m_sorted)
+        printSorted();
     for (const QString &problem : problems)
         m_output.fail(problem);
     if (!m_options.live)
@@ -279,7 +373,7 @@ void KPResultsRun::takeQueryChanges(const QList<IndexItem> &added, const QList<I
 // --- Printing
 
 // Values of a document; null for what a query matched.
-void KPResultsRun::add(const QString &path, const KPDocValues *values)
+void KPResultsRun::add(const QString &path, const KPDocValues *values, const KPResultGroup *group)
 {
     ++m_count;
     if (m_options.live) {
@@ -293,6 +387,8 @@ void KPResultsRun::add(const QString &path, const KPDocValues *values)
             m_output.write(
                 ", \"tags\": " + KPCommandOutput::json(values->tags()) + ", \"rating\": " +
                 QByteArray::number(values->rating(), 'g', QLocale::FloatingPointShortest));
+        if (group != nullptr)
+            m_output.write(", \"group\": " + KPCommandOutput::json(group->key));
         m_output.write("}");
     }
     if (values != nullptr)

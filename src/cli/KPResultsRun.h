@@ -1,6 +1,7 @@
 #pragma once
 
 #include "KPIndexSession.h"
+#include "KPResultGroups.h"
 #include "KPThreadedSearcher.h"
 
 // Prints what a search finds until it is done or, live, until the process is interrupted: what
@@ -13,8 +14,10 @@ public:
         bool live = false;
         bool count = false;
         std::optional<qint64> limit;
+        // Of the documents of a state; nothing: as they are found.
+        std::optional<KPSortOrder> order = std::nullopt;
     };
-    // From --live, --count and --limit, which are checked to go together.
+    // From --live, --count, --limit, --sort and --group, which are checked to go together.
     static XPResult<Options> optionsOf(const KPCommandLine &line);
     // The folders of --in, as the index knows them: absolute, with no links. One that is not
     // there is a failure of the command and left out.
@@ -24,12 +27,14 @@ public:
     static bool asksForContent(const QString &query);
     // The options that every such command has, for its help.
     static std::vector<KPCommandOption> commandOptions(std::vector<KPCommandOption> own);
+    // Those of an order.
+    static std::vector<KPCommandOption> orderOptions();
 
     KPResultsRun(const Options &options, KPIndexSession &session, KPCommandOutput &output);
 
     // Run the event loop; answer the exit status. The documents of a state, with word of tags that
-    // cannot be read, and in JSON with tags and rating; all that a query's text matches below the
-    // folders (none: everywhere), be it a document, a folder or hidden.
+    // cannot be read, and in JSON with tags, rating and group; all that a query's text matches
+    // below the folders (none: everywhere), be it a document, a folder or hidden.
     int search(const KPSearchState::Ptr &state);
     int query(const QString &text, const QStringList &folders);
 
@@ -42,7 +47,8 @@ private:
     void takeQueryItems(MDQuery &query);
     void takeQueryChanges(const QList<IndexItem> &added, const QList<IndexItem> &changed,
                           const QList<IndexItem> &removed);
-    void add(const QString &path, const KPDocValues *values);
+    void printSorted();
+    void add(const QString &path, const KPDocValues *values, const KPResultGroup *group = nullptr);
     void printChange(char sign, const QString &path);
     KPDocValues valuesAt(const QString &path) const;
     void reportProblem(const QString &path, const KPDocValues &values);
@@ -59,6 +65,7 @@ private:
         size_t facts = 0;
     };
     QHash<IndexItem, Shown> m_shown; // of a live query
+    KPResultsDelivery::Ptr m_sorted; // the last one
     qint64 m_count = 0;
     bool m_isEnded = false;
 };

@@ -174,7 +174,7 @@ void KPDoc::updateUserTagCacheForFilePaths(const QStringList &paths)
 // Caches are made on the main thread only; whoever asks first gets the answer later.
 static void startWhenFirstAsked(Attribute attribute)
 {
-    if (kindOf(attribute).delay || !state().source.isSet() ||
+    if (kindOf(attribute).delay || state().holds || !state().source.isSet() ||
         state().asked[attribute].exchange(true))
         return;
     QMetaObject::invokeMethod(

@@ -188,29 +188,34 @@ void KPFolderListing::take(const KPFolderContents &contents)
             return dropFolder(contents.path);
         folder->problem = XPPath::printable(contents.error->path) + QStringLiteral(": ") +
                           contents.error->reason();
+        if (contents.error->kind == XPError::Kind::NotFound && m_setup.live)
+            await(contents.path);
     }
-    QSet<KPPooledString> present;
+    Taking taking;
+    taking.start = contents.path == "/" ? contents.path : contents.path + '/';
+    taking.startText = XPPath::decode(taking.start);
     for (const KPFolderContents::Entry &entry : contents.entries) {
         if (m_setup.isAbandoned())
             return;
-        takeEntry(contents.path, contents, entry, present);
+        takeEntry(*folder, contents, entry, taking);
     }
+    for (const QByteArray &below : taking.below)
+        want(below, {}, false);
     if (contents.isAbandoned)
         return;
     // What was not met any more, among what was looked for.
     folder = m_folders.find(contents.path);
     std::vector<KPPooledString> gone;
-    const QString start =
-        XPPath::decode(contents.path == "/" ? contents.path : contents.path + '/');
     if (contents.only) {
         for (const QByteArray &name : *contents.only) {
-            const KPPooledString path = KPPool::pooledString(start + XPPath::decode(name));
-            if (!present.contains(path) && folder->items.contains(path))
+            const KPPooledString path =
+                KPPool::pooledString(taking.startText + XPPath::decode(name));
+            if (!taking.present.contains(path) && folder->items.contains(path))
                 gone.push_back(path);
         }
     } else if (!contents.error || contents.error->kind == XPError::Kind::NotFound) {
         for (auto item = folder->items.cbegin(); item != folder->items.cend(); ++item) {
-            if (!present.contains(item.key()))
+            if (!taking.present.contains(item.key()))
                 gone.push_back(item.key());
         }
     }
@@ -258,16 +263,15 @@ bool KPFolderListing::goesInto(const QByteArray &path, const XPFileInfo &info, b
     return true;
 }
 
-void KPFolderListing::takeEntry(const QByteArray &folderPath, const KPFolderContents &contents,
-                                const KPFolderContents::Entry &entry, QSet<KPPooledString> &present)
+void KPFolderListing::takeEntry(Folder &folder, const KPFolderContents &contents,
+                                const KPFolderContents::Entry &entry, Taking &taking)
 {
     ++m_scanned;
     if (m_setup.looked)
         m_setup.looked();
     const QByteArrayView name = contents.name(entry);
-    const QByteArray path =
-        (folderPath == "/" ? QByteArray("/") : folderPath + '/') + name.toByteArray();
-    Folder &folder = m_folders[folderPath];
+    QByteArray path = taking.start;
+    path.append(name);
     if (!folder.only && !m_setup.state->showHiddenFiles() && isInvisible(name, path))
         return;
     const bool isPackage = entry.info.isDirectory() && isPackageAtPath(path);
@@ -275,20 +279,22 @@ void KPFolderListing::takeEntry(const QByteArray &folderPath, const KPFolderCont
     const bool isOk = looksLikeOkFile(path, entry.info, isPackage, isFolder);
     if (!isOk && !isFolder)
         return;
-    const KPPooledString pooled = KPPool::pooledString(XPPath::decode(path));
-    present.insert(pooled);
+    const KPPooledString pooled = KPPool::pooledString(taking.startText + XPPath::decode(name));
+    taking.present.insert(pooled);
     Item &item = folder.items[pooled];
     if (item.isFolder && !isFolder)
         m_goneFolders.push_back(path);
     item.isFolder = isFolder;
     if (isFolder)
-        want(path, {}, false);
-    if (!isOk)
-        return;
-    const bool isNews = item.doc == nullptr || item.changed != entry.info.changed;
-    KPDoc *doc = KPDocCache::docAtPath(pooled, &entry.info);
-    if (doc == nullptr || (!isNews && doc == item.doc))
-        return;
+        taking.below.push_back(path);
+    KPDoc *doc = isOk ? KPDocCache::docAtPath(pooled, &entry.info) : nullptr;
+    if (doc != nullptr && (doc != item.doc || item.changed != entry.info.changed))
+        takeDocument(item, doc, path, entry);
+}
+
+void KPFolderListing::takeDocument(Item &item, KPDoc *doc, const QByteArray &path,
+                                   const KPFolderContents::Entry &entry)
+{
     KPDoc *before = std::exchange(item.doc, doc);
     const bool wasShown = item.isShown;
     item.changed = entry.info.changed;
@@ -337,7 +343,9 @@ bool KPFolderListing::judge(KPDoc *doc, const QByteArray &path, bool hasAttribut
             return false;
         }
     }
-    counted->type = doc->utiTagName();
+    // The type of some files stands in their first bytes alone.
+    if (m_setup.readsValues)
+        counted->type = doc->utiTagName();
     return state.docPasses(*doc);
 }
 
@@ -411,9 +419,42 @@ void KPFolderListing::takeEvents()
         m_again.start();
 }
 
+// The folder comes when something of that name comes into the nearest one that is there.
+void KPFolderListing::await(const QByteArray &root)
+{
+    if (!m_watcher || isSlow(root))
+        return;
+    for (QByteArray above = root; above.size() > 1;) {
+        above.truncate(std::max<qsizetype>(above.lastIndexOf('/'), 1));
+        const XPFileDescriptor folder = KPFolderContents::open(above, true);
+        if (!folder.isOpen())
+            continue;
+        m_awaited[above].insert(root);
+        if (!m_watcher->watch(above, folder.get()))
+            m_lacksWatches = true;
+        // It, or a folder on the way, may have come before the watch did.
+        const qsizetype end = root.indexOf('/', above.size() > 1 ? above.size() + 1 : 1);
+        struct stat facts = {};
+        if (::stat(root.left(end).constData(), &facts) == 0) {
+            m_dirty[above] = QSet<QByteArray>();
+            m_again.start();
+        }
+        return;
+    }
+}
+
 void KPFolderListing::lookAgain()
 {
     const auto dirty = std::exchange(m_dirty, {});
+    std::vector<QByteArray> awaited;
+    for (auto each = dirty.cbegin(); each != dirty.cend(); ++each) {
+        for (const QByteArray &root : m_awaited.take(each.key()))
+            awaited.push_back(root);
+    }
+    for (const QByteArray &root : awaited) {
+        if (m_folders.contains(root))
+            look(root, m_folders.value(root).only);
+    }
     for (auto each = dirty.cbegin(); each != dirty.cend() && !m_setup.isAbandoned(); ++each) {
         const auto folder = m_folders.constFind(each.key());
         if (folder == m_folders.cend())

@@ -17,7 +17,8 @@
 // into packages if the state asks for it; links are followed if the setting
 // "KPFollowSymLinksGoDeep" is on, each folder once. Files by name are shown whatever they are.
 // Folders on volumes that may hang are read elsewhere (KPSlowFolders) and come later. Live,
-// the folders are watched; where there is no watch, problems() says so.
+// the folders are watched, and where one that was asked for is not there, the nearest one above
+// it; where there is no watch, problems() says so.
 // Threads: one, with an event loop. Blocking file calls on local volumes.
 class KPFolderListing : public QObject
 {
@@ -28,7 +29,7 @@ public:
     {
         KPSearchState::Ptr state;
         bool live = true;
-        bool readsValues = false; // of all files, for counts; the state's tests need them anyway
+        bool readsValues = false; // and types of all files, for counts; else what the tests need
         qsizetype maximum = 0;    // documents; 0: all
         std::function<bool()> isAbandoned;
         // After each entry that was looked at.
@@ -76,8 +77,19 @@ private:
     void readWanted();
     void look(const QByteArray &folder, const Names &only);
     void take(const KPFolderContents &contents);
-    void takeEntry(const QByteArray &folder, const KPFolderContents &contents,
-                   const KPFolderContents::Entry &entry, QSet<KPPooledString> &present);
+    // Of a folder that is being taken: whether it is there, and the folders in it.
+    struct Taking
+    {
+        QByteArray start; // of its entries' paths
+        QString startText;
+        QSet<KPPooledString> present;
+        std::vector<QByteArray> below;
+    };
+    void takeEntry(Folder &folder, const KPFolderContents &contents,
+                   const KPFolderContents::Entry &entry, Taking &taking);
+    void takeDocument(Item &item, KPDoc *doc, const QByteArray &path,
+                      const KPFolderContents::Entry &entry);
+    void await(const QByteArray &root);
     bool judge(KPDoc *doc, const QByteArray &path, bool hasAttributes,
                KPResultCounts::Values *counted);
     bool looksLikeOkFile(const QByteArray &path, const XPFileInfo &info, bool isPackage,
@@ -96,11 +108,11 @@ private:
     std::vector<QByteArray> m_wanted;
     QSet<std::pair<quint64, quint64>> m_visited; // device and inode, where links are followed
     std::vector<QByteArray> m_goneFolders;
+    QHash<QByteArray, QSet<QByteArray>> m_awaited; // roots that are not there, by what is watched
     QHash<KPPooledString, QString> m_unreadable;
     std::unique_ptr<KPSlowFolders> m_slow;
     qsizetype m_shown = 0;
     qint64 m_scanned = 0;
-    int m_openFolder = -1; // being taken from, for its files' attributes
     bool m_isMaxxedOut = false;
     bool m_lacksWatches = false;
 

@@ -173,7 +173,11 @@ void KPResultSet::fillDelivery(KPResultsDelivery &delivery, const QSet<KPPooledS
     delivery.documents =
         m_order->apply(isOrderNew && !difference.isReset ? everything(difference) : difference);
     delivery.rows = KPRowChanges::between(m_last, *delivery.documents.docs, difference);
-    m_last = delivery.documents.docs;
+    // A delivery without news may never be shown.
+    if (delivery.rows.isEmpty())
+        delivery.documents.docs = m_last;
+    else
+        m_last = delivery.documents.docs;
     delivery.counts = m_counts;
     delivery.activeFolders = m_activeFolders;
 }

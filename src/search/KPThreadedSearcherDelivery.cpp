@@ -1,8 +1,10 @@
 // KPThreadedSearcher: listings, and what is delivered, on the search thread.
 #include "KPFolderListing.h"
 #include "KPIndexCoverage.h"
+#include "KPSearchFolders.h"
 #include "KPThreadedSearcher.h"
 #include "XPPath.h"
+#include "XPVolumes.h"
 
 // Between two deliveries of a listing that goes on.
 static constexpr double moreUntilUpdate = 9.5;
@@ -95,6 +97,16 @@ void KPThreadedSearcher::finishedOrProgressBaseQuery(bool done)
         post(std::move(message));
 }
 
+// None is left, or the entries of the state stand for no folder at all. A volume that may hang is
+// not asked.
+static bool areFoldersGone(const QStringList &folders)
+{
+    const bool areNear = std::none_of(folders.begin(), folders.end(), [](const QString &folder) {
+        return XPVolumes::isOnSlowVolume(folder);
+    });
+    return folders.isEmpty() || (areNear && KPSearchFolders::instance().allAreGone(folders));
+}
+
 QStringList KPThreadedSearcher::currentProblems() const
 {
     if (m_listing)
@@ -107,8 +119,7 @@ QStringList KPThreadedSearcher::currentProblems() const
         if (const QString problem = KPIndexCoverage::problem(m_source, path); !problem.isEmpty())
             problems.append(problem);
     }
-    // Entries that stand for no folder at all.
-    if (problems.isEmpty() && scope.folders.isEmpty() && !scope.everywhere)
+    if (problems.isEmpty() && !scope.everywhere && areFoldersGone(scope.folders))
         problems.append(qtTrId("KPIndexSearchWithoutFolder"));
     return problems + unreadableDocuments();
 }

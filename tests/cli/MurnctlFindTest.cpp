@@ -61,6 +61,28 @@ TEST_F(MurnctlFind, PrintsWhatFulfilsAllCriteria)
     EXPECT_EQ(find({"--tag", "tax", "--print0"}).out, bytes(plain) + '\0');
 }
 
+TEST_F(MurnctlFind, PrintsInOrderAndInGroups)
+{
+    const auto lines = [this](const QByteArrayList &words) { return find(words).out; };
+    const QByteArray first = bytes(plain) + '\n';
+    const QByteArray raw = bytes(odd) + '\n';
+    const QByteArray text = bytes(other) + '\n';
+    EXPECT_EQ(lines({"--sort", "name"}), first + raw + text);
+    EXPECT_EQ(lines({"--sort", "-name"}), text + raw + first);
+    EXPECT_EQ(lines({"--sort", "-name", "--limit", "1"}), text);
+    EXPECT_EQ(lines({"--sort", "rating,-name"}), text + raw + first);
+    EXPECT_EQ(lines({"--group", "-rating"}), "Four stars\n" + first + "\nNot rated\n" + raw + text);
+    EXPECT_EQ(
+        murnctl({"find", "--list-folder", ".", "--deep", "--sort", "-name"}, folder.path()).out,
+        text + raw + first);
+    const QJsonArray grouped = find({"--group=folder", "--json"}).json().array();
+    ASSERT_EQ(grouped.size(), 3);
+    EXPECT_EQ(grouped[0][QLatin1String("group")].toString(), folder.path());
+    EXPECT_EQ(grouped[2][QLatin1String("rating")].toDouble(), 0);
+    EXPECT_EQ(find({"--sort", "name", "nothing"}).out, "");
+    EXPECT_EQ(find({"--sort", "name", "--json", "nothing"}).out, "[]\n");
+}
+
 TEST_F(MurnctlFind, PrintsJsonThatIsValid)
 {
     const QJsonArray one = find({"--json", "--tag", "tax"}).json().array();

@@ -74,6 +74,11 @@ TEST_F(MurnctlFiles, AnswersWrongUsageWithTwoAndChangesNothing)
                                     {"find", "--in", ""},
                                     {"find", "--live", "--json"},
                                     {"find", "--live", "--count"},
+                                    {"find", "--sort", "colour"},
+                                    {"find", "--sort", "name,-name"},
+                                    {"find", "--group", ""},
+                                    {"find", "--sort", "name", "--live"},
+                                    {"find", "--group", "type", "--print0"},
                                     {"find", "--print0", "--json"}};
     for (const QByteArrayList &words : wrong) {
         const MurnctlResult result = run(words);
@@ -90,7 +95,7 @@ TEST_F(MurnctlFiles, ExplainsEveryOptionItTakes)
     EXPECT_TRUE(run({"--help"}).out.contains("find"));
     const QByteArray help = run({"find", "--rating", "--help", "--help"}).out;
     for (const char *option : {"--tag", "--not-tag", "--rating", "--in", "--count", "--limit",
-                               "--live", "--json", "--print0"})
+                               "--live", "--json", "--print0", "--sort", "--group"})
         EXPECT_TRUE(help.contains(option)) << option;
 }
 

@@ -1,7 +1,9 @@
 // Listings of folders and of files by name, against what lies on the disk.
+#include "KPFolderListing.h"
 #include "FollowedSearch.h"
 #include "IndexedFolder.h"
 #include "Karvex.h"
+#include "TestSystem.h"
 #include "UserDefaults.h"
 #include "XPExtendedAttributes.h"
 #include "XPPath.h"
@@ -149,6 +151,53 @@ TEST_F(FolderListing, FollowsChanges)
     EXPECT_TRUE(holds("later", true));
     fs::remove(XPPath::encode(at("a.txt")).toStdString());
     EXPECT_TRUE(holds("a.txt", false));
+}
+
+// A folder that was asked for and is not there is told of, and shown when it comes, however deep it
+// lay; when it goes it is awaited again.
+TEST_F(FolderListing, AwaitsAFolderThatIsNotThere)
+{
+    FollowedSearch results(folder.index());
+    results.search(
+        IndexedFolder::stateIn({at("late/below/it")})->searchStateWithNewFinderListing(true, true));
+    ASSERT_TRUE(results.waitUntilFinished());
+    EXPECT_EQ(results.problems.size(), 1);
+    const QString path = at("late/below/it/f.txt");
+    for (int round = 0; round < 2; ++round) {
+        folder.file(QStringLiteral("late/below/it/f.txt"));
+        EXPECT_TRUE(FollowedSearch::waitFor([&] { return results.holds(path); })) << round;
+        EXPECT_TRUE(results.last->problems.isEmpty()) << round;
+        fs::remove_all(XPPath::encode(at("late")).toStdString());
+        EXPECT_TRUE(FollowedSearch::waitFor([&] { return !results.holds(path); })) << round;
+    }
+    ASSERT_TRUE(fs::create_directory(XPPath::encode(at("late")).toStdString()));
+    fs::rename(XPPath::encode(at("sub")).toStdString(),
+               XPPath::encode(at("late/below")).toStdString());
+    fs::rename(XPPath::encode(at("late/below/deep")).toStdString(),
+               XPPath::encode(at("late/below/it")).toStdString());
+    EXPECT_TRUE(FollowedSearch::waitFor([&] { return results.holds(at("late/below/it/c.txt")); }));
+}
+
+// What may not be read is told, and all else is there.
+TEST_F(FolderListing, SaysWhatMayNotBeRead)
+{
+    const QByteArray locked = XPPath::encode(at("sub/deep"));
+    ASSERT_EQ(::chmod(locked.constData(), 0), 0);
+    const int outcome = asPlainUser(folder.path(), [this] {
+        KPFolderListing::Setup setup;
+        setup.state = deep;
+        setup.live = false;
+        setup.isAbandoned = [] { return false; };
+        int count = 0;
+        setup.found = [&](KPDoc *, const auto &) { ++count; };
+        KPFolderListing listing(setup);
+        const bool isWhole = listing.start();
+        const QStringList problems = listing.problems();
+        const bool isTold = problems.size() == 1 && problems[0].startsWith(at("sub/deep"));
+        return isWhole && isTold && count == 4 ? 0 : 1;
+    });
+    EXPECT_EQ(::chmod(locked.constData(), 0755), 0);
+    EXPECT_EQ(outcome, 0);
 }
 
 TEST_F(FolderListing, HoldsPathsLongerThanTheSystemTakes)
