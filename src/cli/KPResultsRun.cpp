@@ -171,7 +171,7 @@ int KPResultsRun::search(const KPSearchState::Ptr &state)
     KPThreadedSearcher::Setup setup;
     setup.live = m_options.live;
     setup.makesRecords = m_options.order.has_value();
-    setup.countsTags = false;
+    setup.countsTags = m_options.order.has_value(); // it may ask for what stands on the files
     setup.firstMaximum = 0;
     setup.maximum = 0;
     setup.pickUp = std::chrono::milliseconds(0); // nobody types here
