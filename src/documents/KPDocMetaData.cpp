@@ -3,6 +3,7 @@
 #include "KPDoc.h"
 #include "Karvex.h"
 #include "KarvexErrors.h"
+#include "UserDefaults.h"
 #include "XPAttributeCache.h"
 #include "XPNotificationCenter.h"
 
@@ -68,6 +69,8 @@ struct State
     // Instead of a cache that is not started yet, or of all once holdFilledValues() was called.
     std::array<XPAttributeTable, KPDocMetaData::attributeCount> held;
     std::atomic<bool> holds = false;
+    std::atomic<bool> showsXmp = false; // as the setting says: one look for each document
+    XPObservation settings;             // main thread
 };
 
 } // namespace
@@ -98,6 +101,10 @@ static const Kind &kindOf(Attribute attribute)
         Kind{QStringLiteral("kMDItemFinderComment"),
              {QStringLiteral("KPNotificationSpotlightCommentChanged")},
              KPDocMetaData::makeComment,
+             std::nullopt},
+        Kind{QStringLiteral("kMDItemKXXMPKeywords"),
+             {tagsChanged, QStringLiteral("KPNotificationDocumentKeywordsChanged")},
+             KPDocMetaData::makeKeywordTagNames,
              std::nullopt},
     };
     return kinds[attribute];
@@ -141,6 +148,11 @@ void KPDoc::startMetaDataSearching(IndexSource &source)
         return;
     all.source.set(&source);
     all.timers = std::make_unique<QObject>();
+    const QString shows = QStringLiteral("KPShowXMPKeywords");
+    all.showsXmp = UserDefaults::standard().boolValue(shows);
+    all.settings = UserDefaults::standard().addObserver(
+        QStringLiteral("values.") + shows,
+        [&all](const PropertyValue &value) { all.showsXmp = value.boolValue(); });
     for (const Attribute attribute :
          {KPDocMetaData::UserTags, KPDocMetaData::Rating, KPDocMetaData::Keywords}) {
         const auto delay = *kindOf(attribute).delay;
@@ -159,6 +171,7 @@ void KPDoc::stopMetaDataSearching()
 {
     State &all = state();
     all.timers.reset();
+    all.settings = {};
     all.source.take();
     for (auto &each : all.caches)
         const std::unique_ptr<XPAttributeCache> cache(each.take());
@@ -221,6 +234,7 @@ void KPDocMetaData::useIndex(IndexSource &source)
 void KPDocMetaData::holdFilledValues()
 {
     state().holds = true;
+    state().showsXmp = UserDefaults::standard().boolValue(QStringLiteral("KPShowXMPKeywords"));
 }
 
 XPAttributeValuePtr KPDocMetaData::fill(Attribute attribute, KPPooledString path,
@@ -246,6 +260,19 @@ KPTagName::Tags KPDocMetaData::tags(Attribute attribute, KPPooledString path)
     const XPAttributeValuePtr held = value(attribute, path);
     const auto *tags = XPAttributeOf<KPTagName::Tags>::in(held);
     return tags ? *tags : KPTagName::Tags();
+}
+
+bool KPDocMetaData::showsXmpKeywords()
+{
+    return state().showsXmp.load(std::memory_order_relaxed);
+}
+
+KPTagName::Tags KPDocMetaData::readOnlyTags(KPPooledString path)
+{
+    KPTagName::Tags found = tags(Keywords, path);
+    if (showsXmpKeywords())
+        found = KPTagName::removeDuplicates(found + tags(XmpKeywords, path));
+    return found;
 }
 
 void KPDocMetaData::setValue(Attribute attribute, KPPooledString path,

@@ -8,16 +8,17 @@
 
 class IndexSource;
 
-// The five attribute caches that records read from: user tags, ratings, keywords, web addresses
-// and comments.
+// The attribute caches that records read from: user tags, ratings, keywords, web addresses,
+// comments and the keywords of XMP packets, which count while the setting "KPShowXMPKeywords" is
+// on.
 //
 // KPDoc::startMetaDataSearching() starts them: tags at once, ratings after 2 seconds, keywords
-// after 5, the other two when first asked for. Until then what fill() and setValue() brought is
+// after 5, the others when first asked for. Until then what fill() and setValue() brought is
 // known, after stopMetaDataSearching() nothing. Stopping waits for readers, each of which is in a
 // cache for one look. Threads: any.
 namespace KPDocMetaData {
 
-enum Attribute { UserTags, Rating, Keywords, Urls, Comment, attributeCount };
+enum Attribute { UserTags, Rating, Keywords, Urls, Comment, XmpKeywords, attributeCount };
 
 // Null: no value, or not known yet.
 XPAttributeValuePtr value(Attribute attribute, KPPooledString path);
@@ -25,6 +26,9 @@ XPAttributeValuePtr value(Attribute attribute, KPPooledString path);
 std::optional<XPError> errorAt(Attribute attribute, KPPooledString path);
 // The path's tags of the caches of tags.
 KPTagName::Tags tags(Attribute attribute, KPPooledString path);
+// Keywords inside the document, of all the kinds that are to be shown.
+KPTagName::Tags readOnlyTags(KPPooledString path);
+bool showsXmpKeywords();
 // A value that this program wrote.
 void setValue(Attribute attribute, KPPooledString path, const XPAttributeValuePtr &value);
 // A value that came with the results of a query (Known::Kept: an older one stays, its cache hears

@@ -1,7 +1,7 @@
 // KPDoc: names and titles.
 #include "KPDoc.h"
+#include "KPDocMetaData.h"
 #include "KPDocServices.h"
-#include "KPDocTitles.h"
 #include "XPLog.h"
 #include "XPNotificationCenter.h"
 #include "XPPath.h"
@@ -237,23 +237,29 @@ bool KPDoc::canChangeTitle() const
     return !pooledPath().view().contains(u"/scans/");
 }
 
+// What the importer found the document to call itself; empty before it was read.
+static QString importedTitle(const QString &path)
+{
+    return KPDocMetaData::indexed(path, QStringLiteral("kMDItemTitle")).string().simplified();
+}
+
 void KPDoc::setTitleFromEmailMessage()
 {
     const quint32 asOf = stateNumber();
-    const QString subject = KPDocTitles::subjectOfMessage(filePath());
+    const QString subject = importedTitle(filePath());
     setTitle(subject.isEmpty() ? QStringLiteral("(no subject)") : subject, asOf);
 }
 
 void KPDoc::setTitleFromAddressBookCard()
 {
     const quint32 asOf = stateNumber();
-    const QString name = KPDocTitles::nameOnCard(filePath());
+    const QString name = importedTitle(filePath());
     setTitle(name.isEmpty() ? QStringLiteral("An Address Card") : name, asOf);
 }
 
 void KPDoc::setTitleFromBookmark()
 {
     const quint32 asOf = stateNumber();
-    const QString name = KPDocTitles::nameOfBookmark(filePath());
+    const QString name = importedTitle(filePath());
     setTitle(name.isEmpty() ? fsName() : name, asOf);
 }

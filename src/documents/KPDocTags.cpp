@@ -40,7 +40,7 @@ std::optional<XPError> KPDoc::unreadableMetaData() const
 
 Tags KPDoc::tagNamesOfTypeReadOnly() const
 {
-    return KPDocMetaData::tags(KPDocMetaData::Keywords, pooledPath());
+    return KPDocMetaData::readOnlyTags(pooledPath());
 }
 
 Tags KPDoc::allTagNames() const

@@ -37,15 +37,23 @@ static QStringList pathsWithTag(KPTagName *tag)
         return KPDocMetaData::indexedPaths(text.arg(key, escaped(tag->keyNameActivePart())), key,
                                            accept);
     };
+    const auto keywords = [&] {
+        const auto accept = [&](const PropertyValue &raw) {
+            return hasTag(KPDocMetaData::makeKeywordTagNames(raw), tag);
+        };
+        QStringList paths = query(KPDocMetaData::key(KPDocMetaData::Keywords), accept);
+        if (KPDocMetaData::showsXmpKeywords())
+            paths += query(KPDocMetaData::key(KPDocMetaData::XmpKeywords), accept);
+        paths.removeDuplicates();
+        return paths;
+    };
     switch (tag->tagType()) {
     case KPTagName::User:
         return query(Karvex::tagsToSearchFor(), [&](const PropertyValue &raw) {
             return hasTag(KPDocMetaData::makeTagNames(raw), tag);
         });
     case KPTagName::ReadOnly:
-        return query(QStringLiteral("kMDItemKeywords"), [&](const PropertyValue &raw) {
-            return hasTag(KPDocMetaData::makeKeywordTagNames(raw), tag);
-        });
+        return keywords();
     case KPTagName::FileType:
         return query(QStringLiteral("kMDItemContentTypeTree"),
                      [&](const PropertyValue &raw) { return raw.strings().contains(tag->uti()); });

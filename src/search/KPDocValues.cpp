@@ -72,6 +72,9 @@ KPResultCounts::Values KPDocValues::fill(KPPooledString path, KPDocMetaData::Kno
             counted.userTags = *tags;
         else if (tags != nullptr && attribute == KPDocMetaData::Keywords)
             counted.keywords = *tags;
+        else if (tags != nullptr && attribute == KPDocMetaData::XmpKeywords &&
+                 KPDocMetaData::showsXmpKeywords())
+            counted.keywords = KPTagName::removeDuplicates(counted.keywords + *tags);
     }
     return counted;
 }

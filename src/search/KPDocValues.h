@@ -13,7 +13,8 @@
 struct KPDocValues
 {
     std::array<XPResult<PropertyValue>, KPDocMetaData::attributeCount> raw = {
-        PropertyValue(), PropertyValue(), PropertyValue(), PropertyValue(), PropertyValue()};
+        PropertyValue(), PropertyValue(), PropertyValue(),
+        PropertyValue(), PropertyValue(), PropertyValue()};
 
     // Those of a row, under a Reading of the caller's.
     static KPDocValues ofRow(const IndexCatalog &catalog, IndexSlot slot);

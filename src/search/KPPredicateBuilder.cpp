@@ -1,5 +1,6 @@
 #include "KPPredicateBuilder.h"
 
+#include "KPDocMetaData.h"
 #include "KPDynamicType.h"
 #include "KPFileType.h"
 #include "KPSearchState.h"
@@ -195,6 +196,9 @@ QString KPPredicateBuilder::tagSearch(const QString &tag, bool searchUser, bool 
                        QStringLiteral("\"cd)"));
     if (searchReadOnly)
         clauses.append(QStringLiteral("(kMDItemKeywords == \"") + tag + QStringLiteral("\"cd)"));
+    if (searchReadOnly && KPDocMetaData::showsXmpKeywords())
+        clauses.append(QStringLiteral("(kMDItemKXXMPKeywords == \"") + tag +
+                       QStringLiteral("\"cd)"));
     return u'(' + clauses.join(orOperator) + u')';
 }
 

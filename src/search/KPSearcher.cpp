@@ -48,6 +48,7 @@ void KPSearcher::observeSettings()
         QStringLiteral("values.KPShowXMPKeywords"), [this](const PropertyValue &) {
             m_buildTags.start();
             post(lookMayHaveChanged);
+            refresh(); // other keywords count and match
         }));
     for (const char *key : {"values.KMDMurn2ShowItemKeywords", "values.KPAutoImportOffice",
                             "values.KPAutoImportiWork", "values.KPAutoImportPDFs"})

@@ -1,12 +1,15 @@
 #include "KPDocMetaData.h"
 
+#include "IndexImporters.h"
 #include "KPDocCache.h"
 #include "KPDocEdits.h"
 #include "KPDocServices.h"
 #include "KPTagDocuments.h"
 #include "Karvex.h"
 #include "KeptFolder.h"
+#include "UserDefaults.h"
 #include "XPExtendedAttributes.h"
+#include "XPFileInfo.h"
 #include "XPPath.h"
 #include "XPPrompts.h"
 
@@ -21,6 +24,26 @@ KPTagName *userTag(const char *text)
 {
     return KPTagName::tagNameForUserEnteredTag(QString::fromUtf8(text));
 }
+
+// Finds a keyword of each kind in any file.
+class KeywordImporter : public IndexImporter
+{
+public:
+    bool accepts(const QString &) const override { return true; }
+    XPResult<Content> import(const QByteArray &path, const QString &,
+                             const std::stop_token &) override
+    {
+        const auto info = XPFileInfo::read(XPPath::decode(path));
+        if (!info)
+            return info.error();
+        return Content{
+            {},
+            {{QStringLiteral("kMDItemKeywords"), QStringList{QStringLiteral("coast")}},
+             {KPDocMetaData::key(KPDocMetaData::XmpKeywords), QStringList{QStringLiteral("sea")}}},
+            info->modified,
+            info->size};
+    }
+};
 
 // Documents whose attributes come from a live index.
 class DocMetaData : public testing::Test
@@ -233,4 +256,33 @@ TEST_F(DocMetaData, CountsWhatLeavesTheLibrary)
               (QStringList{QStringLiteral("flagged"), QStringLiteral("hidden")}));
     KPDoc::setFlagged({path}, false);
     EXPECT_EQ(*doc->tagNamesOfTypeUserEnteredForEditing(), Tags{userTag("hidden")});
+}
+
+// Those of a file's XMP packet count as tags while the setting says so, in searches too.
+TEST(DocKeywords, OfXmpAreShownByASetting)
+{
+    const QString setting = QStringLiteral("KPShowXMPKeywords");
+    UserDefaults::standard().setValue(setting, PropertyValue::boolean(false));
+    IndexImporters::install([] { return std::make_unique<KeywordImporter>(); });
+    KeptFolder folder;
+    folder.file(QStringLiteral("a.jpg"));
+    xpGuiThread.assertHere();
+    KPDoc::startMetaDataSearching(folder.index());
+    ASSERT_FALSE(folder.kept().sync(true));
+    KPDoc *doc = KPDocCache::docAtPath(folder.path(QStringLiteral("a.jpg")));
+    const auto names = [](const KPTagName::Tags &tags) {
+        QStringList texts;
+        for (const KPTagName *tag : tags)
+            texts.append(tag->displayName());
+        return texts;
+    };
+    KPTagName *sea = KPTagName::tagNamesForReadOnlyTags({QStringLiteral("sea")}, true).first();
+    EXPECT_TRUE(holdsSoon([&] { return names(doc->tagNamesOfTypeReadOnly()).size() == 1; }));
+    EXPECT_TRUE(KPTagDocuments::docsWithTag(sea).isEmpty());
+    UserDefaults::standard().setValue(setting, PropertyValue::boolean(true));
+    EXPECT_TRUE(holdsSoon([&] { return names(doc->tagNamesOfTypeReadOnly()).size() == 2; }));
+    EXPECT_TRUE(doc->hasTag(sea));
+    EXPECT_EQ(KPTagDocuments::docsWithTag(sea), KPDoc::Docs{doc});
+    KPDoc::stopMetaDataSearching();
+    UserDefaults::standard().remove(setting);
 }

@@ -1,86 +1,71 @@
-#include "KPDocTitles.h"
-
+#include "IndexImporters.h"
+#include "KPDoc.h"
 #include "KPDocCache.h"
-#include "TestHome.h"
-#include "XPPropertyList.h"
+#include "KeptFolder.h"
+#include "XPFileInfo.h"
+#include "XPPath.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
-struct Message
+// Takes each file's size for its title; an empty file has none.
+class SizeImporter : public IndexImporter
 {
-    const char *name;
-    const char *bytes;
-    const char *subject;
+public:
+    bool accepts(const QString &) const override { return true; }
+    XPResult<Content> import(const QByteArray &path, const QString &,
+                             const std::stop_token &) override
+    {
+        const auto info = XPFileInfo::read(XPPath::decode(path));
+        if (!info)
+            return info.error();
+        Content content;
+        content.modified = info->modified;
+        content.size = info->size;
+        if (info->size > 0)
+            content.attributes.insert(QStringLiteral("kMDItemTitle"),
+                                      QStringLiteral("size\n%1 ").arg(info->size));
+        return content;
+    }
 };
-
-class MessageTitle : public testing::TestWithParam<Message>
-{
-};
-
-QByteArray propertyList(const PropertyValue::Dictionary &dictionary)
-{
-    return XPPropertyList::writeBinary(dictionary).valueOr({});
-}
 
 } // namespace
 
-TEST_P(MessageTitle, IsTheSubject)
+// As the importer has them: nothing of a document is parsed here.
+TEST(DocTitles, ComeFromTheIndex)
 {
-    EXPECT_EQ(KPDocTitles::subjectIn(GetParam().bytes), QString::fromUtf8(GetParam().subject));
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Rows, MessageTitle,
-    testing::Values(
-        Message{"Plain", "From: a\r\nSubject: Hello\r\n\r\nSubject: body", "Hello"},
-        Message{"WithLength", "1234   \nsubject:Hi\n\n", "Hi"},
-        Message{"Folded", "Subject: one\r\n two\r\n\tthree\r\nTo: x\r\n", "one two three"},
-        Message{"InTheBodyOnly", "From: a\n\nSubject: no", ""}, //
-        Message{"Q", "Subject: =?ISO-8859-1?Q?Caf=E9_au_lait?=", "Caf\u00e9 au lait"},
-        Message{"B", "Subject: Re: =?utf-8?B?w7xiZXI=?= alles", "Re: \u00fcber alles"},
-        Message{"SplitCharacter",
-                "Subject: =?utf-8?Q?=C3?=\n =?utf-8?Q?=A9t=C3=A9?=", "\u00e9t\u00e9"},
-        Message{"TwoCharsets", "Subject: =?utf-8?Q?=C3=A9?= =?koi8-r?B?8A==?=", "\u00e9\u041f"},
-        Message{"Language", "Subject: =?us-ascii*en?q?hi?=", "hi"},
-        Message{"RawUtf8", "Subject: \xC3\xA9t\xC3\xA9", "\u00e9t\u00e9"},
-        Message{"RawLatin", "Subject: \xE9t\xE9", "\u00e9t\u00e9"},
-        Message{"UnknownCharset", "Subject: a =?x-none?Q?b?=", "a"},
-        Message{"Controls", "Subject: a\x1b[1mb =?utf-8?Q?c=0Ad=00?=", "a [1mb c d"},
-        Message{"Broken", "Subject: =?utf-8?Q?unfinished", "=?utf-8?Q?unfinished"},
-        Message{"NoHeader", "", ""}, Message{"NoLineEnd", "12", ""}),
-    [](const auto &row) { return std::string(row.param.name); });
-
-TEST(DocTitles, ComeFromTheFilesThemselves)
-{
-    const TestFolder folder;
-    const auto doc = [&](const char *name, const QByteArray &bytes) {
-        return KPDocCache::docAtPath(folder.file(QLatin1String(name), bytes));
+    IndexImporters::install([] { return std::make_unique<SizeImporter>(); });
+    KeptFolder folder;
+    for (const char *name : {"a.emlx", "a.abcdp", "a.webbookmark"})
+        folder.file(QLatin1String(name), "12345");
+    for (const char *name : {"b.emlx", "b.abcdp", "b.webbookmark"})
+        folder.file(QLatin1String(name), "");
+    KPDoc::startMetaDataSearching(folder.index());
+    ASSERT_FALSE(folder.kept().sync(true));
+    const struct
+    {
+        const char *name = nullptr;
+        void (KPDoc::*set)() = nullptr;
+        const char *title = nullptr;
+    } rows[] = {
+        {"a.emlx", &KPDoc::setTitleFromEmailMessage, "size 5"},
+        {"b.emlx", &KPDoc::setTitleFromEmailMessage, "(no subject)"},
+        {"a.abcdp", &KPDoc::setTitleFromAddressBookCard, "size 5"},
+        {"b.abcdp", &KPDoc::setTitleFromAddressBookCard, "An Address Card"},
+        {"a.webbookmark", &KPDoc::setTitleFromBookmark, "size 5"},
+        {"b.webbookmark", &KPDoc::setTitleFromBookmark, "b.webbookmark"},
     };
-    KPDoc *message = doc("a.emlx", "19\nSubject: Hello\n\nBody\n");
-    EXPECT_TRUE(message->isEmailMessage());
-    EXPECT_EQ(message->documentTitle(), u"a.emlx");
-    message->setTitleFromEmailMessage();
-    EXPECT_EQ(message->documentTitle(), u"Hello");
-    message->dataChanged();
-    EXPECT_EQ(message->documentTitle(), u"a.emlx");
-    KPDoc *silent = doc("b.emlx", "From: x\n\n");
-    silent->setTitleFromEmailMessage();
-    EXPECT_EQ(silent->documentTitle(), u"(no subject)");
-
-    KPDoc *card = doc("a.abcdp", propertyList({{QStringLiteral("First"), QStringLiteral("Ann")},
-                                               {QStringLiteral("Last"), QStringLiteral("Lee")}}));
-    card->setTitleFromAddressBookCard();
-    EXPECT_EQ(card->documentTitle(), u"Ann Lee");
-    KPDoc *noCard = doc("b.abcdp", "garbage");
-    noCard->setTitleFromAddressBookCard();
-    EXPECT_EQ(noCard->documentTitle(), u"An Address Card");
-
-    KPDoc *bookmark =
-        doc("a.webbookmark", propertyList({{QStringLiteral("Name"), QStringLiteral("Example")}}));
-    bookmark->setTitleFromBookmark();
-    EXPECT_EQ(bookmark->documentTitle(), u"Example");
-    EXPECT_TRUE(bookmark->canChangeTitle());
-    EXPECT_FALSE(doc("scans/a.pdf", "x")->canChangeTitle());
+    for (const auto &row : rows) {
+        KPDoc *doc = KPDocCache::docAtPath(folder.path(QLatin1String(row.name)));
+        EXPECT_EQ(doc->documentTitle(), QLatin1String(row.name));
+        (doc->*row.set)();
+        EXPECT_EQ(doc->documentTitle(), QLatin1String(row.title)) << row.name;
+        doc->dataChanged();
+        EXPECT_EQ(doc->documentTitle(), QLatin1String(row.name));
+    }
+    EXPECT_TRUE(KPDocCache::docAtPath(folder.path(QStringLiteral("a.emlx")))->canChangeTitle());
+    EXPECT_FALSE(
+        KPDocCache::docAtPath(folder.path(QStringLiteral("scans/a.pdf")))->canChangeTitle());
+    KPDoc::stopMetaDataSearching();
 }

@@ -122,6 +122,9 @@ XPResult<ImportJob> ImportJob::from(const ImportFrame &frame)
 // What a document must not say: what the user put on the file and what the file system knows.
 static bool mayState(const QString &key)
 {
+    // The one of the convention's own names that is not the user's: keywords embedded in the file.
+    if (key == u"kMDItemKXXMPKeywords")
+        return true;
     static constexpr std::array denied = {u"kMDItemKX",
                                           u"kMDItemStarRating",
                                           u"kMDItemUserTags",

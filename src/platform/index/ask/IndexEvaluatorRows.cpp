@@ -293,8 +293,23 @@ bool isColumn(const QString &attribute)
     return columnOf(attribute) != Column::None;
 }
 
-RowSet inColumn(const IndexCatalog &catalog, const std::vector<const MDPredicate *> &comparisons,
-                const RowSet &within)
+// Rows that carry the attribute themselves are judged by it, not by the column.
+static RowSet withOwnValues(const IndexCatalog &catalog,
+                            const std::vector<const MDPredicate *> &comparisons,
+                            const RowSet &within, const RowSet &columnRows)
+{
+    const IndexAttributePostings *own = catalog.attributeNamed(comparisons.front()->attribute);
+    if (!own || own->present().snapshot()->isEmpty())
+        return columnRows;
+    RowSet matching = within;
+    for (const MDPredicate *comparison : comparisons)
+        matching = withAttribute(catalog, *comparison, matching);
+    return shared((*columnRows - *own->present().snapshot()) | *matching);
+}
+
+static RowSet inColumnAlone(const IndexCatalog &catalog,
+                            const std::vector<const MDPredicate *> &comparisons,
+                            const RowSet &within)
 {
     const Column column = columnOf(comparisons.front()->attribute);
     ColumnRange range = rangeOf(Interval(), column);
@@ -322,6 +337,12 @@ RowSet inColumn(const IndexCatalog &catalog, const std::vector<const MDPredicate
                            range, base, found);
         });
     return shared(rows & (within ? *within : catalog.alive().rows()));
+}
+
+RowSet inColumn(const IndexCatalog &catalog, const std::vector<const MDPredicate *> &comparisons,
+                const RowSet &within)
+{
+    return withOwnValues(catalog, comparisons, within, inColumnAlone(catalog, comparisons, within));
 }
 
 // --- Attributes

@@ -9,7 +9,8 @@ namespace IndexEvaluatorRows {
 
 RowSet named(const IndexCatalog &catalog, const MDPredicate &predicate, const RowSet &within);
 RowSet atPath(const IndexCatalog &catalog, const MDPredicate &predicate, const RowSet &within);
-// Sizes and times, which stand in columns.
+// Sizes and times, which stand in columns. What a document says of its own time (when its content
+// was created) goes before the column of its file.
 bool isColumn(const QString &attribute);
 // All of these comparisons with one column, in one pass.
 RowSet inColumn(const IndexCatalog &catalog, const std::vector<const MDPredicate *> &comparisons,

@@ -1,6 +1,7 @@
 #include "IndexOrder.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 
 namespace {
@@ -80,6 +81,12 @@ static std::vector<IndexSlot> listOf(const Roaring &rows)
     return slots;
 }
 
+static qint64 secondsOf(const PropertyValue &date)
+{
+    const double seconds = date.date().secondsSince1970();
+    return std::isfinite(seconds) ? static_cast<qint64>(std::clamp(seconds, -1e15, 1e15)) : 0;
+}
+
 std::vector<IndexSlot> IndexOrder::first(const IndexCatalog &catalog, const Roaring &rows,
                                          size_t limit) const
 {
@@ -92,13 +99,17 @@ std::vector<IndexSlot> IndexOrder::first(const IndexCatalog &catalog, const Roar
         m_attribute == u"kMDItemContentCreationDate" || m_attribute == u"kMDItemFSCreationDate";
     if (!size && !modified && !birth)
         return byValue(catalog, rows, limit);
+    // A document's own date goes before that of its file.
+    const IndexAttributePostings *own = birth ? catalog.attributeNamed(m_attribute) : nullptr;
     Smallest smallest(limit);
     for (const IndexSlot slot : listOf(rows)) {
         const IndexChunk &chunk = catalog.chunkOf(slot);
         const quint32 row = IndexCatalog::rowOf(slot);
-        const quint64 key = keyOf(size       ? chunk.sizes[row]
-                                  : modified ? chunk.modified[row]
-                                             : qint64{chunk.births[row]});
+        const quint64 key = own && own->present().contains(slot)
+                                ? keyOf(secondsOf(catalog.attribute(slot, m_attribute)))
+                                : keyOf(size       ? chunk.sizes[row]
+                                        : modified ? chunk.modified[row]
+                                                   : qint64{chunk.births[row]});
         smallest.add(m_ascending ? key : ~key, slot);
     }
     return smallest.take();

@@ -81,6 +81,11 @@ PropertyValue MDItem::attribute(const IndexCatalog &catalog, IndexSlot slot, con
         return PropertyValue::integer(chunk.sizes[row]);
     if (name == u"kMDItemFSContentChangeDate" || name == u"kMDItemContentModificationDate")
         return dateOf(chunk.modified[row]);
+    if (name == u"kMDItemContentCreationDate") {
+        // Of the document, where it says so; else of its file.
+        if (const PropertyValue own = catalog.attribute(slot, name); !own.isNull())
+            return own;
+    }
     if (name == u"kMDItemFSCreationDate" || name == u"kMDItemContentCreationDate")
         return chunk.births[row] ? dateOf(chunk.birth(row)) : PropertyValue();
     if (name == u"kMDItemContentType")

@@ -41,7 +41,8 @@ static DocumentAnswer fullAnswer()
     answer.attributes = {
         {QStringLiteral("kMDItemAuthors"), QStringList{QStringLiteral("A"), QStringLiteral("B")}},
         {QStringLiteral("kMDItemPixelWidth"), PropertyValue::integer(5)},
-        {QStringLiteral("kMDItemContentCreationDate"), PropertyValue::Date{1.5}}};
+        {QStringLiteral("kMDItemContentCreationDate"), PropertyValue::Date{1.5}},
+        {QStringLiteral("kMDItemKXXMPKeywords"), QStringList{QStringLiteral("sea")}}};
     return answer;
 }
 

@@ -189,6 +189,9 @@ private:
         IndexRecord &record = m_items[item];
         record.imported = {{QStringLiteral("kMDItemTitle"), QStringLiteral("A title")},
                            {QStringLiteral("kMDItemStarRating"), PropertyValue::integer(3)}};
+        if (m_random() % 2) // among the births
+            record.imported[QStringLiteral("kMDItemContentCreationDate")] =
+                PropertyValue::Date{521'692'800 + double(m_random() % 2000)};
         record.importedModified = record.info.modified;
         record.importedSize = record.info.size;
         change.kind = IndexChange::Kind::Import;
@@ -326,6 +329,8 @@ static const char *const comparisons[] = {
     "kMDItemFSSize <= 100",
     "kMDItemContentModificationDate > $time.iso(2020-09-13T12:26:42Z)",
     "kMDItemFSCreationDate >= $time.iso(2017-07-14T02:48:20Z)",
+    "kMDItemContentCreationDate >= $time.iso(2017-07-14T02:48:20Z)",
+    "kMDItemContentCreationDate != *",
     "kMDItemContentType == com.adobe.pdf",
     "kMDItemContentType != \"public.jpeg\"",
     "kMDItemContentTypeTree == \"public.image\"",
@@ -392,6 +397,15 @@ static void expectInOrder(const IndexCatalog &catalog)
             for (size_t i = 0; i < count; ++i)
                 ASSERT_EQ(name(first[i]), name(all[i])) << i;
         }
+    }
+    // By the documents' own dates, the files' where they have none.
+    const QString created = QStringLiteral("kMDItemContentCreationDate");
+    double last = 0;
+    for (const IndexSlot slot :
+         IndexOrder(created, true).first(catalog, catalog.alive().rows(), 0)) {
+        const double date = MDItem::attribute(catalog, slot, created).date().secondsSince2001;
+        ASSERT_GE(date, last);
+        last = date;
     }
 }
 
