@@ -1,7 +1,9 @@
 // murn_bench: the benchmarks, and by hand
 //   murn_bench --make-corpus FOLDER FILES [prose]   files to try things on (IndexCorpus.h)
+#include "CagedImporter.h"
 #include "IndexBenchChild.h"
 #include "IndexCorpus.h"
+#include "IndexImporters.h"
 #include "XPPath.h"
 
 #include <QCoreApplication>
@@ -28,6 +30,11 @@ int main(int count, char **arguments)
     if (count > 2 && std::strcmp(arguments[1], "--make-corpus") == 0)
         return makeCorpus(count - 2, arguments + 2);
     const QCoreApplication application(count, arguments);
+    // Contents are read as in the program: by importers in their cage.
+    IndexImporters::install([](bool idle) {
+        return std::make_unique<CagedImporter>(
+            ImportWorker::Setup{.program = MURN_IMPORTER, .idle = idle}, QString());
+    });
     if (const int result = XPBench::runChild(count, arguments); result >= 0)
         return result;
     benchmark::Initialize(&count, arguments);

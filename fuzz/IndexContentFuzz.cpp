@@ -1,5 +1,4 @@
-// Any bytes may be called text, and any text may be asked for.
-#include "IndexImporter.h"
+// Any text may be split into words.
 #include "IndexWords.h"
 
 #include <cstdlib>
@@ -7,10 +6,6 @@
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     const QByteArray bytes(reinterpret_cast<const char *>(data), static_cast<qsizetype>(size));
-    for (const bool cut : {false, true}) {
-        if (!QUtf8StringView(IndexPlainTextImporter::decoded(bytes, cut)).isValidUtf8())
-            std::abort();
-    }
     // Words are folded, of a limited length, and words again when split once more.
     IndexWords::forEach(
         bytes.constData(), static_cast<int>(size), nullptr,

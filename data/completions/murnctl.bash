@@ -87,7 +87,7 @@ _murnctl() {
     elif [[ $command == rate && $COMP_CWORD == 2 ]]; then
         _murnctl_offer <<<$'0\n1\n2\n3\n4\n5'
     elif [[ $command == index && $COMP_CWORD == 2 ]]; then
-        _murnctl_offer < <(printf '%s\n' status sync verify rebuild roots add remove exclude include)
+        _murnctl_offer < <(printf '%s\n' status sync verify rebuild pause resume roots add remove exclude include)
     elif [[ $command == index && ${COMP_WORDS[2]} == remove ]]; then
         _murnctl_offer < <("${COMP_WORDS[0]}" index roots 2>/dev/null)
     elif [[ $command == index ]]; then

@@ -1046,6 +1046,9 @@ Absturzberichte erlauben?</translation>
     <message id="KPNoDocumentsHelpZel">
         <translation>Dokumente erscheinen hier, sobald es welche gibt.</translation>
     </message>
+    <message id="KPNoImporter">
+        <translation>Dokumente können nicht gelesen werden: Das Programm murn-importer fehlt oder startet nicht. Inhalte und neue Bilder gibt es nicht.</translation>
+    </message>
     <message id="KPNoPostScriptConverter">
         <translation>Zum Umwandeln von PostScript wird das Paket „ghostscript“ benötigt.</translation>
     </message>
@@ -2050,6 +2053,9 @@ Absturzberichte erlauben?</translation>
     </message>
     <message id="KPUseExtension">
         <translation>.%2 verwenden</translation>
+    </message>
+    <message id="KPWeakCage">
+        <translation>Dokumente werden mit weniger Schutz gelesen als vorgesehen: Dieses System hat kein %1.</translation>
     </message>
     <message id="KPWelcomeAdd">
         <translation>Ordner hinzufügen …</translation>

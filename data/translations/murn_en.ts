@@ -1048,6 +1048,9 @@ Allow crash reporting?</translation>
     <message id="KPNoDocumentsHelpZel">
         <translation>Documents appear here as soon as there are any.</translation>
     </message>
+    <message id="KPNoImporter">
+        <translation>Documents cannot be read: the program murn-importer is missing or does not start. Contents and new pictures are not available.</translation>
+    </message>
     <message id="KPNoPostScriptConverter">
         <translation>Converting PostScript needs the package “ghostscript”.</translation>
     </message>
@@ -2052,6 +2055,9 @@ Allow crash reporting?</translation>
     </message>
     <message id="KPUseExtension">
         <translation>Use .%2</translation>
+    </message>
+    <message id="KPWeakCage">
+        <translation>Documents are read with less protection than there should be: this system has no %1.</translation>
     </message>
     <message id="KPWelcomeAdd">
         <translation>Add Folder…</translation>

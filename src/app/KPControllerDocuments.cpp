@@ -61,6 +61,7 @@ void KPController::connectLibrary()
                 m_facts.update(docs);
                 later();
             });
+    connect(&m_looks, &KPQuickLook::problemChanged, this, &KPController::showProblems);
     connect(&m_looks, &KPQuickLook::looksReady, this, [this, later](const QList<KPDoc *> &docs) {
         const auto isShown = [this](const KPDoc *doc) { return doc->filePath() == m_shownPath; };
         if (std::any_of(docs.begin(), docs.end(), isShown))

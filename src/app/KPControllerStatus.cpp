@@ -5,6 +5,7 @@
 #include "KPLibraryController.h"
 #include "KPLibraryModel.h"
 #include "KPLocationItem.h"
+#include "KPQuickLook.h"
 #include "KPSearcher.h"
 #include "KPStatusLine.h"
 #include "XPFolders.h"
@@ -35,6 +36,8 @@ void KPController::showProblems()
     QStringList problems = m_problems;
     if (m_index)
         problems += m_index->problems();
+    if (!m_looks.problem().isEmpty())
+        problems.append(m_looks.problem());
     if (!m_backupProblem.isEmpty())
         problems.append(m_backupProblem);
     m_status->showProblems(problems);

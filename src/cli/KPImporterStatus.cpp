@@ -19,10 +19,19 @@ KPImporterStatus::KPImporterStatus(const QString &storePath)
     ImportWorker worker({.program = XPPrograms::helper("murn-importer"), .idle = false});
     const auto hello = worker.hello();
     m_cage = hello ? describe(*hello) : hello.error().message;
-    m_isWhole = hello && hello->landlock > 0 && hello->seccomp;
+    m_isWhole = hello && hello->isWhole();
+    if (!hello)
+        m_problem = QStringLiteral("documents cannot be read: ") + m_cage;
+    else if (!m_isWhole)
+        m_problem = QStringLiteral("documents are read with less protection: ") + m_cage;
     for (const auto &one : ImportAttempts::leftAlone(CagedImporter::attemptsOf(storePath)))
         m_alone.append({XPPath::decode(one.path),
                         documentFailureName(one.failure) + QStringLiteral(": ") + one.reason});
+}
+
+QString KPImporterStatus::problem() const
+{
+    return m_problem;
 }
 
 void KPImporterStatus::printText(KPCommandOutput &output) const

@@ -11,6 +11,9 @@ public:
     // `storePath`: of the index.
     explicit KPImporterStatus(const QString &storePath);
 
+    // What the cage lacks, or that documents cannot be read at all; empty: nothing.
+    QString problem() const;
+
     // Lines "LABEL TEXT"; members of an object, each with a comma before it.
     void printText(KPCommandOutput &output) const;
     void printJson(KPCommandOutput &output) const;
@@ -22,6 +25,7 @@ private:
         QString reason;
     };
     QString m_cage;
+    QString m_problem;
     bool m_isWhole = false; // nothing of the cage is missing
     QList<Alone> m_alone;
 };

@@ -5,11 +5,44 @@
 #include "KPImporterStatus.h"
 #include "KPIndexTexts.h"
 #include "KPProgressLine.h"
+#include "UserDefaults.h"
 #include "XPPath.h"
 
 #include <algorithm>
 
 using Phase = IndexStatus::Phase;
+
+// --- pause and resume
+
+static const QString pausedKey = QStringLiteral("KPImportPaused");
+
+static bool isReadingPaused()
+{
+    return UserDefaults::standard().boolValue(pausedKey);
+}
+
+static int setReadingPaused(bool on, KPCommandOutput &output)
+{
+    UserDefaults::standard().setValue(pausedKey,
+                                      on ? PropertyValue::boolean(true) : PropertyValue());
+    if (const auto error = UserDefaults::standard().synchronise()) {
+        output.fail(QStringLiteral("the settings cannot be saved: ") + error->message);
+        return output.exitStatus();
+    }
+    KPIndexSession session(output);
+    session.index().settingsChanged();
+    return output.exitStatus();
+}
+
+int KPIndexActions::pause(const QString &, const KPCommandLine &, KPCommandOutput &output)
+{
+    return setReadingPaused(true, output);
+}
+
+int KPIndexActions::resume(const QString &, const KPCommandLine &, KPCommandOutput &output)
+{
+    return setReadingPaused(false, output);
+}
 
 // --- status
 
@@ -74,6 +107,8 @@ static void printText(const IndexStatus &status, KPIndexSession &session, KPComm
     field("Contents:", status.contentsWaiting
                            ? QByteArray::number(status.contentsWaiting) + " files wait"
                            : QByteArray("all read"));
+    if (isReadingPaused())
+        field("Paused:", "the reading of contents, until: murnctl index resume");
     const QStringList wanted = IndexSettings::roots();
     for (const IndexStatus::Root &root : status.roots) {
         if (root.state != IndexStatus::Root::State::Missing || wanted.contains(root.path))
@@ -83,9 +118,13 @@ static void printText(const IndexStatus &status, KPIndexSession &session, KPComm
         field(rule.startsWith(u'!') ? "Taken in:" : "Left out:",
               output.name(rule.startsWith(u'!') ? rule.mid(1) : rule));
     field("Store:", output.name(IndexSettings::storePath()));
-    KPImporterStatus(IndexSettings::storePath()).printText(output);
-    if (status.problems.isEmpty())
+    const KPImporterStatus importer(IndexSettings::storePath());
+    importer.printText(output);
+    const QString cage = importer.problem();
+    if (status.problems.isEmpty() && cage.isEmpty())
         field("Degraded:", "nothing");
+    if (!cage.isEmpty())
+        field("Degraded:", XPPath::printable(cage).toUtf8());
     for (const IndexProblem &problem : status.problems)
         field("Degraded:", describe(problem).toUtf8());
 }
@@ -111,16 +150,21 @@ static void printJson(const IndexStatus &status, KPIndexSession &session, KPComm
     for (const IndexStatus::Root &root : status.roots)
         roots.append("{\"path\": " + KPCommandOutput::json(root.path) + ", \"state\": \"" +
                      stateName(root.state) + "\"}");
+    const KPImporterStatus importer(IndexSettings::storePath());
+    QStringList problems = KPIndexTexts::problems(status);
+    if (const QString cage = importer.problem(); !cage.isEmpty())
+        problems.append(cage);
     output.write(QByteArray("{\n  \"phase\": \"") + phaseName(status.phase) +
                  "\",\n  \"keptHere\": " + (session.index().isKeptHere() ? "true" : "false") +
                  ",\n  \"items\": " + QByteArray::number(status.items) +
                  ",\n  \"foldersRead\": " + QByteArray::number(status.foldersRead) +
                  ",\n  \"contentsWaiting\": " + QByteArray::number(status.contentsWaiting) +
-                 ",\n  \"degraded\": " + KPCommandOutput::json(KPIndexTexts::problems(status)) +
-                 ",\n  \"roots\": [" + roots.join(", ") +
+                 ",\n  \"contentsPaused\": " + (isReadingPaused() ? "true" : "false") +
+                 ",\n  \"degraded\": " + KPCommandOutput::json(problems) + ",\n  \"roots\": [" +
+                 roots.join(", ") +
                  "],\n  \"exclusions\": " + KPCommandOutput::json(IndexSettings::rules()) +
                  ",\n  \"store\": " + KPCommandOutput::json(IndexSettings::storePath()));
-    KPImporterStatus(IndexSettings::storePath()).printJson(output);
+    importer.printJson(output);
     output.write("\n}\n");
 }
 
@@ -142,9 +186,15 @@ int KPIndexActions::status(const QString &, const KPCommandLine &, KPCommandOutp
 
 int KPIndexActions::sync(const QString &, const KPCommandLine &line, KPCommandOutput &output)
 {
-    KPIndexSession session(output);
-    if (!session.catchUp(!line.has("--no-content")))
+    const bool contents = !line.has("--no-content");
+    KPIndexSession session(output, contents);
+    // Where another process keeps the index, its contents would be waited for in vain.
+    const bool isPaused = contents && !session.index().isKeptHere() && isReadingPaused();
+    if (!session.catchUp(contents && !isPaused))
         return KPExitInterrupted;
+    if (isPaused)
+        output.fail(QStringLiteral("the reading of contents is paused; go on with: murnctl index "
+                                   "resume"));
     if (const auto status = session.status()) {
         for (const IndexProblem &problem : status->problems)
             output.fail(describe(problem));

@@ -11,6 +11,8 @@ Run status;
 Run sync;
 Run verify;
 Run rebuild;
+Run pause;
+Run resume;
 
 // These change or show the settings of the index (KPIndexSettings.cpp).
 Run roots;

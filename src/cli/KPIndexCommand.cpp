@@ -9,6 +9,8 @@ static constexpr std::array actions = {
     KPIndexAction{"sync", false, KPIndexActions::sync},
     KPIndexAction{"verify", false, KPIndexActions::verify},
     KPIndexAction{"rebuild", false, KPIndexActions::rebuild},
+    KPIndexAction{"pause", false, KPIndexActions::pause},
+    KPIndexAction{"resume", false, KPIndexActions::resume},
     KPIndexAction{"roots", false, KPIndexActions::roots},
     KPIndexAction{"add", true, KPIndexActions::add},
     KPIndexAction{"remove", true, KPIndexActions::remove},
@@ -39,13 +41,14 @@ static int run(const KPCommandLine &line, KPCommandOutput &output)
 
 const KPCommand kpIndexCommand = {
     "index",
-    "status | sync | verify | rebuild | roots [OPTION]…\n"
+    "status | sync | verify | rebuild | pause | resume | roots [OPTION]…\n"
     "       murnctl index add DIR | remove DIR | exclude PATTERN | include PATTERN",
     "Looks after the metadata index: what it holds, whether it is right, what it covers.",
     "  status   what the index holds and does, and in words what is degraded\n"
     "  sync     returns when files, attributes and contents are up to date\n"
     "  verify   compares every file with the disk; succeeds only when all agrees\n"
     "  rebuild  throws the index away and builds it anew; your files are not touched\n"
+    "  pause    has the reading of contents stand still until resume\n"
     "  roots    prints the folders that are indexed\n"
     "  add      indexes a folder too; remove does so no more\n"
     "  exclude  leaves out the folders of this name (node_modules, *.tmp), or this folder (a path\n"

@@ -4,8 +4,8 @@
 #include "KPProgressLine.h"
 #include "XPTranslations.h"
 
-KPIndexSession::KPIndexSession(KPCommandOutput &output)
-    : m_output(output), m_index(MetadataIndex::open()), m_types(m_index->source()),
+KPIndexSession::KPIndexSession(KPCommandOutput &output, bool waitedFor)
+    : m_output(output), m_index(MetadataIndex::open(waitedFor)), m_types(m_index->source()),
       m_healer(*m_index)
 {
     XPTranslations::install(QLocale::c()); // everything that murnctl says is English

@@ -12,7 +12,8 @@
 class KPIndexSession
 {
 public:
-    explicit KPIndexSession(KPCommandOutput &output);
+    // `waitedFor`: the command is about the contents: they are read at normal priority.
+    explicit KPIndexSession(KPCommandOutput &output, bool waitedFor = false);
 
     MetadataIndex &index() { return *m_index; }
     KPInterrupt &interrupt() { return m_interrupt; }

@@ -101,6 +101,12 @@ std::vector<KPPictureMaker::Result> KPPictureMaker::take()
     return std::exchange(m_results, {});
 }
 
+std::optional<XPResult<ImportHello>> KPPictureMaker::hello() const
+{
+    const XPLocker locker(m_mutex);
+    return m_hello;
+}
+
 // --- The threads
 
 std::stop_source KPPictureMaker::begin(const QString &key, int side)
@@ -159,9 +165,13 @@ void KPPictureMaker::work(int number)
     if (number == 0 && !m_quit) {
         const std::stop_source stop = begin({}, 0);
         locker.unlock();
-        slot.warmUp(stop.get_token());
+        auto hello = slot.warmUp(stop.get_token());
         locker.lock();
         end(stop);
+        m_hello = std::move(hello);
+        locker.unlock();
+        m_ready();
+        locker.lock();
     }
     while (waitForJob(locker, slot, number > 0)) {
         Job job = takeJob();

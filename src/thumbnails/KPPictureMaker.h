@@ -1,6 +1,6 @@
 #pragma once
 
-#include "DocumentAnswer.h"
+#include "ImportMessages.h"
 #include "KPSharedThumbnails.h"
 #include "XPMutex.h"
 
@@ -60,6 +60,9 @@ public:
     // In the order in which they should come; takes the place of what was wanted before.
     void want(std::vector<Request> requests) XP_EXCLUDES(m_mutex);
     std::vector<Result> take() XP_EXCLUDES(m_mutex);
+    // How the importer is caged, or why there is none; nothing: not known yet. `ready` is called
+    // when it is.
+    std::optional<XPResult<ImportHello>> hello() const XP_EXCLUDES(m_mutex);
     // Ends what has been drawn for a while although nobody wants it any more.
     void cutOffUnwanted() XP_EXCLUDES(m_mutex);
     // Shared thumbnails older than this are made again; whether slow pictures are stored there.
@@ -101,12 +104,13 @@ private:
     const Setup m_setup;
     const KPSharedThumbnails m_shared;
     const std::function<void()> m_ready;
-    XPMutex m_mutex;
+    mutable XPMutex m_mutex;
     std::condition_variable_any m_wake;
     std::vector<Job> m_jobs XP_GUARDED_BY(m_mutex);
     std::vector<Begun> m_begun XP_GUARDED_BY(m_mutex);
     QHash<QString, int> m_wanted XP_GUARDED_BY(m_mutex); // key and side
     std::vector<Result> m_results XP_GUARDED_BY(m_mutex);
+    std::optional<XPResult<ImportHello>> m_hello XP_GUARDED_BY(m_mutex);
     Prefs m_prefs XP_GUARDED_BY(m_mutex);
     bool m_quit XP_GUARDED_BY(m_mutex) = false;
     std::vector<std::thread> m_threads;

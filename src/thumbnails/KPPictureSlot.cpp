@@ -1,9 +1,9 @@
 #include "KPPictureSlot.h"
 
 #include "ImportDocument.h"
+#include "ImportPageDrawing.h"
 #include "KPContentTypes.h"
 #include "KPFileType.h"
-#include "KPPageDrawing.h"
 #include "XPFileInfo.h"
 #include "XPPath.h"
 #include "XPVolumes.h"
@@ -72,9 +72,9 @@ KPPictureMaker::Slot::draw(const Request &request, const Prefs &prefs, const std
         request.page == 1 && prefs.storesSlow ? KPSharedThumbnails::sizeFor(request.side) : 0;
     const int pixels = std::min(shared ? shared : request.side, ImportFrame::maximumPixels);
     const auto began = Clock::now();
-    auto page = kpDrawPage(worker(), *document, request.page, pixels, stop);
+    auto page = importPage(worker(), *document, request.page, pixels, stop);
     if (page && page->failure == DocumentFailure::Crashed)
-        page = kpDrawPage(worker(), *document, request.page, pixels, stop);
+        page = importPage(worker(), *document, request.page, pixels, stop);
     if (!page)
         return stop.stop_requested() ? std::nullopt : std::optional(result);
     result.failure = page->failure;

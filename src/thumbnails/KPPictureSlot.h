@@ -12,7 +12,7 @@ public:
     Slot(const Setup &setup, const KPSharedThumbnails &shared) : m_setup(setup), m_shared(shared) {}
 
     // Starts the importer, so that the first picture does not wait for it.
-    void warmUp(const std::stop_token &stop) { (void)worker().hello(stop); }
+    XPResult<ImportHello> warmUp(const std::stop_token &stop) { return worker().hello(stop); }
     bool isWarm() const { return m_worker.has_value(); }
     void rest() { m_worker.reset(); } // ends the importer
 

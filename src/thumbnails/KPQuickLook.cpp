@@ -246,6 +246,7 @@ void KPQuickLook::ask()
 
 void KPQuickLook::receive()
 {
+    lookAtCage();
     QList<KPDoc *> docs;
     const bool wasBusy = isBusy();
     for (const KPPictureMaker::Result &result : m_maker.take()) {
@@ -255,12 +256,27 @@ void KPQuickLook::receive()
             m_missing.remove(key);
         docs += m_waiting.values(key);
     }
-    Q_EMIT looksReady(docs);
+    if (!docs.isEmpty())
+        Q_EMIT looksReady(docs);
     if (!wasBusy || isBusy())
         return;
     if (m_pause)
         m_pause->set(ImportPause::Pictures, false);
     Q_EMIT settled();
+}
+
+void KPQuickLook::lookAtCage()
+{
+    if (m_knowsCage)
+        return;
+    const auto hello = m_maker.hello();
+    m_knowsCage = hello.has_value();
+    if (!hello || (*hello && (*hello)->isWhole()))
+        return;
+    m_problem = !*hello                   ? qtTrId("KPNoImporter")
+                : (*hello)->landlock == 0 ? qtTrId("KPWeakCage").arg(QStringLiteral("Landlock"))
+                                          : qtTrId("KPWeakCage").arg(QStringLiteral("seccomp"));
+    Q_EMIT problemChanged();
 }
 
 static bool conforms(const QStringList &tree, const char *type)

@@ -71,6 +71,9 @@ public:
     // In the order in which they should come. Nothing is left of it when the view is gone.
     void want(const QObject *view, std::vector<Wanted> visible, std::vector<Wanted> next = {});
     Look look(const KPDoc &doc, int page = 1) const;
+    // What is degraded, in the user's language: no importer, or less of a cage than there should
+    // be.
+    QString problem() const { return m_problem; }
     // Something in sight is still to come.
     bool isBusy() const { return !m_missing.isEmpty(); }
 
@@ -82,6 +85,7 @@ public:
 Q_SIGNALS:
     void looksReady(const QList<KPDoc *> &docs);
     void settled(); // everything in sight is there
+    void problemChanged();
     void resultsWaiting(QPrivateSignal);
     void pathsCleared(QPrivateSignal);
 
@@ -121,6 +125,7 @@ private:
     void receive();
     void remember(const KPPictureMaker::Result &result);
     void letGoOfPaths();
+    void lookAtCage();
 
     ImportPause *const m_pause;
     QCache<QString, Entry> m_cache; // by keyOf() or keyWithoutPath(); cost in bytes
@@ -128,6 +133,8 @@ private:
     QMultiHash<QString, KPDoc *> m_waiting; // who waits for what
     QHash<QString, int> m_missing;          // visible and without an answer: the side that it needs
     QHash<QString, qint64> m_unreadable;    // when it was tried, in seconds since 1970
+    QString m_problem;
+    bool m_knowsCage = false;
     Prefs m_prefs;
     QTimer m_cuttingOff; // what is still drawn a moment after nobody wants it any more
     XPMutex m_mutex;

@@ -51,7 +51,9 @@ protected:
             KPEditJournal::remove(earlier.file);
         IndexSettings::setRoots({m_folder.path()});
         xpGuiThread.assertHere();
-        KPQuickLook::initializeGlobals({});
+        KPQuickLook::Setup looks;
+        looks.maker.importer = MURN_IMPORTER;
+        KPQuickLook::initializeGlobals(looks);
         XPPrompts::install(std::make_unique<Alerts>(&m_alerts));
         for (const char *name : {"a.txt", "b.pdf", "c.odt"})
             m_paths.append(m_folder.file(QString::fromLatin1(name)));

@@ -263,7 +263,7 @@ TEST(DocKeywords, OfXmpAreShownByASetting)
 {
     const QString setting = QStringLiteral("KPShowXMPKeywords");
     UserDefaults::standard().setValue(setting, PropertyValue::boolean(false));
-    IndexImporters::install([] { return std::make_unique<KeywordImporter>(); });
+    IndexImporters::install([](bool) { return std::make_unique<KeywordImporter>(); });
     KeptFolder folder;
     folder.file(QStringLiteral("a.jpg"));
     xpGuiThread.assertHere();

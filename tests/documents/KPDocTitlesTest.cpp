@@ -35,7 +35,7 @@ public:
 // As the importer has them: nothing of a document is parsed here.
 TEST(DocTitles, ComeFromTheIndex)
 {
-    IndexImporters::install([] { return std::make_unique<SizeImporter>(); });
+    IndexImporters::install([](bool) { return std::make_unique<SizeImporter>(); });
     KeptFolder folder;
     for (const char *name : {"a.emlx", "a.abcdp", "a.webbookmark"})
         folder.file(QLatin1String(name), "12345");

@@ -2,7 +2,7 @@
 
 #include "DocumentFacts.h"
 #include "FlowText.h"
-#include "PictureDecoding.h"
+#include "PackagePreview.h"
 #include "ReaderChoice.h"
 #include "XmlLeaves.h"
 #include "ZipPackage.h"
@@ -193,20 +193,8 @@ std::optional<DocumentFailure> OdfReader::read(const DocumentSource &source,
     return error ? std::optional(documentFailureOf(*error)) : std::nullopt;
 }
 
-// The preview that office programs put into their files, where they do.
 std::optional<DocumentFailure> OdfReader::picture(const DocumentSource &source, int page,
                                                   int pixels, QImage &image) const
 {
-    static const QList<QByteArray> previews = {"Thumbnails/thumbnail.png"};
-    if (page > 1)
-        return DocumentFailure::Unsupported;
-    const auto package = ZipPackage::read(
-        source, [](QByteArrayView name) { return previews.contains(name.toByteArray()); });
-    if (!package)
-        return DocumentFailure::Unsupported;
-    for (const QByteArray &name : previews) {
-        if (package->hasPart(name))
-            return PictureDecoding::decode(package->part(name), pixels, image);
-    }
-    return DocumentFailure::Unsupported;
+    return packagePreview(source, {"Thumbnails/thumbnail.png"}, page, pixels, image);
 }

@@ -3,7 +3,7 @@
 #include "DocumentFacts.h"
 #include "FlowText.h"
 #include "OoxmlText.h"
-#include "PictureDecoding.h"
+#include "PackagePreview.h"
 #include "ReaderChoice.h"
 #include "XmlLeaves.h"
 #include "ZipPackage.h"
@@ -174,21 +174,10 @@ std::optional<DocumentFailure> OoxmlReader::read(const DocumentSource &source,
     return {};
 }
 
-// The preview that office programs put into their files, where they do.
 std::optional<DocumentFailure> OoxmlReader::picture(const DocumentSource &source, int page,
                                                     int pixels, QImage &image) const
 {
-    static const QList<QByteArray> previews = {"docProps/thumbnail.jpeg", "docProps/thumbnail.jpg",
-                                               "docProps/thumbnail.png"};
-    if (page > 1)
-        return DocumentFailure::Unsupported;
-    const auto package = ZipPackage::read(
-        source, [](QByteArrayView name) { return previews.contains(name.toByteArray()); });
-    if (!package)
-        return DocumentFailure::Unsupported;
-    for (const QByteArray &name : previews) {
-        if (package->hasPart(name))
-            return PictureDecoding::decode(package->part(name), pixels, image);
-    }
-    return DocumentFailure::Unsupported;
+    return packagePreview(
+        source, {"docProps/thumbnail.jpeg", "docProps/thumbnail.jpg", "docProps/thumbnail.png"},
+        page, pixels, image);
 }

@@ -17,9 +17,10 @@ QString CagedImporter::attemptsOf(const QString &storePath)
 
 void CagedImporter::install(const QString &storePath, ImportManners *manners)
 {
-    IndexImporters::install([attempts = attemptsOf(storePath), manners] {
+    IndexImporters::install([attempts = attemptsOf(storePath), manners](bool idle) {
         const ImportWorker::Setup setup = {.program = XPPrograms::helper("murn-importer"),
-                                           .manners = manners};
+                                           .idle = idle,
+                                           .manners = idle ? manners : nullptr};
         return std::make_unique<CagedImporter>(setup, attempts);
     });
 }

@@ -20,7 +20,8 @@ public:
     CagedImporter(const ImportWorker::Setup &setup, const QString &attempts);
 
     // Has every index that this process opens from now on read documents so. `manners`: when to
-    // stand still; outlives the index; null: never. Before the index is opened.
+    // stand still; outlives the index; null: never.
+    // An index whose contents somebody waits for never stands still. Before the index is opened.
     static void install(const QString &storePath, ImportManners *manners = nullptr);
     // Where the attempts of the index at `storePath` are written down.
     static QString attemptsOf(const QString &storePath);

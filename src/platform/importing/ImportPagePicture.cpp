@@ -1,6 +1,7 @@
 #include "ImportPagePicture.h"
 
 #include "ImportDocument.h"
+#include "ImportPageDrawing.h"
 #include "ImportWorker.h"
 #include "KPFileType.h"
 #include "XPFileInfo.h"
@@ -21,23 +22,13 @@ XPResult<QImage> importPagePicture(const QString &path, int page, int pixels)
         XPPath::encode(path), KPFileType::utiForPath(path, XPPath::extension(path), info->mode));
     if (!document)
         return document.error();
-    ImportJob job = document->job();
-    job.page = page;
-    job.pixels = pixels;
     ImportWorker worker({.program = XPPrograms::helper("murn-importer"), .idle = false});
-    const auto outcome = worker.run(job, document->descriptor.get());
-    if (const auto *error = std::get_if<XPError>(&outcome))
-        return *error;
-    if (const auto *end = std::get_if<ImportWorker::Break>(&outcome))
-        return failure(documentFailureName(end->failure) + QStringLiteral(": ") + end->reason,
-                       path);
-    const auto picture = ImportPicture::from(std::get<ImportFrame>(outcome));
-    if (!picture)
-        return picture.error();
-    if (picture->failure)
-        return failure(documentFailureName(*picture->failure), path);
-    const QImage image(reinterpret_cast<const uchar *>(picture->pixels.constData()), picture->width,
-                       picture->height, qsizetype{picture->width} * 4,
-                       QImage::Format_ARGB32_Premultiplied);
-    return image.copy(); // the bytes are the picture's
+    auto drawn = importPage(worker, *document, page, pixels);
+    if (!drawn)
+        return drawn.error();
+    if (!drawn->failure)
+        return std::move(drawn->image);
+    const QString name = documentFailureName(*drawn->failure);
+    return failure(drawn->reason.isEmpty() ? name : name + QStringLiteral(": ") + drawn->reason,
+                   path);
 }

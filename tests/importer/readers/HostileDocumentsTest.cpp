@@ -60,6 +60,28 @@ QByteArray encryptedPdf()
     return text;
 }
 
+// Each entry of its list is the same data: little on the disk, very much when unpacked.
+QByteArray overlappingZip(const QByteArray &part, int times)
+{
+    QByteArray archive = zipOf({{part, QByteArray(4 << 20, ' ')}});
+    const qsizetype list = archive.indexOf("PK\x01\x02");
+    const qsizetype end = archive.indexOf("PK\x05\x06");
+    const QByteArray entry = archive.sliced(list, end - list);
+    QByteArray ending = archive.sliced(end);
+    const auto count = static_cast<quint16>(times);
+    ending.replace(8, 4, little16(count) + little16(count));
+    ending.replace(12, 4, little32(static_cast<quint32>(entry.size() * times)));
+    return archive.first(list) + entry.repeated(times) + ending;
+}
+
+QByteArray zipInZip(int depth)
+{
+    QByteArray archive = zipOf({{"bottom.txt", QByteArray(40 << 20, ' ')}});
+    for (int i = 0; i < depth; ++i)
+        archive = zipOf({{"inner.zip", archive}, {"copy.zip", archive}});
+    return archive;
+}
+
 // Says that its first entry is its own continuation: a chain of sectors that never ends.
 QByteArray loopingCompound()
 {
@@ -83,6 +105,15 @@ TEST(HostileDocuments, HaveAnAnswer)
         {"part that unpacks to too much", word, zipOf({{"word/document.xml", huge}}), F::TooLarge},
         {"many parts that do", odt,
          zipOf({{"content.xml", huge}, {"styles.xml", huge}, {"meta.xml", huge}}), F::TooLarge},
+        {"parts that overlap", odt, overlappingZip("content.xml", 5000), F::Damaged},
+        {"parts that overlap in an archive", zip, overlappingZip("a.txt", 5000), {}},
+        {"archives in archives", zip, zipInZip(6), {}},
+        {"an archive of hardly more than zeros",
+         QStringLiteral("org.gnu.gnu-zip-tar-archive"),
+         tarballOf({{"zeros", QByteArray(48 << 20, '\0')}}),
+         {}},
+        {"a tarball that is cut", QStringLiteral("org.gnu.gnu-zip-tar-archive"),
+         tarballOf({{"a.txt", QByteArray(1 << 20, 'x')}}).first(200), F::Damaged},
         {"entities that grow", svg, bomb(), F::Unsupported},
         {"the same in an office file", word, zipOf({{"word/document.xml", bomb()}}), {}},
         {"elements nested deeply", flat, xml + QByteArray("<text:p>").repeated(1'000'000),

@@ -182,11 +182,17 @@ TEST(EpubReader, ReadsChaptersInTheirOrder)
 
 TEST(ArchiveReader, TellsTheNames)
 {
-    expectRead({{"zip",
-                 QStringLiteral("public.zip-archive"),
-                 zipOf({{"plans/dock.txt", "x"}, {"gr\xC3\xBC\xC3\x9F.txt", "y"}}),
-                 {},
-                 QStringLiteral("plans/dock.txt\ngr\u00FC\u00DF.txt"),
-                 {},
-                 0}});
+    const QList<std::pair<QByteArray, QByteArray>> files = {{"plans/dock.txt", "x"},
+                                                            {"gr\xC3\xBC\xC3\x9F.txt", "y"}};
+    const QString names = QStringLiteral("plans/dock.txt\ngr\u00FC\u00DF.txt");
+    expectRead(
+        {{"zip", QStringLiteral("public.zip-archive"), zipOf(files), {}, names, {}, 0},
+         {"7-Zip", QStringLiteral("org.7-zip.7-zip-archive"), sevenZipOf(files), {}, names, {}, 0},
+         {"tar and gzip",
+          QStringLiteral("org.gnu.gnu-zip-tar-archive"),
+          tarballOf(files),
+          {},
+          names,
+          {},
+          0}});
 }

@@ -36,15 +36,19 @@ void expectRead(const QList<ReaderCase> &cases)
     }
 }
 
-QByteArray zipOf(const QList<std::pair<QByteArray, QByteArray>> &files)
+using Files = QList<std::pair<QByteArray, QByteArray>>;
+
+static QByteArray packed(const Files &files, int (*setFormat)(archive *),
+                         int (*addFilter)(archive *) = archive_write_add_filter_none)
 {
     qsizetype room = 64 << 10;
     for (const auto &[name, bytes] : files)
-        room += bytes.size() + 2 * name.size() + 400;
+        room += bytes.size() + 2 * name.size() + 4096;
     QByteArray zip(room, '\0');
     size_t used = 0;
     archive *writer = archive_write_new();
-    archive_write_set_format_zip(writer);
+    setFormat(writer);
+    addFilter(writer);
     archive_write_set_bytes_in_last_block(writer, 1);
     archive_write_open_memory(writer, zip.data(), static_cast<size_t>(room), &used);
     for (const auto &[name, bytes] : files) {
@@ -60,6 +64,21 @@ QByteArray zipOf(const QList<std::pair<QByteArray, QByteArray>> &files)
     archive_write_free(writer);
     zip.truncate(static_cast<qsizetype>(used));
     return zip;
+}
+
+QByteArray zipOf(const Files &files)
+{
+    return packed(files, archive_write_set_format_zip);
+}
+
+QByteArray sevenZipOf(const Files &files)
+{
+    return packed(files, archive_write_set_format_7zip);
+}
+
+QByteArray tarballOf(const Files &files)
+{
+    return packed(files, archive_write_set_format_pax_restricted, archive_write_add_filter_gzip);
 }
 
 QByteArray little16(quint16 value)

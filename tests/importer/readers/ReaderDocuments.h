@@ -29,6 +29,9 @@ QString factText(const PropertyValue &value);
 
 // A ZIP archive of these files, compressed.
 QByteArray zipOf(const QList<std::pair<QByteArray, QByteArray>> &files);
+// The same as a 7-Zip archive, and as a tar compressed by gzip.
+QByteArray sevenZipOf(const QList<std::pair<QByteArray, QByteArray>> &files);
+QByteArray tarballOf(const QList<std::pair<QByteArray, QByteArray>> &files);
 // A compound file (version 3) of these streams.
 QByteArray compoundOf(const QList<std::pair<QString, QByteArray>> &streams);
 // A PDF document with one line of text on each page and this information dictionary.

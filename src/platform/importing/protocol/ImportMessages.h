@@ -16,6 +16,7 @@ struct ImportHello
     bool seccomp = false; // system calls are filtered
     QStringList types;    // content types that it reads, with what conforms to them
 
+    bool isWhole() const { return landlock > 0 && seccomp; } // nothing of the cage is missing
     // Whether it reads a type with this ancestry.
     bool reads(const QStringList &tree) const;
     ImportFrame frame() const;

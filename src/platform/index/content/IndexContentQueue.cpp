@@ -28,8 +28,9 @@ static bool isOlder(const IndexContentQueue::Waiting &a, const IndexContentQueue
 }
 
 IndexContentQueue::IndexContentQueue(IndexTextStore &store, Callbacks callbacks,
-                                     Importers importers)
-    : m_store(store), m_callbacks(std::move(callbacks)), m_importers(std::move(importers))
+                                     Importers importers, bool idle)
+    : m_store(store), m_callbacks(std::move(callbacks)), m_importers(std::move(importers)),
+      m_isIdle(idle)
 {
     m_store.setDamaged([this](quint64 inode) { storeIsDamaged(inode); });
     m_idleThread = std::thread([this] { idleLoop(); });
@@ -366,7 +367,8 @@ static void makeIdle()
 
 void IndexContentQueue::idleLoop()
 {
-    makeIdle();
+    if (m_isIdle)
+        makeIdle();
     for (;;) {
         m_workReady.acquire();
         if (m_stop.stop_requested())

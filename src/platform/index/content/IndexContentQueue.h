@@ -18,8 +18,8 @@
 // What waits is not saved: an item whose imported state is not that of its file is waiting, so at
 // the next start the catalog tells what is left to do. A file that waits takes 16 bytes; where it
 // is and what it is are asked for when its turn comes.
-// Two threads: one at idle priority (processor and disk) reads, splits and stores; it takes no
-// lock that others wait for, as it may get no time for long. The other feeds it and tells.
+// Two threads: one, mostly at idle priority (processor and disk), reads, splits and stores; it
+// takes no lock that others wait for, as it may get no time for long. The other feeds it and tells.
 // A text that cannot be stored (a full disk) is tried again later; a damaged text index is set
 // aside, and everything is imported again.
 // Threads: any; the callbacks come from the feeding thread.
@@ -55,8 +55,9 @@ public:
     using Importers = IndexImporters::Importers;
 
     // The store must outlive the queue. Of `importers` the first that accepts a type has it.
+    // `idle`: only what nobody else wants of processor and disk.
     IndexContentQueue(IndexTextStore &store, Callbacks callbacks,
-                      Importers importers = IndexImporters::make());
+                      Importers importers = IndexImporters::make(true), bool idle = true);
     ~IndexContentQueue(); // stops within one file's import
 
     bool accepts(const QString &type) const;
@@ -109,6 +110,7 @@ private:
     IndexTextStore &m_store;
     const Callbacks m_callbacks;
     const Importers m_importers;
+    const bool m_isIdle;
 
     mutable XPMutex m_typeMutex;
     mutable QHash<QString, IndexImporter *> m_importerOfType XP_GUARDED_BY(m_typeMutex);

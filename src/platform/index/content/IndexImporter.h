@@ -4,11 +4,11 @@
 
 #include <stop_token>
 
-// Finds the text and the metadata inside files of some types. The index has one for text files;
-// others hand the work to a process of their own.
+// Finds the text and the metadata inside files of some types. The index has none of its own:
+// nothing is parsed in its process.
 //
-// Threads: called on one thread only, at idle priority. Takes no lock that others need for long.
-// Never throws.
+// Threads: called on one thread only, mostly at idle priority. Takes no lock that others need for
+// long. Never throws.
 class IndexImporter
 {
 public:
@@ -28,20 +28,4 @@ public:
     // the next start. `stop`: give up soon, with any error.
     virtual XPResult<Content> import(const QByteArray &path, const QString &type,
                                      const std::stop_token &stop) = 0;
-};
-
-// Plain text, Markdown and source code, read directly: up to 1 MiB, as UTF-8 or, by its mark,
-// UTF-16 or UTF-32; bytes that are no UTF-8 count as Latin-1. A file that holds zero bytes or many
-// control characters is no text. The first heading of a Markdown file is its title.
-class IndexPlainTextImporter : public IndexImporter
-{
-public:
-    static constexpr qsizetype maximumBytes = 1 << 20;
-
-    bool accepts(const QString &type) const override;
-    XPResult<Content> import(const QByteArray &path, const QString &type,
-                             const std::stop_token &stop) override;
-
-    // The bytes of a file's start as UTF-8; empty when they are no text. `cut`: the file goes on.
-    static QByteArray decoded(const QByteArray &bytes, bool cut);
 };

@@ -25,7 +25,7 @@ void IndexImporters::install(Factory factory)
     installed.list.insert(installed.list.begin(), std::move(factory));
 }
 
-IndexImporters::Importers IndexImporters::make()
+IndexImporters::Importers IndexImporters::make(bool idle)
 {
     std::vector<Factory> list;
     {
@@ -35,7 +35,6 @@ IndexImporters::Importers IndexImporters::make()
     }
     Importers importers;
     for (const Factory &factory : list)
-        importers.push_back(factory());
-    importers.push_back(std::make_unique<IndexPlainTextImporter>());
+        importers.push_back(factory(idle));
     return importers;
 }

@@ -7,16 +7,17 @@
 #include <vector>
 
 // Who imports what. A program installs the factories of its importers before it opens the index;
-// each index then makes importers of its own. The one for plain text is always there.
+// each index then makes importers of its own.
 // Threads: any.
 namespace IndexImporters {
 
 using Importers = std::vector<std::unique_ptr<IndexImporter>>;
-using Factory = std::function<std::unique_ptr<IndexImporter>()>;
+// `idle`: at idle priority; otherwise somebody waits for the contents.
+using Factory = std::function<std::unique_ptr<IndexImporter>(bool idle)>;
 
 void install(Factory factory);
-// In the order in which they are asked: the first that accepts a type has it. Those installed,
-// the last one first; then the built-in one.
-Importers make();
+// In the order in which they are asked: the first that accepts a type has it. The last one
+// installed comes first.
+Importers make(bool idle);
 
 } // namespace IndexImporters

@@ -55,7 +55,9 @@ std::shared_ptr<IndexContentQueue> IndexContents::makeQueue()
     callbacks.startedOver = [this] {
         m_jobs.post([this] { return queueWaiting(0); }, IndexJobs::Urgency::InTurn);
     };
-    return std::make_shared<IndexContentQueue>(*m_text, std::move(callbacks));
+    const bool idle = !m_setup.waitedFor;
+    return std::make_shared<IndexContentQueue>(*m_text, std::move(callbacks),
+                                               IndexImporters::make(idle), idle);
 }
 
 void IndexContents::applied(const IndexBatch &batch)

@@ -10,8 +10,9 @@ struct IndexSetup
 {
     QString path; // of the store; empty: in memory only
     QStringList roots;
-    QStringList rules; // folders that are left out; see IndexRules
-    QString recents;   // the desktop's list of recently used files; empty: none
+    QStringList rules;      // folders that are left out; see IndexRules
+    QString recents;        // the desktop's list of recently used files; empty: none
+    bool waitedFor = false; // somebody waits for the contents: read them at normal priority
     // How often folders without a watch, and volumes that others change, are read again.
     std::chrono::milliseconds unwatchedInterval = std::chrono::seconds(30);
     std::chrono::milliseconds distantInterval = std::chrono::minutes(5);

@@ -57,9 +57,10 @@ MetadataIndex::~MetadataIndex()
     d->ownKeeper.reset();
 }
 
-std::unique_ptr<MetadataIndex> MetadataIndex::open()
+std::unique_ptr<MetadataIndex> MetadataIndex::open(bool waitedFor)
 {
     IndexSetup setup;
+    setup.waitedFor = waitedFor;
     setup.path = IndexSettings::storePath();
     setup.roots = IndexSettings::allRoots();
     setup.rules = IndexSettings::rules();

@@ -21,8 +21,8 @@ class MetadataIndex
 public:
     using Stop = std::function<bool()>; // asked from time to time: whether to give up
 
-    // By the settings (IndexSettings), which it follows.
-    static std::unique_ptr<MetadataIndex> open();
+    // By the settings (IndexSettings), which it follows. `waitedFor`: as in IndexSetup.
+    static std::unique_ptr<MetadataIndex> open(bool waitedFor = false);
     static std::unique_ptr<MetadataIndex> open(const IndexSetup &setup);
     ~MetadataIndex();
 

@@ -1,6 +1,7 @@
 #include "IndexContentQueue.h"
 #include "MDQueryParser.h"
 #include "TestHome.h"
+#include "TestTextImporter.h"
 #include "XPPath.h"
 
 #include <QElapsedTimer>
@@ -103,7 +104,7 @@ private:
 };
 
 // Stands at its gate until the test opens it, so that an order can be prepared.
-class GatedImporter : public IndexPlainTextImporter
+class GatedImporter : public TestTextImporter
 {
 public:
     explicit GatedImporter(std::counting_semaphore<> &gate) : m_gate(gate) {}
@@ -111,7 +112,7 @@ public:
                              const std::stop_token &stop) override
     {
         m_gate.acquire();
-        return IndexPlainTextImporter::import(path, type, stop);
+        return TestTextImporter::import(path, type, stop);
     }
 
 private:
@@ -324,44 +325,4 @@ TEST(IndexContentQueue, BeginsAnewWhenAQuestionMeetsDamage)
         ASSERT_TRUE(drained(queue));
         EXPECT_EQ(found(*store, "one"), Items{1});
     }
-}
-
-TEST(IndexPlainTextImporter, ReadsWhatIsText)
-{
-    const QByteArray utf16("\xFF\xFEh\0i\0 \0\xFC\0", 10);
-    const struct
-    {
-        const char *name;
-        QByteArray bytes;
-        bool cut;
-        QByteArray text;
-    } rows[] = {
-        {"utf8", "gr\xC3\xBC\xC3\x9F", false, "gr\xC3\xBC\xC3\x9F"},
-        {"latin1", "gr\xFC\xDF", false, "gr\xC3\xBC\xC3\x9F"},
-        {"utf16", utf16, false, "hi \xC3\xBC"},
-        {"cut in two bytes", "abc\xC3", true, "abc"},
-        {"cut in four bytes", "abc\xF0\x9F\x98", true, "abc"},
-        {"not cut", "abc\xC3", false, "abc\xC3\x83"},
-        {"whole at the cut", "ab\xC3\xBC", true, "ab\xC3\xBC"},
-        {"zero bytes", QByteArray("ab\0cd", 5), false, {}},
-        {"controls", QByteArray(40, '\x02') + QByteArray(40, 'a'), false, {}},
-        {"terminal colours", "\x1B[31mred\x1B[0m\r\n\ttab", false, "\x1B[31mred\x1B[0m\r\n\ttab"},
-        {"mark alone", "\xFF\xFE", false, {}},
-        {"empty", {}, false, {}},
-    };
-    for (const auto &row : rows)
-        EXPECT_EQ(IndexPlainTextImporter::decoded(row.bytes, row.cut), row.text) << row.name;
-
-    const TestFolder folder;
-    IndexPlainTextImporter importer;
-    const auto read = [&](const QByteArray &bytes) {
-        const QString path = folder.file(QStringLiteral("file"), bytes);
-        return importer.import(XPPath::encode(path), QStringLiteral("public.plain-text"), {});
-    };
-    const auto large = read(QByteArray(3 << 20, 'a'));
-    ASSERT_TRUE(large);
-    EXPECT_EQ(large->text.size(), IndexPlainTextImporter::maximumBytes);
-    EXPECT_EQ(large->size, 3 << 20);
-    for (const char *odd : {"/nowhere", "/dev/zero", "/proc", "/"})
-        EXPECT_FALSE(importer.import(odd, QStringLiteral("public.plain-text"), {})) << odd;
 }

@@ -2,6 +2,7 @@
 
 #include "IndexSetup.h"
 #include "MetadataIndex.h"
+#include "TestTextImporter.h"
 
 #include <QDeadlineTimer>
 #include <gtest/gtest.h>

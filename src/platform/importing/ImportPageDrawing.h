@@ -10,7 +10,7 @@ class ImportWorker;
 struct ImportDocument;
 
 // A page of a document as the importer drew it, or why there is none.
-struct KPDrawnPage
+struct ImportedPage
 {
     QImage image;
     std::optional<DocumentFailure> failure;
@@ -20,5 +20,5 @@ struct KPDrawnPage
 // Has `page` (from 1) drawn, `pixels` device pixels on its longer side. An error: nothing can be
 // drawn at all, or `stop` said so (Cancelled).
 // Threads: the worker's; blocks until the page is there.
-XPResult<KPDrawnPage> kpDrawPage(ImportWorker &worker, const ImportDocument &document, int page,
-                                 int pixels, const std::stop_token &stop = {});
+XPResult<ImportedPage> importPage(ImportWorker &worker, const ImportDocument &document, int page,
+                                  int pixels, const std::stop_token &stop = {});

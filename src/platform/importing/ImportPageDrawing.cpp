@@ -1,4 +1,4 @@
-#include "KPPageDrawing.h"
+#include "ImportPageDrawing.h"
 
 #include "ImportDocument.h"
 #include "ImportWorker.h"
@@ -19,8 +19,8 @@ static QImage imageOf(ImportPicture picture)
             pixels.release()};
 }
 
-XPResult<KPDrawnPage> kpDrawPage(ImportWorker &worker, const ImportDocument &document, int page,
-                                 int pixels, const std::stop_token &stop)
+XPResult<ImportedPage> importPage(ImportWorker &worker, const ImportDocument &document, int page,
+                                  int pixels, const std::stop_token &stop)
 {
     ImportJob job = document.job();
     job.page = page;
@@ -29,11 +29,11 @@ XPResult<KPDrawnPage> kpDrawPage(ImportWorker &worker, const ImportDocument &doc
     if (const auto *error = std::get_if<XPError>(&outcome))
         return *error;
     if (const auto *end = std::get_if<ImportWorker::Break>(&outcome))
-        return KPDrawnPage{{}, end->failure, end->reason};
+        return ImportedPage{{}, end->failure, end->reason};
     auto picture = ImportPicture::from(std::get<ImportFrame>(outcome));
     if (!picture)
-        return KPDrawnPage{{}, DocumentFailure::Crashed, picture.error().message};
+        return ImportedPage{{}, DocumentFailure::Crashed, picture.error().message};
     if (picture->failure)
-        return KPDrawnPage{{}, picture->failure, {}};
-    return KPDrawnPage{imageOf(*std::move(picture)), {}, {}};
+        return ImportedPage{{}, picture->failure, {}};
+    return ImportedPage{imageOf(*std::move(picture)), {}, {}};
 }
