@@ -171,5 +171,3 @@ void KPController::report(const KPEditReport &report)
         m_status->showMessage(qtTrId("KPEditStopped", static_cast<int>(report.changed)), 8000);
     m_selectionTimer.start(); // what failed is shown as it was
 }
-
-}

@@ -13,7 +13,6 @@ QList<KPCommand> KPFilingCommands::commands()
     using C = KPFilingCommands;
     constexpr auto menu = KPCommandMenu::Documents;
     const auto some = [this] { return KPCommandState{m_targets.documentCount() > 0}; };
-    const auto one = [this] { return KPCommandState{m_targets.documentCount() == 1}; };
     const auto recent = [this] {
         return KPCommandState{m_targets.documentCount() > 0 &&
                               !XPRecentDestinations::paths().isEmpty()};
