@@ -1280,17 +1280,11 @@ Absturzberichte erlauben?</translation>
     <message id="KPRemoveImmediateAuthComment">
         <translation>Das endgültige Entfernen einer Datei muss bestätigt werden.</translation>
     </message>
-    <message id="KPRenameButton">
-        <translation>Umbenennen</translation>
-    </message>
     <message id="KPRenameFile">
         <translation>&amp;Umbenennen …</translation>
     </message>
     <message id="KPRenameLabel">
         <translation>Neuer Name:</translation>
-    </message>
-    <message id="KPRenameTitle">
-        <translation>Umbenennen</translation>
     </message>
     <message id="KPReportNoRatingsChanges">
         <translation>Keine Bewertungen geändert</translation>

@@ -1282,17 +1282,11 @@ Allow crash reporting?</translation>
     <message id="KPRemoveImmediateAuthComment">
         <translation>You need to authorize to remove a file for good.</translation>
     </message>
-    <message id="KPRenameButton">
-        <translation>Rename</translation>
-    </message>
     <message id="KPRenameFile">
         <translation>Re&amp;name…</translation>
     </message>
     <message id="KPRenameLabel">
         <translation>New name:</translation>
-    </message>
-    <message id="KPRenameTitle">
-        <translation>Rename</translation>
     </message>
     <message id="KPReportNoRatingsChanges">
         <translation>No ratings changed</translation>

@@ -212,10 +212,10 @@ TEST_F(Controller, MenusTellWhatCanBeDone)
         EXPECT_TRUE(enabled(id)) << id;
     QTest::keyClick(m_window.get(), Qt::Key_4, Qt::AltModifier);
     ASSERT_TRUE(until([&] { return ratingOf(m_paths[1]) == 4 && m_window->isSettled(); }));
-    bool checked = false;
-    for (QAction *stars : byText.value(qtTrId("KPRate"))->menu()->actions())
-        checked |= stars->isChecked() && stars->text().endsWith(u'4');
-    EXPECT_TRUE(checked) << "the menu shows the rating that holds";
+    EXPECT_TRUE(until([&] {
+        const auto ratings = byText.value(qtTrId("KPRate"))->menu()->actions();
+        return ratings.size() == 6 && ratings.at(4)->isChecked();
+    })) << "the menu shows the rating that holds";
     bool takesBack = false;
     for (const QAction *action : std::as_const(byText))
         takesBack |= action->isEnabled() &&

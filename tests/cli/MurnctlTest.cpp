@@ -271,7 +271,7 @@ TEST_F(MurnctlFiles, CompletesCommandsOptionsAndRecentTags)
     };
     EXPECT_EQ(complete("murnctl ta"), "tags\ntag\ntag-rename\ntag-delete\n");
     EXPECT_EQ(complete("murnctl find --not-ta"), "--not-tag\n");
-    EXPECT_EQ(complete("murnctl index re"), "rebuild\nremove\n");
+    EXPECT_EQ(complete("murnctl index re"), "rebuild\nresume\nremove\n");
     EXPECT_EQ(complete("'" MURNCTL "' index remove /"), run({"index", "roots"}).out);
     EXPECT_EQ(complete("'" MURNCTL "' tag --add Tax"), "Tax\\ return\n");
     EXPECT_EQ(complete("murnctl tags a"), "a\n");

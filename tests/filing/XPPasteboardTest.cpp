@@ -4,6 +4,7 @@
 #include "XPNewFile.h"
 #include "XPPropertyList.h"
 #include "XPRtfText.h"
+#include "XPTranslations.h"
 
 #include <QBuffer>
 #include <QImage>
@@ -161,6 +162,7 @@ TEST(PasteboardTitles, AreNamesOfFiles)
 
 TEST(PasteboardTitles, ComeFromASubjectOrTheBeginning)
 {
+    XPTranslations::install(QLocale(QLocale::English));
     const QString sixty(60, u'x');
     EXPECT_EQ(XPPasteboardSupport::findSubject(QStringLiteral("To: a\nSubject: b\nc")), u" b");
     EXPECT_EQ(XPPasteboardSupport::findSubject(QStringLiteral("Subject:") + sixty + u'y'), sixty);

@@ -6,6 +6,7 @@
 #include "XPPath.h"
 
 #include <QFile>
+#include <fcntl.h>
 
 // Takes UTF-8 files for what they are, and the first line of Markdown for its title: stands in for
 // the importer's process where the index itself is tried. Including this installs it.
@@ -22,8 +23,10 @@ public:
                              const std::stop_token &) override
     {
         const auto info = XPFileInfo::read(XPPath::decode(path));
-        QFile file(QString::fromUtf8(path));
-        if (!info || !info->isRegular() || !file.open(QIODevice::ReadOnly))
+        QFile file; // a name may be no text
+        const int descriptor = ::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+        if (!info || !info->isRegular() ||
+            !file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
             return XPError::make(XPError::Kind::Io, QStringLiteral("cannot be read"), {});
         Content content{file.read(1 << 20), {}, info->modified, info->size};
         if (!content.text.isValidUtf8() || content.text.contains('\0'))

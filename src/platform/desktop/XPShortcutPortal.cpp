@@ -43,6 +43,8 @@ XPShortcutPortal::XPShortcutPortal(QDBusConnection bus, const QKeySequence &key,
                                    const QString &description)
     : m_bus(std::move(bus)), m_key(key), m_description(description)
 {
+    // The slot is looked up by the names of its types, which are unknown before their first use.
+    qRegisterMetaType<QDBusObjectPath>();
     qDBusRegisterMetaType<Shortcut>();
     qDBusRegisterMetaType<QList<Shortcut>>();
     m_bus.connect(service, portal, interface, QStringLiteral("Activated"), this,
