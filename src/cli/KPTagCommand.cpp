@@ -11,6 +11,7 @@
 #include "KarvexTagKey.h"
 #include "XPExtendedAttributes.h"
 #include "XPFileInfo.h"
+#include "XPMutex.h"
 
 #include <algorithm>
 
@@ -105,6 +106,7 @@ static bool isValue(const XPError &error)
 
 static int suggest(const KPCommandLine &line, KPCommandOutput &output)
 {
+    xpGuiThread.assertHere();
     for (const char *option : {"--add", "--remove", "--set", "--clear", "--force"}) {
         if (line.has(option))
             return kpReportUsage(&kpTagCommand, QStringLiteral("--suggest stands alone"));

@@ -4,13 +4,13 @@
 #include "XPFileAttributes.h"
 #include "XPFileDescriptor.h"
 #include "XPPath.h"
+#include "XPQpdf.h"
 #include "XPRename.h"
 
 #include <QRandomGenerator>
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
-#include <qpdf/QPDFWriter.hh>
 #include <sys/stat.h>
 #include <unistd.h>
 

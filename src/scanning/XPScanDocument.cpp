@@ -7,16 +7,12 @@
 #include "XPFiledDocuments.h"
 #include "XPFolders.h"
 #include "XPPath.h"
+#include "XPQpdf.h"
 #include "XPScanPDF.h"
 
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
-#include <qpdf/Buffer.hh>
-#include <qpdf/QPDF.hh>
-#include <qpdf/QPDFPageDocumentHelper.hh>
-#include <qpdf/QPDFWriter.hh>
-
 static const QString ending = QStringLiteral(".pdf");
 static const QString qualityKey = QStringLiteral("KPCompressionFactor3");
 

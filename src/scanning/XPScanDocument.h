@@ -3,6 +3,9 @@
 #include "XPScannedPages.h"
 #include "XPTextLayer.h"
 
+#include <QDateTime>
+#include <QLocale>
+
 // From the pages to a filed document.
 //
 // While pages come, a placeholder stands in the work folder for the document to be: a PDF like any

@@ -3,6 +3,7 @@
 #include "XPDocumentFile.h"
 #include "XPLog.h"
 #include "XPPath.h"
+#include "XPQpdf.h"
 
 #include <QBuffer>
 #include <QFile>
@@ -12,9 +13,6 @@
 #include <fcntl.h>
 #include <future>
 #include <map>
-#include <qpdf/QPDF.hh>
-#include <qpdf/QPDFPageDocumentHelper.hh>
-
 static constexpr double pointsPerPixel = 0.5; // 144 pixels an inch
 static constexpr QSizeF mostPoints(581.4, 752.4);
 static constexpr float losslessFrom = 0.9F;

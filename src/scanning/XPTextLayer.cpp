@@ -3,6 +3,7 @@
 #include "XPDocumentFile.h"
 #include "XPFileInfo.h"
 #include "XPPath.h"
+#include "XPQpdf.h"
 
 #include <QFile>
 #include <QLocale>
@@ -10,11 +11,6 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <list>
-#include <qpdf/QPDF.hh>
-#include <qpdf/QPDFExc.hh>
-#include <qpdf/QPDFPageDocumentHelper.hh>
-#include <qpdf/QPDFPageObjectHelper.hh>
-
 static const char *const layerName = "/MurnText"; // by which a layer of ours is known
 static constexpr int mostMillisecondsAPage = 120'000;
 static constexpr int usualDpi = 300;

@@ -128,9 +128,9 @@ bool KPPictureMaker::waitForJob(XPLocker &locker, Slot &slot, bool mayRest)
             m_wake.wait(locker);
         } else if (m_wake.wait_for(locker, restAfter) == std::cv_status::timeout &&
                    m_jobs.empty()) {
-            locker.unlock();
+            m_mutex.unlock();
             slot.rest();
-            locker.lock();
+            m_mutex.lock();
         }
     }
     return !m_quit;

@@ -35,6 +35,7 @@ public:
 // As the importer has them: nothing of a document is parsed here.
 TEST(DocTitles, ComeFromTheIndex)
 {
+    xpGuiThread.assertHere();
     IndexImporters::install([](bool) { return std::make_unique<SizeImporter>(); });
     KeptFolder folder;
     for (const char *name : {"a.emlx", "a.abcdp", "a.webbookmark"})

@@ -1,6 +1,7 @@
 #include "KPElidedName.h"
 
 #include <QFontMetrics>
+#include <QStringList>
 #include <gtest/gtest.h>
 
 TEST(ElidedName, KeepsBothEndsWithinTheWidth)

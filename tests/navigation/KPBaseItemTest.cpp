@@ -70,7 +70,9 @@ TEST_P(SourceItems, ComeBackFromTheirStoredForm)
     ASSERT_TRUE(bytes);
     const Item back = KPBaseItem::unarchived(XPPropertyList::read(*bytes)->dictionary());
     ASSERT_TRUE(back);
-    EXPECT_EQ(typeid(*back), typeid(*item));
+    const KPBaseItem &read = *back;
+    const KPBaseItem &written = *item;
+    EXPECT_EQ(typeid(read), typeid(written));
     EXPECT_TRUE(back->isEqual(*item));
     EXPECT_TRUE(back->searchState()->isEqualToSearchState(*item->searchState()));
     EXPECT_EQ(back->displayName(), item->displayName());

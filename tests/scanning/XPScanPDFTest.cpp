@@ -3,6 +3,7 @@
 #include "TestHome.h"
 #include "XPDocumentFile.h"
 #include "XPExtendedAttributes.h"
+#include "XPQpdf.h"
 #include "XPTextLayer.h"
 
 #include <QBuffer>
@@ -10,9 +11,6 @@
 #include <QFile>
 #include <QPainter>
 #include <gtest/gtest.h>
-#include <qpdf/QPDF.hh>
-#include <qpdf/QPDFPageDocumentHelper.hh>
-
 static QImage picture(int width, int height, Qt::GlobalColor colour = Qt::yellow)
 {
     QImage image(width, height, QImage::Format_RGB32);
