@@ -35,6 +35,12 @@ void IndexJobs::waitForRoom()
     --m_waitingForRoom;
 }
 
+bool IndexJobs::areWaiting() const
+{
+    const XPLocker lock(m_mutex);
+    return !m_urgent.empty() || !m_inTurn.empty();
+}
+
 void IndexJobs::stop()
 {
     {

@@ -25,6 +25,8 @@ public:
     void postLater(Job job, std::chrono::milliseconds delay); // urgent when due
     // Blocks while very many jobs wait in turn, so that a crawl does not outrun the writer.
     void waitForRoom();
+    // Jobs that are due.
+    bool areWaiting() const;
     // `idle` is called when the last job is done, before the thread sleeps. Jobs due later may
     // wait.
     void run(const std::function<void()> &idle); // until stop()

@@ -153,10 +153,12 @@ void IndexKeeper::tellQuiet()
     }
 }
 
-// No job is left; asked on the writer's thread.
+// No job was left; asked on the writer's thread. Jobs are asked for last: whoever came to rest
+// since then handed on what it had.
 bool IndexKeeper::isQuiet(bool contents) const
 {
-    return (!contents || m_contents.isAtRest()) && m_roots.isAtRest();
+    return (!contents || m_contents.isAtRest()) && m_roots.isAtRest() &&
+           !m_keeping.jobs.areWaiting();
 }
 
 bool IndexKeeper::sync(bool contents, const std::function<bool()> &stop)
