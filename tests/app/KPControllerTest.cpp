@@ -106,13 +106,19 @@ TEST_F(Controller, UndoOfARenamingGivesBackTheVeryName)
     };
     rename("Talk");
     const QString talk = m_folder.path(QStringLiteral("Talk.txt"));
-    ASSERT_TRUE(until([&] { return QFile::exists(talk); }));
+    ASSERT_TRUE(until([&] {
+        return QFile::exists(talk) && KPDocCache::docAtPathIfExists(talk) && m_window->isSettled();
+    }));
     QTest::keyClick(m_window.get(), Qt::Key_Z, Qt::ControlModifier);
-    ASSERT_TRUE(until([&] { return QFile::exists(meeting); }));
+    // The record follows its file.
+    const auto isKnown = [](const QString &path) {
+        return QFile::exists(path) && KPDocCache::docAtPathIfExists(path) != nullptr;
+    };
+    ASSERT_TRUE(until([&] { return isKnown(meeting) && m_window->isSettled(); }));
 
     // Somebody else gives it a third name: there is nothing of ours to take back.
     QTest::keyClick(m_window.get(), Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
-    ASSERT_TRUE(until([&] { return QFile::exists(talk); }));
+    ASSERT_TRUE(until([&] { return isKnown(talk) && m_window->isSettled(); }));
     const QString third = m_folder.path(QStringLiteral("third.txt"));
     KPDoc *doc = KPDocCache::docAtPath(talk);
     std::filesystem::rename(talk.toStdString(), third.toStdString());
