@@ -1,7 +1,7 @@
 // murnctl ocr: lays recognised text over the pages of PDF documents.
+#include "ImportPagePicture.h"
 #include "KPCommandOutput.h"
 #include "KPInterrupt.h"
-#include "ImportPagePicture.h"
 #include "KPProgressLine.h"
 #include "XPFiledDocuments.h"
 #include "XPPath.h"

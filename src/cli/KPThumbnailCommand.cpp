@@ -1,7 +1,7 @@
 // murnctl thumbnail: a picture of a page, drawn by the importer in its cage.
 #include "ImportFrame.h"
-#include "KPCommandOutput.h"
 #include "ImportPagePicture.h"
+#include "KPCommandOutput.h"
 #include "XPAtomicFile.h"
 #include "XPPath.h"
 

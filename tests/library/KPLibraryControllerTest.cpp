@@ -87,8 +87,9 @@ protected:
     void show(int count)
     {
         for (int number = 0; number < count; ++number)
-            search.add(shownDoc(QStringLiteral("/gone/doc %1.pdf").arg(number, 3, 10, QLatin1Char('0')), {},
-                                number % 6));
+            search.add(
+                shownDoc(QStringLiteral("/gone/doc %1.pdf").arg(number, 3, 10, QLatin1Char('0')),
+                         {}, number % 6));
         search.deliver();
     }
     void selectFirst(int count)
