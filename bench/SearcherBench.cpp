@@ -192,11 +192,12 @@ static void bareQuery(benchmark::State &state)
         const auto query = *MDQuery::create(source, text);
         query->execute(MDQuery::Synchronous);
         count = query->resultCount();
-        const IndexCatalog::Reading reading(source.catalog());
+        const IndexLook look(source);
         for (qsizetype i = 0; i < count; ++i) {
-            const IndexSlot slot = source.catalog().slotOf(query->itemAt(i));
-            benchmark::DoNotOptimize(source.catalog().path(slot));
-            benchmark::DoNotOptimize(KPDocValues::ofRow(source.catalog(), slot));
+            const auto row = look.at(query->itemAt(i));
+            expect(row.has_value(), "a result without a row");
+            benchmark::DoNotOptimize(row->path());
+            benchmark::DoNotOptimize(KPDocValues::ofRow(*row));
         }
     }
     state.SetItemsProcessed(state.iterations() * count);

@@ -1,5 +1,6 @@
 #include "KPResultsRun.h"
 
+#include "IndexLook.h"
 #include "KPIndexCoverage.h"
 #include "KPSearcher.h"
 #include "KPSortedResults.h"
@@ -198,10 +199,9 @@ KPDocValues KPResultsRun::valuesAt(const QString &path) const
 {
     if (m_isListing)
         return KPDocValues::ofFile(path);
-    const IndexCatalog &catalog = m_session.index().source().catalog();
-    const IndexCatalog::Reading reading(catalog);
-    const IndexSlot slot = catalog.slotOf(catalog.itemAtPath(XPPath::encode(path)));
-    return slot == IndexCatalog::noSlot ? KPDocValues() : KPDocValues::ofRow(catalog, slot);
+    const IndexLook look(m_session.index().source());
+    const auto row = look.atPath(XPPath::encode(path));
+    return row ? KPDocValues::ofRow(*row) : KPDocValues();
 }
 
 void KPResultsRun::updatedResults(const KPResultsDelivery::Ptr &delivery)
@@ -229,17 +229,16 @@ void KPResultsRun::updatedResults(const KPResultsDelivery::Ptr &delivery)
         if (m_isEnded)
             return;
     }
-    const IndexCatalog &catalog = m_session.index().source().catalog();
     for (const IndexItem item : delivery->items) {
         QString path;
         KPDocValues values;
         {
-            const IndexCatalog::Reading reading(catalog);
-            const IndexSlot slot = catalog.slotOf(item);
-            if (slot == IndexCatalog::noSlot)
+            const IndexLook look(m_session.index().source());
+            const auto row = look.at(item);
+            if (!row)
                 continue;
-            path = XPPath::decode(catalog.path(slot));
-            values = KPDocValues::ofRow(catalog, slot);
+            path = XPPath::decode(row->path());
+            values = KPDocValues::ofRow(*row);
         }
         add(path, &values);
         if (m_isEnded)
@@ -314,23 +313,23 @@ int KPResultsRun::query(const QString &text, const QStringList &folders)
     return run();
 }
 
-static QString pathOf(const IndexCatalog &catalog, IndexItem item, size_t *facts)
+static QString pathOf(const IndexSource &source, IndexItem item, size_t *facts)
 {
-    const IndexCatalog::Reading reading(catalog);
-    const IndexSlot slot = catalog.slotOf(item);
-    if (slot == IndexCatalog::noSlot)
+    const IndexLook look(source);
+    const auto row = look.at(item);
+    if (!row)
         return {};
-    *facts = KPResultCounts::Values::factsOf(catalog.info(slot));
-    return XPPath::decode(catalog.path(slot));
+    *facts = KPResultCounts::Values::factsOf(row->info());
+    return XPPath::decode(row->path());
 }
 
 void KPResultsRun::takeQueryItems(MDQuery &query)
 {
-    const IndexCatalog &catalog = m_session.index().source().catalog();
+    const IndexSource &source = m_session.index().source();
     for (; m_taken < query.resultCount() && !m_isEnded; ++m_taken) {
         size_t facts = 0;
         const IndexItem item = query.itemAt(m_taken);
-        const QString path = pathOf(catalog, item, &facts);
+        const QString path = pathOf(source, item, &facts);
         if (path.isEmpty())
             continue;
         if (m_options.live)
@@ -344,7 +343,7 @@ void KPResultsRun::takeQueryItems(MDQuery &query)
 void KPResultsRun::takeQueryChanges(const QList<IndexItem> &added, const QList<IndexItem> &changed,
                                     const QList<IndexItem> &removed)
 {
-    const IndexCatalog &catalog = m_session.index().source().catalog();
+    const IndexSource &source = m_session.index().source();
     QList<std::pair<IndexItem, Shown>> present;
     for (const IndexItem item : removed) {
         if (const Shown shown = m_shown.take(item); !shown.path.isEmpty())
@@ -353,7 +352,7 @@ void KPResultsRun::takeQueryChanges(const QList<IndexItem> &added, const QList<I
     // All that leaves its place goes before anything takes one: two may have changed places.
     for (const IndexItem item : added + changed) {
         Shown now;
-        now.path = pathOf(catalog, item, &now.facts);
+        now.path = pathOf(source, item, &now.facts);
         const Shown before = m_shown.value(item);
         if (!before.path.isEmpty() && before.path != now.path)
             printChange('-', m_shown.take(item).path);

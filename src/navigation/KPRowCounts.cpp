@@ -1,6 +1,6 @@
 #include "KPRowCounts.h"
 
-#include "IndexCatalog.h"
+#include "IndexLook.h"
 #include "IndexSettings.h"
 #include "IndexSource.h"
 #include "KPIndexFilter.h"
@@ -82,15 +82,14 @@ void KPRowCounts::Worker::learnDocuments()
 
 void KPRowCounts::Worker::judge(const IndexItem *items, size_t count)
 {
-    const IndexCatalog &catalog = m_source.catalog();
-    const IndexCatalog::Reading reading(catalog);
+    const IndexLook look(m_source);
     for (size_t i = 0; i < count; ++i) {
-        const IndexSlot slot = catalog.slotOf(items[i]);
-        if (slot == IndexCatalog::noSlot)
+        const auto row = look.at(items[i]);
+        if (!row)
             continue;
-        const QByteArray path = catalog.path(slot);
-        const XPFileInfo info = catalog.info(slot);
-        const QString type = info.isDirectory() ? catalog.type(slot) : QString();
+        const QByteArray path = row->path();
+        const XPFileInfo info = row->info();
+        const QString type = info.isDirectory() ? row->type() : QString();
         if (items[i] >= m_isDocument.size())
             m_isDocument.resize(std::max<size_t>(items[i] + 1, m_isDocument.size() * 5 / 4));
         m_isDocument[items[i]] = m_filter->mayHold(path, XPPath::decode(path), info, type);

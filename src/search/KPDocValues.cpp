@@ -4,24 +4,22 @@
 
 #include <cmath>
 
-KPDocValues KPDocValues::ofRow(const IndexCatalog &catalog, IndexSlot slot)
+static const std::array<QString, KPDocMetaData::attributeCount> &keys()
+{
+    static const auto all = [] {
+        std::array<QString, KPDocMetaData::attributeCount> names;
+        for (size_t i = 0; i < names.size(); ++i)
+            names[i] = KPDocMetaData::key(static_cast<KPDocMetaData::Attribute>(i));
+        return names;
+    }();
+    return all;
+}
+
+KPDocValues KPDocValues::ofRow(const IndexLook::Row &row)
 {
     KPDocValues values;
-    const auto entries = catalog.values(slot);
-    if (entries.empty())
-        return values;
-    for (size_t i = 0; i < values.raw.size(); ++i) {
-        const auto number =
-            catalog.attributeNumber(KPDocMetaData::key(static_cast<KPDocMetaData::Attribute>(i)));
-        if (!number)
-            continue;
-        for (const IndexValues::Entry &entry : entries) {
-            if (entry.name == *number) {
-                values.raw[i] = entry.decoded(catalog.texts());
-                break;
-            }
-        }
-    }
+    std::vector<PropertyValue> stored = row.stored(keys());
+    std::move(stored.begin(), stored.end(), values.raw.begin());
     return values;
 }
 
@@ -29,8 +27,7 @@ KPDocValues KPDocValues::ofFile(const QString &path)
 {
     KPDocValues values;
     for (size_t i = 0; i < values.raw.size(); ++i)
-        values.raw[i] = Karvex::getXAttrMetaData(
-            KPDocMetaData::key(static_cast<KPDocMetaData::Attribute>(i)), path);
+        values.raw[i] = Karvex::getXAttrMetaData(keys()[i], path);
     return values;
 }
 

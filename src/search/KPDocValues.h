@@ -1,6 +1,6 @@
 #pragma once
 
-#include "IndexCatalog.h"
+#include "IndexLook.h"
 #include "KPDocMetaData.h"
 #include "KPResultCounts.h"
 #include "XPError.h"
@@ -16,8 +16,7 @@ struct KPDocValues
         PropertyValue(), PropertyValue(), PropertyValue(),
         PropertyValue(), PropertyValue(), PropertyValue()};
 
-    // Those of a row, under a Reading of the caller's.
-    static KPDocValues ofRow(const IndexCatalog &catalog, IndexSlot slot);
+    static KPDocValues ofRow(const IndexLook::Row &row);
     // Those of a file, from the disk. Blocking.
     static KPDocValues ofFile(const QString &path);
 

@@ -1,6 +1,6 @@
 #include "KPIndexCoverage.h"
 
-#include "IndexCatalog.h"
+#include "IndexLook.h"
 #include "IndexSettings.h"
 #include "MetadataIndex.h"
 #include "XPPath.h"
@@ -25,11 +25,12 @@ KPIndexCoverage::Kind KPIndexCoverage::of(const IndexSource &source, const QStri
     QSet<QByteArray> roots;
     bool isKnown = false;
     {
-        const IndexCatalog &catalog = source.catalog();
-        const IndexCatalog::Reading reading(catalog);
-        isKnown = catalog.itemAtPath(path) != 0;
-        for (const IndexItem root : catalog.roots())
-            roots.insert(catalog.path(catalog.slotOf(root)));
+        const IndexLook look(source);
+        isKnown = look.atPath(path).has_value();
+        for (const IndexItem root : look.roots()) {
+            if (const auto row = look.at(root))
+                roots.insert(row->path());
+        }
     }
     // Those of the settings too: an index that was only just opened knows none yet.
     for (const QString &root : IndexSettings::allRoots())

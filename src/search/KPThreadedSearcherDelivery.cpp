@@ -139,7 +139,6 @@ QStringList KPThreadedSearcher::unreadableDocuments() const
     for (qsizetype i = 0; i < (*query)->resultCount(); ++i)
         items.push_back((*query)->itemAt(i));
     QStringList problems;
-    const IndexCatalog &catalog = m_source.catalog();
     for (const IndexItem item : items) {
         if (m_docCache.contains(item))
             continue;
@@ -148,14 +147,14 @@ QStringList KPThreadedSearcher::unreadableDocuments() const
         XPFileInfo info;
         QString type;
         {
-            const IndexCatalog::Reading reading(catalog);
-            const IndexSlot slot = catalog.slotOf(item);
-            if (slot == IndexCatalog::noSlot)
+            const IndexLook look(m_source);
+            const auto row = look.at(item);
+            if (!row)
                 continue;
-            path = catalog.path(slot);
-            info = catalog.info(slot);
-            type = catalog.type(slot);
-            values = KPDocValues::ofRow(catalog, slot);
+            path = row->path();
+            info = row->info();
+            type = row->type();
+            values = KPDocValues::ofRow(*row);
         }
         const QString text = XPPath::decode(path);
         if (filter->mayHold(path, text, info, type))

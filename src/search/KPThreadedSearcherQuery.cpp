@@ -220,26 +220,25 @@ bool KPThreadedSearcher::processMDResults(double budget)
     return true;
 }
 
-// All under one Reading; what they lead to is done without.
+// All in one look; what they lead to is done without.
 std::vector<KPThreadedSearcher::Row> KPThreadedSearcher::rows(const IndexItem *items,
                                                               size_t count) const
 {
     std::vector<Row> rows(count);
     const bool wantsValues = !m_itemsOnly || m_filter->hidesUnreadableTags();
-    const IndexCatalog &catalog = m_source.catalog();
-    const IndexCatalog::Reading reading(catalog);
+    const IndexLook look(m_source);
     for (size_t i = 0; i < count; ++i) {
         Row &row = rows[i];
         row.item = items[i];
-        const IndexSlot slot = catalog.slotOf(row.item);
-        if (slot == IndexCatalog::noSlot)
+        const auto indexed = look.at(row.item);
+        if (!indexed)
             continue;
-        row.path = catalog.path(slot);
-        row.info = catalog.info(slot);
+        row.path = indexed->path();
+        row.info = indexed->info();
         if (row.info.isDirectory())
-            row.type = catalog.type(slot);
+            row.type = indexed->type();
         if (wantsValues)
-            row.values = KPDocValues::ofRow(catalog, slot);
+            row.values = KPDocValues::ofRow(*indexed);
     }
     return rows;
 }
@@ -319,13 +318,16 @@ void KPThreadedSearcher::learnRoots()
 {
     if (!m_filter->scope().everywhere)
         return;
-    const IndexCatalog &catalog = m_source.catalog();
-    const IndexCatalog::Reading reading(catalog);
-    if (m_roots == catalog.roots())
-        return;
-    m_roots = catalog.roots();
     QStringList paths;
-    for (const IndexItem root : m_roots)
-        paths.append(XPPath::decode(catalog.path(catalog.slotOf(root))));
+    {
+        const IndexLook look(m_source);
+        if (m_roots == look.roots())
+            return;
+        m_roots = look.roots();
+        for (const IndexItem root : m_roots) {
+            if (const auto row = look.at(root))
+                paths.append(XPPath::decode(row->path()));
+        }
+    }
     m_filter->setRoots(paths);
 }

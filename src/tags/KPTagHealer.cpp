@@ -1,6 +1,6 @@
 #include "KPTagHealer.h"
 
-#include "IndexRecord.h"
+#include "IndexBytesKey.h"
 #include "Karvex.h"
 #include "MetadataIndex.h"
 #include "UserDefaults.h"
@@ -86,15 +86,15 @@ std::vector<KPTagHealer::Task> KPTagHealer::nextTasks()
 
 // The bytes that stood on the file: the index keeps them beside a value that we would write in
 // another way. What it could not keep is named in `missing`: such a file is not healed halfway.
-static QMap<QString, QByteArray> bytesOf(const IndexRecord::Attributes &attributes,
+static QMap<QString, QByteArray> bytesOf(const PropertyValue::Dictionary &attributes,
                                          QStringList &missing)
 {
     QMap<QString, QByteArray> bytes;
     for (auto attribute = attributes.begin(); attribute != attributes.end(); ++attribute) {
         const QString &name = attribute.key();
-        if (IndexRecord::isBytesKey(name))
+        if (IndexBytesKey::is(name))
             continue;
-        const PropertyValue kept = attributes.value(IndexRecord::bytesKey(name), *attribute);
+        const PropertyValue kept = attributes.value(IndexBytesKey::of(name), *attribute);
         const auto list = kept.kind() == PropertyValue::Kind::Data
                               ? XPResult<QByteArray>(kept.data())
                               : XPPropertyList::writeBinary(kept);

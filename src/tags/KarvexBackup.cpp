@@ -1,8 +1,8 @@
 #include "KarvexBackup.h"
 
+#include "IndexLook.h"
 #include "Karvex.h"
 #include "KarvexFileLock.h"
-#include "MDItem.h"
 #include "MDQuery.h"
 #include "XPAtomicFile.h"
 #include "XPFolders.h"
@@ -13,7 +13,7 @@
 using Records = KarvexBackupFile::Records;
 
 static constexpr qsizetype mostResults = 500'000;
-static constexpr qsizetype rowsAReading = 256;
+static constexpr qsizetype rowsALook = 256;
 // A synchronised folder may bring another file between reading and writing.
 static constexpr int mostAttempts = 5;
 
@@ -76,12 +76,12 @@ static QStringList storable(const QStringList &tags)
     return kept;
 }
 
-static Present backupDict(const IndexCatalog &catalog, IndexSlot slot)
+static Present backupDict(const IndexLook::Row &row)
 {
-    const auto value = [&](const QString &key) { return MDItem::attribute(catalog, slot, key); };
+    const auto value = [&](const QString &key) { return row.attribute(key); };
     Present present;
     KarvexBackupRecord &record = present.record;
-    record.path = XPPath::decode(catalog.path(slot));
+    record.path = XPPath::decode(row.path());
     const PropertyValue tags = value(Karvex::tagsToSearchFor());
     const PropertyValue rating = value(Karvex::starRatingKey);
     const double stars = rating.doubleValue(std::nan(""));
@@ -106,17 +106,16 @@ static std::optional<PresentFiles> presentFiles(IndexSource &source, const MDQue
 {
     PresentFiles files;
     files.reserve(static_cast<size_t>(query.resultCount()));
-    const IndexCatalog &catalog = source.catalog();
     for (qsizetype next = 0; next < query.resultCount();) {
         if (!progress.goesOn(next, query.resultCount()))
             return {};
-        const qsizetype end = std::min(next + rowsAReading, query.resultCount());
-        const IndexCatalog::Reading reading(catalog);
+        const qsizetype end = std::min(next + rowsALook, query.resultCount());
+        const IndexLook look(source);
         for (; next < end; ++next) {
-            const IndexSlot slot = catalog.slotOf(query.itemAt(next));
-            if (slot == IndexCatalog::noSlot)
+            const auto row = look.at(query.itemAt(next));
+            if (!row)
                 continue;
-            Present present = backupDict(catalog, slot);
+            Present present = backupDict(*row);
             if (present.record.isWorthKeeping())
                 files.push_back(std::move(present));
         }

@@ -1,5 +1,6 @@
 #include "XPAttributeCache.h"
 
+#include "IndexLook.h"
 #include "KarvexErrors.h"
 #include "MDItem.h"
 #include "XPItemPaths.h"
@@ -190,20 +191,19 @@ void XPAttributeCache::prefetchDone()
         --sNetNumPrefetchCachesNotDone;
 }
 
-// All under one Reading; what they lead to is done without.
+// All in one look; what they lead to is done without.
 std::vector<XPAttributeCache::Row> XPAttributeCache::rows(const QList<IndexItem> &items) const
 {
     std::vector<Row> rows;
     rows.reserve(static_cast<size_t>(items.size()));
-    const IndexCatalog &catalog = m_source.catalog();
-    const IndexCatalog::Reading reading(catalog);
+    const IndexLook look(m_source);
     for (const IndexItem item : items) {
         Row &row = rows.emplace_back(Row{item, {}, {}});
-        const IndexSlot slot = catalog.slotOf(item);
-        if (slot == IndexCatalog::noSlot)
+        const auto indexed = look.at(item);
+        if (!indexed)
             continue;
-        row.path = KPPool::pooledString(XPPath::decode(catalog.path(slot)));
-        row.raw = MDItem::attribute(catalog, slot, m_singleAttributeKey);
+        row.path = KPPool::pooledString(XPPath::decode(indexed->path()));
+        row.raw = indexed->attribute(m_singleAttributeKey);
     }
     return rows;
 }

@@ -1,5 +1,6 @@
 #include "XPAttributeCache.h"
 
+#include "IndexLook.h"
 #include "MDItem.h"
 #include "XPItemPaths.h"
 #include "XPPath.h"
@@ -133,13 +134,13 @@ std::vector<XPAttributeCache::Row> XPAttributeCache::rowsAt(const QList<Lookup> 
 {
     std::vector<Row> rows;
     rows.reserve(static_cast<size_t>(lookups.size()));
-    const IndexCatalog &catalog = m_source.catalog();
-    const IndexCatalog::Reading reading(catalog);
+    const IndexLook look(m_source);
     for (const Lookup &lookup : lookups) {
         Row &row = rows.emplace_back(Row{0, lookup.path, {}});
-        row.item = catalog.itemAtPath(XPPath::encode(row.path.toString()));
-        if (const IndexSlot slot = catalog.slotOf(row.item); slot != IndexCatalog::noSlot)
-            row.raw = MDItem::attribute(catalog, slot, m_singleAttributeKey);
+        if (const auto indexed = look.atPath(XPPath::encode(row.path.toString()))) {
+            row.item = indexed->item();
+            row.raw = indexed->attribute(m_singleAttributeKey);
+        }
     }
     return rows;
 }

@@ -1,5 +1,6 @@
 #include "XPRecentItems.h"
 
+#include "IndexLook.h"
 #include "MDQuery.h"
 #include "XPFolders.h"
 #include "XPItemPaths.h"
@@ -20,13 +21,11 @@ XPRecentItems::XPRecentItems(IndexSource &source) : m_source(source)
     m_query = *std::move(query);
     QObject::connect(
         m_query.get(), &MDQuery::updated, m_query.get(), [this](const QList<IndexItem> &added) {
-            const IndexCatalog &catalog = m_source.catalog();
-            const IndexCatalog::Reading reading(catalog);
+            const IndexLook look(m_source);
             for (const IndexItem item : added) {
-                const IndexSlot slot = catalog.slotOf(item);
-                if (slot != IndexCatalog::noSlot)
-                    XPItemPaths::setIfNone(
-                        m_source, item, KPPool::pooledString(XPPath::decode(catalog.path(slot))));
+                if (const auto row = look.at(item))
+                    XPItemPaths::setIfNone(m_source, item,
+                                           KPPool::pooledString(XPPath::decode(row->path())));
             }
         });
     m_query->execute(MDQuery::WantsUpdates);
@@ -37,16 +36,12 @@ XPRecentItems::~XPRecentItems() = default;
 void XPRecentItems::heatUpTheMDItemCache()
 {
     qCDebug(xpLog, "started heatUpTheMDItemCache");
-    const IndexCatalog &catalog = m_source.catalog();
     for (const QString &folder : {XPFolders::desktop(), XPFolders::downloads(), XPFolders::videos(),
                                   XPFolders::documents(), XPFolders::pictures()}) {
         const QByteArray path = XPPath::encode(folder);
-        const IndexCatalog::Reading reading(catalog);
-        std::vector<IndexItem> items = catalog.children(catalog.itemAtPath(path));
-        items.resize(std::min(items.size(), mostVisited));
-        for (const IndexItem item : items) {
-            const QByteArray file = catalog.path(catalog.slotOf(item));
-            XPItemPaths::setIfNone(m_source, item, KPPool::pooledString(XPPath::decode(file)));
-        }
+        const IndexLook look(m_source);
+        for (const IndexLook::Row &row : look.in(path, mostVisited))
+            XPItemPaths::setIfNone(m_source, row.item(),
+                                   KPPool::pooledString(XPPath::decode(row.path())));
     }
 }

@@ -1,7 +1,6 @@
 #include "MDItem.h"
 
-#include "KPContentTypes.h"
-#include "KPFileType.h"
+#include "IndexLook.h"
 #include "XPPath.h"
 
 #include <QHash>
@@ -42,61 +41,23 @@ std::shared_ptr<MDItem> MDItem::create(const IndexSource &source, const QString 
 {
     IndexItem number = 0;
     {
-        const IndexCatalog::Reading reading(source.catalog());
-        number = source.catalog().itemAtPath(XPPath::encode(path));
+        const IndexLook look(source);
+        if (const auto row = look.atPath(XPPath::encode(path)))
+            number = row->item();
     }
     return withNumber(source, number);
 }
 
 QString MDItem::path() const
 {
-    const IndexCatalog &catalog = m_source.catalog();
-    const IndexCatalog::Reading reading(catalog);
-    const IndexSlot slot = catalog.slotOf(m_number);
-    return slot == IndexCatalog::noSlot ? QString() : XPPath::decode(catalog.path(slot));
+    const IndexLook look(m_source);
+    const auto row = look.at(m_number);
+    return row ? XPPath::decode(row->path()) : QString();
 }
 
 PropertyValue MDItem::copyAttribute(const QString &name) const
 {
-    const IndexCatalog &catalog = m_source.catalog();
-    const IndexCatalog::Reading reading(catalog);
-    const IndexSlot slot = catalog.slotOf(m_number);
-    return slot == IndexCatalog::noSlot ? PropertyValue() : attribute(catalog, slot, name);
-}
-
-static PropertyValue dateOf(qint64 nanoseconds)
-{
-    return PropertyValue::Date::fromSecondsSince1970(static_cast<double>(nanoseconds) / 1e9);
-}
-
-PropertyValue MDItem::attribute(const IndexCatalog &catalog, IndexSlot slot, const QString &name)
-{
-    const IndexChunk &chunk = catalog.chunkOf(slot);
-    const quint32 row = IndexCatalog::rowOf(slot);
-    if (name == u"kMDItemPath")
-        return XPPath::decode(catalog.path(slot));
-    if (name == u"kMDItemDisplayName" || name == u"kMDItemFSName")
-        return XPPath::fileName(XPPath::decode(chunk.name(row)));
-    if (name == u"kMDItemFSSize")
-        return PropertyValue::integer(chunk.sizes[row]);
-    if (name == u"kMDItemFSContentChangeDate" || name == u"kMDItemContentModificationDate")
-        return dateOf(chunk.modified[row]);
-    if (name == u"kMDItemContentCreationDate") {
-        // Of the document, where it says so; else of its file.
-        if (const PropertyValue own = catalog.attribute(slot, name); !own.isNull())
-            return own;
-    }
-    if (name == u"kMDItemFSCreationDate" || name == u"kMDItemContentCreationDate")
-        return chunk.births[row] ? dateOf(chunk.birth(row)) : PropertyValue();
-    if (name == u"kMDItemContentType")
-        return catalog.type(slot);
-    if (name == u"kMDItemContentTypeTree")
-        return KPContentTypes::typeTree(catalog.type(slot));
-    if (name == u"kMDItemKind")
-        return KPFileType::displayNameForUTI(catalog.type(slot));
-    if (name == u"kMDItemSupportFileType")
-        return chunk.hasFlag(row, IndexChunk::System)
-                   ? PropertyValue(QStringLiteral("MDSystemFile"))
-                   : PropertyValue();
-    return catalog.attribute(slot, name);
+    const IndexLook look(m_source);
+    const auto row = look.at(m_number);
+    return row ? row->attribute(name) : PropertyValue();
 }

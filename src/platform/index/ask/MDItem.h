@@ -1,7 +1,8 @@
 #pragma once
 
-#include "IndexCatalog.h"
+#include "IndexItem.h"
 #include "IndexSource.h"
+#include "PropertyValue.h"
 #include "XPNotificationCenter.h"
 
 #include <memory>
@@ -25,10 +26,6 @@ public:
     QString path() const;
     // Any attribute by its name; null when absent. Dates are dates, counts integers.
     PropertyValue copyAttribute(const QString &name) const;
-
-    // The same for a row, under a Reading that the caller holds.
-    static PropertyValue attribute(const IndexCatalog &catalog, IndexSlot slot,
-                                   const QString &name);
 
 private:
     MDItem(const IndexSource &source, IndexItem number) : m_source(source), m_number(number) {}

@@ -1,6 +1,7 @@
 #include "MDQuery.h"
 
 #include "IndexEvaluator.h"
+#include "IndexLook.h"
 #include "IndexOrder.h"
 #include "MDQueryParser.h"
 #include "XPFolders.h"
@@ -322,9 +323,7 @@ qsizetype MDQuery::indexOf(IndexItem item) const
 
 PropertyValue MDQuery::valueAt(qsizetype index, const QString &attribute) const
 {
-    const IndexCatalog &catalog = m_source.catalog();
-    const IndexCatalog::Reading reading(catalog);
-    const IndexSlot slot = catalog.slotOf(itemAt(index));
-    return slot == IndexCatalog::noSlot ? PropertyValue()
-                                        : MDItem::attribute(catalog, slot, attribute);
+    const IndexLook look(m_source);
+    const auto row = look.at(itemAt(index));
+    return row ? row->attribute(attribute) : PropertyValue();
 }

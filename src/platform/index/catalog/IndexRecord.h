@@ -24,7 +24,7 @@ struct IndexRecord
     QString type; // content type identifier
     // What stands on the file under "com.apple.metadata:" (key without that prefix), decoded. Data
     // always is the bytes as they stand there: of what could not be decoded, and of data itself.
-    // Where our encoding of a value would be other bytes, those are kept beside it (bytesKey()).
+    // Where our encoding of a value would be other bytes, those are kept beside it (IndexBytesKey).
     Attributes attributes;
     // What an importer found inside (title, authors, pages …), and the modification time and
     // size it looked at, so that a changed file is imported again.
@@ -33,10 +33,6 @@ struct IndexRecord
     qint64 importedSize = -1; // -1: not imported yet
 
     bool operator==(const IndexRecord &) const = default;
-
-    // The key of an attribute's bytes: no attribute on a file can have that name.
-    static QString bytesKey(const QString &key) { return key + QChar(0); }
-    static bool isBytesKey(const QString &key) { return key.endsWith(QChar(0)); }
 };
 
 // How the index keeps values: whatever could be read from a file, and one level more, as the

@@ -1,5 +1,6 @@
 #include "IndexFolderReader.h"
 
+#include "IndexBytesKey.h"
 #include "XPPath.h"
 #include "XPPropertyList.h"
 
@@ -170,7 +171,7 @@ static void putAttribute(const QString &key, const QByteArray &bytes,
     attributes.insert(key, *value);
     const auto ours = XPPropertyList::writeBinary(*value);
     if (!ours || *ours != bytes)
-        attributes.insert(IndexRecord::bytesKey(key), bytes);
+        attributes.insert(IndexBytesKey::of(key), bytes);
 }
 
 void IndexFolderReader::readAttributes(const char *name, IndexRecord::Attributes &attributes)

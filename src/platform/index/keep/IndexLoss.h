@@ -11,7 +11,7 @@
 struct IndexLoss
 {
     QByteArray path;
-    PropertyValue::Dictionary attributes; // of the file before, all of them; see IndexRecord
+    PropertyValue::Dictionary attributes; // of the file before, all of them; see IndexBytesKey
     QStringList present;                  // names of those that it has now
     QString typeBefore;                   // content types
     QString type;

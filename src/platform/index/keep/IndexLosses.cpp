@@ -1,5 +1,7 @@
 #include "IndexLosses.h"
 
+#include "IndexBytesKey.h"
+
 #include <algorithm>
 #include <chrono>
 
@@ -50,8 +52,7 @@ void IndexLosses::replaced(const QByteArray &path, const IndexRecord &before,
     if (!now.info.isRegular() || (isSame && !isSeen))
         return;
     for (auto attribute = had.begin(); attribute != had.end(); ++attribute) {
-        if (!IndexRecord::isBytesKey(attribute.key()) &&
-            !now.attributes.contains(attribute.key())) {
+        if (!IndexBytesKey::is(attribute.key()) && !now.attributes.contains(attribute.key())) {
             m_report({path, had, now.attributes.keys(), before.type, now.type, isSeen});
             return;
         }
