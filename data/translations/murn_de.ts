@@ -38,6 +38,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPAllDocumentsItemsSourceListItem">
         <translation>Alle Dokumente</translation>
     </message>
+    <message id="KPAllTags">
+        <translation>Alle Schlagwörter</translation>
+    </message>
     <message id="KPAllTagsReplaced">
         <translation>Diese Schlagwörter ersetzen alle Schlagwörter der Dokumente.</translation>
     </message>
@@ -995,6 +998,18 @@ Absturzberichte erlauben?</translation>
     <message id="KPMinimise">
         <translation>&amp;Minimieren</translation>
     </message>
+    <message id="KPMirrorQuestionNo">
+        <translation>Getrennt lassen</translation>
+    </message>
+    <message id="KPMirrorQuestionText">
+        <translation>Andere Programme auf diesem Rechner versehen Dateien mit eigenen Schlagwörtern und Bewertungen. Murn kann die Ihren auch dort eintragen und übernehmen, was dort geändert wird. In den Einstellungen können Sie das jederzeit ändern.</translation>
+    </message>
+    <message id="KPMirrorQuestionTitle">
+        <translation>Ihre Schlagwörter und die der Dateiverwaltung gleich halten?</translation>
+    </message>
+    <message id="KPMirrorQuestionYes">
+        <translation>Gleich halten</translation>
+    </message>
     <message id="KPMoveDocSingle">
         <translation>„%1“ verschieben?</translation>
     </message>
@@ -1730,6 +1745,9 @@ Absturzberichte erlauben?</translation>
     <message id="KPTagBackupRunning">
         <translation>Tags und Bewertungen werden gesichert…</translation>
     </message>
+    <message id="KPTagBelow">
+        <translation>Unter „%1“</translation>
+    </message>
     <message id="KPTagCopy">
         <translation>Tag kopieren</translation>
     </message>
@@ -1748,14 +1766,23 @@ Absturzberichte erlauben?</translation>
     <message id="KPTagEditorDone">
         <translation>Fertig</translation>
     </message>
+    <message id="KPTagEditorNext">
+        <translation>Nächstes Dokument</translation>
+    </message>
     <message id="KPTagGiveToAll">
         <translation>Allen geben</translation>
     </message>
     <message id="KPTagGroupsRecent">
         <translation>Zuletzt zusammen verwendet</translation>
     </message>
+    <message id="KPTagMergeSpellings">
+        <translation>Diesen ebenfalls den neuen Namen geben</translation>
+    </message>
     <message id="KPTagOfSome">
         <translation>%1 (%2)</translation>
+    </message>
+    <message id="KPTagPanel">
+        <translation>Tafel der Schlagwörter zeigen</translation>
     </message>
     <message id="KPTagPanelShown">
         <translation>&amp;Tag-Bereich</translation>
@@ -1802,11 +1829,26 @@ Absturzberichte erlauben?</translation>
     <message id="KPTagSearch">
         <translation>Nach „%1“ suchen</translation>
     </message>
+    <message id="KPTagSearchButton">
+        <translation>Suchen</translation>
+    </message>
+    <message id="KPTagSearchCommand">
+        <translation>Nach Schlagwörtern suchen …</translation>
+    </message>
+    <message id="KPTagSearchLabel">
+        <translation>Dokumente mit allen diesen Schlagwörtern</translation>
+    </message>
+    <message id="KPTagSearchTitle">
+        <translation>Nach Schlagwörtern suchen</translation>
+    </message>
     <message id="KPTagShowWith">
         <translation>Nur mit „%1“</translation>
     </message>
     <message id="KPTagShowWithout">
         <translation>Ohne „%1“</translation>
+    </message>
+    <message id="KPTagSuggestions">
+        <translation>Vorgeschlagene Schlagwörter</translation>
     </message>
     <message id="KPTagTakeFromAll">
         <translation>Allen nehmen</translation>
@@ -1822,6 +1864,9 @@ Absturzberichte erlauben?</translation>
     </message>
     <message id="KPTagsHintCommas">
         <translation>Tipp: Schlagwörter durch Kommas trennen und kurz halten</translation>
+    </message>
+    <message id="KPTagsHintQuotes">
+        <translation>Tipp: Schlagwörter aus zwei Wörtern in Anführungszeichen setzen</translation>
     </message>
     <message id="KPTagsLeftOut" numerus="yes">
         <translation>
@@ -1846,6 +1891,24 @@ Absturzberichte erlauben?</translation>
     </message>
     <message id="KPTagsUnreadableBecause">
         <translation>Die Schlagwörter sind nicht lesbar: %1. Sie bleiben unberührt.</translation>
+    </message>
+    <message id="KPTagsWindowAvailable">
+        <translation>Nur Schlagwörter der gezeigten Dokumente</translation>
+    </message>
+    <message id="KPTagsWindowCount" numerus="yes">
+        <translation>
+            <numerusform>%1 Schlagwort</numerusform>
+            <numerusform>%1 Schlagwörter</numerusform>
+        </translation>
+    </message>
+    <message id="KPTagsWindowDocuments">
+        <translation>Dokumente</translation>
+    </message>
+    <message id="KPTagsWindowTag">
+        <translation>Schlagwort</translation>
+    </message>
+    <message id="KPTagsWindowTitle">
+        <translation>Alle Schlagwörter</translation>
     </message>
     <message id="KPThumbnailMode">
         <translation>Als Bilder</translation>

@@ -40,6 +40,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPAllDocumentsItemsSourceListItem">
         <translation>All Documents</translation>
     </message>
+    <message id="KPAllTags">
+        <translation>All Tags</translation>
+    </message>
     <message id="KPAllTagsReplaced">
         <translation>These tags will replace all tags of the documents.</translation>
     </message>
@@ -997,6 +1000,18 @@ Allow crash reporting?</translation>
     <message id="KPMinimise">
         <translation>&amp;Minimize</translation>
     </message>
+    <message id="KPMirrorQuestionNo">
+        <translation>Keep Apart</translation>
+    </message>
+    <message id="KPMirrorQuestionText">
+        <translation>Other programs on this computer put tags and ratings of their own on files. Murn can write yours there too, and take over what is changed there. You can change this at any time in the preferences.</translation>
+    </message>
+    <message id="KPMirrorQuestionTitle">
+        <translation>Keep your tags and those of the file manager the same?</translation>
+    </message>
+    <message id="KPMirrorQuestionYes">
+        <translation>Keep the Same</translation>
+    </message>
     <message id="KPMoveDocSingle">
         <translation>Move “%1”?</translation>
     </message>
@@ -1732,6 +1747,9 @@ Allow crash reporting?</translation>
     <message id="KPTagBackupRunning">
         <translation>Backing up tags and ratings…</translation>
     </message>
+    <message id="KPTagBelow">
+        <translation>Below “%1”</translation>
+    </message>
     <message id="KPTagCopy">
         <translation>Copy Tag</translation>
     </message>
@@ -1750,14 +1768,23 @@ Allow crash reporting?</translation>
     <message id="KPTagEditorDone">
         <translation>Done</translation>
     </message>
+    <message id="KPTagEditorNext">
+        <translation>Next Document</translation>
+    </message>
     <message id="KPTagGiveToAll">
         <translation>Give to All</translation>
     </message>
     <message id="KPTagGroupsRecent">
         <translation>Used together lately</translation>
     </message>
+    <message id="KPTagMergeSpellings">
+        <translation>Give these the new name too</translation>
+    </message>
     <message id="KPTagOfSome">
         <translation>%1 (%2)</translation>
+    </message>
+    <message id="KPTagPanel">
+        <translation>Show Tag Panel</translation>
     </message>
     <message id="KPTagPanelShown">
         <translation>&amp;Tag Panel</translation>
@@ -1804,11 +1831,26 @@ Allow crash reporting?</translation>
     <message id="KPTagSearch">
         <translation>Search for “%1”</translation>
     </message>
+    <message id="KPTagSearchButton">
+        <translation>Search</translation>
+    </message>
+    <message id="KPTagSearchCommand">
+        <translation>Search for Tags…</translation>
+    </message>
+    <message id="KPTagSearchLabel">
+        <translation>Documents with all of these tags</translation>
+    </message>
+    <message id="KPTagSearchTitle">
+        <translation>Search for Tags</translation>
+    </message>
     <message id="KPTagShowWith">
         <translation>Only with “%1”</translation>
     </message>
     <message id="KPTagShowWithout">
         <translation>Without “%1”</translation>
+    </message>
+    <message id="KPTagSuggestions">
+        <translation>Suggested tags</translation>
     </message>
     <message id="KPTagTakeFromAll">
         <translation>Take from All</translation>
@@ -1824,6 +1866,9 @@ Allow crash reporting?</translation>
     </message>
     <message id="KPTagsHintCommas">
         <translation>Hint: Use commas to seperate tags. Keep tags short</translation>
+    </message>
+    <message id="KPTagsHintQuotes">
+        <translation>Hint: Use quotes for two word tags</translation>
     </message>
     <message id="KPTagsLeftOut" numerus="yes">
         <translation>
@@ -1848,6 +1893,24 @@ Allow crash reporting?</translation>
     </message>
     <message id="KPTagsUnreadableBecause">
         <translation>The tags cannot be read: %1. They are left alone.</translation>
+    </message>
+    <message id="KPTagsWindowAvailable">
+        <translation>Only tags of the documents shown</translation>
+    </message>
+    <message id="KPTagsWindowCount" numerus="yes">
+        <translation>
+            <numerusform>%1 tag</numerusform>
+            <numerusform>%1 tags</numerusform>
+        </translation>
+    </message>
+    <message id="KPTagsWindowDocuments">
+        <translation>Documents</translation>
+    </message>
+    <message id="KPTagsWindowTag">
+        <translation>Tag</translation>
+    </message>
+    <message id="KPTagsWindowTitle">
+        <translation>All Tags</translation>
     </message>
     <message id="KPThumbnailMode">
         <translation>As Pictures</translation>

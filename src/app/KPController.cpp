@@ -15,6 +15,7 @@
 #include "KPSidePanels.h"
 #include "KPStatusLine.h"
 #include "KPTagEditing.h"
+#include "KPTagsWindow.h"
 #include "KPToolBar.h"
 #include "UserDefaults.h"
 #include "XPFiledDocuments.h"
@@ -100,7 +101,7 @@ void KPController::buildCommands()
     for (const QList<KPCommand> &table :
          {fileCommands(), editCommands(), m_library->commands(), documentCommands(),
           m_filing->commands(), searchCommands(), panelCommands(), goCommands(),
-          m_sides->commands(), helpCommands()})
+          m_sides->commands(), tagCommands(), helpCommands()})
         m_commands->add(table);
     if (KPAppDelegate *delegate = KPAppDelegate::instance())
         m_commands->add(delegate->commands());

@@ -28,6 +28,7 @@ class KPSearchPopup;
 class KPSidePanels;
 class KPStatusLine;
 class KPTagEditing;
+class KPTagsWindow;
 class KPToolBar;
 class XPScanController;
 struct KPEditReport;
@@ -124,6 +125,7 @@ private:
     QList<KPCommand> goCommands();
     QList<KPCommand> helpCommands();
     QList<KPCommand> documentCommands();
+    QList<KPCommand> tagCommands();
     void connectSearchField(KPSearchField *field);
     void connectSearcher();
     void connectLibrary();
@@ -197,6 +199,7 @@ private:
     std::unique_ptr<KPEditWorker> m_worker;
     std::unique_ptr<KPEditHistory> m_edits;
     std::unique_ptr<KPTagEditing> m_tagEditing;
+    std::unique_ptr<KPTagsWindow> m_tagsWindow; // made when it is first asked for
     std::unique_ptr<KPSidePanels> m_sides;
     std::unique_ptr<KPLibraryController> m_library;
     std::unique_ptr<KPCommands> m_commands;

@@ -126,6 +126,7 @@ void KPController::showSelection()
     m_facts.setDocuments(documents);
     m_inspector->show(m_facts, appearance);
     m_status->showCounts(m_model->rowCount(), documents.size(), m_facts.size());
+    m_tagEditing->selectionChanged(m_facts.paths());
     m_commands->update();
     manageWindowTitle();
 }

@@ -2,6 +2,7 @@
 #include "KPController.h"
 #include "KPEditHistory.h"
 #include "KPSearcher.h"
+#include "KPTagBranchMenu.h"
 #include "KPTagEditing.h"
 #include "XPPath.h"
 
@@ -41,6 +42,7 @@ void KPController::showTagMenu(KPTagName *tag, const QPoint &globalPosition)
     add(qtTrId("KPTagShowWith").arg(shown), [this, tag] { tagButtonShow(tag, true); });
     add(qtTrId("KPTagShowWithout").arg(shown), [this, tag] { tagButtonShow(tag, false); });
     add(qtTrId("KPTagSearch").arg(shown), [this, name] { doSearch(name, true, true); });
+    KPTagBranchMenu::add(menu, tag, *this);
     menu->addSeparator();
     add(qtTrId("KPTagCopy"), [name] { QGuiApplication::clipboard()->setText(name); });
     if (isType) {

@@ -20,6 +20,7 @@ KPIndexSession::KPIndexSession() : m_pause(followImportPause(m_manners.pause()))
     CagedImporter::install(IndexSettings::storePath(), &m_manners);
     m_index = MetadataIndex::open();
     m_healer = std::make_unique<KPTagHealer>(*m_index);
+    m_mirror = std::make_unique<KPTagMirror>(*m_index);
     m_types = std::make_unique<KPIndexedTypes>(m_index->source());
     m_monitor = std::make_unique<KPIndexMonitor>(*m_index);
     KPSearchFolders &folders = KPSearchFolders::instance();

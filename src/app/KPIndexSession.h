@@ -4,6 +4,7 @@
 #include "KPIndexMonitor.h"
 #include "KPIndexedTypes.h"
 #include "KPTagHealer.h"
+#include "KPTagMirror.h"
 #include "MetadataIndex.h"
 #include "XPNotificationCenter.h"
 
@@ -11,7 +12,7 @@
 #include <memory>
 
 // The metadata index for as long as the application runs, with what follows it: the reading of
-// documents, the healing of lost tags, the types and the search folders.
+// documents, the healing of lost tags, the mirror of the desktop's, the types and the search folders.
 // Threads: main. It opens at once and loads behind the user's back.
 class KPIndexSession : public QObject
 {
@@ -33,6 +34,7 @@ private:
     XPObservation m_pause;
     std::unique_ptr<MetadataIndex> m_index;
     std::unique_ptr<KPTagHealer> m_healer;
+    std::unique_ptr<KPTagMirror> m_mirror;
     std::unique_ptr<KPIndexedTypes> m_types;
     std::unique_ptr<KPIndexMonitor> m_monitor;
 };

@@ -51,6 +51,7 @@ extern const KPCommand kpPasteCommand;
 extern const KPCommand kpBackupCommand;
 extern const KPCommand kpRestoreCommand;
 extern const KPCommand kpHealedCommand;
+extern const KPCommand kpMirrorCommand;
 extern const KPCommand kpImportCommand;
 extern const KPCommand kpThumbnailCommand;
 extern const KPCommand kpScanCommand;

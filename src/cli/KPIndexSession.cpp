@@ -6,7 +6,7 @@
 
 KPIndexSession::KPIndexSession(KPCommandOutput &output, bool waitedFor)
     : m_output(output), m_index(MetadataIndex::open(waitedFor)), m_types(m_index->source()),
-      m_healer(*m_index)
+      m_healer(*m_index), m_mirror(*m_index)
 {
     XPTranslations::install(QLocale::c()); // everything that murnctl says is English
 }

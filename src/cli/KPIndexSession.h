@@ -4,6 +4,7 @@
 #include "KPIndexedTypes.h"
 #include "KPInterrupt.h"
 #include "KPTagHealer.h"
+#include "KPTagMirror.h"
 #include "MetadataIndex.h"
 
 // The metadata index for the time of one command: kept by this process when no other does.
@@ -33,4 +34,5 @@ private:
     std::unique_ptr<MetadataIndex> m_index;
     KPIndexedTypes m_types;
     KPTagHealer m_healer;
+    KPTagMirror m_mirror;
 };

@@ -21,7 +21,7 @@ class TagChange
 public:
     TagChange(KPIndexSession &session, const KPCommandLine &line, KPCommandOutput &output)
         : m_session(session), m_output(output), m_isDryRun(line.has("--dry-run")),
-          m_isAgreed(line.has("--yes"))
+          m_isAgreed(line.has("--yes")), m_takesSpellings(line.has("--spellings"))
     {
     }
 
@@ -37,6 +37,7 @@ private:
     KPCommandOutput &m_output;
     const bool m_isDryRun;
     const bool m_isAgreed;
+    const bool m_takesSpellings;
 };
 
 } // namespace
@@ -70,7 +71,9 @@ void TagChange::describe(const KPTagPlan &plan)
                                   .arg(XPPath::printable(plan.rename.to)));
     for (const QString &tag : plan.otherSpellings)
         KPCommandOutput::note(
-            QStringLiteral("there is another spelling: %1").arg(XPPath::printable(tag)));
+            (m_takesSpellings ? QStringLiteral("this spelling gets the new name too: %1")
+                              : QStringLiteral("there is another spelling: %1"))
+                .arg(XPPath::printable(tag)));
 }
 
 bool TagChange::ask(const KPTagPlan &plan)
@@ -139,7 +142,12 @@ int TagChange::run(const KPTagRename &rename)
     if (!m_session.catchUp(false))
         return KPExitInterrupted;
     KPDocMetaData::useIndex(m_session.index().source());
-    const KPTagPlan plan = KPTagPlan::make(rename, missingRoots());
+    KPTagPlan plan = KPTagPlan::make(rename, missingRoots());
+    if (m_takesSpellings && !plan.otherSpellings.isEmpty()) {
+        KPTagRename all = rename;
+        all.alsoFrom = plan.otherSpellings;
+        plan = KPTagPlan::make(all, missingRoots());
+    }
     KPDoc::stopMetaDataSearching();
     if (plan.isEmpty()) {
         m_output.fail(QStringLiteral("no indexed file has the tag ") +
@@ -208,7 +216,7 @@ static int runDelete(const KPCommandLine &line, KPCommandOutput &output)
 
 const KPCommand kpTagRenameCommand = {
     "tag-rename",
-    "[--dry-run | --yes] [--only] OLD NEW\n"
+    "[--dry-run | --yes] [--only] [--spellings] OLD NEW\n"
     "       murnctl tag-rename --waiting | --drop-waiting",
     "Renames a tag on all indexed files.",
     "Prints the files. Where NEW is there already the two become one, and tags below OLD (OLD/x)\n"
@@ -216,6 +224,7 @@ const KPCommand kpTagRenameCommand = {
     "there again. The window can undo the change as one step after its next start.\n",
     {{"--dry-run", nullptr, "change nothing, only print what would be"},
      {"--yes", nullptr, "do not ask"},
+     {"--spellings", nullptr, "what differs from NEW in accents alone gets it too"},
      {"--only", nullptr, "leave the tags below OLD as they are"},
      {"--waiting", nullptr, "show what waits: the tag, its new name, the file"},
      {"--drop-waiting", nullptr, "show and forget it"},

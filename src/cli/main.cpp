@@ -26,7 +26,7 @@ static constexpr std::array commands = {&kpTagsCommand,      &kpTagCommand,    &
                                         &kpInfoCommand,      &kpTypesCommand,  &kpQueryCommand,
                                         &kpFileCommand,      &kpManageCommand, &kpUnmanageCommand,
                                         &kpPasteCommand,     &kpBackupCommand, &kpRestoreCommand,
-                                        &kpHealedCommand,    &kpImportCommand, &kpThumbnailCommand,
+                                        &kpHealedCommand,    &kpMirrorCommand, &kpImportCommand, &kpThumbnailCommand,
                                         &kpScanCommand,      &kpOcrCommand,    &kpIndexCommand};
 
 // A closed standard stream must not let the next file that is opened take its number.

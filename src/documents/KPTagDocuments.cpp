@@ -87,6 +87,23 @@ QStringList KPTagDocuments::pathsWithUserTag(const QString &tag, bool withBranch
     });
 }
 
+QHash<QString, qsizetype> KPTagDocuments::tagsBeside(const QString &tag)
+{
+    const QString key = karvexTagKey(tag);
+    QHash<QString, qsizetype> counts;
+    pathsWithText(key, [&](const PropertyValue &raw) {
+        QSet<QString> keys;
+        for (const QString &each : raw.strings())
+            keys.insert(karvexTagKey(each));
+        if (!keys.remove(key))
+            return false;
+        for (const QString &each : std::as_const(keys))
+            ++counts[each];
+        return false;
+    });
+    return counts;
+}
+
 namespace {
 
 struct Use

@@ -28,6 +28,9 @@ public:
     // A parent that no document has is among them, with a count of 0.
     static QList<UsedTag> allUserTags();
 
+    // How many documents have each other tag beside this one, by key (karvexTagKey). Blocking.
+    static QHash<QString, qsizetype> tagsBeside(const QString &tag);
+
     // Nothing for a tag that is not the user's.
     static void deleteTag(KPTagName *tag, const KPDoc::Docs &fromDocs) XP_REQUIRES(xpGuiThread);
 

@@ -127,8 +127,13 @@ XPResult<std::vector<KPFileChange>> KPEditJournal::changes(const QString &file)
     const auto bytes = XPAtomicFile::read(file);
     if (!bytes)
         return bytes.error();
+    return parse(*bytes);
+}
+
+std::vector<KPFileChange> KPEditJournal::parse(const QByteArray &bytes)
+{
     std::vector<KPFileChange> changes;
-    const QByteArrayList lines = bytes->split('\n');
+    const QByteArrayList lines = bytes.split('\n');
     for (qsizetype number = 1; number + 1 < lines.size(); ++number) {
         if (auto change = changeFrom(lines[number]))
             changes.push_back(std::move(*change));

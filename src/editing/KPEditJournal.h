@@ -37,6 +37,7 @@ public:
     static void remove(const QString &file);
     // What stands there. A line that was cut off ends it.
     static XPResult<std::vector<KPFileChange>> changes(const QString &file);
+    static std::vector<KPFileChange> parse(const QByteArray &bytes); // the whole of a file
     // Those that can be undone, the oldest first. Forgets the older and the undone ones.
     static QList<Saved> saved();
 

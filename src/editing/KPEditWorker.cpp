@@ -101,13 +101,14 @@ static void rememberTags(const KPFileEdit &edit)
     }
     if (!edit.rename)
         return;
-    logFailure(KarvexPrefs::removeTagsFromRecents({edit.rename->from}));
+    logFailure(KarvexPrefs::removeTagsFromRecents(edit.rename->allFrom()));
     if (!edit.rename->isDeletion())
         logFailure(KarvexPrefs::updatePrefsRecentTags({}, {edit.rename->to}));
     KPRecentTagGroups::rename(*edit.rename);
-    XPNotificationCenter::instance().post(
-        KPTagRename::renamedNotification, {},
-        {{QStringLiteral("from"), edit.rename->from}, {QStringLiteral("to"), edit.rename->to}});
+    for (const QString &from : edit.rename->allFrom())
+        XPNotificationCenter::instance().post(
+            KPTagRename::renamedNotification, {},
+            {{QStringLiteral("from"), from}, {QStringLiteral("to"), edit.rename->to}});
 }
 
 bool KPEditWorker::isStopped(const Job &job) const

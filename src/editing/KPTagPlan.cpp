@@ -32,7 +32,10 @@ KPTagPlan KPTagPlan::make(const KPTagRename &rename, const QStringList &missingR
 {
     KPTagPlan plan;
     plan.rename = rename;
-    const QStringList all = KPTagDocuments::pathsWithUserTag(rename.from, rename.withBranch);
+    QStringList all;
+    for (const QString &from : rename.allFrom())
+        all += KPTagDocuments::pathsWithUserTag(from, rename.withBranch);
+    all.removeDuplicates();
     for (const QString &path : all)
         (isBelow(path, missingRoots) ? plan.away : plan.paths).append(path);
     plan.places = placesOf(all);

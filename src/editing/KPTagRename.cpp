@@ -3,25 +3,32 @@
 #include "KarvexTagKey.h"
 
 #include <QSet>
+#include <algorithm>
 
 const QString KPTagRename::renamedNotification = QStringLiteral("KPNotificationTagRenamed");
 
-bool KPTagRename::concerns(const QString &tag) const
+QString KPTagRename::meant(const QString &tag) const
 {
     const QString key = karvexTagKey(tag);
-    const QString old = karvexTagKey(from);
-    return key == old || (withBranch && key.startsWith(old + u'/'));
+    const auto isMeant = [&](const QString &name) {
+        const QString old = karvexTagKey(name);
+        return key == old || (withBranch && key.startsWith(old + u'/'));
+    };
+    if (isMeant(from))
+        return from;
+    const auto other = std::find_if(alsoFrom.begin(), alsoFrom.end(), isMeant);
+    return other == alsoFrom.end() ? QString() : *other;
 }
 
 QStringList KPTagRename::applied(const QStringList &tags) const
 {
-    // Parts, not characters: a key may be longer or shorter than its tag.
-    const qsizetype parts = from.count(u'/') + 1;
     QStringList result;
     QSet<QString> present;
     for (const QString &tag : tags) {
         QString name = tag;
-        if (concerns(tag)) {
+        if (const QString old = meant(tag); !old.isEmpty()) {
+            // Parts, not characters: a key may be longer or shorter than its tag.
+            const qsizetype parts = old.count(u'/') + 1;
             const QString below = tag.section(u'/', static_cast<int>(parts));
             name = isDeletion() || below.isEmpty() ? to : to + u'/' + below;
         }

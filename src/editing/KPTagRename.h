@@ -10,14 +10,20 @@ struct KPTagRename
     QString from;
     QString to;             // empty: the tag is taken off
     bool withBranch = true; // what is below it too
+    QStringList alsoFrom = {}; // other spellings that get the new name with it
 
     bool isDeletion() const { return to.isEmpty(); }
     // The renamed one in the place of the old; where the new one is there already, they merge.
     QStringList applied(const QStringList &tags) const;
     // Whether this tag is meant.
-    bool concerns(const QString &tag) const;
+    bool concerns(const QString &tag) const { return !meant(tag).isEmpty(); }
+    QStringList allFrom() const { return QStringList{from} + alsoFrom; }
     bool operator==(const KPTagRename &) const = default;
 
+private:
+    QString meant(const QString &tag) const; // as which of the old names; empty: as none
+
+public:
     // Posted, on the main thread in the end, after one was made over the library: "from" and "to"
     // in the user information. Who keeps names of tags (saved searches) follows.
     static const QString renamedNotification; // "KPNotificationTagRenamed"

@@ -14,6 +14,7 @@ using KPWaitingTagChanges::Change;
 static const QString fromKey = QStringLiteral("from");
 static const QString toKey = QStringLiteral("to");
 static const QString branchKey = QStringLiteral("withBranch");
+static const QString alsoKey = QStringLiteral("alsoFrom");
 static const QString timeKey = QStringLiteral("asked");
 static const QString pathsKey = QStringLiteral("files");
 
@@ -29,20 +30,26 @@ static XPError notUnderstood()
 
 XPResult<QList<Change>> KPWaitingTagChanges::read()
 {
-    QList<Change> changes;
     const auto bytes = XPAtomicFile::read(path());
     if (!bytes && bytes.error().kind == XPError::Kind::NotFound)
-        return changes;
+        return QList<Change>();
     if (!bytes)
         return bytes.error();
-    const QJsonDocument document = QJsonDocument::fromJson(*bytes);
+    return parse(*bytes);
+}
+
+XPResult<QList<Change>> KPWaitingTagChanges::parse(const QByteArray &bytes)
+{
+    QList<Change> changes;
+    const QJsonDocument document = QJsonDocument::fromJson(bytes);
     if (!document.isArray())
         return notUnderstood();
     for (const QJsonValue &value : document.array()) {
         const QJsonObject object = value.toObject();
         Change change;
         change.rename = {object.value(fromKey).toString(), object.value(toKey).toString(),
-                         object.value(branchKey).toBool(true)};
+                         object.value(branchKey).toBool(true),
+                         object.value(alsoKey).toVariant().toStringList()};
         change.time = QDateTime::fromString(object.value(timeKey).toString(), Qt::ISODate);
         for (const QJsonValue &file : object.value(pathsKey).toArray())
             change.paths.append(file.toString());
@@ -53,16 +60,22 @@ XPResult<QList<Change>> KPWaitingTagChanges::read()
     return changes;
 }
 
-static std::optional<XPError> write(const QList<Change> &changes)
+QByteArray KPWaitingTagChanges::bytesOf(const QList<Change> &changes)
 {
     QJsonArray array;
     for (const Change &change : changes)
         array.append(QJsonObject{{fromKey, change.rename.from},
                                  {toKey, change.rename.to},
                                  {branchKey, change.rename.withBranch},
+                                 {alsoKey, QJsonArray::fromStringList(change.rename.alsoFrom)},
                                  {timeKey, change.time.toString(Qt::ISODate)},
                                  {pathsKey, QJsonArray::fromStringList(change.paths)}});
-    return XPAtomicFile::write(KPWaitingTagChanges::path(), QJsonDocument(array).toJson());
+    return QJsonDocument(array).toJson();
+}
+
+static std::optional<XPError> write(const QList<Change> &changes)
+{
+    return XPAtomicFile::write(KPWaitingTagChanges::path(), KPWaitingTagChanges::bytesOf(changes));
 }
 
 std::optional<XPError> KPWaitingTagChanges::add(const KPTagRename &rename, const QStringList &paths)

@@ -20,6 +20,8 @@ struct Change
 };
 
 QString path();
+XPResult<QList<Change>> parse(const QByteArray &bytes); // of the file
+QByteArray bytesOf(const QList<Change> &changes);
 XPResult<QList<Change>> read();
 // Behind those that wait; nothing without paths.
 std::optional<XPError> add(const KPTagRename &rename, const QStringList &paths);

@@ -58,10 +58,32 @@ QStringList KPIndexFilter::reduced(const QStringList &folders)
     return scope.isEmpty() ? folders : scope;
 }
 
+static QString branchSearch(const QString &tag)
+{
+    return u'(' + Karvex::tagsToSearchFor() + QStringLiteral(" == \"") + tag +
+           QStringLiteral("/*\"cd)");
+}
+
+// A state names plain tags. The index is asked for those below them too ("tax/2024" is below
+// "tax"), by one clause more for each.
+static QString textWithBranches(const KPSearchState &state)
+{
+    QString text = state.queryText();
+    for (const QString &tag : state.searchTags()) {
+        const QString plain = state.tagSearch(tag);
+        text.replace(plain, u'(' + plain + QStringLiteral(" || ") + branchSearch(tag) + u')');
+    }
+    QStringList clauses{text};
+    for (const QString &tag : state.excludeTags())
+        clauses.append(u'!' + branchSearch(tag));
+    clauses.removeAll(QString());
+    return KPPredicateBuilder::mdCombineSearches(clauses, andOperator);
+}
+
 QString KPIndexFilter::text() const
 {
     QStringList clauses;
-    for (const QString &clause : {m_state->queryText(), m_clause}) {
+    for (const QString &clause : {textWithBranches(*m_state), m_clause}) {
         if (!clause.isEmpty())
             clauses.append(clause);
     }

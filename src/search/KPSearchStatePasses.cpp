@@ -227,10 +227,17 @@ bool KPSearchState::docPassesHardCodedExcludePathsMDQuery(const KPDoc &doc) cons
 
 // --- Tags
 
+// Or one that is below it: "tax/2024" is below "tax".
 static bool isAmong(KPPooledString wanted, const KPTagName::Tags &tags)
 {
-    return std::any_of(tags.begin(), tags.end(),
-                       [&](const KPTagName *tag) { return tag->pooledDisplayNameLC() == wanted; });
+    const auto isBelow = [&](KPPooledString tag) {
+        return tag.size() > wanted.size() && tag.data()[wanted.size()] == u'/' &&
+               std::equal(wanted.data(), wanted.data() + wanted.size(), tag.data());
+    };
+    return std::any_of(tags.begin(), tags.end(), [&](const KPTagName *tag) {
+        const KPPooledString name = tag->pooledDisplayNameLC();
+        return name == wanted || isBelow(name);
+    });
 }
 
 bool KPSearchState::docPassesExcludeTags(const KPDoc &doc) const

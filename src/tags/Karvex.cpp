@@ -3,6 +3,7 @@
 #include "KarvexAuthenticated.h"
 #include "KarvexChange.h"
 #include "KarvexErrors.h"
+#include "KarvexMirror.h"
 #include "KarvexTimeStamp.h"
 #include "XPExtendedAttributes.h"
 #include "XPPropertyList.h"
@@ -96,7 +97,8 @@ XPResult<std::optional<QByteArray>> Karvex::getBytes(const QString &key, const Q
 std::optional<XPError> Karvex::setXAttrMetaData(const PropertyValue &value, const QString &key,
                                                 const QString &path)
 {
-    return setXAttr(value, spotlightKey(key), path);
+    return KarvexMirror::writeWith(
+        key, path, [&] { return setXAttr(value, spotlightKey(key), path); });
 }
 
 XPResult<PropertyValue> Karvex::getXAttrMetaData(const QString &key, const QString &path)

@@ -53,7 +53,7 @@ public:
     // What stands there, whether it can be understood or not; nothing: no such attribute.
     static XPResult<std::optional<QByteArray>> getBytes(const QString &key, const QString &path);
 
-    // The same with a bare key.
+    // The same with a bare key; what the desktop keeps too is mirrored (KarvexMirror).
     static std::optional<XPError> setXAttrMetaData(const PropertyValue &value, const QString &key,
                                                    const QString &path);
     static XPResult<PropertyValue> getXAttrMetaData(const QString &key, const QString &path);

@@ -8,9 +8,8 @@
 
 #include <cerrno>
 
-// By its bytes, which may be no value that we could write.
-static void putBack(const std::optional<QByteArray> &bytes, const QString &name,
-                    const QString &path)
+void KarvexTimeStamp::putBack(const std::optional<QByteArray> &bytes, const QString &name,
+                              const QString &path)
 {
     auto error = bytes ? XPExtendedAttributes::write(path, name, *bytes)
                        : XPExtendedAttributes::remove(path, name);
@@ -18,7 +17,7 @@ static void putBack(const std::optional<QByteArray> &bytes, const QString &name,
         error = KarvexAuthenticated::writeBytes(bytes, name, path);
     if (error)
         qCWarning(xpLog).noquote()
-            << "a tag or rating time could not be put back:" << error->message
+            << "an attribute could not be put back:" << error->message
             << XPPath::printable(path);
 }
 

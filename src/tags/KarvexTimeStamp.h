@@ -15,4 +15,8 @@ std::optional<XPError> writeWith(const QString &timeKey, PropertyValue::Date tim
                                  const QString &path,
                                  const std::function<std::optional<XPError>()> &write);
 
+// What stood there before, as bytes, which may be no value that we could write; nothing: the
+// attribute is removed. A failure is logged.
+void putBack(const std::optional<QByteArray> &bytes, const QString &name, const QString &path);
+
 } // namespace KarvexTimeStamp

@@ -1,18 +1,20 @@
 #include "XPTagsEditor.h"
 
+#include "UserDefaults.h"
 #include "XPFlowLayout.h"
 #include "XPTagChip.h"
 #include "XPTagEntry.h"
+#include "XPText.h"
 
-#include <QAbstractItemView>
-#include <QCompleter>
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPainter>
 
 XPTagsEditor::XPTagsEditor(Purpose purpose, QWidget *parent)
     : QFrame(parent), m_purpose(purpose), m_layout(new XPFlowLayout(this)),
-      m_entry(new QLineEdit(this))
+      m_entry(new QLineEdit(this)), m_window(new XPSuggestionWindow(this))
 {
     m_layout->setContentsMargins(5, 4, 5, 4);
     m_entry->setFrame(false);
@@ -28,16 +30,11 @@ XPTagsEditor::XPTagsEditor(Purpose purpose, QWidget *parent)
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
 
-    auto *completer = new QCompleter(&m_completions, this);
-    completer->setCaseSensitivity(Qt::CaseInsensitive);
-    completer->setFilterMode(Qt::MatchStartsWith);
-    completer->setMaxVisibleItems(8);
-    m_entry->setCompleter(completer);
-    // Queued: the completer puts the text into the entry after this signal.
-    connect(completer, qOverload<const QString &>(&QCompleter::activated), this,
-            &XPTagsEditor::takeEntry, Qt::QueuedConnection);
+    m_pause.setSingleShot(true);
+    connect(&m_pause, &QTimer::timeout, this, &XPTagsEditor::suggest);
+    connect(m_window, &XPSuggestionWindow::taken, this, &XPTagsEditor::take);
     connect(m_entry, &QLineEdit::textEdited, this, &XPTagsEditor::takeFinishedTags);
-    connect(m_entry, &QLineEdit::editingFinished, this, &XPTagsEditor::takeEntry);
+    connect(m_entry, &QLineEdit::editingFinished, this, &XPTagsEditor::takeTyped);
     m_entry->installEventFilter(this);
 }
 
@@ -155,36 +152,138 @@ void XPTagsEditor::addTag(const QString &tag)
     Q_EMIT tagsEdited();
 }
 
-void XPTagsEditor::takeEntry()
+void XPTagsEditor::takeTyped()
 {
-    const QString text = m_entry->text();
+    m_pause.stop();
+    m_window->hide();
+    // A line end ends whatever is being typed.
+    const QString text = m_entry->text() + u'\n';
     m_entry->clear();
-    addTag(text);
+    for (const QString &tag : XPTagEntry::split(text, XPTagEntry::usesCommas()).finished)
+        addTag(tag);
 }
 
 // A separator ends what stands before it; the rest is still being typed.
 void XPTagsEditor::takeFinishedTags(const QString &text)
 {
-    const qsizetype end =
-        std::max({text.lastIndexOf(u','), text.lastIndexOf(u'\n'), text.lastIndexOf(u'\t')});
-    if (end < 0)
-        return;
-    m_entry->setText(text.mid(end + 1));
-    addTag(text.left(end));
+    const auto typed = XPTagEntry::split(text, XPTagEntry::usesCommas());
+    if (typed.rest != text)
+        m_entry->setText(typed.rest);
+    for (const QString &tag : typed.finished)
+        addTag(tag);
+    const double pause =
+        UserDefaults::standard().doubleValue(QStringLiteral("KPCompletionDelay"));
+    m_window->hide();
+    m_pause.start(static_cast<int>(std::clamp(pause, 0.0, 10.0) * 1000));
 }
+
+// --- Suggestions
 
 void XPTagsEditor::refreshKnown()
 {
     m_known = m_suggestions ? m_suggestions() : QStringList();
-    m_completions.setStringList(m_known);
 }
 
-bool XPTagsEditor::entryKey(int key)
+QList<XPTagSuggestion> XPTagsEditor::completions(const QString &typed) const
 {
+    if (m_completion)
+        return m_completion(typed);
+    QList<XPTagSuggestion> found;
+    for (const QString &tag : m_known) {
+        if (foldText(tag).startsWith(foldText(typed)))
+            found.append({tag, 0});
+    }
+    return found;
+}
+
+void XPTagsEditor::suggest()
+{
+    const UserDefaults &defaults = UserDefaults::standard();
+    const QString typed = XPTagEntry::tagOfTyped(m_entry->text());
+    if (typed.isEmpty() || !m_entry->hasFocus() ||
+        defaults.boolValue(QStringLiteral("XPSkipTagAutoComplete"))) {
+        m_window->hide();
+        return;
+    }
+    const QList<XPTagSuggestion> found = completions(typed);
+    if (!defaults.boolValue(QStringLiteral("KPShowSuggestionWindow"))) {
+        // What is missing stands selected: the next key writes over it.
+        const QString text = m_entry->text();
+        const QString first = found.isEmpty() ? QString() : found.first().tag;
+        if (m_entry->cursorPosition() == text.size() && first.size() > text.size() &&
+            first.startsWith(text, Qt::CaseInsensitive)) {
+            m_entry->setText(text + first.mid(text.size()));
+            m_entry->setSelection(static_cast<int>(text.size()),
+                                  static_cast<int>(first.size() - text.size()));
+        }
+        return;
+    }
+    QRect word = m_entry->geometry();
+    if (!defaults.boolValue(QStringLiteral("KPAutoPositionSuggestionWindow")))
+        word.setLeft(0);
+    m_window->showSuggestions(found, word);
+}
+
+void XPTagsEditor::take(const QString &suggestion)
+{
+    m_pause.stop();
+    m_window->hide();
+    m_entry->clear();
+    addTag(suggestion);
+}
+
+// The window is shown.
+bool XPTagsEditor::suggestionKey(int key)
+{
+    switch (key) {
+    case Qt::Key_Down:
+    case Qt::Key_Up:
+        m_window->choose(key == Qt::Key_Down ? 1 : -1);
+        return true;
+    case Qt::Key_Tab:
+        take(m_window->current());
+        return true;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (!m_window->isChosen())
+            return false;
+        take(m_window->current());
+        return true;
+    case Qt::Key_Escape:
+        m_window->hide();
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool XPTagsEditor::entryKey(const QKeyEvent &event)
+{
+    const int key = event.key();
+    if (m_window->isVisible() && suggestionKey(key))
+        return true;
     const bool atStart = m_entry->cursorPosition() == 0 && !m_entry->hasSelectedText();
     if (atStart && !m_chips.isEmpty() && (key == Qt::Key_Backspace || key == Qt::Key_Left)) {
         m_chips.last()->setFocus(Qt::OtherFocusReason);
         return true;
+    }
+    // Before the pause is over too: the best is taken by one key.
+    if (key == Qt::Key_Tab && m_pause.isActive()) {
+        m_pause.stop();
+        suggest();
+        if (m_window->isVisible()) {
+            take(m_window->current());
+            return true;
+        }
+    }
+    // An entry has one line: the lines of what is pasted are tags.
+    if (event.matches(QKeySequence::Paste)) {
+        const QString text = QGuiApplication::clipboard()->text();
+        if (text.contains(u'\n') || text.contains(u'\t')) {
+            m_entry->insert(QString());
+            takeFinishedTags(m_entry->text() + text.trimmed() + u'\n');
+            return true;
+        }
     }
     if (key == Qt::Key_Escape) {
         m_entry->clear();
@@ -201,10 +300,12 @@ bool XPTagsEditor::eventFilter(QObject *watched, QEvent *event)
         refreshKnown();
         [[fallthrough]];
     case QEvent::FocusOut:
+        if (event->type() == QEvent::FocusOut)
+            m_window->hide();
         update(); // the focus frame
         break;
     case QEvent::KeyPress:
-        if (entryKey(static_cast<QKeyEvent *>(event)->key()))
+        if (entryKey(*static_cast<QKeyEvent *>(event)))
             return true;
         break;
     default:

@@ -33,6 +33,17 @@ TEST_P(TagRename, MakesTheseTags)
     EXPECT_EQ(GetParam().rename.applied(GetParam().before), GetParam().after);
 }
 
+TEST(TagRename, TakesOtherSpellingsAlong)
+{
+    const KPTagRename rename{QStringLiteral("cafe"), QStringLiteral("Caf\u00e9"), true,
+                             {QStringLiteral("caf\u00e8"), QStringLiteral("kaf/e")}};
+    EXPECT_EQ(rename.applied(QStringList{QStringLiteral("x"), QStringLiteral("kaf/e/menu"),
+                                         QStringLiteral("Caf\u00e8"), QStringLiteral("cafe")}),
+              (QStringList{QStringLiteral("x"), QStringLiteral("Caf\u00e9/menu"),
+                           QStringLiteral("Caf\u00e9")}));
+    EXPECT_FALSE(rename.concerns(QStringLiteral("kaf")));
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Cases, TagRename,
     testing::Values(renaming("InItsPlace", "b", "x", "a b c", "a x c"),

@@ -134,6 +134,21 @@ TEST_F(IndexedState, IsFoundByEveryCriterion)
     });
 }
 
+TEST_F(IndexedState, IsFoundByATagAboveItsOwn)
+{
+    ASSERT_FALSE(Karvex::addUserTags({text("Tax/2024/March")}, path("Bill.pdf")));
+    ASSERT_FALSE(Karvex::addUserTags({text("tax")}, path("sub/deep/scan.png")));
+    ASSERT_FALSE(Karvex::addUserTags({text("taxi"), text("old/tax")}, path("late.txt")));
+    const Ptr listing = all->searchStateWithNewFinderListing(true, false);
+    expect({
+        {"parent", all->searchStateWithNewTags({text("TAX")}), {bill, scan}},
+        {"between", all->searchStateWithNewTags({text("tax/2024")}), {bill}},
+        {"with another", all->searchStateWithNewTags({text("tax"), text("work")}), {bill, scan}},
+        {"none of the branch", all->searchStateWithNewExcludeTags({text("tax")}), {damaged, late, note}},
+        {"listed", listing->searchStateWithNewTags({text("tax")}), {bill}},
+    });
+}
+
 TEST_F(IndexedState, IsFoundInItsPlaces)
 {
     const Ptr listing = all->searchStateWithNewFinderListing(true, false);

@@ -1,6 +1,7 @@
 #include "KPCloudViewController.h"
 
 #include "KPDocServices.h"
+#include "KPTagBranchMenu.h"
 #include "KPTagClicks.h"
 #include "KPTagEditing.h"
 #include "KPTagMime.h"
@@ -209,6 +210,7 @@ QMenu *KPCloudViewController::cloudViewMenuForItem(const XPCloudItem &item)
     if (hasTag(tag))
         menu->addAction(qtTrId("KPCloudClear"), this,
                         [=, this] { show(KPTagClicks::clear(state(), tag)); });
+    KPTagBranchMenu::add(menu, tag, m_navigator);
     menu->addSeparator();
     menu->addAction(qtTrId("KPCloudCopyName"), this,
                     [tag] { QGuiApplication::clipboard()->setText(tag->displayName()); });

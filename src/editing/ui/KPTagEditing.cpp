@@ -1,5 +1,6 @@
 #include "KPTagEditing.h"
 
+#include "KPMirrorQuestion.h"
 #include "KPTagRenameDialog.h"
 #include "KPWaitingTagChanges.h"
 #include "XPLog.h"
@@ -23,15 +24,13 @@ KPTagEditing::KPTagEditing(KPEditHistory *history, KPEditWorker *worker, QWidget
       m_editor(std::make_unique<XPTagEditorController>(window))
 {
     instance = this;
-    connect(m_editor.get(), &XPTagEditorController::edited, this, [this](const KPFileEdit &edit) {
-        xpGuiThread.assertHere();
-        m_batch.replaceOriginalTags(edit, true, m_window);
-    });
+    connect(m_editor.get(), &XPTagEditorController::edited, this, &KPTagEditing::perform);
     connect(&m_batch, &KPBatchEdit::toReport, this, [](QObject *view, const QString &text) {
         if (auto *widget = qobject_cast<QWidget *>(view); widget && widget->isVisible())
             QToolTip::showText(widget->mapToGlobal(widget->rect().center()), text, widget);
     });
     connectProgress();
+    new KPMirrorQuestion(worker, this);
 }
 
 KPTagEditing::~KPTagEditing()
@@ -65,10 +64,58 @@ void KPTagEditing::connectProgress()
     });
 }
 
+void KPTagEditing::perform(const KPFileEdit &edit)
+{
+    xpGuiThread.assertHere();
+    m_batch.replaceOriginalTags(edit, true, m_window);
+}
+
 void KPTagEditing::editTags(const QStringList &paths)
 {
     if (!paths.isEmpty())
         m_editor->editTagsForFilePaths(paths);
+}
+
+XPTagEditorController &KPTagEditing::panel()
+{
+    if (!m_panel) {
+        m_panel = std::make_unique<XPTagEditorController>(m_window,
+                                                          XPTagEditorController::Form::Panel);
+        connect(m_panel.get(), &XPTagEditorController::edited, this, &KPTagEditing::perform);
+        connect(m_panel.get(), &XPTagEditorController::nextWanted, this,
+                &KPTagEditing::nextWanted);
+    }
+    return *m_panel;
+}
+
+bool KPTagEditing::isPanelShown() const
+{
+    return m_panel && m_panel->isVisible();
+}
+
+void KPTagEditing::togglePanel(const QStringList &paths)
+{
+    if (isPanelShown())
+        panel().close();
+    else
+        panel().editTagsForFilePaths(paths);
+}
+
+void KPTagEditing::selectionChanged(const QStringList &paths)
+{
+    if (isPanelShown())
+        panel().follow(paths);
+}
+
+void KPTagEditing::searchForTags()
+{
+    if (!m_search) {
+        m_search = std::make_unique<XPTagEditorController>(m_window,
+                                                           XPTagEditorController::Form::Search);
+        connect(m_search.get(), &XPTagEditorController::searchWanted, this,
+                &KPTagEditing::searchWanted);
+    }
+    m_search->askForTags();
 }
 
 void KPTagEditing::replaceOriginalTags(const KPDocServices::TagChange &change)

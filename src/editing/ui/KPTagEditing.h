@@ -28,12 +28,23 @@ public:
     void rootsMayHaveChanged();
 
     void editTags(const QStringList &paths);
+    // The panel that follows the selection: shows it, or takes it away.
+    void togglePanel(const QStringList &paths);
+    bool isPanelShown() const;
+    void selectionChanged(const QStringList &paths);
+    void searchForTags();
     // As the document records ask for it (KPDocServices).
     void replaceOriginalTags(const KPDocServices::TagChange &change) XP_REQUIRES(xpGuiThread);
     void showRenameDialogForTag(KPTagName *tag);
     void showDeleteDialogForTag(KPTagName *tag);
 
+Q_SIGNALS:
+    void nextWanted(); // the document after the selected one
+    void searchWanted(const QStringList &tags);
+
 private:
+    XPTagEditorController &panel();
+    void perform(const KPFileEdit &edit);
     void connectProgress();
     void makePlan(const KPTagRename &rename, std::function<void(const KPTagPlan &)> done);
     void rename(const KPTagPlan &plan);
@@ -42,6 +53,8 @@ private:
     KPBatchEdit m_batch;
     QWidget *m_window;
     std::unique_ptr<XPTagEditorController> m_editor;
+    std::unique_ptr<XPTagEditorController> m_panel;  // these two are made when first asked for
+    std::unique_ptr<XPTagEditorController> m_search;
     QProgressDialog *m_progress = nullptr;
     std::function<QStringList()> m_missingRoots;
     std::optional<QStringList> m_lastMissing; // none: never looked

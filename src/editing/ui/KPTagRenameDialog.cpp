@@ -7,12 +7,14 @@
 #include <QDialogButtonBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QLocale>
 #include <QPushButton>
 #include <QVBoxLayout>
 
 KPTagRenameDialog::KPTagRenameDialog(const QString &tag, QWidget *window)
-    : QDialog(window), m_tag(tag), m_name(new QLineEdit(tag)), m_preview(new QLabel)
+    : QDialog(window), m_tag(tag), m_name(new QLineEdit(tag)), m_preview(new QLabel),
+      m_merge(new QLabel), m_spellings(new QListWidget)
 {
     setWindowTitle(qtTrId("KPTagRenameTitle"));
     setWindowModality(Qt::WindowModal);
@@ -30,6 +32,15 @@ KPTagRenameDialog::KPTagRenameDialog(const QString &tag, QWidget *window)
     column->addWidget(label);
     column->addWidget(m_name);
     column->addWidget(m_preview, 1);
+    m_spellings->setAccessibleName(qtTrId("KPTagMergeSpellings"));
+    m_spellings->setMaximumHeight(90);
+    m_spellings->setFrameShape(QFrame::StyledPanel);
+    m_merge->setText(qtTrId("KPTagMergeSpellings"));
+    m_merge->setBuddy(m_spellings);
+    column->addWidget(m_merge);
+    column->addWidget(m_spellings);
+    offerSpellings({});
+    connect(m_spellings, &QListWidget::itemChanged, this, &KPTagRenameDialog::edited);
     auto *buttons = new QDialogButtonBox;
     m_rename = buttons->addButton(qtTrId("KPTagRenameButton"), QDialogButtonBox::AcceptRole);
     m_rename->setDefault(true);
@@ -54,7 +65,29 @@ void KPTagRenameDialog::start()
 KPTagRename KPTagRenameDialog::wanted() const
 {
     const QStringList pieces = KPTagName::cleanUpTagStringArray({m_name->text()});
-    return {m_tag, pieces.size() == 1 ? KPTagName::CleanAndTrimTag(pieces.first()) : QString()};
+    KPTagRename rename{
+        m_tag, pieces.size() == 1 ? KPTagName::CleanAndTrimTag(pieces.first()) : QString()};
+    for (int row = 0; row < m_spellings->count(); ++row) {
+        if (m_spellings->item(row)->checkState() == Qt::Checked)
+            rename.alsoFrom.append(m_offered.at(row));
+    }
+    return rename;
+}
+
+void KPTagRenameDialog::offerSpellings(const QStringList &spellings)
+{
+    m_merge->setVisible(!spellings.isEmpty());
+    m_spellings->setVisible(!spellings.isEmpty());
+    if (spellings == m_offered)
+        return;
+    const QSignalBlocker blocker(m_spellings);
+    m_offered = spellings;
+    m_spellings->clear();
+    for (const QString &spelling : spellings) {
+        auto *item = new QListWidgetItem(XPPath::printable(spelling), m_spellings);
+        item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
+        item->setCheckState(Qt::Unchecked);
+    }
 }
 
 void KPTagRenameDialog::edited()
@@ -73,8 +106,10 @@ void KPTagRenameDialog::showPreview(const KPTagPlan &plan)
     if (plan.rename != wanted())
         return;
     m_plan = plan;
+    offerSpellings(plan.otherSpellings);
     m_preview->setText(describe(plan));
-    m_rename->setEnabled(!plan.isEmpty() && plan.rename.to != plan.rename.from);
+    m_rename->setEnabled(!plan.isEmpty() && (plan.rename.to != plan.rename.from ||
+                                             !plan.rename.alsoFrom.isEmpty()));
 }
 
 QString KPTagRenameDialog::describe(const KPTagPlan &plan)

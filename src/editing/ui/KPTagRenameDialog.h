@@ -6,6 +6,7 @@
 
 class QLabel;
 class QLineEdit;
+class QListWidget;
 class QPushButton;
 
 // Asks for a tag's new name and shows what renaming it would change. Threads: main.
@@ -29,10 +30,14 @@ Q_SIGNALS:
 private:
     KPTagRename wanted() const;
     void edited();
+    void offerSpellings(const QStringList &spellings);
 
     const QString m_tag;
     QLineEdit *m_name;
     QLabel *m_preview;
+    QLabel *m_merge;
+    QListWidget *m_spellings; // those that can be merged with it
     QPushButton *m_rename;
     std::optional<KPTagPlan> m_plan;
+    QStringList m_offered;
 };

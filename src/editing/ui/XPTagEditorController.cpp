@@ -1,16 +1,16 @@
 #include "XPTagEditorController.h"
 
+#include "KPButtonRow.h"
 #include "KPDocServices.h"
 #include "KPEditSummary.h"
-#include "KPRecentTagGroups.h"
+#include "KPLook.h"
 #include "KPTagSuggestions.h"
 #include "Karvex.h"
-#include "KarvexPrefs.h"
 #include "UserDefaults.h"
-#include "XPFlowLayout.h"
 #include "XPPath.h"
 #include "XPStarsEditor.h"
-#include "XPTagsEditor.h"
+#include "XPTagEntry.h"
+#include "XPTagsTokenFieldController.h"
 
 #include <QDialogButtonBox>
 #include <QKeyEvent>
@@ -21,8 +21,6 @@
 #include <QPushButton>
 #include <QToolButton>
 #include <QVBoxLayout>
-
-static const QString frameKey = QStringLiteral("XPTagsWindowFrame");
 
 static bool setting(const char *key)
 {
@@ -37,65 +35,21 @@ static QLabel *caption(const char *id, QWidget *of)
     return label;
 }
 
-// A row of small buttons under a caption, hidden while there are none.
-static QWidget *buttonRow(const char *id, QVBoxLayout *column)
+XPTagEditorController::XPTagEditorController(QWidget *window, Form form)
+    : QDialog(window, form == Form::Window ? Qt::Dialog : Qt::Tool), m_form(form),
+      m_names(new QLabel), m_note(new QLabel), m_rating(new QLabel), m_stars(new XPStarsEditor),
+      m_tags(new XPTagsEditor(XPTagsEditor::Purpose::Edit)),
+      m_field(new XPTagsTokenFieldController(m_tags)),
+      m_some(new KPButtonRow(qtTrId("KPTagsOfSome"))),
+      m_suggestions(new KPButtonRow(qtTrId("KPTagsSuggested"))),
+      m_groups(new KPButtonRow(qtTrId("KPTagGroupsRecent")))
 {
-    auto *row = new QWidget;
-    auto *inner = new QVBoxLayout(row);
-    inner->setContentsMargins(0, 0, 0, 0);
-    inner->setSpacing(4);
-    inner->addWidget(caption(id, nullptr));
-    auto *buttons = new QWidget;
-    buttons->setLayout(new XPFlowLayout(buttons));
-    QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Minimum);
-    policy.setHeightForWidth(true);
-    buttons->setSizePolicy(policy);
-    buttons->setObjectName(QStringLiteral("buttons"));
-    inner->addWidget(buttons);
-    row->hide();
-    column->addWidget(row);
-    return row;
-}
-
-static void clearRow(QWidget *row)
-{
-    auto *buttons = row->findChild<QWidget *>(QStringLiteral("buttons"));
-    for (QToolButton *button : buttons->findChildren<QToolButton *>()) {
-        buttons->layout()->removeWidget(button);
-        button->hide();
-        button->deleteLater(); // its own click may have brought us here
-    }
-    row->hide();
-}
-
-static QToolButton *addButton(QWidget *row, const QString &text)
-{
-    auto *buttons = row->findChild<QWidget *>(QStringLiteral("buttons"));
-    auto *button = new QToolButton(buttons);
-    button->setText(XPPath::printable(text).replace(u'&', QStringLiteral("&&")));
-    button->setFocusPolicy(Qt::StrongFocus);
-    button->setAccessibleName(XPPath::printable(text));
-    static_cast<XPFlowLayout *>(buttons->layout())
-        ->insertWidget(buttons->layout()->count(), button);
-    button->show();
-    row->show();
-    return button;
-}
-
-XPTagEditorController::XPTagEditorController(QWidget *window)
-    : QDialog(window), m_names(new QLabel), m_note(new QLabel), m_rating(new QLabel),
-      m_stars(new XPStarsEditor), m_tags(new XPTagsEditor(XPTagsEditor::Purpose::Edit))
-{
-    setObjectName(QStringLiteral("XPTagEditorWindow"));
+    setObjectName(form == Form::Window  ? QStringLiteral("XPTagEditorWindow")
+                  : form == Form::Panel ? QStringLiteral("XPTagEditorHUDWindow")
+                                        : QStringLiteral("XPTagSearchWindow"));
     build();
-    resize(460, 340);
-    restoreGeometry(UserDefaults::standard().value(frameKey).data());
-    m_tags->setSuggestions([] {
-        if (setting("XPSkipTagAutoComplete"))
-            return QStringList();
-        return Karvex::removeDuplicateTags(KarvexPrefs::recentTags() +
-                                           KPTagSuggestions::popularTags());
-    });
+    resize(form == Form::Window ? QSize(460, 340) : QSize(340, form == Form::Panel ? 320 : 160));
+    restoreGeometry(UserDefaults::standard().value(frameKey()).data());
     connect(m_stars, &XPStarsEditor::rated, this, [this](int stars) {
         m_newRating = stars;
         showRating();
@@ -104,41 +58,64 @@ XPTagEditorController::XPTagEditorController(QWidget *window)
 
 XPTagEditorController::~XPTagEditorController() = default;
 
-void XPTagEditorController::build()
+// Each window has a place of its own.
+QString XPTagEditorController::frameKey() const
 {
-    auto *column = new QVBoxLayout(this);
-    column->setContentsMargins(16, 16, 16, 12);
-    column->setSpacing(8);
-    for (QLabel *label : {m_names, m_note, m_rating})
-        label->setTextFormat(Qt::PlainText);
-    QFont font = m_names->font();
-    font.setWeight(QFont::DemiBold);
-    m_names->setFont(font);
-    m_note->setWordWrap(true);
-    m_note->setForegroundRole(QPalette::PlaceholderText);
-    m_rating->setForegroundRole(QPalette::PlaceholderText);
+    return m_form == Form::Window ? QStringLiteral("XPTagsWindowFrame")
+                                  : objectName() + QStringLiteral("Frame");
+}
+
+void XPTagEditorController::buildRating(QVBoxLayout *column)
+{
     column->addWidget(m_names);
     auto *rating = new QHBoxLayout;
     rating->addWidget(m_stars);
     rating->addWidget(m_rating, 1);
     column->addLayout(rating);
-    column->addWidget(caption(QT_TRID_NOOP("KPTags"), m_tags));
+}
+
+void XPTagEditorController::build()
+{
+    const bool isSearch = m_form == Form::Search;
+    auto *column = new QVBoxLayout(this);
+    column->setContentsMargins(16, 16, 16, 12);
+    column->setSpacing(8);
+    for (QLabel *label : {m_names, m_note, m_rating})
+        label->setTextFormat(Qt::PlainText);
+    m_names->setFont(KPLook::font(KPLook::Type::Title));
+    m_note->setWordWrap(true);
+    m_note->setForegroundRole(QPalette::PlaceholderText);
+    m_rating->setForegroundRole(QPalette::PlaceholderText);
+    buildRating(column);
+    column->addWidget(caption(isSearch ? "KPTagSearchLabel" : "KPTags", m_tags));
     column->addWidget(m_tags);
-    const bool commas = setting("KPUseCommas");
-    m_tags->setHint(commas ? qtTrId("KPTagsHintCommas") : qtTrId("KPTagsHint"), qtTrId("KPTags"));
+    m_tags->setHint(XPTagEntry::hint(), qtTrId("KPTags"));
     m_tags->entry()->installEventFilter(this);
-    m_some = buttonRow(QT_TRID_NOOP("KPTagsOfSome"), column);
-    m_suggestions = buttonRow(QT_TRID_NOOP("KPTagsSuggested"), column);
-    m_groups = buttonRow(QT_TRID_NOOP("KPTagGroupsRecent"), column);
+    for (KPButtonRow *row : {m_some, m_suggestions, m_groups})
+        column->addWidget(row);
     column->addWidget(m_note);
     column->addStretch(1);
     auto *buttons = new QDialogButtonBox;
-    auto *done = buttons->addButton(qtTrId("KPTagEditorDone"), QDialogButtonBox::AcceptRole);
+    auto *done = buttons->addButton(qtTrId(isSearch ? "KPTagSearchButton" : "KPTagEditorDone"),
+                                    QDialogButtonBox::AcceptRole);
     done->setAutoDefault(false);
+    if (m_form == Form::Panel) {
+        auto *next = buttons->addButton(qtTrId("KPTagEditorNext"), QDialogButtonBox::ActionRole);
+        next->setAutoDefault(false);
+        connect(next, &QPushButton::clicked, this, [this] {
+            writeCommonTags();
+            Q_EMIT nextWanted();
+        });
+    }
     buttons->addButton(qtTrId("KPCancel"), QDialogButtonBox::RejectRole)->setAutoDefault(false);
     connect(buttons, &QDialogButtonBox::accepted, this, &XPTagEditorController::finish);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     column->addWidget(buttons);
+    for (QWidget *widget : {static_cast<QWidget *>(m_names), static_cast<QWidget *>(m_rating),
+                            static_cast<QWidget *>(m_stars), static_cast<QWidget *>(m_note)})
+        widget->setVisible(!isSearch);
+    if (isSearch)
+        setWindowTitle(qtTrId("KPTagSearchTitle"));
 }
 
 // Showing.
@@ -160,19 +137,68 @@ QString XPTagEditorController::ratingString(std::optional<double> rating)
 
 void XPTagEditorController::editTagsForFilePaths(const QStringList &paths)
 {
-    xpGuiThread.assertHere();
     if (isVisible())
         writeCommonTags();
-    const int asked = ++m_asked;
+    read(paths, true);
+}
+
+void XPTagEditorController::follow(const QStringList &paths)
+{
+    if (!isVisible() || m_form != Form::Panel || paths == m_asked.paths)
+        return;
+    writeCommonTags();
+    read(paths, false);
+}
+
+void XPTagEditorController::read(const QStringList &paths, bool takesFocus)
+{
+    xpGuiThread.assertHere();
+    m_asked = {m_asked.number + 1, paths};
     auto files = std::make_shared<KPCommonTags>();
-    KPDocServices::current().runFileWork([files, paths] { *files = KPCommonTags::read(paths); },
-                                         [self = QPointer(this), asked, files] {
-                                             if (self && self->m_asked == asked)
-                                                 self->editFiles(*files);
-                                         });
+    KPDocServices::current().runFileWork(
+        [files, paths] { *files = KPCommonTags::read(paths); },
+        [self = QPointer(this), asked = m_asked.number, files, takesFocus] {
+            if (!self || self->m_asked.number != asked)
+                return;
+            self->showFiles(*files);
+            if (takesFocus)
+                self->takeFocus();
+        });
 }
 
 void XPTagEditorController::editFiles(const KPCommonTags &files)
+{
+    showFiles(files);
+    takeFocus();
+}
+
+void XPTagEditorController::takeFocus()
+{
+    show();
+    raise();
+    activateWindow();
+    m_tags->focusEntry();
+}
+
+void XPTagEditorController::askForTags()
+{
+    m_tags->setTags({});
+    showGroups();
+    takeFocus();
+}
+
+static QString noteOn(const KPCommonTags &files)
+{
+    if (!files.unreadable.isEmpty())
+        return qtTrId("KPTagsLeftOut", static_cast<int>(files.unreadable.size()))
+            .arg(KPEditSummary::reason(files.unreadable.first()));
+    if (files.paths.size() < 2)
+        return {};
+    return setting("KPImportOnlyUpdateCommonTags") ? qtTrId("KPCommonTagsOnly")
+                                                   : qtTrId("KPAllTagsReplaced");
+}
+
+void XPTagEditorController::showFiles(const KPCommonTags &files)
 {
     m_files = files;
     m_takenFromAll.clear();
@@ -180,14 +206,8 @@ void XPTagEditorController::editFiles(const KPCommonTags &files)
     const QString first = files.paths.isEmpty() ? QString() : XPPath::fileName(files.paths.first());
     const QString title = windowTitleForFileCount(files.paths.size(), first);
     setWindowTitle(title);
-    m_names->setText(fontMetrics().elidedText(title, Qt::ElideMiddle, 420));
-    QString note;
-    if (!files.unreadable.isEmpty())
-        note = qtTrId("KPTagsLeftOut", static_cast<int>(files.unreadable.size()))
-                   .arg(KPEditSummary::reason(files.unreadable.first()));
-    else if (files.paths.size() > 1)
-        note = setting("KPImportOnlyUpdateCommonTags") ? qtTrId("KPCommonTagsOnly")
-                                                       : qtTrId("KPAllTagsReplaced");
+    m_names->setText(fontMetrics().elidedText(title, Qt::ElideMiddle, width() - 40));
+    const QString note = noteOn(files);
     m_note->setText(note);
     m_note->setVisible(!note.isEmpty());
     m_tags->setEnabled(!files.paths.isEmpty());
@@ -197,12 +217,8 @@ void XPTagEditorController::editFiles(const KPCommonTags &files)
     showRating();
     showSome();
     showGroups();
-    clearRow(m_suggestions);
+    m_suggestions->clear();
     suggest(files.paths);
-    show();
-    raise();
-    activateWindow();
-    m_tags->focusEntry();
 }
 
 void XPTagEditorController::showRating()
@@ -213,9 +229,9 @@ void XPTagEditorController::showRating()
 void XPTagEditorController::showSome()
 {
     constexpr qsizetype mostShown = 12;
-    clearRow(m_some);
+    m_some->clear();
     for (const auto &some : m_files.some.first(std::min(mostShown, m_files.some.size()))) {
-        QToolButton *button = addButton(m_some, some.tag);
+        QToolButton *button = m_some->add(some.tag);
         button->setText(
             qtTrId("KPTagOfSome").arg(XPPath::printable(some.tag), QLocale().toString(some.count)));
         button->setPopupMode(QToolButton::MenuButtonPopup);
@@ -241,15 +257,15 @@ void XPTagEditorController::showSome()
 void XPTagEditorController::suggest(const QStringList &paths)
 {
     xpGuiThread.assertHere();
-    if (paths.size() != 1 || !setting("KPShowSuggestionWindow"))
+    if (paths.size() != 1)
         return;
     auto found = std::make_shared<QStringList>();
     KPDocServices::current().runFileWork(
         [found, path = paths.first()] {
             *found = KPTagSuggestions::forFile(path, KPTagSuggestions::popularTags());
         },
-        [self = QPointer(this), asked = m_asked, found] {
-            if (self && self->m_asked == asked)
+        [self = QPointer(this), asked = m_asked.number, found] {
+            if (self && self->m_asked.number == asked)
                 self->showSuggestions(*found);
         });
 }
@@ -257,9 +273,9 @@ void XPTagEditorController::suggest(const QStringList &paths)
 void XPTagEditorController::showSuggestions(const QStringList &suggestions)
 {
     constexpr qsizetype mostShown = 10;
-    clearRow(m_suggestions);
+    m_suggestions->clear();
     for (const QString &tag : suggestions.first(std::min(mostShown, suggestions.size()))) {
-        QToolButton *button = addButton(m_suggestions, tag);
+        QToolButton *button = m_suggestions->add(tag);
         connect(button, &QToolButton::clicked, this, [this, tag, button] {
             m_tags->addTag(tag);
             button->hide();
@@ -269,30 +285,18 @@ void XPTagEditorController::showSuggestions(const QStringList &suggestions)
 
 void XPTagEditorController::showGroups()
 {
-    clearRow(m_groups);
-    for (const QStringList &group : KPRecentTagGroups::groups()) {
-        QToolButton *button = addButton(m_groups, group.join(QStringLiteral(", ")));
-        connect(button, &QToolButton::clicked, this, [this, group] {
-            for (const QString &tag : group)
-                m_tags->addTag(tag);
-        });
-        button->setContextMenuPolicy(Qt::ActionsContextMenu);
-        auto *remove = new QAction(qtTrId("KPRemoveFromRecents"), button);
-        connect(remove, &QAction::triggered, this, [this, group] {
-            KPRecentTagGroups::removeGroup(group);
-            showGroups();
-        });
-        button->addAction(remove);
-    }
+    XPTagsTokenFieldController::rebuildFavoriteTagButtons(m_groups, [this](const QStringList &tags) {
+        for (const QString &tag : tags)
+            m_tags->addTag(tag);
+        m_tags->focusEntry();
+    });
 }
 
 // Writing.
 
 bool XPTagEditorController::writeCommonTags()
 {
-    const QString typed = m_tags->entry()->text();
-    m_tags->entry()->clear();
-    m_tags->addTag(typed);
+    m_tags->takeTyped();
     const QStringList after = m_tags->tags();
     QStringList before = m_files.common;
     for (const QString &tag : m_takenFromAll) {
@@ -317,7 +321,12 @@ bool XPTagEditorController::writeCommonTags()
 
 void XPTagEditorController::finish()
 {
-    writeCommonTags();
+    if (m_form == Form::Search) {
+        if (const QStringList tags = m_field->tags(); !tags.isEmpty())
+            Q_EMIT searchWanted(tags);
+    } else {
+        writeCommonTags();
+    }
     accept();
 }
 
@@ -336,7 +345,13 @@ bool XPTagEditorController::eventFilter(QObject *watched, QEvent *event)
         const auto *key = static_cast<QKeyEvent *>(event);
         const bool isReturn = key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter;
         const bool isEmpty = m_tags->entry()->text().isEmpty();
-        if (isReturn && (isEmpty || key->modifiers().testFlag(Qt::ControlModifier))) {
+        const bool isControl = key->modifiers().testFlag(Qt::ControlModifier);
+        if (isReturn && isEmpty && !isControl && m_form == Form::Panel) {
+            writeCommonTags();
+            Q_EMIT nextWanted();
+            return true;
+        }
+        if (isReturn && (isEmpty || isControl)) {
             finish();
             return true;
         }
@@ -350,6 +365,6 @@ bool XPTagEditorController::eventFilter(QObject *watched, QEvent *event)
 
 void XPTagEditorController::closeEvent(QCloseEvent *event)
 {
-    UserDefaults::standard().setValue(frameKey, saveGeometry());
+    UserDefaults::standard().setValue(frameKey(), saveGeometry());
     QDialog::closeEvent(event);
 }

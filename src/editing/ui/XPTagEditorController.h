@@ -5,13 +5,18 @@
 
 #include <QDialog>
 
+class KPButtonRow;
 class QLabel;
-class XPFlowLayout;
+class QVBoxLayout;
 class XPStarsEditor;
 class XPTagsEditor;
+class XPTagsTokenFieldController;
 
 // The tag editor: the tags that all documents of a selection share, those that only some have, and
 // the rating. What the user changed is written when he is done, and nothing else.
+//
+// It comes as a window for one selection; as a panel that stays and follows the selection, where
+// Return writes and goes on to the next document; and as a search for tags, which edits nothing.
 //
 // A tag that some have is given to all by its button, and taken from all by its menu. With the
 // setting "KPImportOnlyUpdateCommonTags" off, the tags shown replace all that the documents have.
@@ -22,12 +27,16 @@ class XPTagEditorController : public QDialog
     Q_OBJECT
 
 public:
-    explicit XPTagEditorController(QWidget *window);
+    enum class Form { Window, Panel, Search };
+    explicit XPTagEditorController(QWidget *window, Form form = Form::Window);
     ~XPTagEditorController() override;
 
     // Shows the window for these once they are read. What was typed for others is written first.
     void editTagsForFilePaths(const QStringList &paths);
+    // A panel that is shown goes over to these and leaves the focus where it is.
+    void follow(const QStringList &paths);
     void editFiles(const KPCommonTags &files);
+    void askForTags(); // shows the search
     // What the user changed; false: nothing.
     bool writeCommonTags();
 
@@ -36,6 +45,8 @@ public:
 
 Q_SIGNALS:
     void edited(const KPFileEdit &edit);
+    void nextWanted(); // the panel: the next document
+    void searchWanted(const QStringList &tags);
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
@@ -44,6 +55,11 @@ protected:
 
 private:
     void build();
+    void buildRating(QVBoxLayout *column);
+    void read(const QStringList &paths, bool takesFocus);
+    void showFiles(const KPCommonTags &files);
+    void takeFocus();
+    QString frameKey() const;
     void showSome();
     void showSuggestions(const QStringList &suggestions);
     void showGroups();
@@ -51,16 +67,22 @@ private:
     void suggest(const QStringList &paths);
     void finish();
 
+    const Form m_form;
     KPCommonTags m_files;
     QStringList m_takenFromAll; // of the tags that some have
     std::optional<double> m_newRating;
-    int m_asked = 0; // answers to earlier questions are too late
+    struct
+    {
+        int number = 0; // answers to earlier questions are too late
+        QStringList paths;
+    } m_asked;
     QLabel *m_names;
     QLabel *m_note;
     QLabel *m_rating;
     XPStarsEditor *m_stars;
     XPTagsEditor *m_tags;
-    QWidget *m_some;
-    QWidget *m_suggestions;
-    QWidget *m_groups;
+    XPTagsTokenFieldController *m_field;
+    KPButtonRow *m_some;
+    KPButtonRow *m_suggestions;
+    KPButtonRow *m_groups;
 };

@@ -4,7 +4,7 @@
 #include "TestHome.h"
 #include "UserDefaults.h"
 #include "XPExtendedAttributes.h"
-#include "XPTagsEditor.h"
+#include "XPTagsTokenFieldController.h"
 
 #include <QLineEdit>
 #include <QMenu>
@@ -18,6 +18,8 @@ class TagEditor : public testing::Test
 protected:
     TagEditor()
     {
+        UserDefaults::standard().setValue(QStringLiteral("KPUseCommas"),
+                                          PropertyValue::boolean(true));
         UserDefaults::standard().setValue(QStringLiteral("KPImportOnlyUpdateCommonTags"),
                                           PropertyValue::boolean(true));
     }
@@ -98,6 +100,66 @@ TEST_F(TagEditor, ReplacesAllTagsWhenTheSettingSaysSo)
     QTest::keyClicks(entry(), QStringLiteral("x,"));
     ASSERT_TRUE(m_editor.writeCommonTags());
     EXPECT_EQ(edit().tags->before.size(), 3);
+}
+
+TEST_F(TagEditor, AsAPanelGoesOnWithReturnAndWritesWhatItLeaves)
+{
+    XPTagEditorController panel(nullptr, XPTagEditorController::Form::Panel);
+    QSignalSpy written(&panel, &XPTagEditorController::edited);
+    QSignalSpy next(&panel, &XPTagEditorController::nextWanted);
+    QLineEdit *field = panel.findChild<XPTagsEditor *>()->entry();
+    panel.follow({a});
+    EXPECT_FALSE(panel.isVisible()) << "nobody asked for it";
+    panel.editTagsForFilePaths({a});
+    QTest::keyClicks(field, QStringLiteral("one"));
+    QTest::keyClick(field, Qt::Key_Return);
+    EXPECT_EQ(next.size(), 0) << "the tag alone was ended";
+    QTest::keyClick(field, Qt::Key_Return);
+    EXPECT_EQ(next.size(), 1);
+    ASSERT_EQ(written.size(), 1);
+    EXPECT_EQ(written.last().first().value<KPFileEdit>().tags->after.last(), u"one");
+    EXPECT_TRUE(panel.isVisible());
+
+    QTest::keyClicks(field, QStringLiteral("two"));
+    panel.follow({b});
+    ASSERT_EQ(written.size(), 2) << "what was typed for the first is not lost";
+    EXPECT_EQ(written.last().first().value<KPFileEdit>().paths, QStringList{a});
+    EXPECT_EQ(panel.findChild<XPTagsEditor *>()->tags().first(), u"other");
+    panel.follow({b});
+    EXPECT_EQ(written.size(), 2);
+}
+
+TEST_F(TagEditor, AsASearchAsksForTagsAndEditsNothing)
+{
+    XPTagEditorController search(nullptr, XPTagEditorController::Form::Search);
+    QSignalSpy written(&search, &XPTagEditorController::edited);
+    QSignalSpy wanted(&search, &XPTagEditorController::searchWanted);
+    search.askForTags();
+    QLineEdit *field = search.findChild<XPTagsEditor *>()->entry();
+    QTest::keyClicks(field, QStringLiteral("one,"));
+    QTest::keyClicks(field, QStringLiteral("two words"));
+    QTest::keyClick(field, Qt::Key_Return, Qt::ControlModifier);
+    ASSERT_EQ(wanted.size(), 1);
+    EXPECT_EQ(wanted.first().first().toStringList(),
+              (QStringList{QStringLiteral("one"), QStringLiteral("two words")}));
+    EXPECT_EQ(written.size(), 0);
+    EXPECT_FALSE(search.isVisible());
+}
+
+TEST(TagsTokenField, TurnsTagsIntoTypedTextAndBack)
+{
+    KPTagName::intializeGlobals();
+    using Field = XPTagsTokenFieldController;
+    EXPECT_EQ(Field::displayStringToUserString(QStringLiteral(" two words")), u"\"two words\"");
+    EXPECT_EQ(Field::displayStringToUserString(QStringLiteral("one")), u"one");
+    EXPECT_EQ(Field::userStringToDisplayString(QStringLiteral("\"two \"words\"")), u"two words");
+    const QStringList typed{QStringLiteral("\"Token two\""), QStringLiteral("TOKEN TWO"), {},
+                            QStringLiteral("b")};
+    const QString first = QStringLiteral("Token two");
+    EXPECT_EQ(Field::tagDisplayNamesForEditingStrings(typed, true, false),
+              (QStringList{first, QStringLiteral("b")}));
+    EXPECT_EQ(Field::tagDisplayNamesForEditingStrings(typed, false, false).size(), 3);
+    EXPECT_EQ(Field::grepStringForTags({first, QStringLiteral("b")}), u"tag:\"Token two\" tag:b");
 }
 
 TEST(TagEditorTexts, SayHowManyAndHowRated)

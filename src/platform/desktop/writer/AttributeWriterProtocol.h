@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <linux/limits.h>
+#include <string_view>
 
 // What XPAuthorisation and murn-attribute-writer say to each other over the writer's standard
 // input and output. Both run on one machine and are built together: numbers are in host order.
@@ -33,7 +34,10 @@ inline constexpr std::uint32_t maximumNameSize = XATTR_NAME_MAX;
 inline constexpr std::uint32_t maximumPathSize = PATH_MAX - 1;
 inline constexpr std::uint32_t maximumValueSize = 4096;
 
-// Every name that may be written begins so and goes on with letters, digits and underscores.
+// Every name that may be written begins so and goes on with letters, digits and underscores, or
+// is one of those under which the desktop keeps the same facts.
 inline constexpr char namePrefix[] = "user.com.apple.metadata:kMDItem";
+inline constexpr std::string_view desktopNames[] = {"user.xdg.tags", "user.xdg.comment",
+                                                    "user.baloo.rating"};
 
 } // namespace AttributeWriter

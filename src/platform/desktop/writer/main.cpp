@@ -2,7 +2,7 @@
 // administrator's rights that pkexec gave it after asking.
 //
 // A root program, so it can do as little as possible: set or remove an extended attribute whose
-// name is one of the metadata convention's, at an absolute path, of a value that the convention
+// name is one of the metadata convention's or of the desktop's for the same facts, at an absolute path, of a value that the convention
 // allows; it follows no link in the last place and reads no environment or file. It needs nothing
 // but the C library. It ends when its caller does (end of input), and by itself after some idle
 // minutes, so that a forgotten right does not live on.
@@ -12,6 +12,7 @@
 #include "AttributeWriterProtocol.h"
 #include "FileVerbs.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstring>
@@ -84,6 +85,8 @@ static bool isPlain(char c)
 
 static bool mayWriteName(std::string_view name)
 {
+    if (std::find(std::begin(desktopNames), std::end(desktopNames), name) != std::end(desktopNames))
+        return true;
     constexpr std::string_view prefix = namePrefix;
     if (!name.starts_with(prefix) || name.size() == prefix.size())
         return false;

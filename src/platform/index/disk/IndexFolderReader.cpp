@@ -1,6 +1,7 @@
 #include "IndexFolderReader.h"
 
 #include "IndexBytesKey.h"
+#include "IndexDesktopKeys.h"
 #include "XPPath.h"
 #include "XPPropertyList.h"
 
@@ -17,6 +18,8 @@
 
 static constexpr char prefix[] = "user.com.apple.metadata:";
 static constexpr size_t prefixLength = sizeof prefix - 1;
+static constexpr char userPrefix[] = "user.";
+static constexpr size_t userPrefixLength = sizeof userPrefix - 1;
 static constexpr size_t bufferSize = 64 * 1024; // of names: a part of a listing
 static constexpr size_t largestValue = 64 * 1024;
 // More a value of that length only holds by sharing its parts: then it is kept as its bytes.
@@ -189,15 +192,23 @@ void IndexFolderReader::readAttributes(const char *name, IndexRecord::Attributes
     const char *at = larger.empty() ? names : larger.data();
     const char *const end = at + std::max<ssize_t>(size, 0);
     for (; at < end; at += std::strlen(at) + 1) {
-        if (std::strncmp(at, prefix, prefixLength) != 0)
+        const bool isOurs = std::strncmp(at, prefix, prefixLength) == 0;
+        if (!isOurs && std::strncmp(at, userPrefix, userPrefixLength) != 0)
             continue;
+        const QString key =
+            XPPath::decode(QByteArrayView(at + (isOurs ? prefixLength : userPrefixLength)));
+        if (isOurs == isIndexDesktopKey(key))
+            continue; // of no use, or one of ours that takes the name of the desktop's
         ssize_t length = ::lgetxattr(path, at, m_value.data(), usualValue);
         if (length < 0 && errno == ERANGE)
             length = ::lgetxattr(path, at, m_value.data(), m_value.size());
         if (length < 0)
             continue; // gone meanwhile
-        putAttribute(XPPath::decode(QByteArrayView(at + prefixLength)),
-                     QByteArray(m_value.data(), length), attributes);
+        const QByteArray bytes(m_value.data(), length);
+        if (isOurs)
+            putAttribute(key, bytes, attributes);
+        else
+            attributes.insert(key, bytes);
     }
 }
 

@@ -28,26 +28,52 @@ void IndexLive::tell(const std::vector<IndexItem> &touched)
 }
 
 // Nobody may ever listen.
-static constexpr size_t mostLosses = 1000;
+static constexpr size_t mostKept = 1000;
+
+template <typename News>
+static void tellOrKeep(const std::function<void(News)> &listener, std::vector<News> &kept,
+                       News news)
+{
+    if (listener)
+        listener(std::move(news));
+    else if (kept.size() < mostKept)
+        kept.push_back(std::move(news));
+}
+
+template <typename News>
+static void tellKept(const std::function<void(News)> &listener, std::vector<News> &kept)
+{
+    if (!listener)
+        return;
+    for (News &news : kept)
+        listener(std::move(news));
+    kept.clear();
+}
 
 void IndexLive::tellLoss(IndexLoss loss)
 {
     const XPLocker lock(m_listenerMutex);
-    if (m_lossListener)
-        m_lossListener(std::move(loss));
-    else if (m_losses.size() < mostLosses)
-        m_losses.push_back(std::move(loss));
+    tellOrKeep(m_lossListener, m_losses, std::move(loss));
 }
 
 void IndexLive::setLossListener(IndexLoss::Report listener)
 {
     const XPLocker lock(m_listenerMutex);
     m_lossListener = std::move(listener);
-    if (!m_lossListener)
-        return;
-    for (IndexLoss &loss : m_losses)
-        m_lossListener(std::move(loss));
-    m_losses.clear();
+    tellKept(m_lossListener, m_losses);
+}
+
+void IndexLive::tellAttributesChange(IndexAttributesChange change)
+{
+    const XPLocker lock(m_listenerMutex);
+    tellOrKeep(m_attributesListener, m_attributesChanges, std::move(change));
+}
+
+void IndexLive::setAttributesListener(IndexAttributesChange::Report listener)
+{
+    const XPLocker lock(m_listenerMutex);
+    m_attributesListener = std::move(listener);
+    tellKept(m_attributesListener, m_attributesChanges);
 }
 
 void IndexLive::reimport(const QByteArray &path)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "IndexAttributesChange.h"
 #include "IndexCatalog.h"
 #include "IndexLoss.h"
 #include "IndexSource.h"
@@ -35,12 +36,17 @@ public:
     // listeners, so it only takes note. It is not called any more once another one was set.
     void setLossListener(IndexLoss::Report listener);
 
+    // The same, told of attributes that are others than before. When nobody listened yet and they
+    // are too many, the later ones are not kept.
+    void setAttributesListener(IndexAttributesChange::Report listener);
+
     // For the one that keeps it up to date, on its thread.
     IndexCatalog &writable() { return m_catalog; }
     // Earlier ones stay until the end: a query may be at work on them.
     void setText(std::shared_ptr<const IndexText> text);
     void tell(const std::vector<IndexItem> &touched);
     void tellLoss(IndexLoss loss);
+    void tellAttributesChange(IndexAttributesChange change);
     void setLoaded(); // after each load: tells of every item, also of those that were before
     // What reimport() does; nothing before.
     void setReimport(std::function<void(const QByteArray &path)> reimport);
@@ -61,4 +67,6 @@ private:
     int m_lastListener XP_GUARDED_BY(m_listenerMutex) = 0;
     IndexLoss::Report m_lossListener XP_GUARDED_BY(m_listenerMutex);
     std::vector<IndexLoss> m_losses XP_GUARDED_BY(m_listenerMutex); // while there is no listener
+    IndexAttributesChange::Report m_attributesListener XP_GUARDED_BY(m_listenerMutex);
+    std::vector<IndexAttributesChange> m_attributesChanges XP_GUARDED_BY(m_listenerMutex);
 };

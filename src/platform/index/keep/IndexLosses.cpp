@@ -1,6 +1,7 @@
 #include "IndexLosses.h"
 
 #include "IndexBytesKey.h"
+#include "IndexDesktopKeys.h"
 
 #include <algorithm>
 #include <chrono>
@@ -13,6 +14,12 @@ qint64 IndexLosses::now()
 {
     const auto time = std::chrono::steady_clock::now().time_since_epoch();
     return std::chrono::duration_cast<std::chrono::milliseconds>(time).count();
+}
+
+bool IndexLosses::isSameFile(const XPFileInfo &one, const XPFileInfo &other)
+{
+    constexpr qint64 second = 1'000'000'000;
+    return one.inode == other.inode && one.birth / second == other.birth / second;
 }
 
 void IndexLosses::gone(const QByteArray &path, const IndexRecord &record, qint64 time)
@@ -45,12 +52,13 @@ void IndexLosses::made(const QByteArray &path, const IndexRecord &record, qint64
 void IndexLosses::replaced(const QByteArray &path, const IndexRecord &before,
                            const IndexRecord &now, bool isSeen) const
 {
-    const auto &had = before.attributes;
-    // The index keeps times of birth in whole seconds.
-    const bool isSame = before.info.inode == now.info.inode &&
-                        before.info.birth / 1'000'000'000 == now.info.birth / 1'000'000'000;
-    if (!now.info.isRegular() || (isSame && !isSeen))
+    if (!now.info.isRegular() || (isSameFile(before.info, now.info) && !isSeen))
         return;
+    // What the desktop keeps is its own business.
+    IndexRecord::Attributes had = before.attributes;
+    had.removeIf([](std::pair<const QString &, PropertyValue &> entry) {
+        return isIndexDesktopKey(entry.first);
+    });
     for (auto attribute = had.begin(); attribute != had.end(); ++attribute) {
         if (!IndexBytesKey::is(attribute.key()) && !now.attributes.contains(attribute.key())) {
             m_report({path, had, now.attributes.keys(), before.type, now.type, isSeen});

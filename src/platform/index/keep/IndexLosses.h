@@ -23,6 +23,8 @@ public:
                   bool isSeen) const;
 
     static qint64 now();
+    // By inode and birth, of which the index keeps the seconds.
+    static bool isSameFile(const XPFileInfo &one, const XPFileInfo &other);
 
 private:
     struct Gone

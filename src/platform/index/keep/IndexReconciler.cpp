@@ -137,13 +137,25 @@ void IndexReconciler::putEntry(IndexItem folder, IndexRecord &record, IndexItem 
         if (known && !before.attributes.isEmpty())
             m_losses.replaced(pathIn(folder, record.name), before, record,
                               m_eventTime && (made || before.info.inode != record.info.inode));
-    } else if (m_eventTime) {
-        m_losses.made(pathIn(folder, record.name), record, m_eventTime);
+        tellAttributes(folder, before, record);
+    } else {
+        if (m_eventTime)
+            m_losses.made(pathIn(folder, record.name), record, m_eventTime);
+        tellAttributes(folder, {}, record);
     }
     IndexChange &change = batch.emplace_back();
     change.record = std::move(record);
     change.record.item = known ? known : m_writer.newItem();
     change.record.parent = folder;
+}
+
+void IndexReconciler::tellAttributes(IndexItem folder, const IndexRecord &before,
+                                     const IndexRecord &now) const
+{
+    if (before.attributes == now.attributes || !m_calls.attributesChanged)
+        return;
+    m_calls.attributesChanged({pathIn(folder, now.name), before.attributes, now.attributes,
+                               IndexLosses::isSameFile(before.info, now.info)});
 }
 
 QByteArray IndexReconciler::pathIn(IndexItem folder, const QByteArray &name) const

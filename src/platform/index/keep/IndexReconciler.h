@@ -1,5 +1,6 @@
 #pragma once
 
+#include "IndexAttributesChange.h"
 #include "IndexFolderReader.h"
 #include "IndexLosses.h"
 #include "IndexWatcher.h"
@@ -24,6 +25,7 @@ public:
         std::function<bool(const QByteArray &folder)> isCrawling;      // of the volume it is on
         std::function<bool(const QByteArray &folder)> isDistant;       // file calls may hang
         IndexLoss::Report lost;
+        IndexAttributesChange::Report attributesChanged = {};
     };
     IndexReconciler(IndexWriter &writer, std::shared_ptr<const IndexRules> rules, Calls calls);
 
@@ -71,6 +73,7 @@ private:
     // `made`: an event told that another file came to the name; its inode may be used again.
     void putEntry(IndexItem folder, IndexRecord &record, IndexItem known, IndexBatch &batch,
                   bool made = false);
+    void tellAttributes(IndexItem folder, const IndexRecord &before, const IndexRecord &now) const;
     void noteGone(const IndexWatcher::Event &event, IndexItem item);
     QByteArray pathIn(IndexItem folder, const QByteArray &name) const;
     void removeMissing(IndexItem folder, const IndexListing &listing, IndexBatch &batch);

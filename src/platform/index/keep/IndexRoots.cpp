@@ -58,7 +58,10 @@ IndexRoots::IndexRoots(IndexKeeping &keeping, Calls calls)
                         return crew && crew->isCrawling;
                     },
                     [this](const QByteArray &folder) { return isDistant(folder); },
-                    [this](IndexLoss loss) { m_live.tellLoss(std::move(loss)); }})
+                    [this](IndexLoss loss) { m_live.tellLoss(std::move(loss)); },
+                    [this](IndexAttributesChange change) {
+                        m_live.tellAttributesChange(std::move(change));
+                    }})
 {
 }
 

@@ -202,6 +202,11 @@ bool MetadataIndex::isKeptHere() const
     return d->keeper != nullptr;
 }
 
+void MetadataIndex::setAttributesListener(IndexAttributesChange::Report listener)
+{
+    d->live.setAttributesListener(std::move(listener));
+}
+
 void MetadataIndex::setLossListener(IndexLoss::Report listener)
 {
     d->live.setLossListener(std::move(listener));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "IndexAttributesChange.h"
 #include "IndexLoss.h"
 #include "IndexSource.h"
 #include "IndexStatus.h"
@@ -33,6 +34,9 @@ public:
     // Told of files that lost attributes while the index is kept here, also before the call; on a
     // thread of the index, so it only takes note. Not called any more once another one was set.
     void setLossListener(IndexLoss::Report listener);
+
+    // The same, told of files whose attributes are others than the index held, or new to it.
+    void setAttributesListener(IndexAttributesChange::Report listener);
 
     // Whichever process keeps the index; at once where it is kept here. Cancelled when `stop` said
     // so before, else an error when that process does not answer.

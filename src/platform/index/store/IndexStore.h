@@ -24,7 +24,7 @@ struct sqlite3_stmt;
 class IndexStore
 {
 public:
-    static constexpr int schemaVersion = 5;
+    static constexpr int schemaVersion = 6;
 
     enum class Mode { Read, Write };
     // Write: makes folder and file where missing. Read: NotFound without a file.

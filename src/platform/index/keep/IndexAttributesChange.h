@@ -1,0 +1,17 @@
+#pragma once
+
+#include "IndexRecord.h"
+
+#include <functional>
+
+// A file whose attributes are others than the index held; a new one had none.
+// Threads: a value.
+struct IndexAttributesChange
+{
+    QByteArray path;
+    IndexRecord::Attributes before;
+    IndexRecord::Attributes now;
+    bool isSameFile = false; // by inode and birth: false where another one took its place
+
+    using Report = std::function<void(IndexAttributesChange)>;
+};
