@@ -59,6 +59,21 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPApplicationSummary">
         <translation>Verschlagwortet, bewertet und findet Dokumente, wo sie liegen.</translation>
     </message>
+    <message id="KPAttributeUnreadable" numerus="yes">
+        <translation>
+            <numerusform>nicht lesbar (%n Byte)</numerusform>
+            <numerusform>nicht lesbar (%n Byte)</numerusform>
+        </translation>
+    </message>
+    <message id="KPAttributes">
+        <translation>Attribute</translation>
+    </message>
+    <message id="KPAttributesUnreadable" numerus="yes">
+        <translation>
+            <numerusform>%n Attribut der Datei ist nicht zu verstehen.</numerusform>
+            <numerusform>%n Attribute der Datei sind nicht zu verstehen.</numerusform>
+        </translation>
+    </message>
     <message id="KPBack">
         <translation>&amp;Zurück</translation>
     </message>
@@ -176,6 +191,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPChipHint">
         <translation>Die Entfernen-Taste nimmt dieses Schlagwort weg</translation>
     </message>
+    <message id="KPChipPartial">
+        <translation>%1 von %2 Dokumenten. Klick gibt es allen; das Kreuz nimmt es weg.</translation>
+    </message>
     <message id="KPChipTag">
         <translation>Schlagwort %1</translation>
     </message>
@@ -184,6 +202,12 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPClearRecentSearches">
         <translation>Letzte Suchen löschen</translation>
+    </message>
+    <message id="KPClose">
+        <translation>Schließen</translation>
+    </message>
+    <message id="KPCloseQuickPreview">
+        <translation>Vorschau schließen</translation>
     </message>
     <message id="KPCloseWindow">
         <translation>Fenster &amp;schließen</translation>
@@ -295,6 +319,15 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPColumnType">
         <translation>Typ</translation>
+    </message>
+    <message id="KPComment">
+        <translation>Kommentar</translation>
+    </message>
+    <message id="KPCommentHint">
+        <translation>Kommentar schreiben</translation>
+    </message>
+    <message id="KPCommentsDiffer">
+        <translation>Kommentare unterscheiden sich; Neues ersetzt sie</translation>
     </message>
     <message id="KPCommonTagsOnly">
         <translation>Schlagwörter, die alle ausgewählten Dokumente gemeinsam haben. Ihre anderen bleiben.</translation>
@@ -593,23 +626,140 @@ Absturzberichte erlauben?</translation>
     <message id="KPExtensionTypeTemplate">
         <translation>%1-Datei</translation>
     </message>
+    <message id="KPFactAddress">
+        <translation>Adresse</translation>
+    </message>
+    <message id="KPFactAlbum">
+        <translation>Album</translation>
+    </message>
+    <message id="KPFactAperture">
+        <translation>Blende</translation>
+    </message>
+    <message id="KPFactAttachments">
+        <translation>Anlagen</translation>
+    </message>
+    <message id="KPFactAuthors">
+        <translation>Von</translation>
+    </message>
+    <message id="KPFactBitRate">
+        <translation>Bitrate</translation>
+    </message>
+    <message id="KPFactBytes" numerus="yes">
+        <translation>
+            <numerusform>%n Byte</numerusform>
+            <numerusform>%n Byte</numerusform>
+        </translation>
+    </message>
+    <message id="KPFactCamera">
+        <translation>Kamera</translation>
+    </message>
+    <message id="KPFactChannels">
+        <translation>Kanäle</translation>
+    </message>
+    <message id="KPFactCity">
+        <translation>Ort</translation>
+    </message>
+    <message id="KPFactComposer">
+        <translation>Komponist</translation>
+    </message>
+    <message id="KPFactCopyright">
+        <translation>Copyright</translation>
+    </message>
+    <message id="KPFactCountry">
+        <translation>Land</translation>
+    </message>
     <message id="KPFactCreated">
         <translation>Erstellt</translation>
+    </message>
+    <message id="KPFactDescription">
+        <translation>Beschreibung</translation>
+    </message>
+    <message id="KPFactDuration">
+        <translation>Dauer</translation>
+    </message>
+    <message id="KPFactEntries" numerus="yes">
+        <translation>
+            <numerusform>%n Eintrag</numerusform>
+            <numerusform>%n Einträge</numerusform>
+        </translation>
+    </message>
+    <message id="KPFactExposure">
+        <translation>Belichtung</translation>
+    </message>
+    <message id="KPFactFocalLength">
+        <translation>Brennweite</translation>
     </message>
     <message id="KPFactFolder">
         <translation>Ordner</translation>
     </message>
+    <message id="KPFactFromTo">
+        <translation>%1 bis %2</translation>
+    </message>
+    <message id="KPFactGenre">
+        <translation>Genre</translation>
+    </message>
+    <message id="KPFactKeywords">
+        <translation>Stichwörter</translation>
+    </message>
+    <message id="KPFactKilobits">
+        <translation>%1 kbit/s</translation>
+    </message>
+    <message id="KPFactKilohertz">
+        <translation>%1 kHz</translation>
+    </message>
+    <message id="KPFactLens">
+        <translation>Objektiv</translation>
+    </message>
+    <message id="KPFactMillimetres">
+        <translation>%1 mm</translation>
+    </message>
     <message id="KPFactModified">
         <translation>Geändert</translation>
     </message>
+    <message id="KPFactPages">
+        <translation>Seiten</translation>
+    </message>
+    <message id="KPFactPixels">
+        <translation>Pixel</translation>
+    </message>
+    <message id="KPFactProgram">
+        <translation>Erstellt mit</translation>
+    </message>
+    <message id="KPFactRecipients">
+        <translation>An</translation>
+    </message>
+    <message id="KPFactSampleRate">
+        <translation>Abtastrate</translation>
+    </message>
+    <message id="KPFactSeconds">
+        <translation>%1 s</translation>
+    </message>
+    <message id="KPFactSensitivity">
+        <translation>ISO</translation>
+    </message>
     <message id="KPFactSize">
         <translation>Größe</translation>
+    </message>
+    <message id="KPFactSubject">
+        <translation>Betreff</translation>
+    </message>
+    <message id="KPFactTitle">
+        <translation>Titel</translation>
     </message>
     <message id="KPFactTotalSize">
         <translation>Gesamtgröße</translation>
     </message>
     <message id="KPFactType">
         <translation>Art</translation>
+    </message>
+    <message id="KPFactWhereFrom">
+        <translation>Herkunft</translation>
+    </message>
+    <message id="KPFactWritten">
+        <translation>Verfasst</translation>
+    </message>
+    <message id="KPFactYear">
+        <translation>Jahr</translation>
     </message>
     <message id="KPFileClipboardButton">
         <translation>Ablegen</translation>
@@ -785,6 +935,24 @@ Absturzberichte erlauben?</translation>
     <message id="KPGroupNameZeroLength">
         <translation>Leer</translation>
     </message>
+    <message id="KPHealAccept">
+        <translation>Zurückgeben</translation>
+    </message>
+    <message id="KPHealFailed">
+        <translation>Die Schlagwörter konnten nicht zurückgegeben oder entfernt werden</translation>
+    </message>
+    <message id="KPHealPending">
+        <translation>Ein Programm ließ am %1 Schlagwörter fallen. Gehören sie zu diesem Dokument? %2</translation>
+    </message>
+    <message id="KPHealRefuse">
+        <translation>Nein</translation>
+    </message>
+    <message id="KPHealUndo">
+        <translation>Wieder entfernen</translation>
+    </message>
+    <message id="KPHealed">
+        <translation>Ein Programm ließ die Schlagwörter fallen; sie wurden am %1 zurückgegeben: %2</translation>
+    </message>
     <message id="KPHideActionBar">
         <translation>Aktionsleiste ausblenden</translation>
     </message>
@@ -793,6 +961,48 @@ Absturzberichte erlauben?</translation>
     </message>
     <message id="KPHideBookmarksPanel">
         <translation>&amp;Lesezeichen ausblenden</translation>
+    </message>
+    <message id="KPHideLoupeMenuItem">
+        <translation>Lupe ausblenden</translation>
+    </message>
+    <message id="KPHistoryBack">
+        <translation>Hierher zurück</translation>
+    </message>
+    <message id="KPHistoryBeginning">
+        <translation>Vor alledem</translation>
+    </message>
+    <message id="KPHistoryForward">
+        <translation>Wieder bis hierher</translation>
+    </message>
+    <message id="KPHistoryHint">
+        <translation>Einen Schritt wählen, zu dem es zurückgeht. Was andere seither geändert haben, bleibt.</translation>
+    </message>
+    <message id="KPHistoryList">
+        <translation>Verlauf …</translation>
+    </message>
+    <message id="KPHistoryNow">
+        <translation>Das ist der jetzige Stand</translation>
+    </message>
+    <message id="KPHistoryStopped">
+        <translation>Hier angehalten: etwas ließ sich nicht zurücknehmen, wie es war.</translation>
+    </message>
+    <message id="KPHistoryTitle">
+        <translation>Verlauf</translation>
+    </message>
+    <message id="KPHistoryUndone">
+        <translation>%1 (widerrufen)</translation>
+    </message>
+    <message id="KPHistoryWillRedo" numerus="yes">
+        <translation>
+            <numerusform>%n Schritt wird wiederholt.</numerusform>
+            <numerusform>%n Schritte werden wiederholt.</numerusform>
+        </translation>
+    </message>
+    <message id="KPHistoryWillUndo" numerus="yes">
+        <translation>
+            <numerusform>%n Schritt wird widerrufen.</numerusform>
+            <numerusform>%n Schritte werden widerrufen.</numerusform>
+        </translation>
     </message>
     <message id="KPHome">
         <translation>Persönlicher Ordner</translation>
@@ -917,6 +1127,9 @@ Absturzberichte erlauben?</translation>
     <message id="KPIndexSearchWithoutFolder">
         <translation>Diese Suche hat keinen Ordner, in dem sie suchen kann.</translation>
     </message>
+    <message id="KPInfoWindowTitle">
+        <translation>Information: %1</translation>
+    </message>
     <message id="KPInspectorShown">
         <translation>&amp;Informationen</translation>
     </message>
@@ -964,6 +1177,21 @@ Absturzberichte erlauben?</translation>
     </message>
     <message id="KPLooking">
         <translation>Suche läuft …</translation>
+    </message>
+    <message id="KPLoupeEntireImage">
+        <translation>Ganzes Bild in der Lupe</translation>
+    </message>
+    <message id="KPLoupeNarrower">
+        <translation>Kleinere Lupe</translation>
+    </message>
+    <message id="KPLoupeStronger">
+        <translation>Stärker vergrößern</translation>
+    </message>
+    <message id="KPLoupeWeaker">
+        <translation>Schwächer vergrößern</translation>
+    </message>
+    <message id="KPLoupeWider">
+        <translation>Größere Lupe</translation>
     </message>
     <message id="KPManage">
         <translation>Als Dokument der Bibliothek &amp;markieren</translation>
@@ -1040,8 +1268,17 @@ Absturzberichte erlauben?</translation>
     <message id="KPMoveToTrash">
         <translation>In den &amp;Papierkorb</translation>
     </message>
+    <message id="KPNameHint">
+        <translation>Doppelklick zum Umbenennen</translation>
+    </message>
     <message id="KPNameIsTaken">
         <translation>eine andere Datei heißt jetzt so</translation>
+    </message>
+    <message id="KPNextDocument">
+        <translation>Nächstes Dokument</translation>
+    </message>
+    <message id="KPNextPage">
+        <translation>Nächste Seite</translation>
     </message>
     <message id="KPNo">
         <translation>Nein</translation>
@@ -1151,8 +1388,14 @@ Absturzberichte erlauben?</translation>
     <message id="KPPageCountNone">
         <translation>Keine Seiten</translation>
     </message>
+    <message id="KPPageOf">
+        <translation>%1 von %2</translation>
+    </message>
     <message id="KPPaste">
         <translation>&amp;Einfügen</translation>
+    </message>
+    <message id="KPPictureOfDocument">
+        <translation>Bild des Dokuments</translation>
     </message>
     <message id="KPPlacesAllFiles">
         <translation>Alles in %1</translation>
@@ -1187,6 +1430,24 @@ Absturzberichte erlauben?</translation>
     <message id="KPPostScriptFailed">
         <translation>Die PostScript-Datei konnte nicht umgewandelt werden.</translation>
     </message>
+    <message id="KPPreviewDamaged">
+        <translation>Das Dokument ist beschädigt; dies war zu lesen.</translation>
+    </message>
+    <message id="KPPreviewSheet">
+        <translation>Alle ausgewählten auf einen Blick</translation>
+    </message>
+    <message id="KPPreviewTooLarge">
+        <translation>Das Dokument ist zu groß, um ganz gezeigt zu werden.</translation>
+    </message>
+    <message id="KPPreviewUnreadable">
+        <translation>Die Datei kann nicht gelesen werden.</translation>
+    </message>
+    <message id="KPPreviousDocument">
+        <translation>Voriges Dokument</translation>
+    </message>
+    <message id="KPPreviousPage">
+        <translation>Vorige Seite</translation>
+    </message>
     <message id="KPProblemCount" numerus="yes">
         <translation>
             <numerusform>%n Problem</numerusform>
@@ -1198,6 +1459,9 @@ Absturzberichte erlauben?</translation>
     </message>
     <message id="KPPutInFiledDocuments">
         <translation>In „Filed Documents“ &amp;ablegen</translation>
+    </message>
+    <message id="KPQuickPreview">
+        <translation>Vorschau</translation>
     </message>
     <message id="KPQuickSearch">
         <translation>&amp;Schnellsuche</translation>
@@ -1300,6 +1564,21 @@ Absturzberichte erlauben?</translation>
     </message>
     <message id="KPRenameLabel">
         <translation>Neuer Name:</translation>
+    </message>
+    <message id="KPRepairAttributes">
+        <translation>Reparieren …</translation>
+    </message>
+    <message id="KPRepairButton">
+        <translation>Entfernen</translation>
+    </message>
+    <message id="KPRepairText">
+        <translation>Schlagwörter, Bewertungen oder Kommentare stehen dort so, dass niemand sie lesen kann. Sie werden entfernt, damit neue vergeben werden können. Das lässt sich widerrufen.</translation>
+    </message>
+    <message id="KPRepairTitle" numerus="yes">
+        <translation>
+            <numerusform>Von %n Dokument entfernen, was nicht zu verstehen ist?</numerusform>
+            <numerusform>Von %n Dokumenten entfernen, was nicht zu verstehen ist?</numerusform>
+        </translation>
     </message>
     <message id="KPReportNoRatingsChanges">
         <translation>Keine Bewertungen geändert</translation>
@@ -1607,6 +1886,9 @@ Absturzberichte erlauben?</translation>
     <message id="KPShowBookmarksPanel">
         <translation>&amp;Lesezeichen einblenden</translation>
     </message>
+    <message id="KPShowLoupeMenuItem">
+        <translation>Lupe einblenden</translation>
+    </message>
     <message id="KPShowSimilar">
         <translation>Ähnliche Dokumente zeigen</translation>
     </message>
@@ -1738,6 +2020,9 @@ Absturzberichte erlauben?</translation>
     </message>
     <message id="KPTableMode">
         <translation>Als Liste</translation>
+    </message>
+    <message id="KPTableOfDocument">
+        <translation>Tabelle des Dokuments</translation>
     </message>
     <message id="KPTagBackupFailed">
         <translation>Tags und Bewertungen konnten nicht gesichert werden: %1</translation>
@@ -1910,6 +2195,9 @@ Absturzberichte erlauben?</translation>
     <message id="KPTagsWindowTitle">
         <translation>Alle Schlagwörter</translation>
     </message>
+    <message id="KPTextOfDocument">
+        <translation>Text des Dokuments</translation>
+    </message>
     <message id="KPThumbnailMode">
         <translation>Als Bilder</translation>
     </message>
@@ -2024,6 +2312,12 @@ Absturzberichte erlauben?</translation>
     <message id="KPUndo">
         <translation>&amp;Rückgängig</translation>
     </message>
+    <message id="KPUndoComment" numerus="yes">
+        <translation>
+            <numerusform>Kommentar von %n Dokument</numerusform>
+            <numerusform>Kommentare von %n Dokumenten</numerusform>
+        </translation>
+    </message>
     <message id="KPUndoCopy" numerus="yes">
         <translation>
             <numerusform>Kopieren von %n Dokument</numerusform>
@@ -2077,6 +2371,12 @@ Absturzberichte erlauben?</translation>
     </message>
     <message id="KPUndoRenameTag">
         <translation>Schlagwort „%1“ in „%2“ umbenennen</translation>
+    </message>
+    <message id="KPUndoRepair" numerus="yes">
+        <translation>
+            <numerusform>Reparatur von %n Dokument</numerusform>
+            <numerusform>Reparatur von %n Dokumenten</numerusform>
+        </translation>
     </message>
     <message id="KPUndoTags" numerus="yes">
         <translation>

@@ -61,6 +61,21 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPApplicationSummary">
         <translation>Tags, rates and finds documents where they lie.</translation>
     </message>
+    <message id="KPAttributeUnreadable" numerus="yes">
+        <translation>
+            <numerusform>cannot be read (%n byte)</numerusform>
+            <numerusform>cannot be read (%n bytes)</numerusform>
+        </translation>
+    </message>
+    <message id="KPAttributes">
+        <translation>Attributes</translation>
+    </message>
+    <message id="KPAttributesUnreadable" numerus="yes">
+        <translation>
+            <numerusform>%n attribute of the file cannot be understood.</numerusform>
+            <numerusform>%n attributes of the file cannot be understood.</numerusform>
+        </translation>
+    </message>
     <message id="KPBack">
         <translation>&amp;Back</translation>
     </message>
@@ -178,6 +193,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPChipHint">
         <translation>Press Delete to remove this tag</translation>
     </message>
+    <message id="KPChipPartial">
+        <translation>%1 of %2 documents. Click to give it to all; the cross takes it off.</translation>
+    </message>
     <message id="KPChipTag">
         <translation>tag %1</translation>
     </message>
@@ -186,6 +204,12 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPClearRecentSearches">
         <translation>Clear Recent Searches</translation>
+    </message>
+    <message id="KPClose">
+        <translation>Close</translation>
+    </message>
+    <message id="KPCloseQuickPreview">
+        <translation>Close Quick Preview</translation>
     </message>
     <message id="KPCloseWindow">
         <translation>&amp;Close Window</translation>
@@ -297,6 +321,15 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPColumnType">
         <translation>Type</translation>
+    </message>
+    <message id="KPComment">
+        <translation>Comment</translation>
+    </message>
+    <message id="KPCommentHint">
+        <translation>Write a comment</translation>
+    </message>
+    <message id="KPCommentsDiffer">
+        <translation>Comments differ; what you write replaces them</translation>
     </message>
     <message id="KPCommonTagsOnly">
         <translation>Tags that all selected documents share. Their other tags stay.</translation>
@@ -595,23 +628,140 @@ Allow crash reporting?</translation>
     <message id="KPExtensionTypeTemplate">
         <translation>%1 file</translation>
     </message>
+    <message id="KPFactAddress">
+        <translation>Address</translation>
+    </message>
+    <message id="KPFactAlbum">
+        <translation>Album</translation>
+    </message>
+    <message id="KPFactAperture">
+        <translation>Aperture</translation>
+    </message>
+    <message id="KPFactAttachments">
+        <translation>Attachments</translation>
+    </message>
+    <message id="KPFactAuthors">
+        <translation>From</translation>
+    </message>
+    <message id="KPFactBitRate">
+        <translation>Bit rate</translation>
+    </message>
+    <message id="KPFactBytes" numerus="yes">
+        <translation>
+            <numerusform>%n byte</numerusform>
+            <numerusform>%n bytes</numerusform>
+        </translation>
+    </message>
+    <message id="KPFactCamera">
+        <translation>Camera</translation>
+    </message>
+    <message id="KPFactChannels">
+        <translation>Channels</translation>
+    </message>
+    <message id="KPFactCity">
+        <translation>City</translation>
+    </message>
+    <message id="KPFactComposer">
+        <translation>Composer</translation>
+    </message>
+    <message id="KPFactCopyright">
+        <translation>Copyright</translation>
+    </message>
+    <message id="KPFactCountry">
+        <translation>Country</translation>
+    </message>
     <message id="KPFactCreated">
         <translation>Created</translation>
+    </message>
+    <message id="KPFactDescription">
+        <translation>Description</translation>
+    </message>
+    <message id="KPFactDuration">
+        <translation>Duration</translation>
+    </message>
+    <message id="KPFactEntries" numerus="yes">
+        <translation>
+            <numerusform>%n entry</numerusform>
+            <numerusform>%n entries</numerusform>
+        </translation>
+    </message>
+    <message id="KPFactExposure">
+        <translation>Exposure</translation>
+    </message>
+    <message id="KPFactFocalLength">
+        <translation>Focal length</translation>
     </message>
     <message id="KPFactFolder">
         <translation>Folder</translation>
     </message>
+    <message id="KPFactFromTo">
+        <translation>%1 to %2</translation>
+    </message>
+    <message id="KPFactGenre">
+        <translation>Genre</translation>
+    </message>
+    <message id="KPFactKeywords">
+        <translation>Keywords</translation>
+    </message>
+    <message id="KPFactKilobits">
+        <translation>%1 kbit/s</translation>
+    </message>
+    <message id="KPFactKilohertz">
+        <translation>%1 kHz</translation>
+    </message>
+    <message id="KPFactLens">
+        <translation>Lens</translation>
+    </message>
+    <message id="KPFactMillimetres">
+        <translation>%1 mm</translation>
+    </message>
     <message id="KPFactModified">
         <translation>Modified</translation>
     </message>
+    <message id="KPFactPages">
+        <translation>Pages</translation>
+    </message>
+    <message id="KPFactPixels">
+        <translation>Pixels</translation>
+    </message>
+    <message id="KPFactProgram">
+        <translation>Made with</translation>
+    </message>
+    <message id="KPFactRecipients">
+        <translation>To</translation>
+    </message>
+    <message id="KPFactSampleRate">
+        <translation>Sample rate</translation>
+    </message>
+    <message id="KPFactSeconds">
+        <translation>%1 s</translation>
+    </message>
+    <message id="KPFactSensitivity">
+        <translation>ISO</translation>
+    </message>
     <message id="KPFactSize">
         <translation>Size</translation>
+    </message>
+    <message id="KPFactSubject">
+        <translation>Subject</translation>
+    </message>
+    <message id="KPFactTitle">
+        <translation>Title</translation>
     </message>
     <message id="KPFactTotalSize">
         <translation>Total size</translation>
     </message>
     <message id="KPFactType">
         <translation>Type</translation>
+    </message>
+    <message id="KPFactWhereFrom">
+        <translation>Where from</translation>
+    </message>
+    <message id="KPFactWritten">
+        <translation>Written</translation>
+    </message>
+    <message id="KPFactYear">
+        <translation>Year</translation>
     </message>
     <message id="KPFileClipboardButton">
         <translation>File</translation>
@@ -787,6 +937,24 @@ Allow crash reporting?</translation>
     <message id="KPGroupNameZeroLength">
         <translation>Empty</translation>
     </message>
+    <message id="KPHealAccept">
+        <translation>Put Back</translation>
+    </message>
+    <message id="KPHealFailed">
+        <translation>The tags could not be put back or taken off</translation>
+    </message>
+    <message id="KPHealPending">
+        <translation>A program dropped tags on %1. Do they belong to this document? %2</translation>
+    </message>
+    <message id="KPHealRefuse">
+        <translation>No</translation>
+    </message>
+    <message id="KPHealUndo">
+        <translation>Take Off Again</translation>
+    </message>
+    <message id="KPHealed">
+        <translation>A program dropped the tags; they were put back on %1: %2</translation>
+    </message>
     <message id="KPHideActionBar">
         <translation>Hide Action Bar</translation>
     </message>
@@ -795,6 +963,48 @@ Allow crash reporting?</translation>
     </message>
     <message id="KPHideBookmarksPanel">
         <translation>Hide &amp;Bookmarks</translation>
+    </message>
+    <message id="KPHideLoupeMenuItem">
+        <translation>Hide Loupe</translation>
+    </message>
+    <message id="KPHistoryBack">
+        <translation>Go Back to Here</translation>
+    </message>
+    <message id="KPHistoryBeginning">
+        <translation>Before all of this</translation>
+    </message>
+    <message id="KPHistoryForward">
+        <translation>Go Forward to Here</translation>
+    </message>
+    <message id="KPHistoryHint">
+        <translation>Choose a step to go back to. What others changed since is left alone.</translation>
+    </message>
+    <message id="KPHistoryList">
+        <translation>History…</translation>
+    </message>
+    <message id="KPHistoryNow">
+        <translation>This is where you are</translation>
+    </message>
+    <message id="KPHistoryStopped">
+        <translation>Stopped here: something could not be taken back as it was.</translation>
+    </message>
+    <message id="KPHistoryTitle">
+        <translation>History</translation>
+    </message>
+    <message id="KPHistoryUndone">
+        <translation>%1 (undone)</translation>
+    </message>
+    <message id="KPHistoryWillRedo" numerus="yes">
+        <translation>
+            <numerusform>%n step is done again.</numerusform>
+            <numerusform>%n steps are done again.</numerusform>
+        </translation>
+    </message>
+    <message id="KPHistoryWillUndo" numerus="yes">
+        <translation>
+            <numerusform>%n step is undone.</numerusform>
+            <numerusform>%n steps are undone.</numerusform>
+        </translation>
     </message>
     <message id="KPHome">
         <translation>Home</translation>
@@ -919,6 +1129,9 @@ Allow crash reporting?</translation>
     <message id="KPIndexSearchWithoutFolder">
         <translation>This search has no folder to look in.</translation>
     </message>
+    <message id="KPInfoWindowTitle">
+        <translation>Information: %1</translation>
+    </message>
     <message id="KPInspectorShown">
         <translation>&amp;Inspector</translation>
     </message>
@@ -966,6 +1179,21 @@ Allow crash reporting?</translation>
     </message>
     <message id="KPLooking">
         <translation>Looking…</translation>
+    </message>
+    <message id="KPLoupeEntireImage">
+        <translation>Whole Picture in Loupe</translation>
+    </message>
+    <message id="KPLoupeNarrower">
+        <translation>Smaller Loupe</translation>
+    </message>
+    <message id="KPLoupeStronger">
+        <translation>Magnify More</translation>
+    </message>
+    <message id="KPLoupeWeaker">
+        <translation>Magnify Less</translation>
+    </message>
+    <message id="KPLoupeWider">
+        <translation>Larger Loupe</translation>
     </message>
     <message id="KPManage">
         <translation>&amp;Mark as Document of the Library</translation>
@@ -1042,8 +1270,17 @@ Allow crash reporting?</translation>
     <message id="KPMoveToTrash">
         <translation>Move to T&amp;rash</translation>
     </message>
+    <message id="KPNameHint">
+        <translation>Double-click to rename</translation>
+    </message>
     <message id="KPNameIsTaken">
         <translation>another file has this name now</translation>
+    </message>
+    <message id="KPNextDocument">
+        <translation>Next document</translation>
+    </message>
+    <message id="KPNextPage">
+        <translation>Next page</translation>
     </message>
     <message id="KPNo">
         <translation>No</translation>
@@ -1153,8 +1390,14 @@ Allow crash reporting?</translation>
     <message id="KPPageCountNone">
         <translation>No pages</translation>
     </message>
+    <message id="KPPageOf">
+        <translation>%1 of %2</translation>
+    </message>
     <message id="KPPaste">
         <translation>&amp;Paste</translation>
+    </message>
+    <message id="KPPictureOfDocument">
+        <translation>Picture of the document</translation>
     </message>
     <message id="KPPlacesAllFiles">
         <translation>All in %1</translation>
@@ -1189,6 +1432,24 @@ Allow crash reporting?</translation>
     <message id="KPPostScriptFailed">
         <translation>The PostScript file could not be converted.</translation>
     </message>
+    <message id="KPPreviewDamaged">
+        <translation>The document is damaged; this is what could be read of it.</translation>
+    </message>
+    <message id="KPPreviewSheet">
+        <translation>All selected at a glance</translation>
+    </message>
+    <message id="KPPreviewTooLarge">
+        <translation>The document is too large to be shown as a whole.</translation>
+    </message>
+    <message id="KPPreviewUnreadable">
+        <translation>The file cannot be read.</translation>
+    </message>
+    <message id="KPPreviousDocument">
+        <translation>Previous document</translation>
+    </message>
+    <message id="KPPreviousPage">
+        <translation>Previous page</translation>
+    </message>
     <message id="KPProblemCount" numerus="yes">
         <translation>
             <numerusform>%n problem</numerusform>
@@ -1200,6 +1461,9 @@ Allow crash reporting?</translation>
     </message>
     <message id="KPPutInFiledDocuments">
         <translation>&amp;Put in Filed Documents</translation>
+    </message>
+    <message id="KPQuickPreview">
+        <translation>Quick Preview</translation>
     </message>
     <message id="KPQuickSearch">
         <translation>&amp;Quick Search</translation>
@@ -1302,6 +1566,21 @@ Allow crash reporting?</translation>
     </message>
     <message id="KPRenameLabel">
         <translation>New name:</translation>
+    </message>
+    <message id="KPRepairAttributes">
+        <translation>Repair…</translation>
+    </message>
+    <message id="KPRepairButton">
+        <translation>Take Off</translation>
+    </message>
+    <message id="KPRepairText">
+        <translation>Tags, ratings or comments there are written in a way that nobody can read. They are taken off, so that new ones can be given. This can be undone.</translation>
+    </message>
+    <message id="KPRepairTitle" numerus="yes">
+        <translation>
+            <numerusform>Take off what cannot be understood from %n document?</numerusform>
+            <numerusform>Take off what cannot be understood from %n documents?</numerusform>
+        </translation>
     </message>
     <message id="KPReportNoRatingsChanges">
         <translation>No ratings changed</translation>
@@ -1609,6 +1888,9 @@ Allow crash reporting?</translation>
     <message id="KPShowBookmarksPanel">
         <translation>Show &amp;Bookmarks</translation>
     </message>
+    <message id="KPShowLoupeMenuItem">
+        <translation>Show Loupe</translation>
+    </message>
     <message id="KPShowSimilar">
         <translation>Show Similar Documents</translation>
     </message>
@@ -1740,6 +2022,9 @@ Allow crash reporting?</translation>
     </message>
     <message id="KPTableMode">
         <translation>As List</translation>
+    </message>
+    <message id="KPTableOfDocument">
+        <translation>Table of the document</translation>
     </message>
     <message id="KPTagBackupFailed">
         <translation>Tags and ratings could not be backed up: %1</translation>
@@ -1912,6 +2197,9 @@ Allow crash reporting?</translation>
     <message id="KPTagsWindowTitle">
         <translation>All Tags</translation>
     </message>
+    <message id="KPTextOfDocument">
+        <translation>Text of the document</translation>
+    </message>
     <message id="KPThumbnailMode">
         <translation>As Pictures</translation>
     </message>
@@ -2026,6 +2314,12 @@ Allow crash reporting?</translation>
     <message id="KPUndo">
         <translation>&amp;Undo</translation>
     </message>
+    <message id="KPUndoComment" numerus="yes">
+        <translation>
+            <numerusform>Comment of %n document</numerusform>
+            <numerusform>Comments of %n documents</numerusform>
+        </translation>
+    </message>
     <message id="KPUndoCopy" numerus="yes">
         <translation>
             <numerusform>Copy of %n document</numerusform>
@@ -2079,6 +2373,12 @@ Allow crash reporting?</translation>
     </message>
     <message id="KPUndoRenameTag">
         <translation>Rename Tag “%1” to “%2”</translation>
+    </message>
+    <message id="KPUndoRepair" numerus="yes">
+        <translation>
+            <numerusform>Repairing of %n document</numerusform>
+            <numerusform>Repairing of %n documents</numerusform>
+        </translation>
     </message>
     <message id="KPUndoTags" numerus="yes">
         <translation>

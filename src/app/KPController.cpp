@@ -6,8 +6,11 @@
 #include "KPFilingCommands.h"
 #include "KPIndexMonitor.h"
 #include "KPInspector.h"
+#include "KPInspectorController.h"
 #include "KPLibraryController.h"
 #include "KPLibraryModel.h"
+#include "KPLoupeController.h"
+#include "KPPreviewController.h"
 #include "KPQuickLook.h"
 #include "KPSearchField.h"
 #include "KPSearchPopup.h"
@@ -51,11 +54,13 @@ KPController::KPController(IndexSource &source, const QStringList &folders, KPIn
       m_commands(std::make_unique<KPCommands>()), m_searchField(new KPSearchField),
       m_panels(new KPWindowPanels), m_inspector(new KPInspector), m_status(new KPStatusLine)
 {
+    m_inspection = std::make_unique<KPInspectorController>(*m_inspector, m_looks);
     Q_ASSERT_X(!theController, "KPController", "There is already an KPController present!");
     theController = this;
     m_searcher->setShowsAllDocuments(true);
     m_filing = std::make_unique<KPFilingCommands>(*m_library, *m_edits);
     m_sides = std::make_unique<KPSidePanels>(*this, source, *m_edits);
+    m_preview = std::make_unique<KPPreviewController>(*m_library, m_looks, this);
     buildCommands();
     buildWindow();
     connectSearchField(m_searchField);
@@ -63,6 +68,7 @@ KPController::KPController(IndexSource &source, const QStringList &folders, KPIn
     connectLibrary();
     connectEditing();
     connectTagEditing();
+    connectPreview();
     qApp->installEventFilter(this);
     observe();
     restoreSettings();
@@ -74,6 +80,8 @@ KPController::KPController(IndexSource &source, const QStringList &folders, KPIn
 KPController::~KPController()
 {
     m_searcher->stop();
+    m_preview.reset();
+    m_inspection.reset();
     delete takeCentralWidget();
     delete m_toolBar;
     theController = nullptr;
@@ -100,8 +108,8 @@ void KPController::buildCommands()
 {
     for (const QList<KPCommand> &table :
          {fileCommands(), editCommands(), m_library->commands(), documentCommands(),
-          m_filing->commands(), searchCommands(), panelCommands(), goCommands(),
-          m_sides->commands(), tagCommands(), helpCommands()})
+           m_preview->commands(), m_filing->commands(), searchCommands(), panelCommands(),
+           goCommands(), m_sides->commands(), tagCommands(), helpCommands()})
         m_commands->add(table);
     if (KPAppDelegate *delegate = KPAppDelegate::instance())
         m_commands->add(delegate->commands());
@@ -233,8 +241,17 @@ void KPController::closeEvent(QCloseEvent *event)
 void KPController::changeEvent(QEvent *event)
 {
     QMainWindow::changeEvent(event);
-    if (event->type() == QEvent::ActivationChange && !isActiveWindow())
+    if (event->type() == QEvent::ActivationChange && !isActiveWindow()) {
+        m_library->loupeController().checkFlagsForLoupeCondition(Qt::NoModifier);
         writeOutStateWhenQuiting();
+    }
+}
+
+// The loupe first: what the crumbs show depends on the same keys.
+void KPController::modifiersChanged(Qt::KeyboardModifiers modifiers)
+{
+    m_library->loupeController().checkFlagsForLoupeCondition(modifiers);
+    m_sides->modifiersChanged(modifiers);
 }
 
 // Modifier keys count wherever the focus is in the window.
@@ -244,7 +261,7 @@ bool KPController::eventFilter(QObject *watched, QEvent *event)
     if (isKey && watched == windowHandle()) {
         const int key = static_cast<QKeyEvent *>(event)->key();
         if (key == Qt::Key_Alt || key == Qt::Key_Control || key == Qt::Key_Shift)
-            m_sides->modifiersChanged(QGuiApplication::queryKeyboardModifiers());
+            modifiersChanged(QGuiApplication::queryKeyboardModifiers());
     }
     return QMainWindow::eventFilter(watched, event);
 }
@@ -252,5 +269,5 @@ bool KPController::eventFilter(QObject *watched, QEvent *event)
 bool KPController::isSettled() const
 {
     return !m_isWaiting && !m_typingTimer.isActive() && (!m_index || m_index->isSettled()) &&
-           !m_looks.isBusy() && !m_worker->isBusy() && !m_selectionTimer.isActive();
+           !m_looks.isBusy() && !m_worker->isBusy() && m_inspection->isSettled();
 }

@@ -4,11 +4,11 @@
 #include "KPFileEdit.h"
 #include "KPHistory.h"
 #include "KPNavigator.h"
-#include "KPSelectionFacts.h"
 #include "KPWindowPanels.h"
 #include "XPNotificationCenter.h"
 
 #include <QMainWindow>
+#include <QPointer>
 #include <QTimer>
 #include <memory>
 #include <vector>
@@ -19,9 +19,13 @@ class KPEditHistory;
 class KPEditWorker;
 class KPFilingCommands;
 class KPIndexMonitor;
+class KPHistoryDialog;
+class KPInfoWindow;
 class KPInspector;
+class KPInspectorController;
 class KPLibraryController;
 class KPLibraryModel;
+class KPPreviewController;
 class KPQuickLook;
 class KPSearchField;
 class KPSearchPopup;
@@ -103,7 +107,9 @@ public:
     void selectByName(const QString &beginning);
     // Selects them, or shows the folder of the first where none is among the results.
     void showDocuments(const QStringList &paths);
+    // In a window of its own for each, or one for all of many.
     void showInformation(const QStringList &paths);
+    void showHistory();
     void editTags();
 
 Q_SIGNALS:
@@ -134,6 +140,7 @@ private:
     void observe();
     void restoreSettings();
     void setMinWindowSize();
+    void modifiersChanged(Qt::KeyboardModifiers modifiers);
 
     // Searching.
     void setSearchFieldString(const QString &text);
@@ -168,7 +175,10 @@ private:
     void indexFolders();
     void renameTyped(KPDoc *doc, const QString &typed);
     void filesDropped(const QStringList &paths, bool copies);
-    void showSelection();
+    void connectPreview();
+    void closeFront();
+    void showInfoWindow(const KPDoc::Docs &documents);
+    void selectionShown();
     void showCounts();
     void report(const KPEditReport &report);
     QStringList suggestedTags() const;
@@ -190,8 +200,6 @@ private:
     QStringList m_problems; // of the search
     QString m_backupActivity;
     QString m_backupProblem;
-    KPSelectionFacts m_facts;
-    QString m_shownPath; // whose picture the inspector shows
 
     KPQuickLook &m_looks;
     // Data before views: destroyed after them.
@@ -202,6 +210,8 @@ private:
     std::unique_ptr<KPTagsWindow> m_tagsWindow; // made when it is first asked for
     std::unique_ptr<KPSidePanels> m_sides;
     std::unique_ptr<KPLibraryController> m_library;
+    std::unique_ptr<KPInspectorController> m_inspection;
+    std::unique_ptr<KPPreviewController> m_preview;
     std::unique_ptr<KPCommands> m_commands;
     std::unique_ptr<KPFilingCommands> m_filing;
     std::unique_ptr<KPSearchPopup> m_popup;
@@ -212,6 +222,6 @@ private:
     KPToolBar *m_toolBar = nullptr;
     KPInspector *m_inspector;
     KPStatusLine *m_status;
-    QTimer m_selectionTimer; // a burst of changes is shown once
+    QPointer<KPHistoryDialog> m_historyDialog;
     std::vector<XPObservation> m_observations;
 };

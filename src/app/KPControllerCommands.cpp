@@ -35,7 +35,7 @@ QList<KPCommand> KPController::fileCommands()
         {.id = QT_TRID_NOOP("KPCloseWindow"),
          .menu = Menu::File,
          .shortcut = QKeySequence(Qt::CTRL | Qt::Key_W),
-         .run = [this] { close(); }},
+         .run = [this] { closeFront(); }},
         {.id = QT_TRID_NOOP("KPQuit"),
          .menu = Menu::File,
          .shortcut = QKeySequence(Qt::CTRL | Qt::Key_Q),
@@ -69,7 +69,11 @@ QList<KPCommand> KPController::editCommands()
                  return described(m_edits->canRedo(), QT_TRID_NOOP("KPRedo"),
                                   QT_TRID_NOOP("KPRedoNamed"), m_edits->redoText());
              },
-         .symbol = "redo",
+         .symbol = "redo"},
+        {.id = QT_TRID_NOOP("KPHistoryList"),
+         .menu = Menu::Edit,
+         .run = [this] { showHistory(); },
+         .state = [this] { return KPCommandState{.isEnabled = m_edits->count() > 0}; },
          .endsGroup = true},
     };
 }

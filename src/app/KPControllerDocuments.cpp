@@ -2,9 +2,9 @@
 #include "KPController.h"
 #include "KPEditHistory.h"
 #include "KPEditSummary.h"
-#include "KPFileType.h"
 #include "KPFilingCommands.h"
 #include "KPInspector.h"
+#include "KPInspectorController.h"
 #include "KPLibraryController.h"
 #include "KPLibraryModel.h"
 #include "KPQuickLook.h"
@@ -13,12 +13,10 @@
 #include "KPStatusLine.h"
 #include "Karvex.h"
 #include "KarvexPrefs.h"
-#include "XPPath.h"
 #include "XPPrompts.h"
 
 #include <QAbstractScrollArea>
 #include <QScrollBar>
-#include <cmath>
 
 using Menu = KPCommandMenu;
 
@@ -51,22 +49,14 @@ void KPController::connectLibrary()
         connect(m_model.get(), signal, this, &KPController::showCounts);
     connect(m_model.get(), &QAbstractItemModel::modelReset, this, &KPController::showCounts);
 
-    m_selectionTimer.setSingleShot(true);
-    m_selectionTimer.setInterval(0);
-    const auto later = [this] { m_selectionTimer.start(); };
-    connect(&m_selectionTimer, &QTimer::timeout, this, &KPController::showSelection);
-    connect(m_library.get(), &KPLibraryController::selectionChanged, this, later);
-    connect(m_library.get(), &KPLibraryController::selectedDocumentsChanged, this,
-            [this, later](const QList<KPDoc *> &docs) {
-                m_facts.update(docs);
-                later();
-            });
+    m_inspection->setSource([this] { return selectedDocs(); });
+    connect(m_inspection.get(), &KPInspectorController::shown, this,
+            &KPController::selectionShown);
+    connect(m_library.get(), &KPLibraryController::selectionChanged, m_inspection.get(),
+            &KPInspectorController::showLater);
+    connect(m_library.get(), &KPLibraryController::selectedDocumentsChanged, m_inspection.get(),
+            &KPInspectorController::update);
     connect(&m_looks, &KPQuickLook::problemChanged, this, &KPController::showProblems);
-    connect(&m_looks, &KPQuickLook::looksReady, this, [this, later](const QList<KPDoc *> &docs) {
-        const auto isShown = [this](const KPDoc *doc) { return doc->filePath() == m_shownPath; };
-        if (std::any_of(docs.begin(), docs.end(), isShown))
-            later();
-    });
 }
 
 void KPController::connectEditing()
@@ -90,7 +80,10 @@ void KPController::connectEditing()
     });
     m_inspector->setSuggestions([this] { return suggestedTags(); });
     connect(m_inspector, &KPInspector::left, m_library->widget(), qOverload<>(&QWidget::setFocus));
-    connect(m_inspector, &KPInspector::editRequested, m_edits.get(), &KPEditHistory::edit);
+    connect(m_inspection.get(), &KPInspectorController::editRequested, m_edits.get(),
+            &KPEditHistory::edit);
+    connect(m_inspection.get(), &KPInspectorController::renameRequested, this,
+            &KPController::renameTyped);
     connect(m_edits.get(), &QUndoStack::indexChanged, m_commands.get(),
             qOverload<>(&KPCommands::update));
     connect(m_worker.get(), &KPEditWorker::progressed, m_status, &KPStatusLine::showEditing);
@@ -105,28 +98,11 @@ void KPController::showCounts()
     m_status->showCounts(m_model->rowCount(), m_library->numberOfSelections(), 0);
 }
 
-void KPController::showSelection()
+void KPController::selectionShown()
 {
-    const KPDoc::Docs documents = selectedDocs();
-    KPInspector::Appearance appearance;
-    std::vector<KPQuickLook::Wanted> wanted;
-    m_shownPath.clear();
-    if (!documents.isEmpty()) {
-        KPDoc &first = *documents.first();
-        m_shownPath = first.filePath();
-        const double side = KPInspector::pictureSide * m_inspector->devicePixelRatioF();
-        wanted.push_back({&first, static_cast<int>(std::ceil(side))});
-        const auto look = m_looks.look(first);
-        appearance = {QPixmap::fromImage(look.picture),
-                      look.uti.isEmpty()
-                          ? KPFileType::preferredUTIForExtension(XPPath::extension(first.fsName()))
-                          : look.uti};
-    }
-    m_looks.want(m_inspector, std::move(wanted));
-    m_facts.setDocuments(documents);
-    m_inspector->show(m_facts, appearance);
-    m_status->showCounts(m_model->rowCount(), documents.size(), m_facts.size());
-    m_tagEditing->selectionChanged(m_facts.paths());
+    const KPSelectionFacts &facts = m_inspection->facts();
+    m_status->showCounts(m_model->rowCount(), facts.documents().size(), facts.size());
+    m_tagEditing->selectionChanged(m_inspection->facts().paths());
     m_commands->update();
     manageWindowTitle();
 }
@@ -170,5 +146,5 @@ void KPController::report(const KPEditReport &report)
         XPPrompts::current().alert(KPEditSummary::title(report), KPEditSummary::details(report));
     else if (report.stopped)
         m_status->showMessage(qtTrId("KPEditStopped", static_cast<int>(report.changed)), 8000);
-    m_selectionTimer.start(); // what failed is shown as it was
+    m_inspection->showLater(); // what failed is shown as it was
 }

@@ -35,9 +35,3 @@ void KPController::showDocuments(const QStringList &paths)
     raise();
     activateWindow();
 }
-
-void KPController::showInformation(const QStringList &paths)
-{
-    showDocuments(paths);
-    m_panels->setShown(KPWindowPanels::Place::Inspector, true);
-}

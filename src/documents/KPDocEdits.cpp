@@ -2,6 +2,7 @@
 
 #include "KPDocMetaData.h"
 #include "Karvex.h"
+#include "KarvexErrors.h"
 #include "UserDefaults.h"
 #include "XPLog.h"
 #include "XPPath.h"
@@ -97,4 +98,37 @@ std::optional<XPError> KPDocEdits::setURLs(const QStringList &urls, const QStrin
     return edit<PropertyValue>(KPDocMetaData::Urls, path, &readUrls, &KPDocMetaData::makeUrls, [&] {
         return Karvex::setXAttrMetaData(value, Karvex::bookmarksKey, path);
     });
+}
+
+static XPResult<PropertyValue> readComment(const QString &path)
+{
+    auto value = Karvex::getString(Karvex::commentKey, path);
+    if (value && !value->isNull() && !value->isString())
+        return KarvexErrors::wrongKind(path);
+    return value;
+}
+
+XPResult<QString> KPDocEdits::comment(const QString &path)
+{
+    const auto value = readComment(path);
+    return value ? XPResult<QString>(value->string()) : XPResult<QString>(value.error());
+}
+
+std::optional<XPError> KPDocEdits::setComment(const QString &comment, const QString &path)
+{
+    const PropertyValue value = comment.isEmpty() ? PropertyValue() : PropertyValue(comment);
+    return edit<PropertyValue>(KPDocMetaData::Comment, path, &readComment,
+                               &KPDocMetaData::makeComment,
+                               [&] { return Karvex::setString(value, Karvex::commentKey, path); });
+}
+
+XPResult<bool> KPDocEdits::exchange(const KarvexRepair::Bytes &bytes, const QString &path)
+{
+    const auto done = KarvexRepair::exchange(bytes, path);
+    if (done && *done) {
+        for (const auto attribute : {KPDocMetaData::UserTags, KPDocMetaData::Rating,
+                                     KPDocMetaData::Urls, KPDocMetaData::Comment})
+            KPDocMetaData::updateCacheForFilePaths(attribute, {path});
+    }
+    return done;
 }

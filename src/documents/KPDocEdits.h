@@ -1,10 +1,11 @@
 #pragma once
 
 #include "Karvex.h"
+#include "KarvexRepair.h"
 
 #include <QStringList>
 
-// Changes of a file's tags, rating and web addresses that a person asked for.
+// Changes of a file's tags, rating, comment and web addresses that a person asked for.
 //
 // Beyond what Karvex writes: the caches that records read from know the new value at once, and with
 // the setting "KPSetModifiyTimeOnTagsChanging" the file counts as modified just now. What writes
@@ -20,5 +21,10 @@ std::optional<XPError> setCommonUserTags(const QString &path, const QStringList 
 std::optional<XPError> changeUserTags(const Karvex::TagsChange &change, const QString &path);
 std::optional<XPError> setRating(double rating, const QString &path);
 std::optional<XPError> setURLs(const QStringList &urls, const QString &path);
+// Empty: none.
+XPResult<QString> comment(const QString &path);
+std::optional<XPError> setComment(const QString &comment, const QString &path);
+// Takes off what nobody can understand, or puts it back (KarvexRepair).
+XPResult<bool> exchange(const KarvexRepair::Bytes &bytes, const QString &path);
 
 } // namespace KPDocEdits

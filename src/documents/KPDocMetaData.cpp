@@ -98,7 +98,7 @@ static const Kind &kindOf(Attribute attribute)
              {QStringLiteral("KPNotificationDocumentBookmarksChanged")},
              KPDocMetaData::makeUrls,
              std::nullopt},
-        Kind{QStringLiteral("kMDItemFinderComment"),
+        Kind{Karvex::commentKey,
              {QStringLiteral("KPNotificationSpotlightCommentChanged")},
              KPDocMetaData::makeComment,
              std::nullopt},

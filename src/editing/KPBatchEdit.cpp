@@ -43,7 +43,7 @@ bool KPBatchEdit::needToSet(const KPFileEdit &edit)
 {
     if (edit.paths.isEmpty())
         return false;
-    return edit.rating || edit.rename ||
+    return edit.rating || edit.rename || edit.comment || edit.repairs ||
            (edit.tags && needToSetTags(edit.tags->before, edit.tags->after));
 }
 

@@ -59,12 +59,16 @@ QString KPEditHistory::textOf(const KPFileEdit &edit)
                    : qtTrId("KPUndoRenameTag")
                          .arg(XPPath::printable(edit.rename->from),
                               XPPath::printable(edit.rename->to));
+    if (edit.repairs)
+        return qtTrId("KPUndoRepair", count);
+    if (edit.comment)
+        return qtTrId("KPUndoComment", count);
     return edit.tags ? qtTrId("KPUndoTags", count) : qtTrId("KPUndoRating", count);
 }
 
 void KPEditHistory::edit(const KPFileEdit &edit)
 {
-    if (!edit.paths.isEmpty() && (edit.rating || edit.changesTags()))
+    if (!edit.paths.isEmpty() && !edit.isEmpty())
         push(new EditCommand(m_worker, edit, textOf(edit)));
 }
 

@@ -85,6 +85,18 @@ std::unique_ptr<KPEditJournal> KPEditJournal::begin(const QString &text)
     return journal;
 }
 
+static QJsonArray repairedToJson(const QList<KarvexRepair::Bytes> &repaired)
+{
+    // Absent is null: an attribute of no bytes is something else.
+    const auto json = [](const QByteArray &bytes) {
+        return bytes.isNull() ? QJsonValue() : QJsonValue(QString::fromLatin1(bytes.toBase64()));
+    };
+    QJsonArray array;
+    for (const KarvexRepair::Bytes &bytes : repaired)
+        array.append(QJsonArray{bytes.name, json(bytes.before), json(bytes.after)});
+    return array;
+}
+
 void KPEditJournal::append(const KPFileChange &change)
 {
     QJsonObject object{{QStringLiteral("path"), change.path}};
@@ -96,10 +108,30 @@ void KPEditJournal::append(const KPFileChange &change)
     if (change.rating)
         object.insert(QStringLiteral("rating"),
                       QJsonArray{change.rating->before, change.rating->after});
+    if (change.comment)
+        object.insert(QStringLiteral("comment"),
+                      QJsonArray{change.comment->before, change.comment->after});
+    if (!change.repaired.isEmpty())
+        object.insert(QStringLiteral("repaired"), repairedToJson(change.repaired));
     if (m_failed || writeAll(m_descriptor, line(object)))
         return;
     m_failed = true; // said once; what follows cannot be undone after a crash
     logProblem(m_file, xpErrnoString(errno));
+}
+
+static QList<KarvexRepair::Bytes> repairedFrom(const QJsonArray &array)
+{
+    const auto bytes = [](const QJsonValue &value) {
+        return value.isString() ? QByteArray::fromBase64(value.toString().toLatin1())
+                                : QByteArray();
+    };
+    QList<KarvexRepair::Bytes> repaired;
+    for (const QJsonValue &each : array) {
+        const QJsonArray parts = each.toArray();
+        if (parts.size() == 3)
+            repaired.append({parts[0].toString(), bytes(parts[1]), bytes(parts[2])});
+    }
+    return repaired;
 }
 
 static std::optional<KPFileChange> changeFrom(const QByteArray &bytes)
@@ -119,6 +151,9 @@ static std::optional<KPFileChange> changeFrom(const QByteArray &bytes)
         change.tags = {strings(tags[0]), strings(tags[1])};
     if (const auto rating = object.value(QStringLiteral("rating")).toArray(); rating.size() == 2)
         change.rating = {rating[0].toDouble(), rating[1].toDouble()};
+    if (const auto comment = object.value(QStringLiteral("comment")).toArray(); comment.size() == 2)
+        change.comment = {comment[0].toString(), comment[1].toString()};
+    change.repaired = repairedFrom(object.value(QStringLiteral("repaired")).toArray());
     return change.isEmpty() ? std::nullopt : std::optional(change);
 }
 

@@ -14,6 +14,10 @@ KPFileChange KPFileChange::reversed() const
         std::swap(result.tags->before, result.tags->after);
     if (result.rating)
         std::swap(result.rating->before, result.rating->after);
+    if (result.comment)
+        std::swap(result.comment->before, result.comment->after);
+    for (KarvexRepair::Bytes &bytes : result.repaired)
+        std::swap(bytes.before, bytes.after);
     return result;
 }
 
@@ -78,6 +82,40 @@ static Failure changeRating(double rating, KPFileChange *done, const KPFileEditi
     return {};
 }
 
+static Failure changeComment(const QString &comment, KPFileChange *done,
+                             const KPFileEditing::Intend &intend)
+{
+    const auto before = KPDocEdits::comment(done->path);
+    if (!before)
+        return before.error();
+    if (*before == comment)
+        return {};
+    const KPFileChange::Comment change{*before, comment};
+    if (intend)
+        intend({done->path, {}, {}, change});
+    if (auto error = KPDocEdits::setComment(comment, done->path))
+        return error;
+    done->comment = change;
+    return {};
+}
+
+static Failure repair(KPFileChange *done, const KPFileEditing::Intend &intend)
+{
+    const auto unreadable = KarvexRepair::unreadable(done->path);
+    if (!unreadable)
+        return unreadable.error();
+    if (intend && !unreadable->isEmpty())
+        intend({done->path, {}, {}, {}, *unreadable});
+    for (const KarvexRepair::Bytes &bytes : *unreadable) {
+        const auto exchanged = KPDocEdits::exchange(bytes, done->path);
+        if (!exchanged)
+            return exchanged.error();
+        if (*exchanged)
+            done->repaired.append(bytes);
+    }
+    return {};
+}
+
 static KPFileOutcome named(KPFileOutcome outcome)
 {
     if (outcome.error)
@@ -89,10 +127,14 @@ KPFileOutcome KPFileEditing::apply(const KPFileEdit &edit, const QString &path,
                                    const Intend &intend)
 {
     KPFileOutcome outcome{{path, {}, {}}, {}};
-    if (edit.rating)
+    if (edit.repairs)
+        outcome.error = repair(&outcome.change, intend);
+    if (edit.rating && !outcome.error)
         outcome.error = changeRating(*edit.rating, &outcome.change, intend);
     if (edit.changesTags() && !outcome.error)
         outcome.error = changeTags(edit, &outcome.change, intend);
+    if (edit.comment && !outcome.error)
+        outcome.error = changeComment(*edit.comment, &outcome.change, intend);
     return named(outcome);
 }
 
@@ -137,6 +179,36 @@ static Failure repeatRating(const KPFileChange::Rating &rating, KPFileChange *do
     return {};
 }
 
+static Failure repeatComment(const KPFileChange::Comment &comment, KPFileChange *done)
+{
+    const auto now = KPDocEdits::comment(done->path);
+    if (!now)
+        return now.error();
+    if (*now == comment.after)
+        return {};
+    if (*now != comment.before)
+        return changedMeanwhile(done->path);
+    if (auto error = KPDocEdits::setComment(comment.after, done->path))
+        return error;
+    done->comment = comment;
+    return {};
+}
+
+static Failure repeatRepair(const QList<KarvexRepair::Bytes> &repaired, KPFileChange *done)
+{
+    Failure failure;
+    for (const KarvexRepair::Bytes &bytes : repaired) {
+        const auto exchanged = KPDocEdits::exchange(bytes, done->path);
+        if (!exchanged)
+            return exchanged.error();
+        if (*exchanged)
+            done->repaired.append(bytes);
+        else
+            failure = changedMeanwhile(done->path);
+    }
+    return failure;
+}
+
 KPFileOutcome KPFileEditing::repeat(const KPFileChange &change)
 {
     KPFileOutcome outcome{{change.path, {}, {}}, {}};
@@ -144,5 +216,9 @@ KPFileOutcome KPFileEditing::repeat(const KPFileChange &change)
         outcome.error = repeatRating(*change.rating, &outcome.change);
     if (change.tags && !outcome.error)
         outcome.error = repeatTags(*change.tags, &outcome.change);
+    if (change.comment && !outcome.error)
+        outcome.error = repeatComment(*change.comment, &outcome.change);
+    if (!outcome.error)
+        outcome.error = repeatRepair(change.repaired, &outcome.change);
     return named(outcome);
 }

@@ -1,13 +1,14 @@
 #pragma once
 
 #include "KPTagRename.h"
+#include "KarvexRepair.h"
 #include "XPError.h"
 
 #include <QStringList>
 #include <functional>
 #include <optional>
 
-// Changing the tags and the rating of files, one at a time, so that it can be undone.
+// Changing the tags, the rating and the comment of files, one at a time, so that it can be undone.
 // Threads: any; blocking file calls. Values.
 
 // What the user asked for.
@@ -24,7 +25,10 @@ struct KPFileEdit
     std::optional<Tags> tags;
     std::optional<double> rating;
     std::optional<KPTagRename> rename = {}; // instead of `tags`
+    std::optional<QString> comment = {};    // empty: none
+    bool repairs = false;                   // takes off attributes that nobody can understand
 
+    bool isEmpty() const { return !changesTags() && !rating && !comment && !repairs; }
     bool changesTags() const { return tags || rename; }
     bool operator==(const KPFileEdit &) const = default;
 };
@@ -42,12 +46,19 @@ struct KPFileChange
         double before = 0;
         double after = 0;
     };
+    struct Comment
+    {
+        QString before;
+        QString after;
+    };
 
     QString path;
     std::optional<Tags> tags;
     std::optional<Rating> rating;
+    std::optional<Comment> comment = {};
+    QList<KarvexRepair::Bytes> repaired = {};
 
-    bool isEmpty() const { return !tags && !rating; }
+    bool isEmpty() const { return !tags && !rating && !comment && repaired.isEmpty(); }
     KPFileChange reversed() const;
 };
 

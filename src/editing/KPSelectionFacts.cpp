@@ -1,10 +1,20 @@
 #include "KPSelectionFacts.h"
 
 #include <QSet>
+#include <algorithm>
+
+// In UTC: two time zones of a user's days are told apart by nobody.
+static QDate dayOf(const KPDoc &doc)
+{
+    static constexpr qint64 nanosecondsOfDay = qint64{86400} * 1000000000;
+    const qint64 modified = doc.unixModificationTime();
+    return modified == 0 ? QDate() : QDate(1970, 1, 1).addDays(modified / nanosecondsOfDay);
+}
 
 void KPSelectionFacts::add(KPDoc *doc)
 {
-    Own own{doc->tagNamesOfTypeUserEntered(), doc->rating(), doc->unixFileSize(), true};
+    Own own{doc->tagNamesOfTypeUserEntered(), doc->rating(), doc->unixFileSize(), dayOf(*doc),
+            true};
     if (const auto error = doc->unreadableMetaData()) {
         own.isReadable = false;
         own.tags.clear();
@@ -14,6 +24,8 @@ void KPSelectionFacts::add(KPDoc *doc)
         ++m_tags[tag];
     ++m_ratings[own.rating];
     m_size += own.size;
+    if (own.day.isValid())
+        ++m_days[own.day];
     m_own.insert(doc, own);
 }
 
@@ -27,6 +39,8 @@ void KPSelectionFacts::remove(KPDoc *doc)
     if (--m_ratings[own.rating] == 0)
         m_ratings.remove(own.rating);
     m_size -= own.size;
+    if (own.day.isValid() && --m_days[own.day] == 0)
+        m_days.remove(own.day);
     m_unreadable.remove(doc);
 }
 
@@ -78,6 +92,21 @@ QStringList KPSelectionFacts::commonTags() const
         break;
     }
     return tags;
+}
+
+QList<KPSelectionFacts::Some> KPSelectionFacts::someTags(qsizetype most) const
+{
+    const qsizetype readable = m_documents.size() - unreadable();
+    QList<Some> some;
+    for (auto tag = m_tags.cbegin(); tag != m_tags.cend(); ++tag) {
+        if (*tag < readable)
+            some.append({tag.key()->displayName(), *tag});
+    }
+    std::sort(some.begin(), some.end(), [](const Some &a, const Some &b) {
+        return a.count != b.count ? a.count > b.count : a.tag < b.tag;
+    });
+    some.resize(std::min(most, some.size()));
+    return some;
 }
 
 std::optional<double> KPSelectionFacts::rating() const

@@ -28,8 +28,18 @@ public:
     // In the order of the last document. Those without readable tags are passed over: an edit
     // refuses them one by one.
     QStringList commonTags() const;
+    // Those that some have and others have not, most often met first.
+    struct Some
+    {
+        QString tag;
+        qsizetype count = 0;
+    };
+    QList<Some> someTags(qsizetype most) const;
     std::optional<double> rating() const;  // nothing: they differ
     qint64 size() const { return m_size; } // of all together
+    // The days on which the first and the last of them were changed; invalid: nobody knows.
+    QDate oldest() const { return m_days.isEmpty() ? QDate() : m_days.firstKey(); }
+    QDate newest() const { return m_days.isEmpty() ? QDate() : m_days.lastKey(); }
     // Documents whose tags could not be read, and why, for one of them.
     qsizetype unreadable() const { return m_unreadable.size(); }
     QString error() const;
@@ -44,6 +54,7 @@ private:
         KPTagName::Tags tags;
         double rating = 0;
         qint64 size = 0;
+        QDate day;
         bool isReadable = true;
     };
     void add(KPDoc *doc);
@@ -53,6 +64,7 @@ private:
     QHash<KPDoc *, Own> m_own;
     QHash<KPTagName *, qsizetype> m_tags; // documents that have it
     QMap<double, qsizetype> m_ratings;
+    QMap<QDate, qsizetype> m_days;
     QHash<KPDoc *, QString> m_unreadable;
     qint64 m_size = 0;
 };

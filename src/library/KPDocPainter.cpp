@@ -120,6 +120,19 @@ void KPDocPainter::paintShadow(QPainter &painter, const QRectF &picture) const
                                 2 + spread, 2 + spread);
 }
 
+QRectF KPDocPainter::pictureRect(const QRectF &square, const KPDoc &record, double ratio) const
+{
+    const KPQuickLook::Look look = m_pictures.look(record);
+    if (look.picture.isNull())
+        return {};
+    QSizeF size = QSizeF(look.picture.size()) / ratio;
+    // A small original stays as it is; a picture for another zoom stands in for the right one.
+    const bool isWhole = std::max(look.picture.width(), look.picture.height()) < look.side;
+    if (!isWhole || size.width() > square.width() || size.height() > square.height())
+        size.scale(square.size(), Qt::KeepAspectRatio);
+    return standing(square, size);
+}
+
 QRectF KPDocPainter::paintPicture(QPainter &painter, const QRectF &square,
                                   const KPDoc &record) const
 {
@@ -134,13 +147,7 @@ QRectF KPDocPainter::paintPicture(QPainter &painter, const QRectF &square,
         KPDocIcons::forUTI(uti).paint(&painter, rect.toRect());
         return rect;
     }
-    const double ratio = painter.device()->devicePixelRatioF();
-    QSizeF size = QSizeF(look.picture.size()) / ratio;
-    // A small original stays as it is; a picture for another zoom stands in for the right one.
-    const bool isWhole = std::max(look.picture.width(), look.picture.height()) < look.side;
-    if (!isWhole || size.width() > square.width() || size.height() > square.height())
-        size.scale(square.size(), Qt::KeepAspectRatio);
-    const QRectF rect = standing(square, size);
+    const QRectF rect = pictureRect(square, record, painter.device()->devicePixelRatioF());
     if (!look.picture.hasAlphaChannel())
         paintShadow(painter, rect);
     m_pictures.draw(painter, rect, record, m_colours.line);

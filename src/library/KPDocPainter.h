@@ -40,7 +40,8 @@ public:
                const Look &look) const;
     // Where the name stands; null: it is not shown.
     QRectF titleRect(const QRectF &doc, const QRectF &frame) const;
-    // Where the picture stands in a document's square.
+    // Where the picture stands in a document's square; null: there is none yet.
+    QRectF pictureRect(const QRectF &square, const KPDoc &record, double ratio) const;
     QRectF paintPicture(QPainter &painter, const QRectF &square, const KPDoc &record) const;
 
 private:

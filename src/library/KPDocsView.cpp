@@ -212,6 +212,21 @@ int KPDocsView::rowAt(const QPoint &point) const
     return item ? static_cast<int>(*item) : -1;
 }
 
+int KPDocsView::rowNear(const QPoint &point) const
+{
+    if (headerAt(point) >= 0)
+        return -1;
+    const auto item = m_geometry.itemUnder(toContents(point), m_geometry.cellWidth() / 2);
+    return item ? static_cast<int>(*item) : -1;
+}
+
+QRectF KPDocsView::pictureRect(int row) const
+{
+    const QRectF doc = visibleRect(row);
+    return m_painter.pictureRect({doc.topLeft(), QSizeF(doc.width(), doc.width())}, *m_docs.at(row),
+                                 devicePixelRatioF());
+}
+
 void KPDocsView::scrollContentsBy(int dx, int dy)
 {
     // Headers that stay in sight are drawn anew.

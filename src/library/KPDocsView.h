@@ -64,7 +64,9 @@ public:
 
     // In the viewport.
     QRectF visibleRect(int row) const;
-    int rowAt(const QPoint &point) const; // -1: none
+    int rowAt(const QPoint &point) const;   // -1: none
+    int rowNear(const QPoint &point) const; // the same, between two as well
+    QRectF pictureRect(int row) const;      // null: it has none yet
 
 Q_SIGNALS:
     void openRequested();

@@ -1,46 +1,25 @@
+// KPInspector: how it is built, and what it asks for.
 #include "KPInspector.h"
 
+#include "KPCommentField.h"
 #include "KPDocIcons.h"
-#include "KPEditSummary.h"
-#include "KPFileType.h"
-#include "KPLibraryModel.h"
-#include "XPFolders.h"
-#include "XPPath.h"
+#include "KPFactsView.h"
+#include "KPIconButton.h"
+#include "KPLook.h"
+#include "KPNameField.h"
+#include "KPPageTurner.h"
+#include "XPFlowLayout.h"
 #include "XPStarsEditor.h"
 #include "XPTagsEditor.h"
 
-#include <QDateTime>
-#include <QFormLayout>
+#include <QEvent>
 #include <QLabel>
-#include <QLocale>
+#include <QPushButton>
 #include <QScrollArea>
+#include <QToolButton>
 #include <QVBoxLayout>
 
-// Paths may be cut after a slash and long words anywhere: they must not widen the pane.
-static QString breakable(const QString &text)
-{
-    static constexpr int longestWord = 20;
-    static constexpr QChar maybeBreak(0x200B);
-    QString result;
-    int run = 0;
-    for (const QChar c : text) {
-        result.append(c);
-        run = c.isSpace() || c == u'/' ? 0 : run + 1;
-        if (c == u'/' || (run >= longestWord && !c.isHighSurrogate()))
-            result.append(maybeBreak);
-    }
-    return result;
-}
-
-// The home folder as "~".
-static QString shortened(const QString &folder)
-{
-    const QString home = XPFolders::home();
-    const bool within = folder == home || folder.startsWith(home + u'/');
-    return within ? u'~' + folder.mid(home.size()) : folder;
-}
-
-QLabel *KPInspector::makeLabel()
+static QLabel *makeLabel()
 {
     auto *label = new QLabel;
     label->setTextFormat(Qt::PlainText);
@@ -49,54 +28,94 @@ QLabel *KPInspector::makeLabel()
     return label;
 }
 
+static QLabel *note()
+{
+    QLabel *label = makeLabel();
+    label->setForegroundRole(QPalette::PlaceholderText);
+    label->setFont(KPLook::font(KPLook::Type::Facts));
+    label->hide();
+    return label;
+}
+
 static QLabel *heading(const QString &text, QWidget *buddy)
 {
     auto *label = new QLabel(text);
-    QFont font = label->font();
-    font.setWeight(QFont::DemiBold);
-    label->setFont(font);
+    label->setFont(KPLook::font(KPLook::Type::Caption));
+    label->setForegroundRole(QPalette::PlaceholderText);
     label->setBuddy(buddy);
     return label;
 }
 
 KPInspector::KPInspector(QWidget *parent)
-    : QWidget(parent), m_picture(makeLabel()), m_name(makeLabel()), m_stars(new XPStarsEditor),
-      m_ratingNote(makeLabel()), m_tags(new XPTagsEditor(XPTagsEditor::Purpose::Edit)),
-      m_tagsNote(makeLabel()), m_details(new QFormLayout), m_nothing(new QWidget),
-      m_content(new QWidget)
+    : QWidget(parent), m_picture(makeLabel()), m_turner(new KPPageTurner), m_name(makeLabel()),
+      m_nameField(new KPNameField(this)), m_flag(new KPIconButton), m_stars(new XPStarsEditor),
+      m_ratingNote(note()), m_tags(new XPTagsEditor(XPTagsEditor::Purpose::Edit)),
+      m_some(new QWidget), m_tagsNote(note()), m_repair(new QPushButton),
+      m_healingNote(new QWidget), m_healingText(note()), m_heal(new QPushButton),
+      m_unheal(new QPushButton), m_comment(new KPCommentField), m_facts(new KPFactsView),
+      m_stated(new KPFactsView), m_origins(new KPFactsView), m_attributesHeading(new QToolButton),
+      m_attributes(new KPFactsView), m_nothing(new QWidget), m_content(new QWidget)
+{
+    build();
+    connectEditors();
+    show(KPSelectionFacts(), {});
+}
+
+void KPInspector::build()
 {
     m_picture->setAlignment(Qt::AlignCenter);
     m_picture->setFixedHeight(pictureSide);
+    m_picture->setAccessibleName(qtTrId("KPPictureOfDocument"));
     m_name->setAlignment(Qt::AlignHCenter);
-    m_tagsNote->setForegroundRole(QPalette::PlaceholderText);
-    m_ratingNote->setForegroundRole(QPalette::PlaceholderText);
-    m_name->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    QFont font = m_name->font();
-    font.setWeight(QFont::DemiBold);
-    m_name->setFont(font);
+    m_name->setFont(KPLook::font(KPLook::Type::Title));
+    m_name->setToolTip(qtTrId("KPNameHint"));
+    m_name->installEventFilter(this);
+    m_flag->setCheckable(true);
+    m_flag->setIcon(KPDocIcons::symbol(QStringLiteral("flag")));
+    m_flag->setAccessibleName(qtTrId("KPFlag"));
     m_tags->setHint(qtTrId("KPTagsHint"), qtTrId("KPTags"));
-    m_details->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
-    m_details->setRowWrapPolicy(QFormLayout::DontWrapRows);
-    m_details->setLabelAlignment(Qt::AlignLeft | Qt::AlignTop);
-    m_details->setHorizontalSpacing(10);
-    m_details->setVerticalSpacing(5);
+    m_some->setLayout(new XPFlowLayout(m_some));
+    QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Minimum);
+    policy.setHeightForWidth(true);
+    m_some->setSizePolicy(policy);
 
     auto *column = new QVBoxLayout(m_content);
-    column->setContentsMargins(14, 14, 14, 14);
-    column->setSpacing(6);
+    column->setContentsMargins(16, 16, 16, 16);
+    column->setSpacing(4);
     column->addWidget(m_picture);
+    column->addWidget(m_turner);
     column->addWidget(m_name);
-    column->addSpacing(10);
+    column->addWidget(m_nameField);
+    auto *rating = new QHBoxLayout;
+    rating->addWidget(m_stars);
+    rating->addStretch(1);
+    rating->addWidget(m_flag);
+    column->addSpacing(8);
     column->addWidget(heading(qtTrId("KPRating"), m_stars));
-    column->addWidget(m_stars);
+    column->addLayout(rating);
     column->addWidget(m_ratingNote);
-    column->addSpacing(10);
+    column->addSpacing(8);
     column->addWidget(heading(qtTrId("KPTags"), m_tags));
     column->addWidget(m_tags);
-    column->addWidget(m_tagsNote);
-    column->addSpacing(10);
+    column->addWidget(m_some);
+    buildNotes(column);
+    column->addSpacing(8);
+    column->addWidget(heading(qtTrId("KPComment"), m_comment));
+    column->addWidget(m_comment);
+    column->addSpacing(8);
     column->addWidget(heading(qtTrId("KPDetails"), nullptr));
-    column->addLayout(m_details);
+    for (KPFactsView *view : {m_facts, m_stated, m_origins})
+        column->addWidget(view);
+    column->addSpacing(8);
+    m_attributesHeading->setText(qtTrId("KPAttributes"));
+    m_attributesHeading->setFont(KPLook::font(KPLook::Type::Caption));
+    m_attributesHeading->setCheckable(true);
+    m_attributesHeading->setAutoRaise(true);
+    m_attributesHeading->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    m_attributesHeading->setArrowType(Qt::RightArrow);
+    column->addWidget(m_attributesHeading);
+    column->addWidget(m_attributes);
+    m_attributes->hide();
     column->addStretch(1);
 
     auto *hint = makeLabel();
@@ -118,11 +137,60 @@ KPInspector::KPInspector(QWidget *parent)
     outer->addWidget(scroll);
     outer->addWidget(m_nothing);
     setMinimumWidth(220);
+}
 
+// What is said of tags that cannot be read, or that were put back.
+void KPInspector::buildNotes(QVBoxLayout *column)
+{
+    column->addWidget(m_tagsNote);
+    m_repair->setText(qtTrId("KPRepairAttributes"));
+    column->addWidget(m_repair, 0, Qt::AlignLeft);
+    auto *healing = new QVBoxLayout(m_healingNote);
+    healing->setContentsMargins(0, 4, 0, 0);
+    healing->setSpacing(4);
+    healing->addWidget(m_healingText);
+    m_healingText->setVisible(true);
+    auto *buttons = new QHBoxLayout;
+    buttons->setSpacing(4);
+    m_heal->setText(qtTrId("KPHealAccept"));
+    for (QPushButton *button : {m_heal, m_unheal})
+        buttons->addWidget(button);
+    buttons->addStretch(1);
+    healing->addLayout(buttons);
+    column->addWidget(m_healingNote);
+}
+
+void KPInspector::connectEditors()
+{
     connect(m_tags, &XPTagsEditor::tagsEdited, this, &KPInspector::requestTags);
     connect(m_tags, &XPTagsEditor::left, this, &KPInspector::left);
     connect(m_stars, &XPStarsEditor::rated, this, &KPInspector::requestRating);
-    show(KPSelectionFacts(), {});
+    connect(m_turner, &KPPageTurner::turned, this, &KPInspector::pageRequested);
+    connect(m_comment, &KPCommentField::left, this, &KPInspector::left);
+    connect(m_comment, &KPCommentField::commented, this, [this](const QString &comment) {
+        KPFileEdit edit{paths(), {}, {}};
+        edit.comment = comment;
+        Q_EMIT editRequested(edit);
+    });
+    connect(m_nameField, &KPNameField::renamed, this, &KPInspector::renameRequested);
+    connect(m_nameField, &KPNameField::ended, this, [this] {
+        m_name->show();
+        Q_EMIT left();
+    });
+    connect(m_flag, &QAbstractButton::clicked, this,
+            [this](bool isOn) { Q_EMIT flagRequested(paths(), isOn); });
+    connect(m_repair, &QAbstractButton::clicked, this, [this] { Q_EMIT repairRequested(paths()); });
+    const auto decide = [this](bool accepts) {
+        m_healingNote->setEnabled(false);
+        if (m_healing)
+            Q_EMIT healingDecided(*m_healing, accepts);
+    };
+    connect(m_heal, &QAbstractButton::clicked, this, [decide] { decide(true); });
+    connect(m_unheal, &QAbstractButton::clicked, this, [decide] { decide(false); });
+    connect(m_attributesHeading, &QAbstractButton::toggled, this, [this](bool isOpen) {
+        m_attributesHeading->setArrowType(isOpen ? Qt::DownArrow : Qt::RightArrow);
+        m_attributes->setVisible(isOpen);
+    });
 }
 
 void KPInspector::setSuggestions(std::function<QStringList()> suggestions)
@@ -135,95 +203,21 @@ void KPInspector::focusTags()
     m_tags->focusEntry();
 }
 
-// Showing.
-
-void KPInspector::show(const KPSelectionFacts &facts, const Appearance &appearance)
+void KPInspector::editName()
 {
-    const KPDoc::Docs &documents = facts.documents();
-    m_documents = documents;
-    m_commonTags = facts.commonTags();
-    m_nothing->setVisible(documents.isEmpty());
-    m_content->parentWidget()->parentWidget()->setVisible(!documents.isEmpty());
-    if (documents.isEmpty())
+    if (m_documents.size() != 1 || m_documents.first()->isGone())
         return;
-    const double ratio = devicePixelRatioF();
-    QPixmap picture = appearance.picture;
-    if (picture.isNull())
-        picture = KPDocIcons::forUTI(appearance.uti).pixmap(QSize(pictureSide, pictureSide), ratio);
-    else if (picture.width() > pictureSide * ratio || picture.height() > pictureSide * ratio)
-        picture = picture.scaled((QSizeF(pictureSide, pictureSide) * ratio).toSize(),
-                                 Qt::KeepAspectRatio, Qt::SmoothTransformation);
-    picture.setDevicePixelRatio(ratio);
-    m_picture->setPixmap(picture);
-    showNames(documents);
-    showFacts(facts, appearance.uti);
-    showEditors(facts);
+    m_name->hide();
+    m_nameField->start(m_documents.first());
 }
 
-void KPInspector::showNames(const KPDoc::Docs &documents)
+bool KPInspector::eventFilter(QObject *watched, QEvent *event)
 {
-    if (documents.size() == 1)
-        m_name->setText(breakable(KPLibraryModel::displayName(*documents.first())));
-    else
-        m_name->setText(qtTrId("KPDocumentCount", static_cast<int>(documents.size()))
-                            .arg(QLocale().toString(documents.size())));
-}
-
-void KPInspector::addFact(const char *id, const QString &value)
-{
-    auto *label = makeLabel();
-    label->setText(value);
-    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    auto *name = new QLabel(qtTrId(id));
-    name->setAlignment(Qt::AlignTop);
-    name->setForegroundRole(QPalette::PlaceholderText);
-    m_details->addRow(name, label);
-}
-
-static QString dateText(const QDateTime &date)
-{
-    return QLocale().toString(date.toLocalTime(), QLocale::ShortFormat);
-}
-
-void KPInspector::showFacts(const KPSelectionFacts &facts, const QString &uti)
-{
-    const KPDoc::Docs &documents = facts.documents();
-    while (m_details->rowCount() > 0)
-        m_details->removeRow(0);
-    const QString size = QLocale().formattedDataSize(facts.size(), 1, QLocale::DataSizeSIFormat);
-    if (documents.size() > 1) {
-        addFact(QT_TRID_NOOP("KPFactTotalSize"), size);
-        return;
+    if (watched == m_name && event->type() == QEvent::MouseButtonDblClick) {
+        editName();
+        return true;
     }
-    const KPDoc &doc = *documents.first();
-    addFact(QT_TRID_NOOP("KPFactType"), KPFileType::displayNameForUTI(uti));
-    addFact(QT_TRID_NOOP("KPFactSize"), size);
-    addFact(QT_TRID_NOOP("KPFactModified"), dateText(doc.unixFileModificationDate()));
-    if (const QDateTime created = doc.creationDate(); created.isValid())
-        addFact(QT_TRID_NOOP("KPFactCreated"), dateText(created));
-    addFact(QT_TRID_NOOP("KPFactFolder"),
-            breakable(XPPath::printable(shortened(doc.parentPath()))));
-}
-
-void KPInspector::showEditors(const KPSelectionFacts &facts)
-{
-    const std::optional<double> rating = facts.rating();
-    const bool differs = !rating;
-    m_stars->setRating(rating.value_or(0));
-    m_ratingNote->setText(differs ? qtTrId("KPRatingsDiffer") : QString());
-    m_ratingNote->setVisible(differs);
-    m_tags->setTags(m_commonTags);
-    m_stars->setEnabled(facts.canEdit());
-    m_tags->setEnabled(facts.canEdit());
-    QString note;
-    if (facts.unreadable() > 0 && m_documents.size() == 1)
-        note = qtTrId("KPTagsUnreadableBecause").arg(XPPath::printable(facts.error()));
-    else if (facts.unreadable() > 0)
-        note = qtTrId("KPSomeTagsUnreadable", static_cast<int>(facts.unreadable()));
-    else if (m_documents.size() > 1)
-        note = qtTrId("KPCommonTagsOnly");
-    m_tagsNote->setText(note);
-    m_tagsNote->setVisible(!note.isEmpty());
+    return QWidget::eventFilter(watched, event);
 }
 
 // Asking.
@@ -240,7 +234,12 @@ void KPInspector::requestTags()
 {
     const QStringList before = std::exchange(m_commonTags, m_tags->tags());
     if (before != m_commonTags)
-        Q_EMIT editRequested({paths(), KPFileEdit::Tags{before, m_commonTags}, {}});
+        requestTagsOfAll(before, m_commonTags);
+}
+
+void KPInspector::requestTagsOfAll(const QStringList &before, const QStringList &after)
+{
+    Q_EMIT editRequested({paths(), KPFileEdit::Tags{before, after}, {}});
 }
 
 void KPInspector::requestRating(int stars)

@@ -2,6 +2,7 @@
 #include "KPDocsList.h"
 #include "KPDocsView.h"
 #include "KPLibraryController.h"
+#include "KPLoupeController.h"
 #include "KPNavigator.h"
 #include "KPQuickLook.h"
 #include "XPApplications.h"
@@ -165,7 +166,7 @@ void KPLibraryController::rebuildSelectedThumbnails()
 
 QList<KPCommand> KPLibraryController::commands()
 {
-    return viewCommands() + documentCommands();
+    return viewCommands() + m_loupe->commands() + documentCommands();
 }
 
 QList<KPCommand> KPLibraryController::viewCommands()

@@ -5,6 +5,7 @@
 #include "KPDocsList.h"
 #include "KPDocsView.h"
 #include "KPEmptyPlace.h"
+#include "KPLoupeController.h"
 #include "KPNavigator.h"
 #include "KPQuickLook.h"
 #include "KPSearcher.h"
@@ -30,7 +31,8 @@ KPLibraryController::KPLibraryController(KPNavigator &navigator, KPLibraryModel 
     : QObject(parent), m_navigator(navigator), m_model(model), m_pictures(pictures),
       m_keys(std::make_unique<KPDocsKeys>(m_docs)), m_stack(new QStackedWidget),
       m_grid(new KPDocsView(m_docs, pictures, *m_keys)),
-      m_list(new KPDocsList(model, m_docs, *m_keys))
+      m_list(new KPDocsList(model, m_docs, *m_keys)),
+      m_loupe(std::make_unique<KPLoupeController>(*m_grid, pictures))
 {
     xpGuiThread.assertHere();
     m_stack->addWidget(m_grid);
@@ -54,6 +56,7 @@ KPLibraryController::KPLibraryController(KPNavigator &navigator, KPLibraryModel 
 // The views use what is here: they go first, if nobody else did away with them.
 KPLibraryController::~KPLibraryController()
 {
+    m_loupe.reset();
     delete m_stack;
 }
 
@@ -191,6 +194,7 @@ void KPLibraryController::setLibraryMode(int mode)
     m_stack->setFocusProxy(view);
     m_stack->setCurrentWidget(view);
     m_grid->setGrouped(mode == LibraryMode_Groups);
+    m_loupe->setGridShown(mode != LibraryMode_List);
     if (hadFocus)
         view->setFocus();
     applyOrder();
@@ -396,6 +400,10 @@ bool KPLibraryController::handleKeyDown(const QKeyEvent &event)
 {
     const bool isPlain = !(event.modifiers() & ~Qt::KeypadModifier);
     const bool isReturn = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+    if (isPlain && event.key() == Qt::Key_Space && hasSelection()) {
+        Q_EMIT previewRequested();
+        return true;
+    }
     if (!isPlain || !isReturn || !hasSelection())
         return false;
     openSelectedExternallyAction();

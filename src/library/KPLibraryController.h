@@ -21,6 +21,7 @@ class KPDocsKeys;
 class KPDocsList;
 class KPDocsView;
 class KPLibraryModel;
+class KPLoupeController;
 class KPNavigator;
 class KPQuickLook;
 class QKeyEvent;
@@ -58,6 +59,7 @@ public:
     KPDocsView *docsView() const { return m_grid; }
     KPDocsList *docsTable() const { return m_list; }
     KPArrangedDocs &currentSearchController() { return m_docs; }
+    KPLoupeController &loupeController() { return *m_loupe; }
     QList<KPCommand> commands();
 
     // --- Modes
@@ -101,6 +103,7 @@ public:
     // --- Commands on the selection
 
     void openSelectedExternallyAction() XP_REQUIRES(xpGuiThread);
+    void openDocumentsExternally(const KPDoc::Docs &docs) XP_REQUIRES(xpGuiThread);
     void revealSelectedAction();
     void editTitleForSelected();
     bool isSelectionFlagged() const;
@@ -146,7 +149,8 @@ Q_SIGNALS:
     // Files of others dropped among the documents.
     void filesDropped(const QStringList &paths, bool copies);
     void contextMenuRequested(const QPoint &globalPosition);
-    void cancelled(); // Escape
+    void previewRequested(); // the space bar
+    void cancelled();        // Escape
 
 private:
     struct Wanted
@@ -175,7 +179,6 @@ private:
     QMenu *makeSortMenu();
     QMenu *makeRateMenu();
     QMenu *makeOpenWithMenu();
-    void openDocumentsExternally(const KPDoc::Docs &docs) XP_REQUIRES(xpGuiThread);
 
     KPNavigator &m_navigator;
     KPLibraryModel &m_model;
@@ -185,6 +188,7 @@ private:
     QPointer<QStackedWidget> m_stack;
     KPDocsView *m_grid;
     KPDocsList *m_list;
+    std::unique_ptr<KPLoupeController> m_loupe;
     int m_mode = LibraryMode_Thumbnails;
     double m_magnification = 0;
     KPSortOrder m_order;

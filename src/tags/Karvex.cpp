@@ -19,6 +19,7 @@ const QString Karvex::ratingTimeKey = QStringLiteral("kMDItemKXRatingTime");
 const QString Karvex::managedKey = QStringLiteral("kMDItemKXManaged");
 const QString Karvex::documentDateKey = QStringLiteral("kMDItemKXDocumentDate");
 const QString Karvex::bookmarksKey = QStringLiteral("kMDItemKXBookmarks");
+const QString Karvex::commentKey = QStringLiteral("kMDItemFinderComment");
 
 // No value of a few kilobytes has more parts unless it means harm: shared parts multiply.
 static constexpr XPPropertyList::Limits readLimits = {Karvex::maximumValueSize, 64, 16384};

@@ -38,6 +38,7 @@ public:
     static const QString managedKey;      // "kMDItemKXManaged": true
     static const QString documentDateKey; // "kMDItemKXDocumentDate": date
     static const QString bookmarksKey;    // "kMDItemKXBookmarks": array of strings
+    static const QString commentKey;      // "kMDItemFinderComment": string
 
     static constexpr qsizetype maximumValueSize = 4096;
 

@@ -112,15 +112,31 @@ void KPQuickLook::readPrefs()
 
 // --- Asking
 
+static constexpr QChar heldMark(u'+');
+
 // A path's text holds no NUL.
 QString KPQuickLook::keyWithoutPath(const KPDoc &doc, int page)
 {
     return doc.cacheID() + QChar(0) + QString::number(page) + QChar(0);
 }
 
-QString KPQuickLook::keyOf(const KPDoc &doc, int page)
+QString KPQuickLook::keyOf(const KPDoc &doc, int page, bool isHeld)
 {
-    return keyWithoutPath(doc, page) + doc.filePath();
+    QString key = keyWithoutPath(doc, page);
+    if (isHeld)
+        key.insert(key.size() - 1, heldMark);
+    return key + doc.filePath();
+}
+
+bool KPQuickLook::isHeld(const QString &key)
+{
+    const qsizetype end = key.lastIndexOf(QChar(0));
+    return end > 0 && key.at(end - 1) == heldMark;
+}
+
+const KPQuickLook::Entry *KPQuickLook::entryAt(const QString &key) const
+{
+    return isHeld(key) ? m_held.value(key).get() : m_cache.object(key);
 }
 
 // A picture a little too large is drawn smaller; one that is the whole original serves any size.
@@ -162,10 +178,10 @@ public:
         }
     }
 
-    void add(const std::vector<Wanted> &list, bool isVisible)
+    void add(const std::vector<Wanted> &list, bool isVisible, bool onlyHeld = false)
     {
         for (const Wanted &wanted : list) {
-            if (!wanted.doc->isGone())
+            if (!wanted.doc->isGone() && (wanted.isHeld || !onlyHeld))
                 add(wanted, isVisible);
         }
     }
@@ -175,26 +191,28 @@ private:
     // Two views that want different sizes share the larger one.
     void note(const Wanted &wanted)
     {
-        int &side = m_sides[keyOf(*wanted.doc, wanted.page)];
+        int &side = m_sides[keyOf(*wanted.doc, wanted.page, wanted.isHeld)];
         side = std::max(side, wanted.side);
     }
 
     void add(const Wanted &wanted, bool isVisible)
     {
-        const QString key = keyOf(*wanted.doc, wanted.page);
-        const int side = m_sides.value(key);
+        const QString key = keyOf(*wanted.doc, wanted.page, wanted.isHeld);
+        const Entry *entry = m_owner.entryAt(key);
+        // What is held is not made again only to be smaller.
+        const int least = wanted.isHeld && entry ? entry->look.side : 0;
+        const int side = std::max(least, m_sides.value(key));
         if (!m_owner.m_waiting.contains(key, wanted.doc))
             m_owner.m_waiting.insert(key, wanted.doc);
         if (m_seen.contains(key))
             return;
         m_seen.insert(key);
-        const Entry *entry = m_owner.m_cache.object(key);
         if ((entry && m_owner.satisfies(*entry, side)) || m_owner.wasJustUnreadable(key))
             return;
         KPPictureMaker::Request request = {
             key, wanted.doc->filePath(), wanted.page, side, isVisible, {}};
         const Entry *adrift = m_owner.m_cache.object(keyWithoutPath(*wanted.doc, wanted.page));
-        if (adrift && m_owner.satisfies(*adrift, side))
+        if (!wanted.isHeld && adrift && m_owner.satisfies(*adrift, side))
             request.known = adrift->origin;
         if (isVisible)
             m_owner.m_missing.insert(key, side);
@@ -221,6 +239,7 @@ void KPQuickLook::ask()
 {
     m_waiting.clear();
     m_missing.clear();
+    letGoOfHeld();
     Asking asking(*this);
     for (const View &view : std::as_const(m_views))
         asking.add(view.visible, true);
@@ -229,10 +248,10 @@ void KPQuickLook::ask()
         for (const auto *list : {&view.visible, &view.next}) {
             // What comes next must not push out what is in sight.
             for (const Wanted &wanted : *list)
-                room -= entryOverhead + qsizetype{wanted.side} * wanted.side * 4;
+                room -=
+                    wanted.isHeld ? 0 : entryOverhead + qsizetype{wanted.side} * wanted.side * 4;
         }
-        if (room > 0)
-            asking.add(view.next, false);
+        asking.add(view.next, false, room <= 0);
     }
     if (m_pause)
         m_pause->set(ImportPause::Pictures, !m_missing.isEmpty());
@@ -240,6 +259,20 @@ void KPQuickLook::ask()
     m_cuttingOff.start();
     if (m_missing.isEmpty())
         Q_EMIT settled();
+}
+
+void KPQuickLook::letGoOfHeld()
+{
+    QSet<QString> wanted;
+    for (const View &view : std::as_const(m_views)) {
+        for (const auto *list : {&view.visible, &view.next}) {
+            for (const Wanted &each : *list) {
+                if (each.isHeld)
+                    wanted.insert(keyOf(*each.doc, each.page, true));
+            }
+        }
+    }
+    m_held.removeIf([&](const auto &each) { return !wanted.contains(each.key()); });
 }
 
 // --- Receiving
@@ -307,9 +340,14 @@ void KPQuickLook::remember(const KPPictureMaker::Result &result)
         entry->kind = conforms(tree, "public.image")   ? Kind::Image
                       : conforms(tree, "public.movie") ? Kind::Movie
                                                        : Kind::Other;
-        m_cache.remove(adrift);
+        if (!isHeld(request.key))
+            m_cache.remove(adrift);
     }
     entry->path = request.path;
+    if (isHeld(request.key)) {
+        m_held.insert(request.key, std::move(entry));
+        return;
+    }
     const qsizetype cost = entryOverhead + entry->look.picture.sizeInBytes();
     m_cache.insert(request.key, entry.release(), cost);
 }
@@ -321,6 +359,7 @@ void KPQuickLook::letGoOfPaths()
         const XPLocker locker(m_mutex);
         cleared.swap(m_cleared);
     }
+    m_held.removeIf([&](const auto &each) { return cleared.contains(each.value()->path); });
     const QStringList keys = m_cache.keys();
     for (const QString &key : keys) {
         const qsizetype end = key.lastIndexOf(QChar(0)) + 1;
@@ -349,6 +388,12 @@ KPQuickLook::Look KPQuickLook::look(const KPDoc &doc, int page) const
 {
     const Entry *entry = entryOf(doc, page);
     return entry ? entry->look : Look();
+}
+
+KPQuickLook::Look KPQuickLook::heldLook(const KPDoc &doc, int page) const
+{
+    const auto held = m_held.value(keyOf(doc, page, true));
+    return held && !held->look.picture.isNull() ? held->look : look(doc, page);
 }
 
 bool KPQuickLook::hasBorder(const Entry &entry, double side) const

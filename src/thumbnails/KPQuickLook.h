@@ -52,6 +52,8 @@ public:
         KPDoc *doc;
         int side;
         int page = 1;
+        // Large, for looking at closely: kept beside the cache for as long as it is wanted.
+        bool isHeld = false;
     };
 
     explicit KPQuickLook(const Setup &setup);
@@ -71,6 +73,8 @@ public:
     // In the order in which they should come. Nothing is left of it when the view is gone.
     void want(const QObject *view, std::vector<Wanted> visible, std::vector<Wanted> next = {});
     Look look(const KPDoc &doc, int page = 1) const;
+    // The same, of those that are held the largest, else what the cache has.
+    Look heldLook(const KPDoc &doc, int page = 1) const;
     // What is degraded, in the user's language: no importer, or less of a cage than there should
     // be.
     QString problem() const { return m_problem; }
@@ -114,9 +118,12 @@ private:
     };
     class Asking;
 
-    static QString keyOf(const KPDoc &doc, int page);
+    static QString keyOf(const KPDoc &doc, int page, bool isHeld = false);
+    static bool isHeld(const QString &key);
     static QString keyWithoutPath(const KPDoc &doc, int page);
     const Entry *entryOf(const KPDoc &doc, int page) const;
+    const Entry *entryAt(const QString &key) const;
+    void letGoOfHeld();
     bool wasJustUnreadable(const QString &key);
     bool satisfies(const Entry &entry, int side) const;
     bool hasBorder(const Entry &entry, double side) const;
@@ -129,6 +136,7 @@ private:
 
     ImportPause *const m_pause;
     QCache<QString, Entry> m_cache; // by keyOf() or keyWithoutPath(); cost in bytes
+    QHash<QString, std::shared_ptr<const Entry>> m_held;
     QHash<const QObject *, View> m_views;
     QMultiHash<QString, KPDoc *> m_waiting; // who waits for what
     QHash<QString, int> m_missing;          // visible and without an answer: the side that it needs

@@ -3,6 +3,7 @@
 #include "XPPath.h"
 
 #include <QKeyEvent>
+#include <QLocale>
 #include <QPainter>
 #include <algorithm>
 
@@ -37,6 +38,16 @@ void XPTagChip::setTogglable(bool togglable)
 {
     m_togglable = togglable;
     describe();
+}
+
+void XPTagChip::setPartial(qsizetype count, qsizetype total)
+{
+    m_partial = true;
+    const QString note =
+        qtTrId("KPChipPartial").arg(QLocale().toString(count), QLocale().toString(total));
+    setAccessibleDescription(note);
+    setToolTip(note);
+    update();
 }
 
 QSize XPTagChip::sizeHint() const
@@ -79,8 +90,11 @@ void XPTagChip::paintEvent(QPaintEvent *)
     const QColor text = palette().color(QPalette::Text);
     const double radius = height() / 2.0;
     painter.setPen(hasFocus() ? QPen(accent, 2) : QPen(transparent(accent, 0.35F), 1));
-    painter.setBrush(m_excluded ? transparent(text, 0.08F)
-                                : transparent(accent, underMouse() ? 0.30F : 0.20F));
+    if (m_partial && !hasFocus())
+        painter.setPen(QPen(transparent(text, 0.45F), 1, Qt::DashLine));
+    painter.setBrush(m_partial    ? transparent(accent, underMouse() ? 0.12F : 0.0F)
+                     : m_excluded ? transparent(text, 0.08F)
+                                  : transparent(accent, underMouse() ? 0.30F : 0.20F));
     painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), radius, radius);
 
     QFont shown = font();

@@ -17,6 +17,9 @@ public:
     bool isExcluded() const { return m_excluded; }
     void setExcluded(bool excluded); // drawn struck through
     void setTogglable(bool togglable);
+    // Of a selection, `count` of `total` have it: in outline only. A click asks for all
+    // (clicked()).
+    void setPartial(qsizetype count, qsizetype total);
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
@@ -40,5 +43,6 @@ private:
     QString m_tag;
     bool m_excluded = false;
     bool m_togglable = false;
+    bool m_partial = false;
     bool m_crossPressed = false;
 };

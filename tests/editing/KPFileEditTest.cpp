@@ -1,5 +1,6 @@
 #include "KPEditHistory.h"
 
+#include "KPDocEdits.h"
 #include "KPEditJournal.h"
 #include "Karvex.h"
 #include "TestHome.h"
@@ -159,4 +160,53 @@ TEST_F(FileEdit, CanBeUndoneAfterTheProgramWasKilled)
     KPEditHistory next(&m_worker);
     next.restore();
     EXPECT_FALSE(next.canUndo()) << "it is undone already";
+}
+
+TEST_F(FileEdit, CommentsAreUndoneUnlessSomebodyElseWroteOne)
+{
+    const QString a = makeFile("a", {});
+    const QString b = makeFile("b", {});
+    const auto commentOf = [](const QString &path) {
+        return KPDocEdits::comment(path).valueOr(QStringLiteral("(error)"));
+    };
+    KPFileEdit edit{{a, b}, {}, {}};
+    edit.comment = QStringLiteral("due in May");
+    m_history.edit(edit);
+    EXPECT_EQ(waitForReport().changed, 2);
+    EXPECT_EQ(commentOf(b), *edit.comment);
+    ASSERT_FALSE(KPDocEdits::setComment(QStringLiteral("paid"), b));
+    m_history.undo();
+    EXPECT_EQ(waitForReport().failures.size(), 1);
+    EXPECT_EQ(commentOf(a), QString());
+    EXPECT_EQ(commentOf(b), QStringLiteral("paid"));
+    const auto left = XPExtendedAttributes::list(a);
+    EXPECT_EQ(left.valueOr({mine}), QStringList()) << "no comment is no attribute";
+}
+
+TEST_F(FileEdit, RepairTakesOffWhatNobodyUnderstandsAndPutsTheVeryBytesBack)
+{
+    for (const auto &earlier : KPEditJournal::saved())
+        KPEditJournal::remove(earlier.file);
+    const QString torn = makeFile("torn", {});
+    ASSERT_FALSE(Karvex::setRating(4, torn));
+    const QString tags = Karvex::spotlightKey(Karvex::userTagsKey);
+    const QString comment = Karvex::spotlightKey(Karvex::commentKey);
+    const QByteArray odd("bplist00\0\xffgarbage", 17);
+    ASSERT_FALSE(XPExtendedAttributes::write(torn, tags, odd));
+    ASSERT_FALSE(XPExtendedAttributes::write(torn, comment, "plain words"));
+    KPFileEdit edit{{torn}, {}, {}};
+    edit.repairs = true;
+    m_history.edit(edit);
+    EXPECT_EQ(waitForReport().changed, 1);
+    EXPECT_EQ(tagsOf(torn), QStringList());
+    EXPECT_EQ(Karvex::getRating(torn).valueOr(-1), 4) << "what is understood stays";
+    // After a restart too, and never over what came since.
+    ASSERT_FALSE(Karvex::setUserTags(QStringList{work}, torn));
+    KPEditHistory next(&m_worker);
+    next.restore();
+    next.undo();
+    EXPECT_EQ(waitForReport().failures.size(), 1);
+    EXPECT_EQ(tagsOf(torn), QStringList{work});
+    const auto back = XPExtendedAttributes::read(torn, comment);
+    EXPECT_EQ(back.valueOr({}).value_or(QByteArray()), "plain words");
 }

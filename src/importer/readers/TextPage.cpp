@@ -1,6 +1,7 @@
 #include "TextPage.h"
 
 #include "DocumentSource.h"
+#include "DocumentTable.h"
 
 #include <QFontDatabase>
 #include <QImage>
@@ -98,47 +99,15 @@ private:
     double m_y = margin;
 };
 
-// Separators between the cells of a line; nothing: the text is no table.
-std::optional<QChar> separatorOf(const DocumentSource &source, const QStringList &lines)
-{
-    const auto share = [&lines](QChar c) {
-        return std::count_if(lines.begin(), lines.end(),
-                             [c](const QString &line) { return line.contains(c); }) *
-                   2 >
-               lines.size();
-    };
-    if (share(u'\t'))
-        return u'\t';
-    if (!source.conformsTo(u"public.comma-separated-values-text"))
-        return {};
-    return share(u';') ? u';' : u',';
-}
-
-QStringList cellsOf(const QString &line, QChar separator)
-{
-    QStringList cells;
-    QString cell;
-    bool quoted = false;
-    for (const QChar c : line) {
-        if (c == u'"')
-            quoted = !quoted;
-        else if (c == separator && !quoted && cells.size() < mostColumns)
-            cells.append(std::exchange(cell, {}));
-        else
-            cell.append(c);
-    }
-    cells.append(cell);
-    return cells;
-}
-
 void fill(Page &page, const DocumentSource &source, const QString &title, const QStringList &lines)
 {
     if (!title.isEmpty())
         page.paragraph(title.left(300), font(titleSize, true, false), 14);
-    if (const auto separator = separatorOf(source, lines)) {
+    const bool isSeparated = source.conformsTo(u"public.comma-separated-values-text");
+    if (const auto separator = DocumentTable::separatorOf(lines, isSeparated)) {
         QList<QStringList> rows;
         for (const QString &line : lines)
-            rows.append(cellsOf(line, *separator));
+            rows.append(DocumentTable::cellsOf(line, *separator, mostColumns));
         page.table(rows);
         return;
     }

@@ -1,0 +1,86 @@
+#include "KPFactsView.h"
+
+#include "KPLook.h"
+
+#include <QDesktopServices>
+#include <QFormLayout>
+#include <QLabel>
+#include <QUrl>
+
+QString KPFactsView::breakable(const QString &text)
+{
+    static constexpr int longestWord = 20;
+    static constexpr QChar maybeBreak(0x200B);
+    QString result;
+    int run = 0;
+    for (const QChar c : text) {
+        result.append(c);
+        run = c.isSpace() || c == u'/' ? 0 : run + 1;
+        if (c == u'/' || (run >= longestWord && !c.isHighSurrogate()))
+            result.append(maybeBreak);
+    }
+    return result;
+}
+
+KPFactsView::KPFactsView(QWidget *parent) : QWidget(parent), m_form(new QFormLayout(this))
+{
+    m_form->setContentsMargins(0, 0, 0, 0);
+    m_form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+    m_form->setRowWrapPolicy(QFormLayout::DontWrapRows);
+    m_form->setLabelAlignment(Qt::AlignLeft | Qt::AlignTop);
+    m_form->setHorizontalSpacing(8);
+    m_form->setVerticalSpacing(4);
+}
+
+static QLabel *nameLabel(const QString &text, const QString &before)
+{
+    // Of several values of one kind the first is named.
+    auto *label = new QLabel(text == before ? QString() : KPFactsView::breakable(text));
+    label->setTextFormat(Qt::PlainText);
+    label->setFont(KPLook::font(KPLook::Type::Facts));
+    label->setAlignment(Qt::AlignTop);
+    label->setForegroundRole(QPalette::PlaceholderText);
+    label->setWordWrap(true);
+    label->setMinimumWidth(84);
+    label->setMaximumWidth(120);
+    return label;
+}
+
+static QLabel *valueLabel(const KPDocumentFacts::Fact &fact)
+{
+    auto *label = new QLabel;
+    label->setFont(KPLook::font(KPLook::Type::Facts));
+    label->setWordWrap(true);
+    label->setMinimumWidth(1);
+    label->setAccessibleName(fact.name + QStringLiteral(": ") + fact.value);
+    if (fact.link.isEmpty()) {
+        label->setTextFormat(Qt::PlainText);
+        label->setText(KPFactsView::breakable(fact.value));
+        label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+        return label;
+    }
+    label->setTextFormat(Qt::RichText);
+    label->setText(
+        QStringLiteral("<a href=\"%1\">%2</a>")
+            .arg(fact.link.toHtmlEscaped(), KPFactsView::breakable(fact.value).toHtmlEscaped()));
+    label->setToolTip(QStringLiteral("<p>%1</p>").arg(fact.link.toHtmlEscaped()));
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::LinksAccessibleByMouse |
+                                   Qt::LinksAccessibleByKeyboard);
+    QObject::connect(label, &QLabel::linkActivated, label,
+                     [link = fact.link] { QDesktopServices::openUrl(QUrl(link)); });
+    return label;
+}
+
+void KPFactsView::setFacts(const QList<KPDocumentFacts::Fact> &facts)
+{
+    if (facts == m_facts)
+        return; // what is selected in it stays so
+    m_facts = facts;
+    while (m_form->rowCount() > 0)
+        m_form->removeRow(0);
+    QString before;
+    for (const KPDocumentFacts::Fact &fact : facts) {
+        m_form->addRow(nameLabel(fact.name, before), valueLabel(fact));
+        before = fact.name;
+    }
+}
