@@ -31,6 +31,9 @@ _murnctl_options() {
             --clean-up --skip-blank --text --profile --save-profile --tag --rating --to --file \
             --resume --discard --json --print0 --help ;;
         ocr) printf '%s\n' --language --redo --force --help ;;
+        combine) printf '%s\n' -o --help ;;
+        open) printf '%s\n' --with --help ;;
+        reveal) printf '%s\n' --help ;;
         index) printf '%s\n' --no-content --json --print0 --help ;;
         info) printf '%s\n' --json --help ;;
         types) printf '%s\n' --extension --tree --all --groups --json --help ;;
@@ -45,7 +48,7 @@ _murnctl() {
         if [[ $cur == -* ]]; then
             _murnctl_offer < <(_murnctl_options)
         else
-            _murnctl_offer <<<$'tags\ntag\ntag-rename\ntag-delete\nrate\nfind\ninfo\ntypes\nquery\nfile\nmanage\nunmanage\npaste\nbackup\nrestore\nhealed\nimport\nthumbnail\nscan\nocr\nindex'
+            _murnctl_offer <<<$'tags\ntag\ntag-rename\ntag-delete\nrate\nfind\ninfo\ntypes\nquery\nfile\nmanage\nunmanage\npaste\nbackup\nrestore\nhealed\nimport\nthumbnail\nscan\nocr\ncombine\nopen\nreveal\nindex'
         fi
         return
     fi

@@ -29,6 +29,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPAccessibleTags">
         <translation>Schlagwörter %1</translation>
     </message>
+    <message id="KPActionBar">
+        <translation>Aktionsleiste</translation>
+    </message>
     <message id="KPAddTag">
         <translation>Tag hinzufügen</translation>
     </message>
@@ -45,6 +48,12 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
         <translation>Diese Schlagwörter ersetzen alle Schlagwörter der Dokumente.</translation>
     </message>
     <message id="KPAndMore" numerus="yes">
+        <translation>
+            <numerusform>und %n weiteres</numerusform>
+            <numerusform>und %n weitere</numerusform>
+        </translation>
+    </message>
+    <message id="KPAndOthers" numerus="yes">
         <translation>
             <numerusform>und %n weiteres</numerusform>
             <numerusform>und %n weitere</numerusform>
@@ -85,6 +94,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPBookmarkBar">
         <translation>Gesicherte Suchen</translation>
+    </message>
+    <message id="KPBookmarkBarEmpty">
+        <translation>Hier stehen gesicherte Suchen und die zuletzt benutzten Schlagwörter und Ordner.</translation>
     </message>
     <message id="KPBookmarkBarMore">
         <translation>Weitere gesicherte Suchen</translation>
@@ -149,11 +161,38 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPCancel">
         <translation>Abbrechen</translation>
     </message>
+    <message id="KPCannotCombine" numerus="yes">
+        <translation>
+            <numerusform>Nichts wurde zusammengefügt: %n Dokument ist nicht zu gebrauchen</numerusform>
+            <numerusform>Nichts wurde zusammengefügt: %n Dokumente sind nicht zu gebrauchen</numerusform>
+        </translation>
+    </message>
+    <message id="KPCannotExportList">
+        <translation>Die Liste wurde nicht exportiert</translation>
+    </message>
+    <message id="KPCannotMail" numerus="yes">
+        <translation>
+            <numerusform>%n Dokument lässt sich nicht mailen</numerusform>
+            <numerusform>%n Dokumente lassen sich nicht mailen</numerusform>
+        </translation>
+    </message>
     <message id="KPCannotOpen">
         <translation>„%1“ konnte nicht geöffnet werden</translation>
     </message>
     <message id="KPCannotPaste">
         <translation>Das Dokument konnte nicht angelegt werden</translation>
+    </message>
+    <message id="KPCannotPrint" numerus="yes">
+        <translation>
+            <numerusform>%n Dokument lässt sich nicht drucken</numerusform>
+            <numerusform>%n Dokumente lassen sich nicht drucken</numerusform>
+        </translation>
+    </message>
+    <message id="KPCannotRecognise" numerus="yes">
+        <translation>
+            <numerusform>Der Text von %n Dokument ließ sich nicht erkennen</numerusform>
+            <numerusform>Der Text von %n Dokumenten ließ sich nicht erkennen</numerusform>
+        </translation>
     </message>
     <message id="KPCannotRename">
         <translation>„%1“ konnte nicht umbenannt werden</translation>
@@ -171,6 +210,12 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
         <translation>
             <numerusform>%1 Dokument konnte nicht in den Papierkorb gelegt werden</numerusform>
             <numerusform>%1 Dokumente konnten nicht in den Papierkorb gelegt werden</numerusform>
+        </translation>
+    </message>
+    <message id="KPCannotUnrecognise" numerus="yes">
+        <translation>
+            <numerusform>%n Dokument blieb, wie es ist</numerusform>
+            <numerusform>%n Dokumente blieben, wie sie sind</numerusform>
         </translation>
     </message>
     <message id="KPChangeExtensionText">
@@ -319,6 +364,60 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPColumnType">
         <translation>Typ</translation>
+    </message>
+    <message id="KPCombine">
+        <translation>PDFs &amp;zusammenfügen …</translation>
+    </message>
+    <message id="KPCombineButton">
+        <translation>&amp;Zusammenfügen</translation>
+    </message>
+    <message id="KPCombineDown">
+        <translation>Nach &amp;unten</translation>
+    </message>
+    <message id="KPCombineHint">
+        <translation>Die Seiten kommen in der Reihenfolge dieser Liste. Die Dokumente selbst bleiben, wie sie sind.</translation>
+    </message>
+    <message id="KPCombineLeftOut" numerus="yes">
+        <translation>
+            <numerusform>%n ausgewähltes Dokument bleibt aus, weil es kein PDF ist.</numerusform>
+            <numerusform>%n ausgewählte Dokumente bleiben aus, weil sie keine PDFs sind.</numerusform>
+        </translation>
+    </message>
+    <message id="KPCombineName">
+        <translation>Name</translation>
+    </message>
+    <message id="KPCombineNeedsTwo">
+        <translation>Wählen Sie mindestens zwei PDF-Dokumente aus.</translation>
+    </message>
+    <message id="KPCombineRemove">
+        <translation>&amp;Auslassen</translation>
+    </message>
+    <message id="KPCombineSort">
+        <translation>Nach &amp;Namen ordnen</translation>
+    </message>
+    <message id="KPCombineStopNote">
+        <translation>Beim Anhalten entsteht kein neues Dokument.</translation>
+    </message>
+    <message id="KPCombineTitle">
+        <translation>PDF-Dokumente zusammenfügen</translation>
+    </message>
+    <message id="KPCombineTooMany">
+        <translation>Höchstens %1 Dokumente lassen sich auf einmal zusammenfügen.</translation>
+    </message>
+    <message id="KPCombineUp">
+        <translation>Nach &amp;oben</translation>
+    </message>
+    <message id="KPCombinedName">
+        <translation>%1 zusammengefügt</translation>
+    </message>
+    <message id="KPCombinedNotMarked">
+        <translation>„%1“ wurde angelegt, ist aber kein Dokument der Bibliothek</translation>
+    </message>
+    <message id="KPCombiningItems" numerus="yes">
+        <translation>
+            <numerusform>%n Dokument wird zusammengefügt</numerusform>
+            <numerusform>%n Dokumente werden zusammengefügt</numerusform>
+        </translation>
     </message>
     <message id="KPComment">
         <translation>Kommentar</translation>
@@ -622,6 +721,27 @@ Absturzberichte erlauben?</translation>
     </message>
     <message id="KPEditingName">
         <translation>Dokumente werden geändert</translation>
+    </message>
+    <message id="KPExportList">
+        <translation>&amp;Liste exportieren …</translation>
+    </message>
+    <message id="KPExportListFilter">
+        <translation>Durch Kommas getrennte Werte</translation>
+    </message>
+    <message id="KPExportListName">
+        <translation>Dokumente</translation>
+    </message>
+    <message id="KPExportListTitle">
+        <translation>Ergebnisliste exportieren</translation>
+    </message>
+    <message id="KPExportStopNote">
+        <translation>Beim Anhalten wird keine Datei geschrieben.</translation>
+    </message>
+    <message id="KPExportingList" numerus="yes">
+        <translation>
+            <numerusform>Liste von %n Dokument wird exportiert</numerusform>
+            <numerusform>Liste von %n Dokumenten wird exportiert</numerusform>
+        </translation>
     </message>
     <message id="KPExtensionTypeTemplate">
         <translation>%1-Datei</translation>
@@ -953,6 +1073,9 @@ Absturzberichte erlauben?</translation>
     <message id="KPHealed">
         <translation>Ein Programm ließ die Schlagwörter fallen; sie wurden am %1 zurückgegeben: %2</translation>
     </message>
+    <message id="KPHide">
+        <translation>A&amp;usblenden</translation>
+    </message>
     <message id="KPHideActionBar">
         <translation>Aktionsleiste ausblenden</translation>
     </message>
@@ -1193,6 +1316,39 @@ Absturzberichte erlauben?</translation>
     <message id="KPLoupeWider">
         <translation>Größere Lupe</translation>
     </message>
+    <message id="KPMail">
+        <translation>&amp;Mailen …</translation>
+    </message>
+    <message id="KPMailManyButton">
+        <translation>Anhängen</translation>
+    </message>
+    <message id="KPMailManyText">
+        <translation>Zusammen haben sie %1. Viele Mailserver weisen große Nachrichten ab.</translation>
+    </message>
+    <message id="KPMailManyTitle" numerus="yes">
+        <translation>
+            <numerusform>%n Dokument an eine Nachricht anhängen?</numerusform>
+            <numerusform>%n Dokumente an eine Nachricht anhängen?</numerusform>
+        </translation>
+    </message>
+    <message id="KPMailNobody">
+        <translation>Es wurde kein Mailprogramm gefunden.</translation>
+    </message>
+    <message id="KPMailNotAFile">
+        <translation>nur Dateien lassen sich anhängen, keine Ordner oder Pakete</translation>
+    </message>
+    <message id="KPMailPreparing" numerus="yes">
+        <translation>
+            <numerusform>%n Dokument wird angehängt</numerusform>
+            <numerusform>%n Dokumente werden angehängt</numerusform>
+        </translation>
+    </message>
+    <message id="KPMailRefused">
+        <translation>Das Mailprogramm hat die Dokumente nicht angenommen.</translation>
+    </message>
+    <message id="KPMailTooMany">
+        <translation>Höchstens %1 Dokumente lassen sich auf einmal mailen.</translation>
+    </message>
     <message id="KPManage">
         <translation>Als Dokument der Bibliothek &amp;markieren</translation>
     </message>
@@ -1325,17 +1481,29 @@ Absturzberichte erlauben?</translation>
     <message id="KPNoTextRecognition">
         <translation>Zum Erkennen von Text wird das Paket „tesseract-ocr“ benötigt.</translation>
     </message>
+    <message id="KPNotAPDF">
+        <translation>kein PDF-Dokument</translation>
+    </message>
     <message id="KPNotAPicture">
         <translation>Das ist kein Bild.</translation>
     </message>
     <message id="KPNotAnswering">
         <translation>Murn läuft, antwortet aber nicht: %1</translation>
     </message>
+    <message id="KPNotCombined">
+        <translation>Die Dokumente wurden nicht zusammengefügt</translation>
+    </message>
     <message id="KPNotIndexed">
         <translation>„%1“ ist nicht indiziert</translation>
     </message>
     <message id="KPNotIndexedHint">
         <translation>Dokumente werden in indizierten Ordnern gefunden. Einmal hinzugefügt, bleibt dieser von selbst aktuell.</translation>
+    </message>
+    <message id="KPNotMailed">
+        <translation>Die Dokumente wurden keinem Mailprogramm übergeben</translation>
+    </message>
+    <message id="KPNotRecognised">
+        <translation>Es wurde kein Text erkannt</translation>
     </message>
     <message id="KPNothingSelected">
         <translation>Ausgewählte Dokumente zeigen hier ihre Schlagwörter und ihre Bewertung.</translation>
@@ -1357,6 +1525,9 @@ Absturzberichte erlauben?</translation>
     </message>
     <message id="KPOpenWith">
         <translation>Öffnen mit</translation>
+    </message>
+    <message id="KPOpenWithOther">
+        <translation>&amp;Anderes …</translation>
     </message>
     <message id="KPOptionFileClipboard">
         <translation>Ablegen, was kopiert wurde, sobald Sie zustimmen.</translation>
@@ -1448,6 +1619,36 @@ Absturzberichte erlauben?</translation>
     <message id="KPPreviousPage">
         <translation>Vorige Seite</translation>
     </message>
+    <message id="KPPrint">
+        <translation>&amp;Drucken …</translation>
+    </message>
+    <message id="KPPrintManyButton">
+        <translation>Anzeigen</translation>
+    </message>
+    <message id="KPPrintManyText">
+        <translation>Die Dokumente haben mehr Seiten. Drucken Sie die übrigen danach.</translation>
+    </message>
+    <message id="KPPrintManyTitle">
+        <translation>Die ersten %1 Seiten drucken?</translation>
+    </message>
+    <message id="KPPrintNoSpace">
+        <translation>für seine Seiten ist kein Platz</translation>
+    </message>
+    <message id="KPPrintPreparing" numerus="yes">
+        <translation>
+            <numerusform>Die Seiten von %n Dokument werden gezeichnet</numerusform>
+            <numerusform>Die Seiten von %n Dokumenten werden gezeichnet</numerusform>
+        </translation>
+    </message>
+    <message id="KPPrintStopNote">
+        <translation>Beim Anhalten wird nichts weiter gedruckt.</translation>
+    </message>
+    <message id="KPPrintTitle">
+        <translation>Drucken</translation>
+    </message>
+    <message id="KPPrintingPages">
+        <translation>Es wird gedruckt</translation>
+    </message>
     <message id="KPProblemCount" numerus="yes">
         <translation>
             <numerusform>%n Problem</numerusform>
@@ -1456,6 +1657,15 @@ Absturzberichte erlauben?</translation>
     </message>
     <message id="KPProblemsTitle">
         <translation>Nicht alles wird gefunden oder ist aktuell</translation>
+    </message>
+    <message id="KPProgramFilter">
+        <translation>Programm suchen</translation>
+    </message>
+    <message id="KPProgramOpen">
+        <translation>Ö&amp;ffnen</translation>
+    </message>
+    <message id="KPProgramTitle">
+        <translation>Öffnen mit</translation>
     </message>
     <message id="KPPutInFiledDocuments">
         <translation>In „Filed Documents“ &amp;ablegen</translation>
@@ -1526,11 +1736,38 @@ Absturzberichte erlauben?</translation>
     <message id="KPReasonUnsupported">
         <translation>der Datenträger kann keine Schlagwörter aufnehmen</translation>
     </message>
+    <message id="KPRebuildAllThumbnails">
+        <translation>Alle Bilder neu zeichnen</translation>
+    </message>
     <message id="KPRebuildThumbnails">
         <translation>Bilder neu zeichnen</translation>
     </message>
     <message id="KPRecentSearches">
         <translation>Letzte Suchen</translation>
+    </message>
+    <message id="KPRecogniseNoPDF">
+        <translation>Keines der Dokumente ist ein PDF.</translation>
+    </message>
+    <message id="KPRecogniseStopNote">
+        <translation>Sie können weiterarbeiten. Beim Anhalten bleibt das Dokument, das in Arbeit ist, wie es war.</translation>
+    </message>
+    <message id="KPRecogniseText">
+        <translation>&amp;Text erkennen</translation>
+    </message>
+    <message id="KPRecognised" numerus="yes">
+        <translation>
+            <numerusform>Auf %n Seite wurde Text erkannt</numerusform>
+            <numerusform>Auf %n Seiten wurde Text erkannt</numerusform>
+        </translation>
+    </message>
+    <message id="KPRecognisedNothing">
+        <translation>Es gab keine Seite ohne Text</translation>
+    </message>
+    <message id="KPRecognising" numerus="yes">
+        <translation>
+            <numerusform>Text in %n Dokument wird erkannt</numerusform>
+            <numerusform>Text in %n Dokumenten wird erkannt</numerusform>
+        </translation>
     </message>
     <message id="KPRedo">
         <translation>&amp;Wiederholen</translation>
@@ -1888,6 +2125,9 @@ Absturzberichte erlauben?</translation>
     </message>
     <message id="KPShowLoupeMenuItem">
         <translation>Lupe einblenden</translation>
+    </message>
+    <message id="KPShowPackageContents">
+        <translation>Paket&amp;inhalt zeigen</translation>
     </message>
     <message id="KPShowSimilar">
         <translation>Ähnliche Dokumente zeigen</translation>
@@ -2312,6 +2552,12 @@ Absturzberichte erlauben?</translation>
     <message id="KPUndo">
         <translation>&amp;Rückgängig</translation>
     </message>
+    <message id="KPUndoCombine" numerus="yes">
+        <translation>
+            <numerusform>Zusammenfügen von %n Dokument</numerusform>
+            <numerusform>Zusammenfügen von %n Dokumenten</numerusform>
+        </translation>
+    </message>
     <message id="KPUndoComment" numerus="yes">
         <translation>
             <numerusform>Kommentar von %n Dokument</numerusform>
@@ -2366,6 +2612,12 @@ Absturzberichte erlauben?</translation>
             <numerusform>Bewertung von %n Dokumenten</numerusform>
         </translation>
     </message>
+    <message id="KPUndoRecognise" numerus="yes">
+        <translation>
+            <numerusform>Texterkennung in %n Dokument</numerusform>
+            <numerusform>Texterkennung in %n Dokumenten</numerusform>
+        </translation>
+    </message>
     <message id="KPUndoRename">
         <translation>Umbenennen</translation>
     </message>
@@ -2399,11 +2651,20 @@ Absturzberichte erlauben?</translation>
     <message id="KPUnflag">
         <translation>Markierung entfernen</translation>
     </message>
+    <message id="KPUnhide">
+        <translation>Wieder &amp;zeigen</translation>
+    </message>
     <message id="KPUnknownUTITagTemplate">
         <translation>Unbekannte Art %1</translation>
     </message>
     <message id="KPUnmanage">
         <translation>Aus der &amp;Bibliothek entfernen</translation>
+    </message>
+    <message id="KPUnrecognising" numerus="yes">
+        <translation>
+            <numerusform>Erkannter Text wird von %n Dokument genommen</numerusform>
+            <numerusform>Erkannter Text wird von %n Dokumenten genommen</numerusform>
+        </translation>
     </message>
     <message id="KPUntaggedDocuments">
         <translation>Dokumente &amp;ohne Tags</translation>

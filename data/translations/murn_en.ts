@@ -31,6 +31,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPAccessibleTags">
         <translation>tags %1</translation>
     </message>
+    <message id="KPActionBar">
+        <translation>Action Bar</translation>
+    </message>
     <message id="KPAddTag">
         <translation>Add a tag</translation>
     </message>
@@ -50,6 +53,12 @@ Free software under the GNU General Public License, version 3 or later.</transla
         <translation>
             <numerusform>and %n more</numerusform>
             <numerusform>and %n more</numerusform>
+        </translation>
+    </message>
+    <message id="KPAndOthers" numerus="yes">
+        <translation>
+            <numerusform>and %n other</numerusform>
+            <numerusform>and %n others</numerusform>
         </translation>
     </message>
     <message id="KPAnyRating">
@@ -87,6 +96,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPBookmarkBar">
         <translation>Saved Searches</translation>
+    </message>
+    <message id="KPBookmarkBarEmpty">
+        <translation>Searches that you keep, and tags and folders used last, stand here.</translation>
     </message>
     <message id="KPBookmarkBarMore">
         <translation>More saved searches</translation>
@@ -151,11 +163,38 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPCancel">
         <translation>Cancel</translation>
     </message>
+    <message id="KPCannotCombine" numerus="yes">
+        <translation>
+            <numerusform>Nothing was combined: %n document cannot be taken</numerusform>
+            <numerusform>Nothing was combined: %n documents cannot be taken</numerusform>
+        </translation>
+    </message>
+    <message id="KPCannotExportList">
+        <translation>The list was not exported</translation>
+    </message>
+    <message id="KPCannotMail" numerus="yes">
+        <translation>
+            <numerusform>%n document cannot be mailed</numerusform>
+            <numerusform>%n documents cannot be mailed</numerusform>
+        </translation>
+    </message>
     <message id="KPCannotOpen">
         <translation>“%1” could not be opened</translation>
     </message>
     <message id="KPCannotPaste">
         <translation>The document could not be made</translation>
+    </message>
+    <message id="KPCannotPrint" numerus="yes">
+        <translation>
+            <numerusform>%n document cannot be printed</numerusform>
+            <numerusform>%n documents cannot be printed</numerusform>
+        </translation>
+    </message>
+    <message id="KPCannotRecognise" numerus="yes">
+        <translation>
+            <numerusform>The text of %n document could not be recognised</numerusform>
+            <numerusform>The text of %n documents could not be recognised</numerusform>
+        </translation>
     </message>
     <message id="KPCannotRename">
         <translation>“%1” could not be renamed</translation>
@@ -173,6 +212,12 @@ Free software under the GNU General Public License, version 3 or later.</transla
         <translation>
             <numerusform>%1 document could not be moved to the trash</numerusform>
             <numerusform>%1 documents could not be moved to the trash</numerusform>
+        </translation>
+    </message>
+    <message id="KPCannotUnrecognise" numerus="yes">
+        <translation>
+            <numerusform>%n document was left as it is</numerusform>
+            <numerusform>%n documents were left as they are</numerusform>
         </translation>
     </message>
     <message id="KPChangeExtensionText">
@@ -321,6 +366,60 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPColumnType">
         <translation>Type</translation>
+    </message>
+    <message id="KPCombine">
+        <translation>&amp;Combine PDFs…</translation>
+    </message>
+    <message id="KPCombineButton">
+        <translation>&amp;Combine</translation>
+    </message>
+    <message id="KPCombineDown">
+        <translation>Move &amp;Down</translation>
+    </message>
+    <message id="KPCombineHint">
+        <translation>The pages come in the order of this list. The documents themselves stay as they are.</translation>
+    </message>
+    <message id="KPCombineLeftOut" numerus="yes">
+        <translation>
+            <numerusform>%n selected document is left out, as it is no PDF.</numerusform>
+            <numerusform>%n selected documents are left out, as they are no PDFs.</numerusform>
+        </translation>
+    </message>
+    <message id="KPCombineName">
+        <translation>Name</translation>
+    </message>
+    <message id="KPCombineNeedsTwo">
+        <translation>Select at least two PDF documents.</translation>
+    </message>
+    <message id="KPCombineRemove">
+        <translation>&amp;Leave Out</translation>
+    </message>
+    <message id="KPCombineSort">
+        <translation>&amp;Sort by Name</translation>
+    </message>
+    <message id="KPCombineStopNote">
+        <translation>When you stop, no new document is made.</translation>
+    </message>
+    <message id="KPCombineTitle">
+        <translation>Combine PDF Documents</translation>
+    </message>
+    <message id="KPCombineTooMany">
+        <translation>At most %1 documents can be combined at once.</translation>
+    </message>
+    <message id="KPCombineUp">
+        <translation>Move &amp;Up</translation>
+    </message>
+    <message id="KPCombinedName">
+        <translation>%1 combined</translation>
+    </message>
+    <message id="KPCombinedNotMarked">
+        <translation>“%1” was made, but is no document of the library</translation>
+    </message>
+    <message id="KPCombiningItems" numerus="yes">
+        <translation>
+            <numerusform>Combining %n document</numerusform>
+            <numerusform>Combining %n documents</numerusform>
+        </translation>
     </message>
     <message id="KPComment">
         <translation>Comment</translation>
@@ -624,6 +723,27 @@ Allow crash reporting?</translation>
     </message>
     <message id="KPEditingName">
         <translation>Changing documents</translation>
+    </message>
+    <message id="KPExportList">
+        <translation>E&amp;xport List…</translation>
+    </message>
+    <message id="KPExportListFilter">
+        <translation>Comma-separated values</translation>
+    </message>
+    <message id="KPExportListName">
+        <translation>Documents</translation>
+    </message>
+    <message id="KPExportListTitle">
+        <translation>Export List of Results</translation>
+    </message>
+    <message id="KPExportStopNote">
+        <translation>When you stop, no file is written.</translation>
+    </message>
+    <message id="KPExportingList" numerus="yes">
+        <translation>
+            <numerusform>Exporting the list of %n document</numerusform>
+            <numerusform>Exporting the list of %n documents</numerusform>
+        </translation>
     </message>
     <message id="KPExtensionTypeTemplate">
         <translation>%1 file</translation>
@@ -955,6 +1075,9 @@ Allow crash reporting?</translation>
     <message id="KPHealed">
         <translation>A program dropped the tags; they were put back on %1: %2</translation>
     </message>
+    <message id="KPHide">
+        <translation>&amp;Hide</translation>
+    </message>
     <message id="KPHideActionBar">
         <translation>Hide Action Bar</translation>
     </message>
@@ -1195,6 +1318,39 @@ Allow crash reporting?</translation>
     <message id="KPLoupeWider">
         <translation>Larger Loupe</translation>
     </message>
+    <message id="KPMail">
+        <translation>&amp;Mail…</translation>
+    </message>
+    <message id="KPMailManyButton">
+        <translation>Attach</translation>
+    </message>
+    <message id="KPMailManyText">
+        <translation>Together they have %1. Many mail servers refuse large messages.</translation>
+    </message>
+    <message id="KPMailManyTitle" numerus="yes">
+        <translation>
+            <numerusform>Attach %n document to a message?</numerusform>
+            <numerusform>Attach %n documents to a message?</numerusform>
+        </translation>
+    </message>
+    <message id="KPMailNobody">
+        <translation>No mail program was found.</translation>
+    </message>
+    <message id="KPMailNotAFile">
+        <translation>only files can be attached, not folders or packages</translation>
+    </message>
+    <message id="KPMailPreparing" numerus="yes">
+        <translation>
+            <numerusform>Attaching %n document</numerusform>
+            <numerusform>Attaching %n documents</numerusform>
+        </translation>
+    </message>
+    <message id="KPMailRefused">
+        <translation>The mail program did not take the documents.</translation>
+    </message>
+    <message id="KPMailTooMany">
+        <translation>At most %1 documents can be mailed at once.</translation>
+    </message>
     <message id="KPManage">
         <translation>&amp;Mark as Document of the Library</translation>
     </message>
@@ -1327,17 +1483,29 @@ Allow crash reporting?</translation>
     <message id="KPNoTextRecognition">
         <translation>Recognising text needs the package “tesseract-ocr”.</translation>
     </message>
+    <message id="KPNotAPDF">
+        <translation>no PDF document</translation>
+    </message>
     <message id="KPNotAPicture">
         <translation>This is no picture.</translation>
     </message>
     <message id="KPNotAnswering">
         <translation>Murn is running but does not answer: %1</translation>
     </message>
+    <message id="KPNotCombined">
+        <translation>The documents were not combined</translation>
+    </message>
     <message id="KPNotIndexed">
         <translation>“%1” is not indexed</translation>
     </message>
     <message id="KPNotIndexedHint">
         <translation>Documents are found in indexed folders. Once added, this one stays up to date by itself.</translation>
+    </message>
+    <message id="KPNotMailed">
+        <translation>The documents were not handed to a mail program</translation>
+    </message>
+    <message id="KPNotRecognised">
+        <translation>No text was recognised</translation>
     </message>
     <message id="KPNothingSelected">
         <translation>Select documents to see and change their tags and rating.</translation>
@@ -1359,6 +1527,9 @@ Allow crash reporting?</translation>
     </message>
     <message id="KPOpenWith">
         <translation>Open With</translation>
+    </message>
+    <message id="KPOpenWithOther">
+        <translation>&amp;Other…</translation>
     </message>
     <message id="KPOptionFileClipboard">
         <translation>File what was copied, once you agree.</translation>
@@ -1450,6 +1621,36 @@ Allow crash reporting?</translation>
     <message id="KPPreviousPage">
         <translation>Previous page</translation>
     </message>
+    <message id="KPPrint">
+        <translation>&amp;Print…</translation>
+    </message>
+    <message id="KPPrintManyButton">
+        <translation>Show Them</translation>
+    </message>
+    <message id="KPPrintManyText">
+        <translation>The documents have more pages. Print the others afterwards.</translation>
+    </message>
+    <message id="KPPrintManyTitle">
+        <translation>Print the first %1 pages?</translation>
+    </message>
+    <message id="KPPrintNoSpace">
+        <translation>there is no room for its pages</translation>
+    </message>
+    <message id="KPPrintPreparing" numerus="yes">
+        <translation>
+            <numerusform>Drawing the pages of %n document</numerusform>
+            <numerusform>Drawing the pages of %n documents</numerusform>
+        </translation>
+    </message>
+    <message id="KPPrintStopNote">
+        <translation>When you stop, nothing more is printed.</translation>
+    </message>
+    <message id="KPPrintTitle">
+        <translation>Print</translation>
+    </message>
+    <message id="KPPrintingPages">
+        <translation>Printing</translation>
+    </message>
     <message id="KPProblemCount" numerus="yes">
         <translation>
             <numerusform>%n problem</numerusform>
@@ -1458,6 +1659,15 @@ Allow crash reporting?</translation>
     </message>
     <message id="KPProblemsTitle">
         <translation>Not everything is found or up to date</translation>
+    </message>
+    <message id="KPProgramFilter">
+        <translation>Find a program</translation>
+    </message>
+    <message id="KPProgramOpen">
+        <translation>&amp;Open</translation>
+    </message>
+    <message id="KPProgramTitle">
+        <translation>Open With</translation>
     </message>
     <message id="KPPutInFiledDocuments">
         <translation>&amp;Put in Filed Documents</translation>
@@ -1528,11 +1738,38 @@ Allow crash reporting?</translation>
     <message id="KPReasonUnsupported">
         <translation>its disk cannot hold tags</translation>
     </message>
+    <message id="KPRebuildAllThumbnails">
+        <translation>Redraw All Pictures</translation>
+    </message>
     <message id="KPRebuildThumbnails">
         <translation>Redraw Pictures</translation>
     </message>
     <message id="KPRecentSearches">
         <translation>Recent Searches</translation>
+    </message>
+    <message id="KPRecogniseNoPDF">
+        <translation>None of the documents is a PDF.</translation>
+    </message>
+    <message id="KPRecogniseStopNote">
+        <translation>You can go on working. When you stop, the document at work stays as it was.</translation>
+    </message>
+    <message id="KPRecogniseText">
+        <translation>&amp;Recognise Text</translation>
+    </message>
+    <message id="KPRecognised" numerus="yes">
+        <translation>
+            <numerusform>Text was recognised on %n page</numerusform>
+            <numerusform>Text was recognised on %n pages</numerusform>
+        </translation>
+    </message>
+    <message id="KPRecognisedNothing">
+        <translation>There was no page without text</translation>
+    </message>
+    <message id="KPRecognising" numerus="yes">
+        <translation>
+            <numerusform>Recognising text in %n document</numerusform>
+            <numerusform>Recognising text in %n documents</numerusform>
+        </translation>
     </message>
     <message id="KPRedo">
         <translation>&amp;Redo</translation>
@@ -1890,6 +2127,9 @@ Allow crash reporting?</translation>
     </message>
     <message id="KPShowLoupeMenuItem">
         <translation>Show Loupe</translation>
+    </message>
+    <message id="KPShowPackageContents">
+        <translation>Show Package Con&amp;tents</translation>
     </message>
     <message id="KPShowSimilar">
         <translation>Show Similar Documents</translation>
@@ -2314,6 +2554,12 @@ Allow crash reporting?</translation>
     <message id="KPUndo">
         <translation>&amp;Undo</translation>
     </message>
+    <message id="KPUndoCombine" numerus="yes">
+        <translation>
+            <numerusform>Combining of %n document</numerusform>
+            <numerusform>Combining of %n documents</numerusform>
+        </translation>
+    </message>
     <message id="KPUndoComment" numerus="yes">
         <translation>
             <numerusform>Comment of %n document</numerusform>
@@ -2368,6 +2614,12 @@ Allow crash reporting?</translation>
             <numerusform>Rating of %n documents</numerusform>
         </translation>
     </message>
+    <message id="KPUndoRecognise" numerus="yes">
+        <translation>
+            <numerusform>Text Recognition in %n document</numerusform>
+            <numerusform>Text Recognition in %n documents</numerusform>
+        </translation>
+    </message>
     <message id="KPUndoRename">
         <translation>Rename</translation>
     </message>
@@ -2401,11 +2653,20 @@ Allow crash reporting?</translation>
     <message id="KPUnflag">
         <translation>Remove Flag</translation>
     </message>
+    <message id="KPUnhide">
+        <translation>&amp;Show Again</translation>
+    </message>
     <message id="KPUnknownUTITagTemplate">
         <translation>Unknown type %1</translation>
     </message>
     <message id="KPUnmanage">
         <translation>Remove from &amp;Library</translation>
+    </message>
+    <message id="KPUnrecognising" numerus="yes">
+        <translation>
+            <numerusform>Taking recognised text off %n document</numerusform>
+            <numerusform>Taking recognised text off %n documents</numerusform>
+        </translation>
     </message>
     <message id="KPUntaggedDocuments">
         <translation>&amp;Untagged Documents</translation>

@@ -19,6 +19,7 @@
 #include "KPSearcher.h"
 #include "KPStatusItem.h"
 #include "KPTagBackup.h"
+#include "KPUntaggedBadge.h"
 #include "KPWelcome.h"
 #include "Karvex.h"
 #include "KarvexBackupFile.h"
@@ -91,7 +92,6 @@ KPAppDelegate::~KPAppDelegate()
 void KPAppDelegate::applicationWillFinishLaunching()
 {
     xpGuiThread.assertHere();
-    m_startDate = QDateTime::currentDateTimeUtc();
     KPDocIcons::registerIcons();
     m_index = std::make_unique<KPIndexSession>();
     installServices();
@@ -205,6 +205,9 @@ void KPAppDelegate::observeSettings()
            [this](const PropertyValue &key) { followHotKey(key); });
     follow(QStringLiteral("KPShowStatusItem"),
            [this](const PropertyValue &on) { followStatusItem(on.boolValue()); });
+    m_untagged = std::make_unique<KPUntaggedBadge>(m_index->source());
+    connect(m_untagged.get(), &KPUntaggedBadge::numberChanged, this,
+            &KPAppDelegate::updateApplicationBadgeWithNumber);
 }
 
 void KPAppDelegate::askForCrashReports()
@@ -329,6 +332,8 @@ void KPAppDelegate::applicationWillTerminate()
     XPFiledDocuments::cleanup();
     m_observations.clear();
     m_upkeep.reset();
+    m_untagged.reset();
+    updateApplicationBadgeWithNumber(0); // nobody counts any more
     m_controller.reset();
     m_backup.reset();
     KPQuickLook::shutDown();

@@ -7,7 +7,6 @@
 #include "XPActivation.h"
 #include "XPNotificationCenter.h"
 
-#include <QDateTime>
 #include <QObject>
 #include <chrono>
 #include <memory>
@@ -19,6 +18,7 @@ class KPFilingUpkeep;
 class KPIndexSession;
 class KPStatusItem;
 class KPTagBackup;
+class KPUntaggedBadge;
 class XPApplicationBus;
 class XPGlobalShortcut;
 class XPPasteboard;
@@ -43,7 +43,6 @@ public:
     void applicationWillFinishLaunching();
     void applicationDidFinishLaunching();
     bool isFinishedLaunching() const { return m_isFinishedLaunching; }
-    const QDateTime &startDate() const { return m_startDate; }
 
     void applicationDidBecomeActive();
     void applicationDidResignActive();
@@ -59,7 +58,6 @@ public:
     // Files that were opened on the program are marked where they lie and shown; a list of folders
     // is shown as it is. False: there is nothing, or the last one does not exist. Before there is a
     // window: true, and they are shown once there is one.
-    bool openFile(const QString &path);
     bool openFiles(const QStringList &paths);
     // False: no address that is understood, or that of a file which does not exist.
     bool handleOpenUrl(const QString &url);
@@ -108,7 +106,6 @@ private:
     const KPCommandLine m_line;
     XPApplicationBus *const m_bus;
     bool m_isFinishedLaunching = false;
-    QDateTime m_startDate;
     std::chrono::milliseconds m_patience;
     QStringList m_pendingFiles;
     QStringList m_pendingUrls;
@@ -120,6 +117,7 @@ private:
     std::unique_ptr<KPController> m_controller;
     std::unique_ptr<KPFilingUpkeep> m_upkeep;
     std::unique_ptr<KPStatusItem> m_statusItem;
+    std::unique_ptr<KPUntaggedBadge> m_untagged;
     std::unique_ptr<XPGlobalShortcut> m_shortcut;
     std::vector<XPObservation> m_observations;
 };

@@ -55,12 +55,6 @@ void KPAppDelegate::shouldHandleReopen(const XPActivation &activation)
 
 // --- Files
 
-bool KPAppDelegate::openFile(const QString &path)
-{
-    openFiles({path});
-    return true;
-}
-
 static bool exists(const QString &path)
 {
     return XPFileInfo::read(path).hasValue();
@@ -167,19 +161,9 @@ void KPAppDelegate::selectLater(const QStringList &paths)
 // Unless the user looks at something else by now.
 void KPAppDelegate::select(const QStringList &paths)
 {
-    const KPSearcher &searcher = m_controller->searcher();
-    if (!searcher.searchState() || searcher.searchState()->fileListSearch() != paths)
-        return;
-    const KPDocArray &shown = searcher.currentSearchResults();
-    KPDoc *const first = KPDocCache::docAtPathIfExists(paths.first());
-    if (std::find(shown.begin(), shown.end(), first) != shown.end()) {
-        m_controller->showDocuments(paths);
-        m_controller->editTags();
-    } else if (searcher.isSearching()) {
-        connect(
-            &searcher, &KPSearcher::finished, m_controller.get(), [this, paths] { select(paths); },
-            Qt::SingleShotConnection);
-    }
+    const KPSearchState::Ptr state = m_controller->searcher().searchState();
+    if (state && state->fileListSearch() == paths)
+        m_controller->selectAndEditTags(paths);
 }
 
 void KPAppDelegate::showFolders(const QStringList &folders)

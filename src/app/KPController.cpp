@@ -1,7 +1,9 @@
 #include "KPController.h"
 
+#include "KPActionBar.h"
 #include "KPAppDelegate.h"
 #include "KPCrumbController.h"
+#include "KPDocumentCommands.h"
 #include "KPEditHistory.h"
 #include "KPFilingCommands.h"
 #include "KPIndexMonitor.h"
@@ -59,6 +61,8 @@ KPController::KPController(IndexSource &source, const QStringList &folders, KPIn
     theController = this;
     m_searcher->setShowsAllDocuments(true);
     m_filing = std::make_unique<KPFilingCommands>(*m_library, *m_edits);
+    m_documents = std::make_unique<KPDocumentCommands>(
+        *m_library, m_library->currentSearchController(), *m_edits);
     m_sides = std::make_unique<KPSidePanels>(*this, source, *m_edits);
     m_preview = std::make_unique<KPPreviewController>(*m_library, m_looks, this);
     buildCommands();
@@ -94,6 +98,7 @@ void KPController::buildWindow()
     m_toolBar = new KPToolBar(m_commands.get(), m_searchField);
     addToolBar(m_toolBar);
     setContextMenuPolicy(Qt::NoContextMenu); // the toolbar cannot be hidden by accident
+    m_panels->addPanel(Place::ActionBar, new KPActionBar(*m_commands));
     m_panels->addPanel(Place::Library, m_library->widget());
     m_panels->addPanel(Place::Inspector, m_inspector);
     setCentralWidget(m_panels);
@@ -108,11 +113,12 @@ void KPController::buildCommands()
 {
     for (const QList<KPCommand> &table :
          {fileCommands(), editCommands(), m_library->commands(), documentCommands(),
-           m_preview->commands(), m_filing->commands(), searchCommands(), panelCommands(),
-           goCommands(), m_sides->commands(), tagCommands(), helpCommands()})
+           m_preview->commands(), m_filing->commands(), m_documents->commands(), searchCommands(),
+           panelCommands(), goCommands(), m_sides->commands(), tagCommands(), helpCommands()})
         m_commands->add(table);
     if (KPAppDelegate *delegate = KPAppDelegate::instance())
         m_commands->add(delegate->commands());
+    m_commands->add(endCommands());
     m_commands->fill(menuBar());
     m_searchField->setModeActions({m_commands->action("KPSearchModeSpotlight"),
                                    m_commands->action("KPSearchModeFilenameFilter")});

@@ -15,6 +15,7 @@
 
 class IndexSource;
 class KPCrumbController;
+class KPDocumentCommands;
 class KPEditHistory;
 class KPEditWorker;
 class KPFilingCommands;
@@ -72,19 +73,13 @@ public:
     // From another program: 1 to 74 characters search, if nothing else is being looked for here.
     void performSpotlightSearchFromExternalAppWithString(const QString &text);
     void globalHotKeyPressed(); // the same with the clipboard's text
-    void spotlightReplacementAction();
 
     const KPHistory &history() const { return m_history; }
     void backAction();
     void forwardAction();
     void allAction();
-    void showUntaggedDocumentsAction(); // with Alt held: the tagged ones
     void goToTodaysFiledDocuments();
     void searchModeSpotlight();
-    void searchModeFilenameFilter();
-    void refreshSearch();
-    void findDocumentsAction();
-    void scanAction(); // the scan window
 
     // --- The window
 
@@ -111,6 +106,8 @@ public:
     void showInformation(const QStringList &paths);
     void showHistory();
     void editTags();
+    // Selects them as soon as they are shown, and asks for their tags.
+    void selectAndEditTags(const QStringList &paths);
 
 Q_SIGNALS:
     void currentSearchSavableChanged(bool isSavable);
@@ -125,6 +122,7 @@ private:
     void buildWindow();
     void buildCommands();
     QList<KPCommand> fileCommands();
+    QList<KPCommand> endCommands();
     QList<KPCommand> editCommands();
     QList<KPCommand> searchCommands();
     QList<KPCommand> panelCommands();
@@ -143,6 +141,12 @@ private:
     void modifiersChanged(Qt::KeyboardModifiers modifiers);
 
     // Searching.
+    void spotlightReplacementAction();
+    void showUntaggedDocumentsAction(); // with Alt held: the tagged ones
+    void searchModeFilenameFilter();
+    void refreshSearch();
+    void findDocumentsAction();
+    void scanAction(); // the scan window
     void setSearchFieldString(const QString &text);
     void userTypingIntoSearchField();
     void userDoneTyping();
@@ -170,6 +174,8 @@ private:
     QStringList foldersNotIndexed() const;
 
     // Documents.
+    void editTags();
+    void cancel(); // Escape
     void openFolder();
     void showAllIn(const QStringList &folders);
     void indexFolders();
@@ -214,6 +220,7 @@ private:
     std::unique_ptr<KPPreviewController> m_preview;
     std::unique_ptr<KPCommands> m_commands;
     std::unique_ptr<KPFilingCommands> m_filing;
+    std::unique_ptr<KPDocumentCommands> m_documents;
     std::unique_ptr<KPSearchPopup> m_popup;
     std::unique_ptr<XPScanController> m_scans; // made when it is first asked for
 

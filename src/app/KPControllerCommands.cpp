@@ -32,6 +32,13 @@ QList<KPCommand> KPController::fileCommands()
          .run = [this] { scanAction(); },
          .symbol = "scan",
          .endsGroup = true},
+    };
+}
+
+// The last ones of the first menu.
+QList<KPCommand> KPController::endCommands()
+{
+    return {
         {.id = QT_TRID_NOOP("KPCloseWindow"),
          .menu = Menu::File,
          .shortcut = QKeySequence(Qt::CTRL | Qt::Key_W),

@@ -1,5 +1,6 @@
 // The documents in the window: what is selected, what is edited, and the commands on them.
 #include "KPController.h"
+#include "KPDocumentCommands.h"
 #include "KPEditHistory.h"
 #include "KPEditSummary.h"
 #include "KPFilingCommands.h"
@@ -64,6 +65,7 @@ void KPController::connectEditing()
     auto *library = m_library.get();
     connect(library, &KPLibraryController::editRequested, m_edits.get(), &KPEditHistory::edit);
     connect(library, &KPLibraryController::tagEditorRequested, this, &KPController::editTags);
+    connect(library, &KPLibraryController::cancelled, this, &KPController::cancel);
     connect(library, &KPLibraryController::renameRequested, this, &KPController::renameTyped);
     connect(library, &KPLibraryController::removeOrDeleteRequested, this, [this](bool commandKey) {
         xpGuiThread.assertHere();
@@ -78,6 +80,8 @@ void KPController::connectEditing()
         m_commands->fillDocumentsMenu(menu);
         menu->popup(at);
     });
+    connect(m_documents.get(), &KPDocumentCommands::said, this,
+            [this](const QString &message) { m_status->showMessage(message, 8000); });
     m_inspector->setSuggestions([this] { return suggestedTags(); });
     connect(m_inspector, &KPInspector::left, m_library->widget(), qOverload<>(&QWidget::setFocus));
     connect(m_inspection.get(), &KPInspectorController::editRequested, m_edits.get(),

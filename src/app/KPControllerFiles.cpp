@@ -35,3 +35,22 @@ void KPController::showDocuments(const QStringList &paths)
     raise();
     activateWindow();
 }
+
+void KPController::selectAndEditTags(const QStringList &paths)
+{
+    KPDoc::Docs docs;
+    for (const QString &path : paths) {
+        if (KPDoc *doc = KPDocCache::docAtPathIfExists(path))
+            docs.append(doc);
+    }
+    m_library->selectDocsAndEditTags(docs);
+}
+
+// What is under way comes first.
+void KPController::cancel()
+{
+    if (m_isWaiting)
+        stopSearch();
+    else
+        m_library->currentSearchController().selectNone();
+}

@@ -24,7 +24,7 @@ static QLabel *plainLabel(const QString &text)
 KPProgressSheet::KPProgressSheet(const XPProgress::Task &task, QWidget *window)
     : QDialog(window), m_task(task), m_bar(new QProgressBar)
 {
-    setWindowModality(Qt::WindowModal);
+    setWindowModality(task->isBeside ? Qt::NonModal : Qt::WindowModal);
     setWindowTitle(task->title);
     m_bar->setRange(0, static_cast<int>(task->total));
     m_bar->setAccessibleName(task->title);

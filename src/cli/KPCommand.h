@@ -56,4 +56,7 @@ extern const KPCommand kpImportCommand;
 extern const KPCommand kpThumbnailCommand;
 extern const KPCommand kpScanCommand;
 extern const KPCommand kpOcrCommand;
+extern const KPCommand kpCombineCommand;
+extern const KPCommand kpOpenCommand;
+extern const KPCommand kpRevealCommand;
 extern const KPCommand kpIndexCommand;

@@ -7,8 +7,6 @@
 #include "XPPath.h"
 #include "XPTextLayer.h"
 
-static constexpr int pixelsOfAPage = 3508; // A4 at 300 dots an inch
-
 static int run(const KPCommandLine &line, KPCommandOutput &output)
 {
     if (line.operands().isEmpty())
@@ -23,10 +21,11 @@ static int run(const KPCommandLine &line, KPCommandOutput &output)
     KPProgressLine progress;
     for (const QString &word : line.operands()) {
         const QString path = XPPath::absolute(word);
+        ImportedDocument document(path);
         const auto done = XPTextLayer::recognise(
             path,
             [&](int page) {
-                return importPagePicture(path, page + 1, pixelsOfAPage).valueOr(QImage());
+                return document.picture(page + 1, XPTextLayer::pixelsOfAPage).valueOr(QImage());
             },
             options,
             [&](int page, int pages) {
@@ -43,7 +42,7 @@ static int run(const KPCommandLine &line, KPCommandOutput &output)
             continue;
         }
         XPFiledDocuments::runMDImport(path);
-        output.write(output.name(word) + ": " + QByteArray::number(*done) + " pages\n");
+        output.write(output.name(word) + ": " + QByteArray::number(done->size()) + " pages\n");
     }
     return output.exitStatus();
 }

@@ -21,13 +21,13 @@
 #include <langinfo.h>
 #include <memory>
 
-static constexpr std::array commands = {&kpTagsCommand,      &kpTagCommand,    &kpTagRenameCommand,
-                                        &kpTagDeleteCommand, &kpRateCommand,   &kpFindCommand,
-                                        &kpInfoCommand,      &kpTypesCommand,  &kpQueryCommand,
-                                        &kpFileCommand,      &kpManageCommand, &kpUnmanageCommand,
-                                        &kpPasteCommand,     &kpBackupCommand, &kpRestoreCommand,
-                                        &kpHealedCommand,    &kpMirrorCommand, &kpImportCommand, &kpThumbnailCommand,
-                                        &kpScanCommand,      &kpOcrCommand,    &kpIndexCommand};
+static constexpr std::array commands = {
+    &kpTagsCommand,    &kpTagCommand,       &kpTagRenameCommand, &kpTagDeleteCommand,
+    &kpRateCommand,    &kpFindCommand,      &kpInfoCommand,      &kpTypesCommand,
+    &kpQueryCommand,   &kpFileCommand,      &kpManageCommand,    &kpUnmanageCommand,
+    &kpPasteCommand,   &kpBackupCommand,    &kpRestoreCommand,   &kpHealedCommand, &kpMirrorCommand,
+    &kpImportCommand,  &kpThumbnailCommand, &kpScanCommand,      &kpOcrCommand,
+    &kpCombineCommand, &kpOpenCommand,      &kpRevealCommand,    &kpIndexCommand};
 
 // A closed standard stream must not let the next file that is opened take its number.
 static void keepStandardStreamsTaken()

@@ -20,15 +20,6 @@ bool KPDocServices::setManaged(bool managed, const QString &path)
     return !error;
 }
 
-bool KPDocServices::setHidden(bool hidden, const QString &path)
-{
-    const QStringList tags = {KPTagName::hiddenUserTag()->displayName()};
-    const auto error =
-        hidden ? KPDocEdits::addUserTags(tags, path) : KPDocEdits::clearUserTags(tags, path);
-    logFailure(path, error);
-    return !error;
-}
-
 void KPDocServices::replaceOriginalTags(const TagChange &change)
 {
     const QStringList original = KPTagName::displayStringsForTagNames(change.originalTags);

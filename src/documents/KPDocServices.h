@@ -30,7 +30,6 @@ public:
 
     // The filing store's marks. False when the file could not be marked.
     virtual bool setManaged(bool managed, const QString &path);
-    virtual bool setHidden(bool hidden, const QString &path);
     // The tag editor's batch change; it may go on after this returns.
     virtual void replaceOriginalTags(const TagChange &change);
     // To the searcher that owns the results.

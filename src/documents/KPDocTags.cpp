@@ -232,14 +232,25 @@ void KPDoc::addTags(const Tags &tags, const Docs &docs, QObject *reportChangesOv
     KPDocServices::current().replaceOriginalTags(change);
 }
 
-void KPDoc::setFlagged(const QStringList &paths, bool flagged)
+// Both are tags of the user's.
+static void setMark(const QString &tag, const QStringList &paths, bool isSet)
 {
-    const Tags tags = {KPTagName::tagNameForUserEnteredTag(QStringLiteral("flagged"))};
+    const KPTagName::Tags tags = {KPTagName::tagNameForUserEnteredTag(tag)};
     KPDocServices::TagChange change;
-    (flagged ? change.newTags : change.originalTags) = tags;
+    (isSet ? change.newTags : change.originalTags) = tags;
     change.filePaths = paths;
     change.confirmWhenChangingManyFiles = true;
     KPDocServices::current().replaceOriginalTags(change);
+}
+
+void KPDoc::setFlagged(const QStringList &paths, bool flagged)
+{
+    setMark(QStringLiteral("flagged"), paths, flagged);
+}
+
+void KPDoc::setHidden(const QStringList &paths, bool hidden)
+{
+    setMark(QStringLiteral("hidden"), paths, hidden);
 }
 
 void KPDoc::setManaged(const QStringList &paths, bool managed)
@@ -253,12 +264,6 @@ void KPDoc::setManaged(const QStringList &paths, bool managed)
 void KPDoc::countRemovedFromLibrary()
 {
     removedFromLibrary.fetch_add(1, std::memory_order_relaxed);
-}
-
-void KPDoc::setHidden(const QStringList &paths, bool hidden)
-{
-    for (const QString &path : paths)
-        KPDocServices::current().setHidden(hidden, path);
 }
 
 qsizetype KPDoc::numDocsRemovedFromLibrary()

@@ -17,7 +17,14 @@ bool KPDocsKeys::typeAhead(const QKeyEvent &event)
     return true;
 }
 
-KPDocsKeys::Answer KPDocsKeys::press(const QKeyEvent &event, int columns)
+bool KPDocsKeys::press(QKeyEvent &event, int columns)
+{
+    const Answer answered = answer(event, columns);
+    event.setAccepted(answered == Answer::Taken);
+    return answered != Answer::Standard;
+}
+
+KPDocsKeys::Answer KPDocsKeys::answer(const QKeyEvent &event, int columns)
 {
     if (typeAhead(event))
         return Answer::Taken;

@@ -21,12 +21,13 @@ public:
     std::function<void()> cancel; // Escape
     std::function<void()> scrollSelectionToVisible;
 
-    // `columns`: how many documents up and down pass over.
-    enum class Answer { Taken, NotTaken, Standard };
-    // Standard: the view's own handling is to follow.
-    Answer press(const QKeyEvent &event, int columns);
+    // A view's key press, which is accepted or ignored. `columns`: how many documents up and down
+    // pass over. False: the standard handling of views is to follow.
+    bool press(QKeyEvent &event, int columns);
 
 private:
+    enum class Answer { Taken, NotTaken, Standard };
+    Answer answer(const QKeyEvent &event, int columns);
     bool typeAhead(const QKeyEvent &event);
     bool doCommand(const QKeyEvent &event, int columns);
 

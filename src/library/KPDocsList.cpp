@@ -225,17 +225,8 @@ void KPDocsList::scrollContentsBy(int dx, int dy)
 
 void KPDocsList::keyPressEvent(QKeyEvent *event)
 {
-    switch (m_keys.press(*event, 1)) {
-    case KPDocsKeys::Answer::Taken:
-        event->accept();
-        break;
-    case KPDocsKeys::Answer::Standard:
+    if (!m_keys.press(*event, 1))
         QAbstractScrollArea::keyPressEvent(event);
-        break;
-    case KPDocsKeys::Answer::NotTaken:
-        event->ignore();
-        break;
-    }
 }
 
 int KPDocsList::rowAt(const QPoint &point) const

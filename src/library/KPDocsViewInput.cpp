@@ -18,17 +18,8 @@
 
 void KPDocsView::keyPressEvent(QKeyEvent *event)
 {
-    switch (m_keys.press(*event, numColumns())) {
-    case KPDocsKeys::Answer::Taken:
-        event->accept();
-        break;
-    case KPDocsKeys::Answer::Standard:
+    if (!m_keys.press(*event, numColumns()))
         QAbstractScrollArea::keyPressEvent(event);
-        break;
-    case KPDocsKeys::Answer::NotTaken:
-        event->ignore();
-        break;
-    }
 }
 
 // Groups.

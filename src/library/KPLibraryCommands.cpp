@@ -4,7 +4,9 @@
 #include "KPLibraryController.h"
 #include "KPLoupeController.h"
 #include "KPNavigator.h"
+#include "KPProgramDialog.h"
 #include "KPQuickLook.h"
+#include "UserDefaults.h"
 #include "XPApplications.h"
 #include "XPFileUrls.h"
 #include "XPPath.h"
@@ -63,6 +65,47 @@ void KPLibraryController::openSelectedExternallyAction()
         });
 }
 
+static void openWith(const QStringList &paths, const QString &desktopEntry)
+{
+    xpGuiThread.assertHere();
+    if (const auto error = XPWorkspace::openWith(paths, desktopEntry))
+        XPPrompts::current().alert(
+            qtTrId("KPCannotOpen").arg(XPPath::printable(XPPath::fileName(paths.value(0)))),
+            error->reason());
+}
+
+// KPOpenWithMode: 1 is the program in KPOpenWith, while that is installed; all else the desktop's
+// choice for each type.
+void KPLibraryController::openSelectedUsingUsersPreferredMethodAction()
+{
+    const UserDefaults &defaults = UserDefaults::standard();
+    const QString program = defaults.value(QStringLiteral("KPOpenWith")).string();
+    if (defaults.integerValue(QStringLiteral("KPOpenWithMode")) == 1 &&
+        XPApplications::isInstalled(program))
+        openWith(pathsOf(m_docs.selectedDocs()), program);
+    else
+        openSelectedExternallyAction();
+}
+
+void KPLibraryController::openSelectedWithOtherAction()
+{
+    auto *dialog = new KPProgramDialog(XPApplications::all(), window());
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(dialog, &QDialog::accepted, dialog,
+            [dialog, paths = pathsOf(m_docs.selectedDocs())] {
+                openWith(paths, dialog->desktopEntry());
+            });
+    dialog->open();
+}
+
+void KPLibraryController::showPackageContentsAction()
+{
+    const KPDoc *doc = m_docs.singleSelection();
+    const auto programs = XPApplications::forFolders();
+    if (doc && !programs.isEmpty())
+        openWith({doc->filePath()}, programs.first().desktopEntry);
+}
+
 void KPLibraryController::revealSelectedAction()
 {
     XPWorkspace::reveal(pathsOf(m_docs.selectedDocs()));
@@ -78,17 +121,14 @@ QMenu *KPLibraryController::makeOpenWithMenu()
         for (const XPApplications::Application &each : XPApplications::forFile(first)) {
             QAction *action =
                 menu->addAction(QString(each.name).replace(u'&', QStringLiteral("&&")));
-            connect(action, &QAction::triggered, this, [paths, each] {
-                xpGuiThread.assertHere();
-                if (const auto error = XPWorkspace::openWith(paths, each.desktopEntry))
-                    XPPrompts::current().alert(
-                        qtTrId("KPCannotOpen")
-                            .arg(XPPath::printable(XPPath::fileName(paths.value(0)))),
-                        error->reason());
-            });
+            connect(action, &QAction::triggered, this,
+                    [paths, each] { openWith(paths, each.desktopEntry); });
         }
         if (menu->isEmpty())
             menu->addAction(qtTrId("KPNoApplication"))->setEnabled(false);
+        menu->addSeparator();
+        connect(menu->addAction(qtTrId("KPOpenWithOther")), &QAction::triggered, this,
+                &KPLibraryController::openSelectedWithOtherAction);
     });
     return menu;
 }
@@ -103,15 +143,32 @@ void KPLibraryController::editTitleForSelected()
     }
 }
 
-bool KPLibraryController::isSelectionFlagged() const
+template <typename Test>
+bool KPLibraryController::areAllSelected(Test test) const
 {
     for (const KPSelection::Run &run : m_docs.selection().runs()) {
         for (int row = run.first; row <= run.last; ++row) {
-            if (!m_docs.at(row)->isFlagged())
+            if (!test(*m_docs.at(row)))
                 return false;
         }
     }
     return hasSelection();
+}
+
+bool KPLibraryController::isSelectionFlagged() const
+{
+    return areAllSelected([](const KPDoc &doc) { return doc.isFlagged(); });
+}
+
+bool KPLibraryController::isSelectionHidden() const
+{
+    KPTagName *hidden = KPTagName::tagNameForUserEnteredTag(QStringLiteral("hidden"));
+    return areAllSelected([hidden](const KPDoc &doc) { return doc.hasUserEnteredTag(hidden); });
+}
+
+void KPLibraryController::hideSelectedAction()
+{
+    KPDoc::setHidden(pathsOf(m_docs.selectedDocs()), !isSelectionHidden());
 }
 
 void KPLibraryController::flagSelectedAction()
@@ -155,11 +212,14 @@ void KPLibraryController::showSimilarToSelectedAction()
 
 void KPLibraryController::rebuildSelectedThumbnails()
 {
-    const KPDoc::Docs docs = m_docs.selectedDocs();
-    for (const KPDoc *doc : docs)
-        KPQuickLook::clearCacheForPath(doc->filePath());
-    if (!docs.isEmpty())
-        m_docs.tellChanged(0, m_docs.count() - 1);
+    m_pictures.rebuild(m_docs.selectedDocs());
+    m_docs.tellChanged(0, m_docs.count() - 1);
+}
+
+void KPLibraryController::rebuildAllThumbnails()
+{
+    m_pictures.rebuildAll();
+    m_docs.tellChanged(0, m_docs.count() - 1);
 }
 
 // The tables.
@@ -311,7 +371,7 @@ QList<KPCommand> KPLibraryController::documentCommands()
         QT_TRID_NOOP("KPOpen"), {},
         [this] {
             xpGuiThread.assertHere();
-            openSelectedExternallyAction();
+            openSelectedUsingUsersPreferredMethodAction();
         },
         "open");
     open.shownKey = "Return";
@@ -327,6 +387,23 @@ QList<KPCommand> KPLibraryController::documentCommands()
     flag.state = [this] {
         return KPCommandState{.isEnabled = hasSelection(),
                               .text = isSelectionFlagged() ? QT_TRID_NOOP("KPUnflag") : nullptr};
+    };
+    KPCommand hide = onDocuments(
+        QT_TRID_NOOP("KPHide"), Qt::CTRL | Qt::SHIFT | Qt::Key_H,
+        [this] {
+            xpGuiThread.assertHere();
+            hideSelectedAction();
+        },
+        "hidden");
+    hide.state = [this] {
+        return KPCommandState{.isEnabled = hasSelection(),
+                              .text = isSelectionHidden() ? QT_TRID_NOOP("KPUnhide") : nullptr};
+    };
+    KPCommand contents = onDocuments(QT_TRID_NOOP("KPShowPackageContents"), {},
+                                     [this] { showPackageContentsAction(); });
+    contents.state = [this] {
+        const KPDoc *doc = m_docs.singleSelection();
+        return KPCommandState{.isShown = doc && doc->isPackage()};
     };
     KPCommand rename = onDocuments(
         QT_TRID_NOOP("KPRenameFile"), Qt::Key_F2, [this] { editTitleForSelected(); }, "rename");
@@ -344,6 +421,7 @@ QList<KPCommand> KPLibraryController::documentCommands()
     return {
         open,
         openWith,
+        contents,
         onDocuments(
             QT_TRID_NOOP("KPReveal"), Qt::CTRL | Qt::Key_R, [this] { revealSelectedAction(); },
             "reveal", true),
@@ -351,6 +429,7 @@ QList<KPCommand> KPLibraryController::documentCommands()
             QT_TRID_NOOP("KPEditTags"), Qt::CTRL | Qt::Key_T,
             [this] { Q_EMIT tagEditorRequested(m_docs.selectedDocs()); }, "tag"),
         flag,
+        hide,
         rate,
         rename,
         onDocuments(QT_TRID_NOOP("KPShowAllInFolder"), {},
@@ -365,6 +444,14 @@ QList<KPCommand> KPLibraryController::documentCommands()
                 rebuildSelectedThumbnails();
             },
             "", true),
+        {.id = QT_TRID_NOOP("KPRebuildAllThumbnails"),
+         .menu = Menu::View,
+         .run =
+             [this] {
+                 xpGuiThread.assertHere();
+                 rebuildAllThumbnails();
+             },
+         .endsGroup = true},
         copy,
         {.id = QT_TRID_NOOP("KPSelectAll"),
          .menu = Menu::Edit,

@@ -79,7 +79,7 @@ void KPLibraryController::connectViews()
 {
     const auto open = [this] {
         xpGuiThread.assertHere();
-        openSelectedExternallyAction();
+        openSelectedUsingUsersPreferredMethodAction();
     };
     connect(m_grid, &KPDocsView::openRequested, this, open);
     connect(m_list, &KPDocsList::openRequested, this, open);
@@ -312,13 +312,6 @@ void KPLibraryController::setSelections(const KPDoc::Docs &docs, bool scrollFirs
     m_docs.setSelections(docs, scrollFirstToVisible);
 }
 
-void KPLibraryController::scrollToDocument(KPDoc *doc)
-{
-    const int row = m_docs.rowOf(doc);
-    m_grid->scrollToRow(row);
-    m_list->scrollToRow(row);
-}
-
 void KPLibraryController::scrollSelectionToVisible()
 {
     const KPSelection &selection = m_docs.selection();
@@ -406,7 +399,7 @@ bool KPLibraryController::handleKeyDown(const QKeyEvent &event)
     }
     if (!isPlain || !isReturn || !hasSelection())
         return false;
-    openSelectedExternallyAction();
+    openSelectedUsingUsersPreferredMethodAction();
     return true;
 }
 

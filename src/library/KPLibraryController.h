@@ -66,9 +66,6 @@ public:
 
     int libraryMode() const { return m_mode; }
     void setLibraryMode(int mode);
-    void thumbnailModeAction() { setLibraryMode(LibraryMode_Thumbnails); }
-    void tableModeAction() { setLibraryMode(LibraryMode_List); }
-    void groupModeAction() { setLibraryMode(LibraryMode_Groups); }
 
     // --- Zoom: the value of the window's slider, 0 to 1
 
@@ -94,7 +91,6 @@ public:
     qsizetype numberOfSelections() const { return m_docs.selection().count(); }
     bool hasMultipleSelection() const { return numberOfSelections() > 1; }
     void setSelections(const KPDoc::Docs &docs, bool scrollFirstToVisible);
-    void scrollToDocument(KPDoc *doc);
     void scrollSelectionToVisible();
     // Those that are not shown yet are selected as soon as they are.
     void selectDocsAndEditTags(const KPDoc::Docs &docs);
@@ -104,15 +100,22 @@ public:
 
     void openSelectedExternallyAction() XP_REQUIRES(xpGuiThread);
     void openDocumentsExternally(const KPDoc::Docs &docs) XP_REQUIRES(xpGuiThread);
+    // As "KPOpenWithMode" says.
+    void openSelectedUsingUsersPreferredMethodAction() XP_REQUIRES(xpGuiThread);
+    void openSelectedWithOtherAction(); // asks for the program
+    void showPackageContentsAction();
     void revealSelectedAction();
     void editTitleForSelected();
     bool isSelectionFlagged() const;
     void flagSelectedAction() XP_REQUIRES(xpGuiThread); // takes flags off when all have one
+    bool isSelectionHidden() const;
+    void hideSelectedAction() XP_REQUIRES(xpGuiThread); // shows them again when all are hidden
     void setRatingsForSelected(int stars);
     void showAllDocumentsInFolderAction();
     void onlyShowSelectedDocumentsAction();
     void showSimilarToSelectedAction();
     void rebuildSelectedThumbnails() XP_REQUIRES(xpGuiThread);
+    void rebuildAllThumbnails() XP_REQUIRES(xpGuiThread);
 
     // Whatever keeps the results from being drawn may be over.
     void redraw();
@@ -174,6 +177,8 @@ private:
     void showEmptyFacts();
     void clearFilters();
     void startDrag(int row);
+    template <typename Test>
+    bool areAllSelected(Test test) const;
     QList<KPCommand> viewCommands();
     QList<KPCommand> documentCommands();
     QMenu *makeSortMenu();

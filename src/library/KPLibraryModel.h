@@ -73,6 +73,8 @@ public:
     // What a column is sorted by; nothing where it cannot be.
     static std::optional<KPSortKey::Field> sortFieldOf(Column column);
     static QString displayName(const KPDoc &doc);
+    // What ColumnValueRole answers. Any thread.
+    static QVariant valueOf(const KPDoc &doc, int column);
 
 Q_SIGNALS:
     // A delivery was taken whole: rows and groups are those of it.

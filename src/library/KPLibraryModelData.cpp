@@ -106,7 +106,7 @@ static QDateTime dateAdded(const KPDoc &doc)
     return added == 0 ? QDateTime() : QDateTime::fromMSecsSinceEpoch(added / 1'000'000, Qt::UTC);
 }
 
-static QVariant valueOf(const KPDoc &doc, int column)
+QVariant KPLibraryModel::valueOf(const KPDoc &doc, int column)
 {
     switch (column) {
     case Model::NameColumn:
@@ -162,12 +162,12 @@ static QString textOf(const KPDoc &doc, int column)
     case Model::CreatedColumn:
     case Model::ModifiedColumn:
     case Model::AddedColumn: {
-        const QDateTime date = valueOf(doc, column).toDateTime();
+        const QDateTime date = Model::valueOf(doc, column).toDateTime();
         return date.isValid() ? QLocale().toString(date.toLocalTime(), QLocale::ShortFormat)
                               : QString();
     }
     default:
-        return XPPath::printable(valueOf(doc, column).toString());
+        return XPPath::printable(Model::valueOf(doc, column).toString());
     }
 }
 

@@ -52,9 +52,9 @@ static int syncFolder(const QByteArray &path)
     return open.isOpen() && ::fsync(open.get()) != 0 ? errno : 0;
 }
 
-std::optional<XPError>
-xpReplaceContents(const QString &path,
-                  const std::function<std::optional<XPError>(const QString &)> &write)
+static std::optional<XPError>
+putContents(const QString &path, bool mayReplace,
+            const std::function<std::optional<XPError>(const QString &)> &write)
 {
     const QByteArray target = XPPath::encode(path);
     if (target.isEmpty())
@@ -74,6 +74,8 @@ xpReplaceContents(const QString &path,
         ::open(target.constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
     if (!old.isOpen() && errno != ENOENT)
         return failure(errno, path);
+    if (old.isOpen() && !mayReplace)
+        return failure(EEXIST, path);
     if (old.isOpen()) {
         if (const int error = carryOver(old.get(), made.get()))
             return failure(error, path);
@@ -89,9 +91,16 @@ xpReplaceContents(const QString &path,
     return failure(syncFolder(target), path);
 }
 
-std::optional<XPError> xpWritePDF(QPDF &pdf, const QString &path)
+std::optional<XPError>
+xpReplaceContents(const QString &path,
+                  const std::function<std::optional<XPError>(const QString &)> &write)
 {
-    return xpReplaceContents(path, [&](const QString &temporary) -> std::optional<XPError> {
+    return putContents(path, true, write);
+}
+
+static std::optional<XPError> writePDF(QPDF &pdf, const QString &path, bool mayReplace)
+{
+    return putContents(path, mayReplace, [&](const QString &temporary) -> std::optional<XPError> {
         const QByteArray name = XPPath::encode(temporary);
         const int descriptor =
             ::open(name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
@@ -107,4 +116,14 @@ std::optional<XPError> xpWritePDF(QPDF &pdf, const QString &path)
         writer.write();
         return {};
     });
+}
+
+std::optional<XPError> xpWritePDF(QPDF &pdf, const QString &path)
+{
+    return writePDF(pdf, path, true);
+}
+
+std::optional<XPError> xpWriteNewPDF(QPDF &pdf, const QString &path)
+{
+    return writePDF(pdf, path, false);
 }

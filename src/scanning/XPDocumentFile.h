@@ -18,3 +18,6 @@ xpReplaceContents(const QString &path,
 
 // The same with a PDF; throws what qpdf throws.
 std::optional<XPError> xpWritePDF(QPDF &pdf, const QString &path);
+
+// Never replaces a file: one that is there already is an error (EEXIST).
+std::optional<XPError> xpWriteNewPDF(QPDF &pdf, const QString &path);

@@ -136,10 +136,10 @@ static void addLayer(QPDF &pdf, QPDFPageObjectHelper &page, QPDF &text)
     page.addPageContents(QPDFObjectHandle::newStream(&pdf, draw), false);
 }
 
-static XPResult<int> layOver(QPDF &pdf, const QString &pdfPath, const QString &folder,
-                             const std::function<QImage(int)> &picture,
-                             const XPTextLayer::Options &options,
-                             const std::function<bool(int, int)> &progress)
+static XPResult<QList<int>> layOver(QPDF &pdf, const QString &pdfPath, const QString &folder,
+                                    const std::function<QImage(int)> &picture,
+                                    const XPTextLayer::Options &options,
+                                    const std::function<bool(int, int)> &progress)
 {
     using Mode = XPTextLayer::Mode;
     const QStringList languages =
@@ -147,7 +147,7 @@ static XPResult<int> layOver(QPDF &pdf, const QString &pdfPath, const QString &f
     std::vector<QPDFPageObjectHelper> pages = QPDFPageDocumentHelper(pdf).getAllPages();
     const int count = static_cast<int>(pages.size());
     std::list<QPDF> texts; // what was copied from them is read when the document is written
-    int done = 0;
+    QList<int> done;
     for (int number = 0; number < count; ++number) {
         if (progress && !progress(number, count))
             return XPError::make(XPError::Kind::Cancelled, QStringLiteral("cancelled"));
@@ -165,27 +165,21 @@ static XPResult<int> layOver(QPDF &pdf, const QString &pdfPath, const QString &f
             removeLayer(page);
         texts.emplace_back().processFile(XPPath::encode(made).constData());
         addLayer(pdf, page, texts.back());
-        ++done;
+        done.append(number);
     }
-    if (done == 0)
-        return 0;
+    if (done.isEmpty())
+        return done;
     if (auto error = xpWritePDF(pdf, pdfPath))
         return *error;
     return done;
 }
 
-XPResult<int> XPTextLayer::recognise(const QString &pdfPath,
-                                     const std::function<QImage(int)> &picture,
-                                     const Options &options,
-                                     const std::function<bool(int, int)> &progress)
+// Runs `work` on the document, with what qpdf throws as a value.
+template <typename Result, typename Work>
+static Result onDocument(const QString &pdfPath, Work work)
 {
-    if (!isAvailable())
-        return XPError::make(XPError::Kind::Unsupported, qtTrId("KPNoTextRecognition"));
     if (const auto info = XPFileInfo::read(pdfPath); !info)
         return info.error();
-    const QTemporaryDir folder;
-    if (!folder.isValid())
-        return XPError::make(XPError::Kind::NoSpace, qtTrId("KPScanPageNotMade"));
     try {
         QPDF pdf;
         pdf.setSuppressWarnings(true);
@@ -193,14 +187,42 @@ XPResult<int> XPTextLayer::recognise(const QString &pdfPath,
         if (pdf.isEncrypted())
             return XPError::make(XPError::Kind::NotPermitted, qtTrId("KPDocumentEncrypted"),
                                  pdfPath);
-        return layOver(pdf, pdfPath, folder.path(), picture, options, progress);
+        return work(pdf);
     } catch (const QPDFExc &failure) {
-        if (failure.getErrorCode() == qpdf_e_password)
-            return XPError::make(XPError::Kind::NotPermitted, qtTrId("KPDocumentEncrypted"),
-                                 pdfPath);
-        return XPError::make(XPError::Kind::Malformed,
-                             QString::fromStdString(failure.getMessageDetail()), pdfPath);
+        return xpErrorOf(failure, pdfPath);
     } catch (const std::exception &failure) {
         return XPError::make(XPError::Kind::Io, QString::fromLocal8Bit(failure.what()), pdfPath);
     }
+}
+
+XPResult<QList<int>> XPTextLayer::recognise(const QString &pdfPath,
+                                            const std::function<QImage(int)> &picture,
+                                            const Options &options,
+                                            const std::function<bool(int, int)> &progress)
+{
+    using Result = XPResult<QList<int>>;
+    if (!isAvailable())
+        return XPError::make(XPError::Kind::Unsupported, qtTrId("KPNoTextRecognition"));
+    return onDocument<Result>(pdfPath, [&](QPDF &pdf) -> Result {
+        const QTemporaryDir folder;
+        if (!folder.isValid())
+            return XPError::make(XPError::Kind::NoSpace, qtTrId("KPScanPageNotMade"));
+        return layOver(pdf, pdfPath, folder.path(), picture, options, progress);
+    });
+}
+
+std::optional<XPError> XPTextLayer::remove(const QString &pdfPath, const QList<int> &pages)
+{
+    using Result = std::optional<XPError>;
+    return onDocument<Result>(pdfPath, [&](QPDF &pdf) -> Result {
+        std::vector<QPDFPageObjectHelper> all = QPDFPageDocumentHelper(pdf).getAllPages();
+        for (const int number : pages) {
+            const auto place = static_cast<std::size_t>(number);
+            if (place >= all.size() || !hasLayer(all[place]))
+                return XPError::make(XPError::Kind::InvalidArgument, qtTrId("KPChangedMeanwhile"),
+                                     pdfPath);
+            removeLayer(all[place]);
+        }
+        return xpWritePDF(pdf, pdfPath);
+    });
 }

@@ -24,17 +24,25 @@ struct Options
     QStringList languages; // by the program's names; empty: English and the user's own
 };
 
+// What a picture of a page should have on its longer side: A4 (ISO 216) at 300 dots an inch.
+constexpr int pixelsOfAPage = 3508;
+
 bool isAvailable();
 // What is installed, "eng", "deu", …; empty where the program is not.
 QStringList languages();
 
 // Lays text over pages of the document, which is replaced as a whole once all is done and keeps
 // its tags and marks. `picture` gives a page, from 0, as people see it; a null picture leaves it
-// out. Answers how many pages got a layer. `progress` is told of each page and says whether to go
+// out. Answers the pages that got a layer. `progress` is told of each page and says whether to go
 // on (Kind::Cancelled). Unsupported where the program is missing; an encrypted document is
 // NotPermitted.
-XPResult<int> recognise(const QString &pdfPath, const std::function<QImage(int page)> &picture,
-                        const Options &options,
-                        const std::function<bool(int page, int pages)> &progress = {});
+XPResult<QList<int>> recognise(const QString &pdfPath,
+                               const std::function<QImage(int page)> &picture,
+                               const Options &options,
+                               const std::function<bool(int page, int pages)> &progress = {});
+
+// Takes our layers off these pages again, all or none: where one of the pages has none any more,
+// the document was changed since (InvalidArgument).
+std::optional<XPError> remove(const QString &pdfPath, const QList<int> &pages);
 
 } // namespace XPTextLayer

@@ -43,6 +43,7 @@ public:
         int side = 0; // device pixels of the longer side
         bool isVisible = true;
         std::optional<KPFileOrigin> known; // a picture of this file need not be made again
+        qint64 notBefore = 0; // seconds since 1970: shared thumbnails made earlier do not count
     };
     struct Result
     {

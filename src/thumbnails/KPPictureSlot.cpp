@@ -19,6 +19,11 @@ ImportWorker &KPPictureMaker::Slot::worker()
     return *m_worker;
 }
 
+static std::chrono::seconds lifetimeFor(qint64 notBefore, std::chrono::seconds usual)
+{
+    return std::min(usual, std::chrono::seconds(std::time(nullptr) - notBefore));
+}
+
 std::optional<KPPictureMaker::Result> KPPictureMaker::Slot::lookUp(const Request &request,
                                                                    const Prefs &prefs) const
 {
@@ -38,11 +43,12 @@ std::optional<KPPictureMaker::Result> KPPictureMaker::Slot::lookUp(const Request
         return result;
     }
     if (request.page == 1) {
-        if (auto image = m_shared.read(request.path, result.origin, request.side, prefs.lifetime)) {
+        const auto lifetime = lifetimeFor(request.notBefore, prefs.lifetime);
+        if (auto image = m_shared.read(request.path, result.origin, request.side, lifetime)) {
             result.image = *std::move(image);
             return result;
         }
-        result.failure = m_shared.failure(request.path, result.origin, prefs.lifetime);
+        result.failure = m_shared.failure(request.path, result.origin, lifetime);
     }
     if (!result.failure && XPVolumes::isOnSlowVolume(request.path))
         result.failure = DocumentFailure::Unsupported;

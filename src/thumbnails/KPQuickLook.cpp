@@ -112,6 +112,31 @@ void KPQuickLook::readPrefs()
 
 // --- Asking
 
+void KPQuickLook::rebuild(const QList<KPDoc *> &docs)
+{
+    QSet<QString> stems;
+    for (const KPDoc *doc : docs) {
+        stems.insert(doc->cacheID());
+        m_rebuilt.insert(doc->filePath(), std::time(nullptr));
+    }
+    const QStringList keys = m_cache.keys();
+    for (const QString &key : keys) {
+        if (stems.contains(key.left(key.indexOf(QChar(0)))))
+            m_cache.remove(key);
+    }
+    m_unreadable.clear();
+    ask();
+}
+
+void KPQuickLook::rebuildAll()
+{
+    m_rebuilt.clear();
+    m_rebuiltAll = std::time(nullptr);
+    m_cache.clear();
+    m_unreadable.clear();
+    ask();
+}
+
 static constexpr QChar heldMark(u'+');
 
 // A path's text holds no NUL.
@@ -214,6 +239,7 @@ private:
         const Entry *adrift = m_owner.m_cache.object(keyWithoutPath(*wanted.doc, wanted.page));
         if (!wanted.isHeld && adrift && m_owner.satisfies(*adrift, side))
             request.known = adrift->origin;
+        request.notBefore = m_owner.m_rebuilt.value(request.path, m_owner.m_rebuiltAll);
         if (isVisible)
             m_owner.m_missing.insert(key, side);
         requests.push_back(std::move(request));

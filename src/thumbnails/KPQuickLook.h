@@ -70,6 +70,10 @@ public:
     // Whatever is known of the file at this path may be wrong. Any thread.
     static void clearCacheForPath(const QString &path);
 
+    // Draws documents anew, whatever there is of them: here, and among the shared thumbnails.
+    void rebuild(const QList<KPDoc *> &docs);
+    void rebuildAll();
+
     // In the order in which they should come. Nothing is left of it when the view is gone.
     void want(const QObject *view, std::vector<Wanted> visible, std::vector<Wanted> next = {});
     Look look(const KPDoc &doc, int page = 1) const;
@@ -138,6 +142,8 @@ private:
     QCache<QString, Entry> m_cache; // by keyOf() or keyWithoutPath(); cost in bytes
     QHash<QString, std::shared_ptr<const Entry>> m_held;
     QHash<const QObject *, View> m_views;
+    QHash<QString, qint64> m_rebuilt; // paths, and since when shared thumbnails count
+    qint64 m_rebuiltAll = 0;
     QMultiHash<QString, KPDoc *> m_waiting; // who waits for what
     QHash<QString, int> m_missing;          // visible and without an answer: the side that it needs
     QHash<QString, qint64> m_unreadable;    // when it was tried, in seconds since 1970

@@ -116,10 +116,10 @@ TEST_F(LibraryController, KeepsToItsModes)
     show(10);
     QSignalSpy changed(library.get(), &KPLibraryController::libraryModeChanged);
     library->docsView()->setFocus();
-    library->tableModeAction();
+    library->setLibraryMode(KPLibraryController::LibraryMode_List);
     EXPECT_EQ(library->libraryMode(), 1);
     EXPECT_TRUE(library->docsTable()->isVisible() && !library->docsView()->isVisible());
-    library->groupModeAction();
+    library->setLibraryMode(KPLibraryController::LibraryMode_Groups);
     EXPECT_TRUE(library->docsView()->isVisible());
     EXPECT_EQ(library->sortOrder().group, KPSortKey());
     for (const int odd : {-1, 3, 77})
@@ -143,7 +143,7 @@ TEST_F(LibraryController, ZoomsInStepsBetweenTheEnds)
 
 TEST_F(LibraryController, RemembersEverythingAtTheEnd)
 {
-    library->tableModeAction();
+    library->setLibraryMode(KPLibraryController::LibraryMode_List);
     library->setCurrentSliderMagnification(0.5);
     library->arrangeByColumnAction(KPSortKey::Field::Modified);
     library->arrangeBySortDescendingAction();
@@ -192,7 +192,7 @@ TEST_F(LibraryController, AsksBeforeItOpensSix)
 TEST_F(LibraryController, ShowsTheSameSelectionInTheList)
 {
     show(40);
-    library->tableModeAction();
+    library->setLibraryMode(KPLibraryController::LibraryMode_List);
     auto *list = library->docsTable();
     const auto place = [&](int row) {
         return list->visualRect(list->model()->index(row, KPLibraryModel::NameColumn)).center();
@@ -229,7 +229,7 @@ TEST_F(LibraryController, EditsCellsOfTheListWhereTheyStand)
     show(5);
     library->docsTable()->setVisibleColumns(
         {QStringLiteral("flag"), QStringLiteral("name"), QStringLiteral("rating")});
-    library->tableModeAction();
+    library->setLibraryMode(KPLibraryController::LibraryMode_List);
     auto *list = library->docsTable();
     QSignalSpy edits(library.get(), &KPLibraryController::editRequested);
     const QRect rating = list->visualRect(list->model()->index(1, KPLibraryModel::RatingColumn));

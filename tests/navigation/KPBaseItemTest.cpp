@@ -183,27 +183,21 @@ TEST(SourceItem, IsNeverPutBelowItself)
 class NotedMarks : public KPDocServices
 {
 public:
-    explicit NotedMarks(QStringList *hidden, QStringList *tagged)
-        : m_hidden(hidden), m_tagged(tagged)
+    explicit NotedMarks(QStringList *tagged) : m_tagged(tagged) {}
+    void replaceOriginalTags(const TagChange &change) override
     {
+        for (const QString &tag : KPTagName::displayStringsForTagNames(change.newTags))
+            m_tagged->append(tag + u' ' + change.filePaths.join(u' '));
     }
-    bool setHidden(bool, const QString &path) override
-    {
-        m_hidden->append(path);
-        return true;
-    }
-    void replaceOriginalTags(const TagChange &change) override { *m_tagged += change.filePaths; }
 
 private:
-    QStringList *m_hidden;
     QStringList *m_tagged;
 };
 
 TEST(SourceItem, TakesDocumentsOfTheLibraryAlone)
 {
-    QStringList hidden;
     QStringList tagged;
-    KPDocServices::install(std::make_unique<NotedMarks>(&hidden, &tagged));
+    KPDocServices::install(std::make_unique<NotedMarks>(&tagged));
     const TestFolder folder;
     const QString path = folder.file(QStringLiteral("letter.txt"));
     QMimeData ours;
@@ -220,8 +214,8 @@ TEST(SourceItem, TakesDocumentsOfTheLibraryAlone)
         EXPECT_FALSE(item->acceptDrop(foreign, Qt::CopyAction, -1, nullptr));
         EXPECT_TRUE(item->acceptDrop(ours, Qt::CopyAction, -1, nullptr));
     }
-    EXPECT_EQ(hidden, QStringList{path});
-    EXPECT_EQ(tagged, QStringList{path});
+    EXPECT_EQ(tagged, (QStringList{QStringLiteral("flagged ") + path,
+                                   QStringLiteral("hidden ") + path}));
     const auto all = make<KPAllDocumentsItem>();
     EXPECT_EQ(all->validateDropOfType(Qt::MoveAction, -1, nullptr, ours), Qt::IgnoreAction);
     KPDocServices::install(std::make_unique<KPDocServices>());

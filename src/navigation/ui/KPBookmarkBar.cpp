@@ -13,6 +13,7 @@
 
 #include <QContextMenuEvent>
 #include <QGuiApplication>
+#include <QLabel>
 #include <QMenu>
 #include <QMimeData>
 #include <QToolButton>
@@ -32,7 +33,8 @@ static QString menuText(const QString &text)
 KPBookmarkBar::KPBookmarkBar(KPCrumbController &controller, KPBookmarkCommands &commands,
                              QWidget *parent)
     : QWidget(parent), m_controller(controller), m_commands(commands),
-      m_save(new QToolButton(this)), m_overflow(new QToolButton(this))
+      m_save(new QToolButton(this)), m_overflow(new QToolButton(this)),
+      m_hint(new QLabel(qtTrId("KPBookmarkBarEmpty"), this))
 {
     setAcceptDrops(true);
     setAccessibleName(qtTrId("KPBookmarkBar"));
@@ -41,6 +43,8 @@ KPBookmarkBar::KPBookmarkBar(KPCrumbController &controller, KPBookmarkCommands &
     m_save->setToolTip(qtTrId("KPBookmarkAdd"));
     m_save->setAccessibleName(qtTrId("KPBookmarkAdd"));
     connect(m_save, &QToolButton::clicked, this, [this] { m_commands.saveCurrent(); });
+    m_hint->setTextFormat(Qt::PlainText);
+    m_hint->setForegroundRole(QPalette::PlaceholderText);
     m_overflow->setAutoRaise(true);
     m_overflow->setText(QStringLiteral("»"));
     m_overflow->setAccessibleName(qtTrId("KPBookmarkBarMore"));
@@ -216,6 +220,9 @@ void KPBookmarkBar::place()
     }
     m_save->setGeometry(left, (height() - saveSize.height()) / 2, saveSize.width(),
                         saveSize.height());
+    left += saveSize.width() + spacing;
+    m_hint->setVisible(m_buttons.empty());
+    m_hint->setGeometry(left, 0, std::max(0, width() - margin - left), height());
 }
 
 void KPBookmarkBar::fillOverflow()

@@ -8,7 +8,7 @@
 
 class KPBookmarkCommands;
 class KPCrumbController;
-class QHBoxLayout;
+class QLabel;
 class QMenu;
 class QToolButton;
 struct KPBookmark;
@@ -57,6 +57,7 @@ private:
     std::vector<QToolButton *> m_buttons;
     QToolButton *m_save;
     QToolButton *m_overflow;
+    QLabel *m_hint; // where nothing is kept yet
     QTimer m_later; // recent things follow with a delay
     std::vector<XPObservation> m_observations;
 };

@@ -11,6 +11,7 @@ struct XPProgressTask
     QString title;
     QString note; // what a stop does
     qint64 total = 0;
+    bool isBeside = false; // the window can be used meanwhile
     std::atomic<qint64> done = 0;
     std::atomic<bool> isStopAsked = false;
 };

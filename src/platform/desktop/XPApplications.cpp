@@ -2,19 +2,25 @@
 
 #include "XPPath.h"
 
+#include <QCollator>
+#include <algorithm>
 #undef signals
-#include <gio/gio.h>
+#include <gio/gdesktopappinfo.h>
 
-static XPApplications::Application application(GAppInfo *info)
+using XPApplications::Application;
+
+static Application application(GAppInfo *info)
 {
-    return {QString::fromUtf8(g_app_info_get_display_name(info)),
-            QString::fromUtf8(g_app_info_get_id(info))};
+    GIcon *icon = g_app_info_get_icon(info);
+    char *iconName = icon ? g_icon_to_string(icon) : nullptr;
+    Application made{QString::fromUtf8(g_app_info_get_display_name(info)),
+                     QString::fromUtf8(g_app_info_get_id(info)), QString::fromUtf8(iconName)};
+    g_free(iconName);
+    return made;
 }
 
-QList<XPApplications::Application> XPApplications::forFile(const QString &path)
+static QList<Application> forType(const char *type)
 {
-    const QByteArray name = XPPath::encode(XPPath::fileName(path));
-    char *type = g_content_type_guess(name.constData(), nullptr, 0, nullptr);
     QList<Application> result;
     const auto append = [&](GAppInfo *info) {
         const Application each = application(info);
@@ -32,6 +38,46 @@ QList<XPApplications::Application> XPApplications::forFile(const QString &path)
     for (const GList *each = all; each; each = each->next)
         append(static_cast<GAppInfo *>(each->data));
     g_list_free_full(all, g_object_unref);
+    return result;
+}
+
+QList<Application> XPApplications::forFile(const QString &path)
+{
+    const QByteArray name = XPPath::encode(XPPath::fileName(path));
+    char *type = g_content_type_guess(name.constData(), nullptr, 0, nullptr);
+    const QList<Application> result = forType(type);
     g_free(type);
     return result;
+}
+
+QList<Application> XPApplications::forFolders()
+{
+    return forType("inode/directory");
+}
+
+QList<Application> XPApplications::all()
+{
+    QList<Application> result;
+    GList *every = g_app_info_get_all();
+    for (const GList *each = every; each; each = each->next) {
+        auto *info = static_cast<GAppInfo *>(each->data);
+        const bool takesFiles =
+            g_app_info_supports_files(info) != FALSE || g_app_info_supports_uris(info) != FALSE;
+        if (takesFiles && g_app_info_should_show(info) != FALSE)
+            result.append(application(info));
+    }
+    g_list_free_full(every, g_object_unref);
+    const QCollator collator;
+    std::sort(result.begin(), result.end(), [&](const Application &a, const Application &b) {
+        return collator.compare(a.name, b.name) < 0;
+    });
+    return result;
+}
+
+bool XPApplications::isInstalled(const QString &desktopEntry)
+{
+    GDesktopAppInfo *info = g_desktop_app_info_new(desktopEntry.toUtf8().constData());
+    if (info)
+        g_object_unref(info);
+    return info != nullptr;
 }

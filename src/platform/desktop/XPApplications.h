@@ -11,9 +11,18 @@ struct Application
 {
     QString name;         // for people
     QString desktopEntry; // "org.example.App.desktop"
+    QString iconName;     // of the icon theme; may be empty
+
+    bool operator==(const Application &) const = default;
 };
 
 // The usual one first.
 QList<Application> forFile(const QString &path);
+// Those that show folders, the same.
+QList<Application> forFolders();
+// Every program that a person would start and that takes files, by name.
+QList<Application> all();
+// Whether one of that desktop entry is installed.
+bool isInstalled(const QString &desktopEntry);
 
 } // namespace XPApplications

@@ -6,13 +6,14 @@ XPFileWorker::XPFileWorker()
 {
     connect(this, &XPFileWorker::workDone, this, &XPFileWorker::tellDone, Qt::QueuedConnection);
     m_thread = std::thread([this] { runTasks(); });
-    Q_ASSERT(!theWorker);
-    theWorker = this;
+    if (theWorker == nullptr)
+        theWorker = this;
 }
 
 XPFileWorker::~XPFileWorker()
 {
-    theWorker = nullptr;
+    if (theWorker == this)
+        theWorker = nullptr;
     {
         const XPLocker lock(m_mutex);
         m_isEnding = true;

@@ -8,10 +8,11 @@
 #include <functional>
 #include <thread>
 
-// The one thread that makes the file calls of moves, copies, renames and trash, one at a time in
+// A thread that makes the file calls of moves, copies, renames and trash, one at a time in
 // the order in which the main thread gives them: a slow or frozen volume never blocks a window.
 //
-// The program makes one at start-up; current() is how the classes below the window find it. The
+// The program makes one at start-up; current() is how the classes below the window find it. Work
+// that takes minutes has another of its own, made later, so that renames need not wait for it. The
 // destructor finishes the calls that were asked for, so that no file is left half moved; who asked
 // is not told any more.
 // Threads: lives on the main thread; the calls run on a thread of its own.

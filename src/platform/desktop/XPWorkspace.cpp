@@ -1,5 +1,6 @@
 #include "XPWorkspace.h"
 
+#include "XPApplications.h"
 #include "XPFileUrls.h"
 #include "XPLog.h"
 #include "XPPath.h"
@@ -48,10 +49,8 @@ static void openFolderOf(const QString &path)
         qCWarning(xpLog).noquote() << error->message;
 }
 
-void XPWorkspace::reveal(const QStringList &paths)
+static QDBusMessage showItems(const QStringList &paths)
 {
-    if (paths.isEmpty())
-        return;
     QStringList urls;
     for (const QString &path : paths)
         urls.append(QString::fromLatin1(XPFileUrls::encoded(path)));
@@ -60,7 +59,28 @@ void XPWorkspace::reveal(const QStringList &paths)
                                                   QStringLiteral("org.freedesktop.FileManager1"),
                                                   QStringLiteral("ShowItems"));
     message << urls << QString();
-    auto *watcher = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(message));
+    return message;
+}
+
+std::optional<XPError> XPWorkspace::revealAndWait(const QStringList &paths)
+{
+    const QDBusMessage answer = QDBusConnection::sessionBus().call(showItems(paths));
+    if (answer.type() != QDBusMessage::ErrorMessage)
+        return {};
+    const QString folder = XPPath::folder(paths.first());
+    const auto programs = XPApplications::forFolders();
+    if (programs.isEmpty())
+        return XPError::make(XPError::Kind::Unsupported, QStringLiteral("there is no file manager"),
+                             folder);
+    return openWith({folder}, programs.first().desktopEntry);
+}
+
+void XPWorkspace::reveal(const QStringList &paths)
+{
+    if (paths.isEmpty())
+        return;
+    auto *watcher =
+        new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(showItems(paths)));
     QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher,
                      [watcher, first = paths.first()] {
                          if (watcher->isError())

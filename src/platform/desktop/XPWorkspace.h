@@ -5,7 +5,7 @@
 #include <QStringList>
 
 // What the desktop does with the user's files: opening and showing them.
-// Threads: the main thread. Nothing here waits for another program.
+// Threads: the main thread. Nothing here waits for another program, unless it says so.
 namespace XPWorkspace {
 
 // Opens the file with the program that the desktop has chosen for its type. The answer is
@@ -19,5 +19,9 @@ std::optional<XPError> openWith(const QStringList &paths, const QString &desktop
 // Shows the files, selected, in the file manager (org.freedesktop.FileManager1); where there is
 // none, opens the folder of the first.
 void reveal(const QStringList &paths);
+
+// The same for a program that ends at once: waits for the answer. An error: there is nobody to
+// show them.
+std::optional<XPError> revealAndWait(const QStringList &paths);
 
 } // namespace XPWorkspace

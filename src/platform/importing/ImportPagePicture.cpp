@@ -2,33 +2,60 @@
 
 #include "ImportDocument.h"
 #include "ImportPageDrawing.h"
-#include "ImportWorker.h"
 #include "KPFileType.h"
 #include "XPFileInfo.h"
 #include "XPPath.h"
 #include "XPPrograms.h"
 
-static XPError failure(const QString &words, const QString &path)
+static XPError failureOf(DocumentFailure failure, const QString &reason, const QString &path)
 {
-    return XPError::make(XPError::Kind::Malformed, words, path);
+    const QString name = documentFailureName(failure);
+    return XPError::make(XPError::Kind::Malformed,
+                         reason.isEmpty() ? name : name + QStringLiteral(": ") + reason, path);
 }
 
-XPResult<QImage> importPagePicture(const QString &path, int page, int pixels)
+ImportedDocument::ImportedDocument(const QString &path)
+    : m_path(path), m_worker({.program = XPPrograms::helper("murn-importer"), .idle = false})
 {
-    const auto info = XPFileInfo::read(path);
-    if (!info)
+    if (const auto info = XPFileInfo::read(path))
+        m_type = KPFileType::utiForPath(path, XPPath::extension(path), info->mode);
+}
+
+// Opened each time: it may have changed, and nothing is kept open between two pages.
+static XPResult<ImportDocument> opened(const QString &path, const QString &type)
+{
+    if (const auto info = XPFileInfo::read(path); !info)
         return info.error();
-    const auto document = ImportDocument::open(
-        XPPath::encode(path), KPFileType::utiForPath(path, XPPath::extension(path), info->mode));
+    return ImportDocument::open(XPPath::encode(path), type);
+}
+
+XPResult<DocumentAnswer> ImportedDocument::read()
+{
+    const auto document = opened(m_path, m_type);
     if (!document)
         return document.error();
-    ImportWorker worker({.program = XPPrograms::helper("murn-importer"), .idle = false});
-    auto drawn = importPage(worker, *document, page, pixels);
+    auto outcome = m_worker.run(document->job(), document->descriptor.get());
+    if (const auto *error = std::get_if<XPError>(&outcome))
+        return *error;
+    if (const auto *end = std::get_if<ImportWorker::Break>(&outcome))
+        return failureOf(end->failure, end->reason, m_path);
+    return documentAnswerFrom(std::get<ImportFrame>(outcome));
+}
+
+XPResult<QImage> ImportedDocument::picture(int page, int pixels)
+{
+    const auto document = opened(m_path, m_type);
+    if (!document)
+        return document.error();
+    auto drawn = importPage(m_worker, *document, page, pixels);
     if (!drawn)
         return drawn.error();
     if (!drawn->failure)
         return std::move(drawn->image);
-    const QString name = documentFailureName(*drawn->failure);
-    return failure(drawn->reason.isEmpty() ? name : name + QStringLiteral(": ") + drawn->reason,
-                   path);
+    return failureOf(*drawn->failure, drawn->reason, m_path);
+}
+
+XPResult<QImage> importPagePicture(const QString &path, int page, int pixels)
+{
+    return ImportedDocument(path).picture(page, pixels);
 }

@@ -53,7 +53,7 @@ TEST_F(AppDelegate, ShowsWhatComesAndEndsInOrder)
 {
     const QString early = m_folder.file(QStringLiteral("early"));
     const QString late = m_folder.file(XPPath::decode(QByteArrayView("late\xff")));
-    EXPECT_TRUE(m_delegate->openFile(m_folder.path(QStringLiteral("missing")))); // not known yet
+    EXPECT_TRUE(m_delegate->openFiles({m_folder.path(QStringLiteral("missing"))})); // not known yet
     EXPECT_TRUE(m_delegate->openFiles({early}));
     EXPECT_FALSE(m_delegate->isFinishedLaunching());
     launch();
