@@ -689,6 +689,33 @@ Absturzberichte erlauben?</translation>
     <message id="KPDone">
         <translation>Fertig</translation>
     </message>
+    <message id="KPDropZone">
+        <translation>Ablagefläche</translation>
+    </message>
+    <message id="KPDropZoneBack">
+        <translation>Zurück</translation>
+    </message>
+    <message id="KPDropZoneFiled" numerus="yes">
+        <translation>
+            <numerusform>%n Dokument abgelegt</numerusform>
+            <numerusform>%n Dokumente abgelegt</numerusform>
+        </translation>
+    </message>
+    <message id="KPDropZoneFiling">
+        <translation>Wird übernommen …</translation>
+    </message>
+    <message id="KPDropZoneFolders">
+        <translation>Letzter Ordner</translation>
+    </message>
+    <message id="KPDropZoneTagGroups">
+        <translation>Mit Tags</translation>
+    </message>
+    <message id="KPDropZoneTitle">
+        <translation>Zum Ablegen hierher ziehen</translation>
+    </message>
+    <message id="KPDropZoneToday">
+        <translation>Ordner von heute</translation>
+    </message>
     <message id="KPDroppedOnIcon">
         <translation>Geöffnet am %1</translation>
     </message>
@@ -880,6 +907,9 @@ Absturzberichte erlauben?</translation>
     </message>
     <message id="KPFactYear">
         <translation>Jahr</translation>
+    </message>
+    <message id="KPFetchingTitle">
+        <translation>Wird vom anderen Programm geholt</translation>
     </message>
     <message id="KPFileClipboardButton">
         <translation>Ablegen</translation>
@@ -1255,6 +1285,9 @@ Absturzberichte erlauben?</translation>
     </message>
     <message id="KPInspectorShown">
         <translation>&amp;Informationen</translation>
+    </message>
+    <message id="KPKeepDropZone">
+        <translation>Ablagefläche immer zeigen</translation>
     </message>
     <message id="KPKeepExtension">
         <translation>.%1 behalten</translation>
@@ -2122,6 +2155,9 @@ Absturzberichte erlauben?</translation>
     </message>
     <message id="KPShowBookmarksPanel">
         <translation>&amp;Lesezeichen einblenden</translation>
+    </message>
+    <message id="KPShowDropZone">
+        <translation>Ablagefläche beim Ziehen zeigen</translation>
     </message>
     <message id="KPShowLoupeMenuItem">
         <translation>Lupe einblenden</translation>

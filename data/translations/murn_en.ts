@@ -691,6 +691,33 @@ Allow crash reporting?</translation>
     <message id="KPDone">
         <translation>Done</translation>
     </message>
+    <message id="KPDropZone">
+        <translation>Drop zone</translation>
+    </message>
+    <message id="KPDropZoneBack">
+        <translation>Back</translation>
+    </message>
+    <message id="KPDropZoneFiled" numerus="yes">
+        <translation>
+            <numerusform>%n document filed</numerusform>
+            <numerusform>%n documents filed</numerusform>
+        </translation>
+    </message>
+    <message id="KPDropZoneFiling">
+        <translation>Taking it in …</translation>
+    </message>
+    <message id="KPDropZoneFolders">
+        <translation>Recent folder</translation>
+    </message>
+    <message id="KPDropZoneTagGroups">
+        <translation>With tags</translation>
+    </message>
+    <message id="KPDropZoneTitle">
+        <translation>Drop to file</translation>
+    </message>
+    <message id="KPDropZoneToday">
+        <translation>Today’s folder</translation>
+    </message>
     <message id="KPDroppedOnIcon">
         <translation>Opened on %1</translation>
     </message>
@@ -882,6 +909,9 @@ Allow crash reporting?</translation>
     </message>
     <message id="KPFactYear">
         <translation>Year</translation>
+    </message>
+    <message id="KPFetchingTitle">
+        <translation>Fetching from the other program</translation>
     </message>
     <message id="KPFileClipboardButton">
         <translation>File</translation>
@@ -1257,6 +1287,9 @@ Allow crash reporting?</translation>
     </message>
     <message id="KPInspectorShown">
         <translation>&amp;Inspector</translation>
+    </message>
+    <message id="KPKeepDropZone">
+        <translation>Keep drop zone visible</translation>
     </message>
     <message id="KPKeepExtension">
         <translation>Keep .%1</translation>
@@ -2124,6 +2157,9 @@ Allow crash reporting?</translation>
     </message>
     <message id="KPShowBookmarksPanel">
         <translation>Show &amp;Bookmarks</translation>
+    </message>
+    <message id="KPShowDropZone">
+        <translation>Show drop zone while dragging</translation>
     </message>
     <message id="KPShowLoupeMenuItem">
         <translation>Show Loupe</translation>

@@ -8,7 +8,9 @@
 #include "KPDocCache.h"
 #include "KPDocIcons.h"
 #include "KPDocPrefs.h"
+#include "KPDropZoneDelegate.h"
 #include "KPFileTypeRegistry.h"
+#include "KPFilingCommands.h"
 #include "KPFilingUpkeep.h"
 #include "KPIndexSession.h"
 #include "KPLaunchSettings.h"
@@ -27,6 +29,7 @@
 #include "KarvexSync.h"
 #include "UserDefaults.h"
 #include "XPApplicationBus.h"
+#include "XPDropZoneController.h"
 #include "XPFiledDocuments.h"
 #include "XPFolders.h"
 #include "XPGlobalShortcut.h"
@@ -35,6 +38,7 @@
 #include "XPPath.h"
 
 #include <QApplication>
+#include <QMimeData>
 #include <QTimer>
 #include <unistd.h>
 
@@ -120,6 +124,11 @@ void KPAppDelegate::installServices()
         if (m_controller)
             m_controller->showInformation(paths);
     });
+    connect(services.get(), &KPAppServices::importAsked, this,
+            [this](const QMimeData *data, const QString &folder, bool copies) {
+                if (m_controller)
+                    m_controller->importDropped(data, {.folder = folder, .copies = copies});
+            });
     connect(services.get(), &KPAppServices::pathMoved, this,
             [this](const QString &oldPath, const QString &newPath) {
                 if (m_controller)
@@ -150,6 +159,7 @@ void KPAppDelegate::applicationDidFinishLaunching()
     openMainWindow();
     observeSettings();
     defaults.setValue(QStringLiteral("KPDropZoneOverlapWithScreen"), PropertyValue::boolean(false));
+    makeDropZone();
     m_isFinishedLaunching = true;
     m_controller->searcher().restartSearchAction();
     m_controller->show();
@@ -322,6 +332,9 @@ void KPAppDelegate::applicationWillTerminate()
     m_controller->hide();
     m_shortcut.reset();
     m_statusItem.reset();
+    if (m_dropZone)
+        m_dropZone->writeOutStateWhenQuiting();
+    m_dropZone.reset();
     XPPrompts::install(nullptr); // nobody is there to answer
     logFailure(KPFileTypeRegistry::instance().writeFileTypesPlist());
     stopServices();

@@ -14,12 +14,14 @@
 
 class KPAppServices;
 class KPController;
+class KPDropZoneDelegate;
 class KPFilingUpkeep;
 class KPIndexSession;
 class KPStatusItem;
 class KPTagBackup;
 class KPUntaggedBadge;
 class XPApplicationBus;
+class XPDropZoneController;
 class XPGlobalShortcut;
 class XPPasteboard;
 
@@ -91,6 +93,8 @@ private:
     void bringToFront(const XPActivation &activation);
     void followHotKey(const PropertyValue &key);
     void followStatusItem(bool isWanted);
+    void makeDropZone();
+    void showWayBack();
     void deepRestoreDone(qint64 count);
     void stopServices();
 
@@ -118,6 +122,8 @@ private:
     std::unique_ptr<KPFilingUpkeep> m_upkeep;
     std::unique_ptr<KPStatusItem> m_statusItem;
     std::unique_ptr<KPUntaggedBadge> m_untagged;
+    std::unique_ptr<KPDropZoneDelegate> m_zoneDelegate;
+    std::unique_ptr<XPDropZoneController> m_dropZone;
     std::unique_ptr<XPGlobalShortcut> m_shortcut;
     std::vector<XPObservation> m_observations;
 };

@@ -2,6 +2,7 @@
 #include "KPAppDelegate.h"
 #include "KPController.h"
 #include "KPCrashReports.h"
+#include "KPDropZoneDelegate.h"
 #include "KPLaunchSettings.h"
 #include "KPStatusItem.h"
 #include "KPWelcome.h"
@@ -12,6 +13,8 @@
 #include <QApplication>
 
 static const QString statusItemKey = QStringLiteral("KPShowStatusItem");
+static const QString zoneKey = QStringLiteral("KPShowDropZone");
+static const QString zoneStaysKey = QStringLiteral("KPShowDropZoneEvenWithoutFileDrag");
 
 void KPAppDelegate::hideShowMainWindowAction()
 {
@@ -41,7 +44,6 @@ void KPAppDelegate::updateApplicationBadgeWithNumber(int number)
         m_statusItem->setNumber(number);
 }
 
-// With an icon in the tray the window can be closed and brought back.
 void KPAppDelegate::followStatusItem(bool isWanted)
 {
     if (!isWanted || !KPStatusItem::isPossible()) {
@@ -57,9 +59,49 @@ void KPAppDelegate::followStatusItem(bool isWanted)
         connect(m_statusItem.get(), &KPStatusItem::quitAsked, qApp, &QApplication::quit,
                 Qt::QueuedConnection);
     }
-    QApplication::setQuitOnLastWindowClosed(m_statusItem == nullptr);
+    showWayBack();
+}
+
+void KPAppDelegate::makeDropZone()
+{
+    if (!m_line.screenshot.isEmpty())
+        return;
+    m_zoneDelegate = std::make_unique<KPDropZoneDelegate>(*m_controller);
+    m_dropZone = std::make_unique<XPDropZoneController>(m_zoneDelegate.get());
+    for (const QString &key : {zoneKey, zoneStaysKey})
+        m_observations.push_back(UserDefaults::standard().addObserver(
+            QStringLiteral("values.") + key, [this](const PropertyValue &) { showWayBack(); }));
+    showWayBack();
+}
+
+// With an icon in the tray, or the zone's strip at the edge, the window can be closed and brought
+// back.
+void KPAppDelegate::showWayBack()
+{
+    const UserDefaults &defaults = UserDefaults::standard();
+    const bool hasZone =
+        m_dropZone != nullptr && defaults.boolValue(zoneKey) && defaults.boolValue(zoneStaysKey);
+    const bool hasWayBack = m_statusItem != nullptr || hasZone;
+    QApplication::setQuitOnLastWindowClosed(!hasWayBack);
     if (m_controller)
-        m_controller->setHidesOnClose(m_statusItem != nullptr);
+        m_controller->setHidesOnClose(hasWayBack);
+}
+
+// A command that switches a setting.
+static KPCommand settingCommand(const char *id, const QString &key, bool (*isShown)())
+{
+    return {.id = id,
+            .menu = KPCommandMenu::Window,
+            .run =
+                [key] {
+                    UserDefaults &defaults = UserDefaults::standard();
+                    defaults.setValue(key, PropertyValue::boolean(!defaults.boolValue(key)));
+                },
+            .state =
+                [key, isShown] {
+                    return KPCommandState{.isChecked = UserDefaults::standard().boolValue(key),
+                                          .isShown = isShown()};
+                }};
 }
 
 static bool hasOwnColours()
@@ -79,20 +121,9 @@ QList<KPCommand> KPAppDelegate::commands()
          .menu = KPCommandMenu::View,
          .run = [this] { colourDefaultsAction(); },
          .state = [] { return KPCommandState{.isShown = hasOwnColours()}; }},
-        {.id = QT_TRID_NOOP("KPStatusItem"),
-         .menu = KPCommandMenu::Window,
-         .run =
-             [] {
-                 UserDefaults &defaults = UserDefaults::standard();
-                 defaults.setValue(statusItemKey,
-                                   PropertyValue::boolean(!defaults.boolValue(statusItemKey)));
-             },
-         .state =
-             [] {
-                 return KPCommandState{.isChecked =
-                                           UserDefaults::standard().boolValue(statusItemKey),
-                                       .isShown = KPStatusItem::isPossible()};
-             }},
+        settingCommand(QT_TRID_NOOP("KPStatusItem"), statusItemKey, &KPStatusItem::isPossible),
+        settingCommand(QT_TRID_NOOP("KPShowDropZone"), zoneKey, [] { return true; }),
+        settingCommand(QT_TRID_NOOP("KPKeepDropZone"), zoneStaysKey, [] { return true; }),
         {.id = QT_TRID_NOOP("KPWelcomeAgain"),
          .menu = KPCommandMenu::Help,
          .run = [this] { (new KPWelcome(m_controller.get()))->open(); }},

@@ -2,6 +2,7 @@
 #include "KPAppDelegate.h"
 #include "KPController.h"
 #include "KPDocCache.h"
+#include "KPFilingCommands.h"
 #include "KPLocationItem.h"
 #include "KPOpenedUrl.h"
 #include "KPSearchFolders.h"
@@ -269,17 +270,9 @@ void KPAppDelegate::createFiledFile(const XPActivation &activation)
 void KPAppDelegate::fileCopied(const XPPasteboard &pb)
 {
     xpGuiThread.assertHere();
-    // Files stay where they are: the program hears of them by "XPFileListImport".
-    const bool areFiles = !pb.fileNames().isEmpty();
-    XPFilingWork::run([pb] { return XPPasteboardSupport::importFromPBToFiledDocuments(pb); },
-                      [this, areFiles](const XPResult<QStringList> &paths) {
-                          xpGuiThread.assertHere();
-                          if (!paths)
-                              XPPrompts::current().alert(qtTrId("KPCannotPaste"),
-                                                         paths.error().reason());
-                          else if (m_controller && !areFiles && !paths->isEmpty())
-                              showFileList(*paths, {});
-                      });
+    if (m_controller)
+        m_controller->filing().import(
+            pb, {.done = [this](const QStringList &paths) { showFileList(paths, {}); }});
 }
 
 void KPAppDelegate::followHotKey(const PropertyValue &key)

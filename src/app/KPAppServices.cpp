@@ -46,6 +46,11 @@ void KPAppServices::openInfoWindow(const QStringList &paths)
     Q_EMIT infoAsked(paths);
 }
 
+void KPAppServices::importDropped(const QMimeData &data, const QString &folder, bool copies)
+{
+    Q_EMIT importAsked(&data, folder, copies);
+}
+
 void KPAppServices::runFileWork(std::function<void()> work, std::function<void()> done)
 {
     m_worker.run(std::move(work), std::move(done));

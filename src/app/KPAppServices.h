@@ -21,11 +21,13 @@ public:
     void revealInLibrary(const QStringList &paths) override;
     void pathChanged(const QString &oldPath, const QString &newPath) override;
     void openInfoWindow(const QStringList &paths) override;
+    void importDropped(const QMimeData &data, const QString &folder, bool copies) override;
     void runFileWork(std::function<void()> work, std::function<void()> done) override;
 
 Q_SIGNALS:
     void revealAsked(const QStringList &paths);
     void infoAsked(const QStringList &paths);
+    void importAsked(const QMimeData *data, const QString &folder, bool copies);
     void pathMoved(const QString &oldPath, const QString &newPath); // of a record
 
 private:

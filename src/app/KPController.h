@@ -36,7 +36,9 @@ class KPTagEditing;
 class KPTagsWindow;
 class KPToolBar;
 class XPScanController;
+class QMimeData;
 struct KPEditReport;
+struct KPImport;
 
 // The controller of the one main window: owns the search, its history and the search field, puts
 // the parts into their places and composes menus and toolbar from the features' commands.
@@ -105,6 +107,9 @@ public:
     // In a window of its own for each, or one for all of many.
     void showInformation(const QStringList &paths);
     void showHistory();
+    // What another program drops somewhere, by the one road of KPFilingCommands.
+    bool importDropped(const QMimeData *dropped, KPImport how);
+    KPFilingCommands &filing() { return *m_filing; }
     void editTags();
     // Selects them as soon as they are shown, and asks for their tags.
     void selectAndEditTags(const QStringList &paths);
@@ -174,13 +179,11 @@ private:
     QStringList foldersNotIndexed() const;
 
     // Documents.
-    void editTags();
     void cancel(); // Escape
     void openFolder();
     void showAllIn(const QStringList &folders);
     void indexFolders();
     void renameTyped(KPDoc *doc, const QString &typed);
-    void filesDropped(const QStringList &paths, bool copies);
     void connectPreview();
     void closeFront();
     void showInfoWindow(const KPDoc::Docs &documents);

@@ -17,6 +17,7 @@
 #include "XPPrompts.h"
 
 #include <QAbstractScrollArea>
+#include <QMimeData>
 #include <QScrollBar>
 
 using Menu = KPCommandMenu;
@@ -71,7 +72,10 @@ void KPController::connectEditing()
         xpGuiThread.assertHere();
         m_filing->removeOrDeleteSelected(commandKey);
     });
-    connect(library, &KPLibraryController::filesDropped, this, &KPController::filesDropped);
+    connect(library, &KPLibraryController::dropped, this,
+            [this](const QMimeData *dropped, bool copies) {
+                importDropped(dropped, {.copies = copies});
+            });
     connect(library, &KPLibraryController::contextMenuRequested, this, [this](const QPoint &at) {
         if (!m_library->hasSelection())
             return;

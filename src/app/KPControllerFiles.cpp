@@ -4,7 +4,6 @@
 #include "KPFilingCommands.h"
 #include "KPLibraryController.h"
 #include "KPLibraryModel.h"
-#include "XPFiledDocuments.h"
 #include "XPPath.h"
 
 void KPController::renameTyped(KPDoc *doc, const QString &typed)
@@ -13,11 +12,11 @@ void KPController::renameTyped(KPDoc *doc, const QString &typed)
     m_filing->rename(doc, typed);
 }
 
-void KPController::filesDropped(const QStringList &paths, bool copies)
+bool KPController::importDropped(const QMimeData *dropped, KPImport how)
 {
     xpGuiThread.assertHere();
-    XPFiledDocuments::setFilesAsManagedRoutingIfNeeded(paths, copies,
-                                                       [](const std::optional<XPFileReport> &) {});
+    how.isDrop = true;
+    return m_filing->import(dropped, how);
 }
 
 void KPController::showDocuments(const QStringList &paths)

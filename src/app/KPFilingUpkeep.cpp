@@ -1,11 +1,15 @@
 #include "KPFilingUpkeep.h"
 
 #include "UserDefaults.h"
+#include "XPArrivals.h"
 #include "XPFiledDocuments.h"
 #include "XPFilingWork.h"
 #include "XPLog.h"
 #include "XPPath.h"
 #include "XPPrompts.h"
+
+#include <QGuiApplication>
+#include <QPointer>
 
 static void logProblems(const XPFileReport &report)
 {
@@ -22,6 +26,29 @@ KPFilingUpkeep::KPFilingUpkeep(QObject *parent) : QObject(parent)
                                                         if (on.boolValue())
                                                             layoutChosen();
                                                     });
+    watchInbox();
+}
+
+KPFilingUpkeep::~KPFilingUpkeep() = default;
+
+void KPFilingUpkeep::watchInbox()
+{
+    xpGuiThread.assertHere();
+    XPFilingWork::run([] { return XPFiledDocuments::pendingDocsFolder(); },
+                      [self = QPointer(this)](const QString &folder) {
+                          if (!self)
+                              return;
+                          self->m_arrivals = std::make_unique<XPArrivals>(folder);
+                          connect(self->m_arrivals.get(), &XPArrivals::arrived, self.data(), [] {
+                              xpGuiThread.assertHere();
+                              if (qGuiApp->applicationState() == Qt::ApplicationActive)
+                                  XPFilingWork::run(
+                                      [] {
+                                          return XPFiledDocuments::movePendingFilesToFiledDocuments();
+                                      },
+                                      &logProblems);
+                          });
+                      });
 }
 
 void KPFilingUpkeep::becomeActive()

@@ -15,6 +15,12 @@ bool KPDocPasteboard::hasDocuments(const QMimeData &data)
     return data.hasFormat(documentsType);
 }
 
+bool KPDocPasteboard::isOurs(const QMimeData &data)
+{
+    return hasDocuments(data) || data.hasFormat(folderType) || data.hasFormat(searchType) ||
+           data.hasFormat(locationType);
+}
+
 QStringList KPDocPasteboard::paths(const QMimeData &data)
 {
     QStringList paths;

@@ -18,6 +18,7 @@ extern const QString searchType;    // "kpSC": a saved search
 extern const QString locationType;  // "kpLD": a location
 
 bool hasDocuments(const QMimeData &data);
+bool isOurs(const QMimeData &data); // any of these types
 QStringList paths(const QMimeData &data);
 void setPaths(QMimeData &data, const QStringList &paths);
 

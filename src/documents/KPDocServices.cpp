@@ -47,6 +47,10 @@ void KPDocServices::openInfoWindow(const QStringList &)
 {
 }
 
+void KPDocServices::importDropped(const QMimeData &, const QString &, bool)
+{
+}
+
 void KPDocServices::runFileWork(std::function<void()> work, std::function<void()> done)
 {
     work();

@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 
+class QMimeData;
 class QObject;
 
 // What a document record asks of higher layers, which install it at start-up.
@@ -39,6 +40,9 @@ public:
     // Shows the documents in the window's library, and a file's information window.
     virtual void revealInLibrary(const QStringList &paths);
     virtual void openInfoWindow(const QStringList &paths);
+    // Makes documents of what another program drops on a row that stands for a folder; an empty
+    // one: today's. Files are moved there, or copied.
+    virtual void importDropped(const QMimeData &data, const QString &folder, bool copies);
     // Runs `work` where file calls may wait (never under a lock, in the order given), then `done`
     // on the main thread.
     virtual void runFileWork(std::function<void()> work, std::function<void()> done);

@@ -2,7 +2,6 @@
 
 #include "XPFileUrls.h"
 
-#include <QMimeData>
 #include <QStringDecoder>
 #include <algorithm>
 
@@ -16,7 +15,10 @@ QStringList XPPasteboard::mimeTypes(Kind kind)
 {
     switch (kind) {
     case Kind::Tiff:
-        return {QStringLiteral("image/tiff")};
+        // And what else is made a PNG.
+        return {QStringLiteral("image/tiff"), QStringLiteral("image/webp"),
+                QStringLiteral("image/bmp"), QStringLiteral("image/x-bmp"),
+                QStringLiteral("image/gif")};
     case Kind::Png:
         return {QStringLiteral("image/png")};
     case Kind::Jpeg:
@@ -40,19 +42,18 @@ QStringList XPPasteboard::mimeTypes(Kind kind)
     return {};
 }
 
-static QString formatOf(const QMimeData *data, Kind kind)
+static QString formatOf(const QStringList &formats, Kind kind)
 {
     const QStringList types = XPPasteboard::mimeTypes(kind);
-    const auto found = std::find_if(types.begin(), types.end(),
-                                    [data](const QString &type) { return data->hasFormat(type); });
+    const auto found = std::find_if(types.begin(), types.end(), [&](const QString &type) {
+        return formats.contains(type);
+    });
     return found == types.end() ? QString() : *found;
 }
 
-bool XPPasteboard::offers(const QMimeData *data, Kind kind)
+bool XPPasteboard::offers(const QStringList &formats, Kind kind)
 {
-    if (kind == Kind::FileNames)
-        return data->hasFormat(uriList) && !XPFileUrls::paths(data).isEmpty();
-    return !formatOf(data, kind).isEmpty();
+    return !formatOf(formats, kind).isEmpty();
 }
 
 static QString decoded(const QByteArray &bytes, QStringDecoder::Encoding encoding)
@@ -113,20 +114,39 @@ XPPasteboard XPPasteboard::of(const QString &mimeType, const QByteArray &bytes)
     return made;
 }
 
-XPPasteboard XPPasteboard::from(const QMimeData *data)
+bool XPPasteboard::fetch(XPDataOffer &offer, Kind kind)
+{
+    const QString format = formatOf(offer.formats(), kind);
+    if (format.isEmpty())
+        return false;
+    const auto bytes = offer.read(format);
+    if (bytes)
+        add(kind, *bytes);
+    else
+        m_failure = bytes.error();
+    return has(kind);
+}
+
+void XPPasteboard::fetchAddress(XPDataOffer &offer)
+{
+    const QString format = formatOf(offer.formats(), Kind::Url);
+    if (format.isEmpty())
+        return;
+    const auto bytes = offer.read(format);
+    if (bytes)
+        addUrl(format, *bytes);
+    else
+        m_failure = bytes.error();
+}
+
+XPPasteboard XPPasteboard::from(XPDataOffer &offer)
 {
     XPPasteboard made;
-    const auto fetch = [&](Kind kind) {
-        if (const QString format = formatOf(data, kind); !format.isEmpty())
-            made.add(kind, data->data(format));
-        return made.has(kind);
-    };
+    const auto fetch = [&](Kind kind) { return made.fetch(offer, kind); };
     const auto fetchOne = [&](std::initializer_list<Kind> kinds) {
         return std::any_of(kinds.begin(), kinds.end(), fetch);
     };
-    const QString url = formatOf(data, Kind::Url);
-    if (!url.isEmpty())
-        made.addUrl(url, data->data(url));
+    made.fetchAddress(offer);
     if (fetch(Kind::Email) || fetchOne({Kind::Png, Kind::Tiff, Kind::Jpeg}))
         return made;
     // A link is offered as styled text too, which says no more than the address and its name.
@@ -134,13 +154,19 @@ XPPasteboard XPPasteboard::from(const QMimeData *data)
         fetch(Kind::String);
         return made;
     }
-    made.m_fileNames = XPFileUrls::paths(data);
-    if (!made.m_fileNames.isEmpty()) {
-        made.add(Kind::FileNames, data->data(uriList));
-        return made;
+    if (fetch(Kind::FileNames)) {
+        made.m_fileNames = XPFileUrls::paths(made.data(Kind::FileNames));
+        if (!made.m_fileNames.isEmpty())
+            return made;
+        made.m_data.remove(Kind::FileNames); // addresses of other things
     }
     const bool isRich = fetch(Kind::Rtf);
     if (!fetch(Kind::String) && !isRich && !made.has(Kind::Url))
         fetch(Kind::Pdf);
     return made;
+}
+
+XPPasteboard XPPasteboard::from(const QMimeData *data)
+{
+    return from(*XPDataOffer::of(data));
 }

@@ -41,9 +41,12 @@ QStringList XPPasteboardSupport::supportedTypes()
 
 bool XPPasteboardSupport::canImportFromPB(const QMimeData *data)
 {
-    return data != nullptr && std::any_of(kinds.begin(), kinds.end(), [data](Kind kind) {
-               return XPPasteboard::offers(data, kind);
-           });
+    if (data == nullptr)
+        return false;
+    const QStringList formats = data->formats();
+    return formats.contains(XPDataOffer::directSaveFormat) ||
+           std::any_of(kinds.begin(), kinds.end(),
+                       [&](Kind kind) { return XPPasteboard::offers(formats, kind); });
 }
 
 bool XPPasteboardSupport::canImportFromPB(const XPPasteboard &pb)
@@ -85,6 +88,15 @@ static QString titleFor(const XPPasteboard &pb, const QString &text)
 static Paths missing(const char *what)
 {
     return XPError::malformed(QStringLiteral("the %1 cannot be read").arg(QLatin1String(what)));
+}
+
+XPResult<std::optional<XPFilePromise>>
+XPPasteboardSupport::importFilePromise(XPDataOffer &sender, const QString &folder)
+{
+    const auto name = sender.promisedName();
+    if (!name)
+        return std::optional<XPFilePromise>();
+    return XPFilePromise::ask(sender, *name, folder);
 }
 
 Paths XPPasteboardSupport::importEmail(const XPPasteboard &pb, const QString &folder)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "XPError.h"
+#include "XPFilePromise.h"
 #include "XPPasteboard.h"
 
 #include <QStringList>
@@ -10,7 +11,7 @@ class QMimeData;
 // Documents from what a clipboard or a drag carries: which kind of file is written, how it is
 // called, and that it is a document of the library then.
 //
-// The first that matches is imported: a mail message (".eml"), a picture (".png"), styled text with
+// The first that matches is imported: a file that the source promises to write, a mail message (".eml"), a picture (".png"), styled text with
 // its pictures (".odt"), files (which stay where they are), text (".rtf", ".webloc" for an http
 // address, ".txt" from 21 characters on) and PDF. A file is written whole or not at all, under a
 // name that is free, and marked; one that cannot be marked stays, and is reported.
@@ -20,6 +21,7 @@ class XPPasteboardSupport
 public:
     // As MIME types, in the order in which they are looked for.
     static QStringList supportedTypes();
+    // A look at what is offered, without asking for it.
     static bool canImportFromPB(const QMimeData *data);
     static bool canImportFromPB(const XPPasteboard &pb);
     static QByteArray dataFromPB(const XPPasteboard &pb, XPPasteboard::Kind kind);
@@ -30,6 +32,10 @@ public:
     // Into today's folder; tells the program when something came there.
     static XPResult<QStringList> importFromPBToFiledDocuments(const XPPasteboard &pb);
 
+    // Has the source write the file that it promises; which is there only when the promise says
+    // so. None: it promises none.
+    static XPResult<std::optional<XPFilePromise>> importFilePromise(XPDataOffer &sender,
+                                                                    const QString &folder);
     static XPResult<QStringList> importEmail(const XPPasteboard &pb, const QString &folder);
     static XPResult<QStringList> importImage(const XPPasteboard &pb, const QString &folder);
     // `name`: of the file, else by its text.

@@ -320,7 +320,7 @@ void KPDocsList::contextMenuEvent(QContextMenuEvent *event)
 
 void KPDocsList::dragEnterEvent(QDragEnterEvent *event)
 {
-    if (KPDocsView::droppedPaths(event->mimeData(), event->source()).isEmpty())
+    if (!KPDocsView::takesDrop(event->mimeData(), event->source()))
         return event->ignore();
     event->setDropAction(Qt::CopyAction);
     event->accept();
@@ -334,12 +334,11 @@ void KPDocsList::dragMoveEvent(QDragMoveEvent *event)
 
 void KPDocsList::dropEvent(QDropEvent *event)
 {
-    const QStringList paths = KPDocsView::droppedPaths(event->mimeData(), event->source());
-    if (paths.isEmpty())
+    if (!KPDocsView::takesDrop(event->mimeData(), event->source()))
         return event->ignore();
     event->setDropAction(Qt::CopyAction);
     event->accept();
-    Q_EMIT filesDropped(paths, event->modifiers() & Qt::AltModifier);
+    Q_EMIT dropped(event->mimeData(), event->modifiers() & Qt::AltModifier);
 }
 
 void KPDocsList::setColours()

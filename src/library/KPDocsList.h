@@ -5,6 +5,7 @@
 #include <QTreeView>
 
 class KPArrangedDocs;
+class QMimeData;
 class KPDocsKeys;
 class KPNameField;
 
@@ -41,7 +42,7 @@ Q_SIGNALS:
     void renameRequested(KPDoc *doc, const QString &name);
     void flagClicked(KPDoc *doc);
     void ratingClicked(KPDoc *doc, int stars);
-    void filesDropped(const QStringList &paths, bool copies);
+    void dropped(const QMimeData *data, bool copies); // valid in the call only
     void dragRequested(int row); // by the pointer, with what is selected
 
 protected:

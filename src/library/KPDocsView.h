@@ -58,8 +58,8 @@ public:
     bool editName(int row);
     // What drags of these documents carry. The caller owns it.
     static QMimeData *mimeData(const QList<KPDoc *> &docs);
-    // Files that may be dropped: from elsewhere.
-    static QStringList droppedPaths(const QMimeData *data, const QObject *source);
+    // What another program drags, and could be a document.
+    static bool takesDrop(const QMimeData *data, const QObject *source);
     QPixmap dragPicture(const KPDoc &doc, qsizetype count) const;
 
     // In the viewport.
@@ -73,7 +73,7 @@ Q_SIGNALS:
     void zoomRequested(int steps); // by the wheel
     void contextMenuRequested(const QPoint &globalPosition);
     void renameRequested(KPDoc *doc, const QString &name);
-    void filesDropped(const QStringList &paths, bool copies);
+    void dropped(const QMimeData *data, bool copies); // valid in the call only
 
 protected:
     bool viewportEvent(QEvent *event) override;

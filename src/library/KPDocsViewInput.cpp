@@ -6,6 +6,7 @@
 #include "KPGroupStates.h"
 #include "KPNameField.h"
 #include "XPFileUrls.h"
+#include "XPPasteboardSupport.h"
 
 #include <QApplication>
 #include <QContextMenuEvent>
@@ -269,16 +270,17 @@ void KPDocsView::startDrag(int row)
     drag->exec(Qt::CopyAction, Qt::CopyAction);
 }
 
-QStringList KPDocsView::droppedPaths(const QMimeData *data, const QObject *source)
+bool KPDocsView::takesDrop(const QMimeData *data, const QObject *source)
 {
-    return source || KPDocPasteboard::hasDocuments(*data) ? QStringList() : XPFileUrls::paths(data);
+    return source == nullptr && !KPDocPasteboard::isOurs(*data) &&
+           XPPasteboardSupport::canImportFromPB(data);
 }
 
 // The action is always a copy: what is moved is moved by the filing store, not by the program that
 // the files come from.
 void KPDocsView::dragEnterEvent(QDragEnterEvent *event)
 {
-    if (droppedPaths(event->mimeData(), event->source()).isEmpty())
+    if (!takesDrop(event->mimeData(), event->source()))
         return event->ignore();
     event->setDropAction(Qt::CopyAction);
     event->accept();
@@ -292,10 +294,9 @@ void KPDocsView::dragMoveEvent(QDragMoveEvent *event)
 
 void KPDocsView::dropEvent(QDropEvent *event)
 {
-    const QStringList paths = droppedPaths(event->mimeData(), event->source());
-    if (paths.isEmpty())
+    if (!takesDrop(event->mimeData(), event->source()))
         return event->ignore();
     event->setDropAction(Qt::CopyAction);
     event->accept();
-    Q_EMIT filesDropped(paths, event->modifiers() & Qt::AltModifier);
+    Q_EMIT dropped(event->mimeData(), event->modifiers() & Qt::AltModifier);
 }

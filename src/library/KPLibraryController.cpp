@@ -91,8 +91,8 @@ void KPLibraryController::connectViews()
             &KPLibraryController::contextMenuRequested);
     connect(m_grid, &KPDocsView::renameRequested, this, &KPLibraryController::renameRequested);
     connect(m_list, &KPDocsList::renameRequested, this, &KPLibraryController::renameRequested);
-    connect(m_grid, &KPDocsView::filesDropped, this, &KPLibraryController::filesDropped);
-    connect(m_list, &KPDocsList::filesDropped, this, &KPLibraryController::filesDropped);
+    connect(m_grid, &KPDocsView::dropped, this, &KPLibraryController::dropped);
+    connect(m_list, &KPDocsList::dropped, this, &KPLibraryController::dropped);
     connect(m_list, &KPDocsList::dragRequested, this, &KPLibraryController::startDrag);
     connect(m_list, &KPDocsList::sortRequested, this, [this](int column) {
         if (const auto field = KPLibraryModel::sortFieldOf(KPLibraryModel::Column(column)))

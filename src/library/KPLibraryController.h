@@ -26,6 +26,7 @@ class KPNavigator;
 class KPQuickLook;
 class QKeyEvent;
 class QAbstractScrollArea;
+class QMimeData;
 class QStackedWidget;
 class QWidget;
 
@@ -149,8 +150,8 @@ Q_SIGNALS:
     void tagEditorRequested(const QList<KPDoc *> &docs);
     void renameRequested(KPDoc *doc, const QString &name);
     void removeOrDeleteRequested(bool commandKey);
-    // Files of others dropped among the documents.
-    void filesDropped(const QStringList &paths, bool copies);
+    // What another program dropped among the documents.
+    void dropped(const QMimeData *data, bool copies); // valid in the call only
     void contextMenuRequested(const QPoint &globalPosition);
     void previewRequested(); // the space bar
     void cancelled();        // Escape

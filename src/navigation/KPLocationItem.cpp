@@ -1,11 +1,13 @@
 #include "KPLocationItem.h"
 
 #include "KPDocPasteboard.h"
+#include "KPDocServices.h"
 #include "KPItemArchive.h"
 #include "KPSearchFolders.h"
 #include "KPSearchStateKeys.h"
 #include "XPFileTransfers.h"
 #include "XPFolders.h"
+#include "XPPasteboardSupport.h"
 #include "XPPath.h"
 #include "XPPropertyList.h"
 
@@ -139,25 +141,42 @@ bool KPLocationItem::isEqual(const KPBaseItem &other) const
     return item && item->m_folders == m_folders;
 }
 
+// Where what another program drops becomes a document; an empty one: today's folder.
+std::optional<QString> KPLocationItem::folderForImports() const
+{
+    const QString only = m_folders.size() == 1 ? m_folders.first() : QString();
+    if (only == KPSearchFolders::filedDocuments || only == KPSearchFolders::filedToday)
+        return QString();
+    return singleFolder();
+}
+
 Qt::DropAction KPLocationItem::validateDropOfType(Qt::DropActions possible, int index,
                                                   const KPBaseItem *dragged,
                                                   const QMimeData &pasteboard) const
 {
-    if (index != -1 || !singleFolder() || !KPDocPasteboard::hasDocuments(pasteboard))
-        return KPBaseSearchItem::validateDropOfType(possible, index, dragged, pasteboard);
-    return possible.testFlag(Qt::MoveAction) ? Qt::MoveAction : Qt::CopyAction;
+    if (index == -1 && KPDocPasteboard::hasDocuments(pasteboard) && singleFolder())
+        return possible.testFlag(Qt::MoveAction) ? Qt::MoveAction : Qt::CopyAction;
+    // A copy for the other program, which is never to delete what it dragged.
+    if (index == -1 && !KPDocPasteboard::isOurs(pasteboard) && folderForImports() &&
+        XPPasteboardSupport::canImportFromPB(&pasteboard))
+        return Qt::CopyAction;
+    return KPBaseSearchItem::validateDropOfType(possible, index, dragged, pasteboard);
 }
 
 bool KPLocationItem::acceptDrop(const QMimeData &pasteboard, Qt::DropAction action, int index,
                                 const Ptr &dragged)
 {
-    const auto folder = singleFolder();
-    if (index != -1 || !folder || !KPDocPasteboard::hasDocuments(pasteboard))
-        return KPBaseSearchItem::acceptDrop(pasteboard, action, index, dragged);
     xpGuiThread.assertHere();
-    XPFileTransfers::moveCopyFilesProgressUI(KPDocPasteboard::paths(pasteboard), *folder,
-                                             action == Qt::CopyAction, true,
-                                             [](const XPFileReport &) {});
+    const auto folder = singleFolder();
+    if (index == -1 && folder && KPDocPasteboard::hasDocuments(pasteboard)) {
+        XPFileTransfers::moveCopyFilesProgressUI(KPDocPasteboard::paths(pasteboard), *folder,
+                                                 action == Qt::CopyAction, true,
+                                                 [](const XPFileReport &) {});
+        return true;
+    }
+    if (validateDropOfType(action, index, dragged.get(), pasteboard) == Qt::IgnoreAction)
+        return KPBaseSearchItem::acceptDrop(pasteboard, action, index, dragged);
+    KPDocServices::current().importDropped(pasteboard, *folderForImports(), false);
     return true;
 }
 

@@ -40,6 +40,8 @@ public:
     Qt::DropAction validateDropOfType(Qt::DropActions possible, int index,
                                       const KPBaseItem *dragged,
                                       const QMimeData &pasteboard) const override;
+    // Documents of the library are moved or copied into a folder; what comes from another program
+    // becomes a document there, or in today's folder on the rows of filed documents.
     bool acceptDrop(const QMimeData &pasteboard, Qt::DropAction action, int index,
                     const Ptr &dragged) override;
     bool writeItemToPasteboard(QMimeData &pasteboard) const override;
@@ -51,6 +53,7 @@ protected:
     const char *className() const override { return "KPLocationItem"; }
 
 private:
+    std::optional<QString> folderForImports() const;
     QStringList m_folders;
     QString m_displayName;
 };

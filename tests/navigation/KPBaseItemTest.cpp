@@ -221,6 +221,50 @@ TEST(SourceItem, TakesDocumentsOfTheLibraryAlone)
     KPDocServices::install(std::make_unique<KPDocServices>());
 }
 
+namespace {
+
+// Notes where what is dropped goes.
+class NotedImports : public KPDocServices
+{
+public:
+    explicit NotedImports(QStringList *folders) : m_folders(folders) {}
+    void importDropped(const QMimeData &, const QString &folder, bool) override
+    {
+        m_folders->append(folder);
+    }
+
+private:
+    QStringList *m_folders;
+};
+
+} // namespace
+
+TEST(Location, TakesWhatOtherProgramsDrop)
+{
+    QStringList folders;
+    KPDocServices::install(std::make_unique<NotedImports>(&folders));
+    QMimeData text, strange, ours;
+    text.setText(QStringLiteral("words"));
+    strange.setData(QStringLiteral("application/x-strange"), "?");
+    ours.setText(QStringLiteral("/tmp/search"));
+    ours.setData(KPDocPasteboard::searchType, "x");
+    const auto takes = [](const QString &place, const QMimeData &data) {
+        const auto item = KPLocationItem::withFolder(place);
+        const auto action =
+            item->validateDropOfType(Qt::CopyAction | Qt::MoveAction, -1, nullptr, data);
+        EXPECT_EQ(item->acceptDrop(data, action, -1, nullptr), action == Qt::CopyAction);
+        return action == Qt::CopyAction;
+    };
+    EXPECT_TRUE(takes(QStringLiteral("/tmp/in"), text));
+    EXPECT_TRUE(takes(KPSearchFolders::filedDocuments, text));
+    EXPECT_TRUE(takes(KPSearchFolders::filedToday, text));
+    EXPECT_FALSE(takes(KPSearchFolders::everywhere, text));
+    EXPECT_FALSE(takes(QStringLiteral("/tmp/in"), strange));
+    EXPECT_FALSE(takes(QStringLiteral("/tmp/in"), ours));
+    EXPECT_EQ(folders, QStringList({QStringLiteral("/tmp/in"), QString(), QString()}));
+    KPDocServices::install(std::make_unique<KPDocServices>());
+}
+
 TEST(Pasteboard, CarriesNamesThatAreNoText)
 {
     const QStringList paths{XPPath::decode("/tmp/a\xFFn"), QStringLiteral("/tmp/b\nc")};

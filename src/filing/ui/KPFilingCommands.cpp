@@ -24,6 +24,7 @@
 KPFilingCommands::KPFilingCommands(KPDocumentTargets &targets, QUndoStack &history, QObject *parent)
     : QObject(parent), m_targets(targets), m_history(history)
 {
+    XPSelectionOffer::followDrops();
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this,
             [this] { m_canPaste.reset(); });
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "KPCommandTable.h"
+#include "KPPasteboardFetch.h"
 #include "XPFileDeeds.h"
 #include "XPMutex.h"
 
@@ -12,6 +13,17 @@ class KPDoc;
 class KPDocumentTargets;
 class QMimeData;
 class QUndoStack;
+
+// What becomes of that which is pasted or dropped.
+struct KPImport
+{
+    QString folder = {}; // empty: today's, or where files that come are, as the user prefers
+    QStringList tags = {};  // for the documents
+    bool isDrop = false;    // what another program drags and drops at this moment
+    bool copies = false;    // of files: the originals stay
+    // Told of the documents; else they are shown in the library.
+    std::function<void(const QStringList &paths)> done = {};
+};
 
 // The window's commands that file, move, copy, rename and throw away the documents selected, and
 // take them in and out of the library. All file work is the filing store's, on the file worker;
@@ -45,8 +57,12 @@ public:
     void rename(KPDoc *doc, const QString &typed) XP_REQUIRES(xpGuiThread);
     // What is on the clipboard, as documents in today's folder.
     void paste() XP_REQUIRES(xpGuiThread);
-    // The same of what is dropped.
-    void import(const QMimeData *data) XP_REQUIRES(xpGuiThread);
+    // The one road by which content becomes documents. What another program offers is fetched
+    // while the window goes on; of a drop this returns when the source is needed no more. Files
+    // that are dropped are marked, filed or asked about, as the user prefers; those that are
+    // pasted are marked where they lie. False: nothing that could be a document.
+    bool import(const QMimeData *data, const KPImport &how) XP_REQUIRES(xpGuiThread);
+    void import(const XPPasteboard &pb, const KPImport &how) XP_REQUIRES(xpGuiThread);
 
     // To the trash: asked about as the setting "KPConfirmDelete" says, and when it is ten or more.
     void deleteSelected() XP_REQUIRES(xpGuiThread);
@@ -66,6 +82,11 @@ private:
     void remember(const QList<XPFileDeeds::Chain> &deeds, const char *undoText)
         XP_REQUIRES(xpGuiThread);
     void deleteNow(const QList<KPDoc *> &docs) XP_REQUIRES(xpGuiThread);
+    void importFetched(const KPPasteboardFetch::Fetched &fetched, const KPImport &how)
+        XP_REQUIRES(xpGuiThread);
+    void importFiles(const QStringList &paths, const KPImport &how) XP_REQUIRES(xpGuiThread);
+    void imported(const QStringList &paths, const KPImport &how) XP_REQUIRES(xpGuiThread);
+    void made(const XPResult<QStringList> &paths, const KPImport &how) XP_REQUIRES(xpGuiThread);
     bool canPaste();
 
     KPDocumentTargets &m_targets;

@@ -34,10 +34,15 @@ QMimeData *XPFileUrls::mimeData(const QStringList &paths)
 
 QStringList XPFileUrls::paths(const QMimeData *data)
 {
+    return paths(data->data(QStringLiteral("text/uri-list")));
+}
+
+QStringList XPFileUrls::paths(const QByteArray &uriList)
+{
     static constexpr QByteArrayView scheme("file://");
     static constexpr QByteArrayView thisMachine("localhost");
     QStringList paths;
-    for (const QByteArray &line : data->data(QStringLiteral("text/uri-list")).split('\n')) {
+    for (const QByteArray &line : uriList.split('\n')) {
         const QByteArray url = line.trimmed();
         if (url.size() < scheme.size() || url.first(scheme.size()).toLower() != scheme)
             continue;

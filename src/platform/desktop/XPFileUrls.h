@@ -23,5 +23,7 @@ QMimeData *mimeData(const QStringList &paths);
 // The files of this machine that a clipboard or a drag carries, in their order; none that is
 // elsewhere. Bytes of names come through as they are.
 QStringList paths(const QMimeData *data);
+// The same of the bytes of a `text/uri-list`.
+QStringList paths(const QByteArray &uriList);
 
 } // namespace XPFileUrls

@@ -1,5 +1,7 @@
 #include "XPKeyGrab.h"
 
+#include "XPX11.h"
+
 #include <QGuiApplication>
 #include <array>
 #include <memory>
@@ -9,14 +11,6 @@
 static constexpr std::array<uint16_t, 4> locks = {0, XCB_MOD_MASK_LOCK, XCB_MOD_MASK_2,
                                                   XCB_MOD_MASK_LOCK | XCB_MOD_MASK_2};
 static constexpr uint16_t lockMask = XCB_MOD_MASK_LOCK | XCB_MOD_MASK_2;
-
-static xcb_connection_t *connection()
-{
-    if (qGuiApp == nullptr)
-        return nullptr;
-    const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    return x11 == nullptr ? nullptr : x11->connection();
-}
 
 // The symbol of X for a key; 0: none that we grab. Latin-1 characters are their own symbols.
 static uint32_t symbolOf(Qt::Key key)
@@ -64,16 +58,16 @@ static QList<uint8_t> codesOf(xcb_connection_t *connection, uint32_t symbol)
 
 bool XPKeyGrab::isPossible()
 {
-    return connection() != nullptr;
+    return XPX11::connection() != nullptr;
 }
 
 XPKeyGrab::XPKeyGrab(const QKeySequence &key, std::function<void()> pressed)
-    : m_connection(connection()), m_pressed(std::move(pressed))
+    : m_connection(XPX11::connection()), m_pressed(std::move(pressed))
 {
     const uint32_t symbol = key.isEmpty() ? 0 : symbolOf(key[0].key());
     if (m_connection == nullptr || symbol == 0)
         return;
-    m_root = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root;
+    m_root = XPX11::root();
     m_modifiers = modifiersOf(key[0].keyboardModifiers());
     for (const uint8_t code : codesOf(m_connection, symbol)) {
         bool isOurs = true;

@@ -248,11 +248,55 @@ TEST_F(FilingCommands, APastedDocumentIsUndoneIntoTheTrash)
     xpGuiThread.assertHere();
     QMimeData data;
     data.setText(QStringLiteral("a text that is long enough"));
-    commands.import(&data);
+    EXPECT_TRUE(commands.import(&data, {}));
     expectUndoAndRedo({}, {today("a text that is long enough.txt")}, "Paste of 1 document");
     QMimeData broken;
     broken.setData(QStringLiteral("image/png"), "no picture");
-    commands.import(&broken);
+    EXPECT_TRUE(commands.import(&broken, {}));
     EXPECT_EQ(said->alerts.size(), 1);
     EXPECT_EQ(history.count(), 1);
+}
+
+TEST_F(FilingCommands, WhatIsDroppedGoesWhereItIsDropped)
+{
+    xpGuiThread.assertHere();
+    QStringList done;
+    KPImport how{.isDrop = true,
+                 .done = [&done](const QStringList &paths) { done = paths; }};
+    QMimeData strange, text, files;
+    strange.setData(QStringLiteral("application/x-strange"), "?");
+    EXPECT_FALSE(commands.import(&strange, how));
+    text.setText(QStringLiteral("a text that is long enough"));
+    how.folder = m_folder.path(QStringLiteral("to"));
+    EXPECT_TRUE(commands.import(&text, how));
+    EXPECT_EQ(done, QStringList{to("a text that is long enough.txt")});
+
+    const QString path = file("from/b.pdf");
+    files.setData(QStringLiteral("text/uri-list"),
+                  "file://" + XPPath::encode(path).toPercentEncoding("/"));
+    EXPECT_TRUE(commands.import(&files, how));
+    EXPECT_EQ(done, QStringList{to("b.pdf")});
+    EXPECT_TRUE(XPFiledDocuments::isManaged(to("b.pdf")));
+    EXPECT_FALSE(exists(path));
+    history.undo();
+    EXPECT_TRUE(exists(path));
+}
+
+TEST_F(FilingCommands, FilesDroppedAreRoutedAsTheUserPrefers)
+{
+    xpGuiThread.assertHere();
+    const QString path = file("from/c.pdf");
+    QMimeData files;
+    files.setData(QStringLiteral("text/uri-list"),
+                  "file://" + XPPath::encode(path).toPercentEncoding("/"));
+    QStringList done;
+    const KPImport how{.isDrop = true, .done = [&done](const QStringList &paths) { done = paths; }};
+    commands.import(&files, how); // asks, and is cancelled
+    EXPECT_EQ(said->questions.size(), 1);
+    EXPECT_FALSE(XPFiledDocuments::isManaged(path));
+    EXPECT_TRUE(done.isEmpty());
+    setFlag(XPFiledDocuments::askKey, false);
+    commands.import(&files, how);
+    EXPECT_EQ(done, QStringList{path});
+    EXPECT_TRUE(XPFiledDocuments::isManaged(path));
 }

@@ -1,0 +1,45 @@
+#include "XPDropZoneTagEditorController.h"
+
+#include "KPBatchEdit.h"
+#include "XPFrontWindow.h"
+
+#include <QCloseEvent>
+#include <QTimer>
+
+XPDropZoneTagEditorController::XPDropZoneTagEditorController(
+    std::function<QPoint(const QSize &)> place)
+    : XPTagEditorController(nullptr), m_place(std::move(place))
+{
+    setWindowFlag(Qt::WindowStaysOnTopHint);
+    connect(this, &XPTagEditorController::edited, this, [](const KPFileEdit &edit) {
+        xpGuiThread.assertHere();
+        if (KPBatchEdit *edits = KPBatchEdit::current())
+            edits->replaceOriginalTags(edit, true);
+    });
+}
+
+void XPDropZoneTagEditorController::showEvent(QShowEvent *event)
+{
+    XPTagEditorController::showEvent(event);
+    if (event->spontaneous())
+        return;
+    move(m_place(frameGeometry().size().expandedTo(size())));
+    // Once the window manager knows it.
+    QTimer::singleShot(0, this, [this] {
+        if (isVisible())
+            XPFrontWindow::take(*windowHandle());
+    });
+}
+
+void XPDropZoneTagEditorController::hideEvent(QHideEvent *event)
+{
+    XPTagEditorController::hideEvent(event);
+    if (!event->spontaneous())
+        Q_EMIT tagEditorDidGoAway();
+}
+
+// Where the window's own editor stands is not to be changed by this one.
+void XPDropZoneTagEditorController::closeEvent(QCloseEvent *event)
+{
+    QDialog::closeEvent(event);
+}
