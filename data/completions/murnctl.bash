@@ -35,6 +35,7 @@ _murnctl_options() {
         open) printf '%s\n' --with --help ;;
         reveal) printf '%s\n' --help ;;
         index) printf '%s\n' --no-content --json --print0 --help ;;
+        defaults) printf '%s\n' --json --print0 --help ;;
         info) printf '%s\n' --json --help ;;
         types) printf '%s\n' --extension --tree --all --groups --json --help ;;
         *) printf '%s\n' --help --version ;;
@@ -48,7 +49,7 @@ _murnctl() {
         if [[ $cur == -* ]]; then
             _murnctl_offer < <(_murnctl_options)
         else
-            _murnctl_offer <<<$'tags\ntag\ntag-rename\ntag-delete\nrate\nfind\ninfo\ntypes\nquery\nfile\nmanage\nunmanage\npaste\nbackup\nrestore\nhealed\nimport\nthumbnail\nscan\nocr\ncombine\nopen\nreveal\nindex'
+            _murnctl_offer <<<$'tags\ntag\ntag-rename\ntag-delete\nrate\nfind\ninfo\ntypes\nquery\nfile\nmanage\nunmanage\npaste\nbackup\nrestore\nhealed\nimport\nthumbnail\nscan\nocr\ncombine\nopen\nreveal\nindex\ndefaults'
         fi
         return
     fi
@@ -91,6 +92,10 @@ _murnctl() {
         _murnctl_offer <<<$'0\n1\n2\n3\n4\n5'
     elif [[ $command == index && $COMP_CWORD == 2 ]]; then
         _murnctl_offer < <(printf '%s\n' status sync verify rebuild pause resume roots add remove exclude include)
+    elif [[ $command == defaults && $COMP_CWORD == 2 ]]; then
+        _murnctl_offer <<<$'read\nwrite\ndelete'
+    elif [[ $command == defaults && $COMP_CWORD == 3 ]]; then
+        _murnctl_offer < <("${COMP_WORDS[0]}" defaults read 2>/dev/null | cut -f1)
     elif [[ $command == index && ${COMP_WORDS[2]} == remove ]]; then
         _murnctl_offer < <("${COMP_WORDS[0]}" index roots 2>/dev/null)
     elif [[ $command == index ]]; then

@@ -12,6 +12,15 @@
     <message id="KPAbout">
         <translation>Ü&amp;ber Murn</translation>
     </message>
+    <message id="KPAboutLicence">
+        <translation>Lizenz</translation>
+    </message>
+    <message id="KPAboutPart">
+        <translation>Bestandteil</translation>
+    </message>
+    <message id="KPAboutParts">
+        <translation>Hergestellt mit</translation>
+    </message>
     <message id="KPAboutText">
         <translation>Versieht Dokumente mit Schlagwörtern und Bewertungen und findet sie wieder, wo sie liegen. Nichts wird kopiert oder verschoben: Schlagwörter und Bewertungen stehen an den Dateien selbst.
 
@@ -19,6 +28,12 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPAboutTitle">
         <translation>Murn %1</translation>
+    </message>
+    <message id="KPAboutVersion">
+        <translation>Version</translation>
+    </message>
+    <message id="KPAboutWindowTitle">
+        <translation>Über Murn</translation>
     </message>
     <message id="KPAcademicPaperTag">
         <translation>Fachartikel</translation>
@@ -226,6 +241,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPChangedMeanwhile">
         <translation>inzwischen hat ein anderes Programm sie geändert</translation>
+    </message>
+    <message id="KPCheckForUpdates">
+        <translation>Nach A&amp;ktualisierungen suchen</translation>
     </message>
     <message id="KPChipExcluded">
         <translation>ohne Schlagwort %1</translation>
@@ -1103,6 +1121,51 @@ Absturzberichte erlauben?</translation>
     <message id="KPHealed">
         <translation>Ein Programm ließ die Schlagwörter fallen; sie wurden am %1 zurückgegeben: %2</translation>
     </message>
+    <message id="KPHealedAccept">
+        <translation>Tags zurückgeben</translation>
+    </message>
+    <message id="KPHealedAllDone">
+        <translation>Diese Dateien haben ihre Tags durch ein Programm verloren.</translation>
+    </message>
+    <message id="KPHealedDone">
+        <translation>zurückgegeben</translation>
+    </message>
+    <message id="KPHealedFailed">
+        <translation>fehlgeschlagen</translation>
+    </message>
+    <message id="KPHealedFile">
+        <translation>Datei</translation>
+    </message>
+    <message id="KPHealedList">
+        <translation>Dateien, die ihre Tags verloren haben</translation>
+    </message>
+    <message id="KPHealedNone">
+        <translation>Bisher hat keine Datei ihre Tags durch ein Programm verloren.</translation>
+    </message>
+    <message id="KPHealedPending">
+        <translation>zurückgelegt</translation>
+    </message>
+    <message id="KPHealedState">
+        <translation>Zustand</translation>
+    </message>
+    <message id="KPHealedTags">
+        <translation>Tags</translation>
+    </message>
+    <message id="KPHealedTime">
+        <translation>Bemerkt</translation>
+    </message>
+    <message id="KPHealedUndo">
+        <translation>Ohne Tags lassen</translation>
+    </message>
+    <message id="KPHealedUndone">
+        <translation>ohne gelassen</translation>
+    </message>
+    <message id="KPHealedWaiting" numerus="yes">
+        <translation>
+            <numerusform>Die Tags von %n Datei wurden zurückgelegt, da es eine andere sein könnte. Zurückgeben?</numerusform>
+            <numerusform>Die Tags von %n Dateien wurden zurückgelegt, da es andere sein könnten. Zurückgeben?</numerusform>
+        </translation>
+    </message>
     <message id="KPHide">
         <translation>A&amp;usblenden</translation>
     </message>
@@ -1252,6 +1315,24 @@ Absturzberichte erlauben?</translation>
     </message>
     <message id="KPIndexReasonTooLarge">
         <translation>der Name ist zu lang oder die Datei zu groß</translation>
+    </message>
+    <message id="KPIndexRemedyConnect">
+        <translation>Verbinden Sie den Datenträger oder entfernen Sie den Ordner unten.</translation>
+    </message>
+    <message id="KPIndexRemedyLimit">
+        <translation>Ein Verwalter des Systems kann die Grenze %1 anheben.</translation>
+    </message>
+    <message id="KPIndexRemedyOtherProgram">
+        <translation>Beenden Sie das andere Programm von Murn oder warten Sie, bis es fertig ist.</translation>
+    </message>
+    <message id="KPIndexRemedyRebuild">
+        <translation>Legen Sie den Index neu an.</translation>
+    </message>
+    <message id="KPIndexRemedyRights">
+        <translation>Geben Sie sich das Recht zu lesen oder nehmen Sie den Ordner unten aus.</translation>
+    </message>
+    <message id="KPIndexRemedyRoom">
+        <translation>Schaffen Sie Platz auf dem Datenträger Ihres persönlichen Ordners.</translation>
     </message>
     <message id="KPIndexRootDistant">
         <translation>%1: Änderungen durch andere Rechner werden nur alle %2 Sekunden gefunden.</translation>
@@ -1634,6 +1715,471 @@ Absturzberichte erlauben?</translation>
     <message id="KPPostScriptFailed">
         <translation>Die PostScript-Datei konnte nicht umgewandelt werden.</translation>
     </message>
+    <message id="KPPrefAdd">
+        <translation>Hinzufügen…</translation>
+    </message>
+    <message id="KPPrefAddFolder">
+        <translation>Ordner hinzufügen</translation>
+    </message>
+    <message id="KPPrefAddRule">
+        <translation>Hinzufügen</translation>
+    </message>
+    <message id="KPPrefAdding">
+        <translation>Hinzufügen von Dokumenten</translation>
+    </message>
+    <message id="KPPrefBackUpNow">
+        <translation>Jetzt sichern</translation>
+    </message>
+    <message id="KPPrefBackup">
+        <translation>Sicherung von Tags und Bewertungen</translation>
+    </message>
+    <message id="KPPrefBackupHolds" numerus="yes">
+        <translation>
+            <numerusform>Die Sicherung enthält %1 Dokument.</numerusform>
+            <numerusform>Die Sicherung enthält %1 Dokumente.</numerusform>
+        </translation>
+    </message>
+    <message id="KPPrefBackupHourly">
+        <translation>Tags und Bewertungen jede Stunde sichern</translation>
+    </message>
+    <message id="KPPrefBackupHourlyHint">
+        <translation>In einer eigenen Datei, neben denen an den Dokumenten.</translation>
+    </message>
+    <message id="KPPrefBelongHint">
+        <translation>Neben allem, was Tags oder eine Bewertung hat oder abgelegt ist.</translation>
+    </message>
+    <message id="KPPrefBelongOffice">
+        <translation>Texte, Tabellen und Präsentationen von Büroprogrammen</translation>
+    </message>
+    <message id="KPPrefBelongPDFs">
+        <translation>PDF-Dokumente</translation>
+    </message>
+    <message id="KPPrefBelongWork">
+        <translation>Dokumente von Pages, Numbers und Keynote</translation>
+    </message>
+    <message id="KPPrefBelonging">
+        <translation>Was zur Bibliothek gehört</translation>
+    </message>
+    <message id="KPPrefBordersImages">
+        <translation>Ränder um Bilder</translation>
+    </message>
+    <message id="KPPrefBordersLarge">
+        <translation>Ränder auch um große Bilder</translation>
+    </message>
+    <message id="KPPrefBordersMovies">
+        <translation>Ränder um Filme</translation>
+    </message>
+    <message id="KPPrefBordersOther">
+        <translation>Ränder um andere Dokumente</translation>
+    </message>
+    <message id="KPPrefCacheDays">
+        <translation>Bilder werden neu gemacht nach</translation>
+    </message>
+    <message id="KPPrefCacheSize">
+        <translation>Speicher für Bilder</translation>
+    </message>
+    <message id="KPPrefCacheSlow">
+        <translation>Bilder aufheben, die lange gedauert haben</translation>
+    </message>
+    <message id="KPPrefCacheSlowHint">
+        <translation>In den Vorschaubildern, die alle Programme dieses Schreibtischs teilen.</translation>
+    </message>
+    <message id="KPPrefChooseColour">
+        <translation>Wählen…</translation>
+    </message>
+    <message id="KPPrefChooseFolder">
+        <translation>Ordner wählen…</translation>
+    </message>
+    <message id="KPPrefCloudBlack">
+        <translation>Tagwolke einfarbig zeigen</translation>
+    </message>
+    <message id="KPPrefCloudColumn">
+        <translation>Ein Wort in jeder Zeile</translation>
+    </message>
+    <message id="KPPrefCloudCounts">
+        <translation>Zeigen, wie viele Dokumente sie haben</translation>
+    </message>
+    <message id="KPPrefCloudTags">
+        <translation>Tags zeigen</translation>
+    </message>
+    <message id="KPPrefCloudTypes">
+        <translation>Dokumentarten zeigen</translation>
+    </message>
+    <message id="KPPrefColours">
+        <translation>Farben</translation>
+    </message>
+    <message id="KPPrefCommonTags">
+        <translation>Bei mehreren Dokumenten nur die gemeinsamen Tags ändern</translation>
+    </message>
+    <message id="KPPrefCommonTagsHint">
+        <translation>Aus: Alle bekommen genau die eingegebenen Tags.</translation>
+    </message>
+    <message id="KPPrefComplete">
+        <translation>Tags beim Tippen vervollständigen</translation>
+    </message>
+    <message id="KPPrefConfirmDelete">
+        <translation>Vor dem Löschen in den Papierkorb fragen</translation>
+    </message>
+    <message id="KPPrefConfirmMove">
+        <translation>Vor dem Verschieben oder Kopieren fragen</translation>
+    </message>
+    <message id="KPPrefCrashReports">
+        <translation>Einen Bericht schreiben, wenn Murn abstürzt</translation>
+    </message>
+    <message id="KPPrefCrashReportsHint">
+        <translation>Er bleibt auf diesem Rechner. Von selbst wird nie etwas gesendet.</translation>
+    </message>
+    <message id="KPPrefCustomWords">
+        <translation>Eigene Wörter</translation>
+    </message>
+    <message id="KPPrefCustomWordsHint">
+        <translation>Eines in jeder Zeile.</translation>
+    </message>
+    <message id="KPPrefDays">
+        <translation>%1 Tagen</translation>
+    </message>
+    <message id="KPPrefDebugLog">
+        <translation>Mehr ins Protokoll schreiben</translation>
+    </message>
+    <message id="KPPrefDebugLogHint">
+        <translation>Zur Fehlersuche; Namen von Dokumenten stehen darin.</translation>
+    </message>
+    <message id="KPPrefDesk">
+        <translation>Hintergrund</translation>
+    </message>
+    <message id="KPPrefDeskHint">
+        <translation>Mit den Werksfarben hat ein dunkler Schreibtisch einen dunklen Hintergrund.</translation>
+    </message>
+    <message id="KPPrefDeskText">
+        <translation>Namen</translation>
+    </message>
+    <message id="KPPrefDestinations">
+        <translation>Zuletzt benutzte Ziele</translation>
+    </message>
+    <message id="KPPrefEntering">
+        <translation>Eingeben von Tags</translation>
+    </message>
+    <message id="KPPrefEverywhere">
+        <translation>Aus jedem Programm</translation>
+    </message>
+    <message id="KPPrefFiledIn">
+        <translation>Dokumente werden in %1 abgelegt.</translation>
+    </message>
+    <message id="KPPrefFilingAlways">
+        <translation>Ohne Rückfrage ablegen</translation>
+    </message>
+    <message id="KPPrefFilingAlwaysHint">
+        <translation>Aus: Sie bleiben, wo sie sind, und gehören nur zur Bibliothek.</translation>
+    </message>
+    <message id="KPPrefFilingAsk">
+        <translation>Jedes Mal fragen, ob sie abgelegt werden</translation>
+    </message>
+    <message id="KPPrefFolders">
+        <translation>Wo Murn sucht</translation>
+    </message>
+    <message id="KPPrefFollowLinks">
+        <translation>Auch Ordner hinter Verknüpfungen werden mit allen Unterordnern gezeigt</translation>
+    </message>
+    <message id="KPPrefForget">
+        <translation>Vergessen</translation>
+    </message>
+    <message id="KPPrefForgetDestinations">
+        <translation>Letzte Ziele beim Verschieben und Kopieren</translation>
+    </message>
+    <message id="KPPrefForgetNamed">
+        <translation>Vergessen: %1</translation>
+    </message>
+    <message id="KPPrefForgetSearches">
+        <translation>Letzte Suchen</translation>
+    </message>
+    <message id="KPPrefForgetTagGroups">
+        <translation>Letzte Taggruppen</translation>
+    </message>
+    <message id="KPPrefForgetTags">
+        <translation>Zuletzt eingegebene Tags</translation>
+    </message>
+    <message id="KPPrefGlobalShortcut">
+        <translation>Nach dem kopierten Text suchen mit</translation>
+    </message>
+    <message id="KPPrefGlobalShortcutHint">
+        <translation>Eine Taste, die in jedem Programm wirkt.</translation>
+    </message>
+    <message id="KPPrefGrid">
+        <translation>Dokumente</translation>
+    </message>
+    <message id="KPPrefGroupsOpen">
+        <translation>Gruppen sind zunächst aufgeklappt</translation>
+    </message>
+    <message id="KPPrefHeal">
+        <translation>Dateien die Tags zurückgeben, die ein Programm verloren hat</translation>
+    </message>
+    <message id="KPPrefHealHint">
+        <translation>Viele Programme sichern, indem sie eine neue Datei an die Stelle der alten schreiben.</translation>
+    </message>
+    <message id="KPPrefHealing">
+        <translation>Heilung</translation>
+    </message>
+    <message id="KPPrefHiddenFiles">
+        <translation>Auch versteckte Dateien werden gezeigt, wenn ein Ordner mit allen Unterordnern gezeigt wird</translation>
+    </message>
+    <message id="KPPrefHomeFolder">
+        <translation>Startordner</translation>
+    </message>
+    <message id="KPPrefHomeFolderHint">
+        <translation>Die Taste „Start“ zeigt ihn, und das Fenster beim ersten Mal.</translation>
+    </message>
+    <message id="KPPrefIndexHolds" numerus="yes">
+        <translation>
+            <numerusform>Der Index enthält %1 Datei.</numerusform>
+            <numerusform>Der Index enthält %1 Dateien und Ordner.</numerusform>
+        </translation>
+    </message>
+    <message id="KPPrefIndexState">
+        <translation>Zustand</translation>
+    </message>
+    <message id="KPPrefIndexUpToDate">
+        <translation>Alles ist auf dem neuesten Stand.</translation>
+    </message>
+    <message id="KPPrefIndexed">
+        <translation>Was indiziert wird</translation>
+    </message>
+    <message id="KPPrefKeepTrack">
+        <translation>Merken, welche Zeilen aufgeklappt sind</translation>
+    </message>
+    <message id="KPPrefKeywords">
+        <translation>Stichwörter in Dokumenten als Tags zeigen</translation>
+    </message>
+    <message id="KPPrefLastBackup">
+        <translation>Letzte Sicherung: %1</translation>
+    </message>
+    <message id="KPPrefMakeFolder">
+        <translation>„%1“ anlegen</translation>
+    </message>
+    <message id="KPPrefManagedFolder">
+        <translation>Verwalteter Ordner</translation>
+    </message>
+    <message id="KPPrefMegabytes">
+        <translation>%1 MB</translation>
+    </message>
+    <message id="KPPrefModified">
+        <translation>Ein Dokument gilt als geändert, wenn sich seine Tags ändern</translation>
+    </message>
+    <message id="KPPrefMoving">
+        <translation>Verschieben und Löschen</translation>
+    </message>
+    <message id="KPPrefNewScans">
+        <translation>Neue Scans</translation>
+    </message>
+    <message id="KPPrefNoBackup">
+        <translation>Es gibt noch keine Sicherung.</translation>
+    </message>
+    <message id="KPPrefNotFiled">
+        <translation>Es gibt noch keinen verwalteten Ordner: Abgelegte Dokumente kommen auf den Schreibtisch.</translation>
+    </message>
+    <message id="KPPrefOnFiles">
+        <translation>An den Dateien</translation>
+    </message>
+    <message id="KPPrefOneSection">
+        <translation>Aufklappen eines Abschnitts klappt die anderen zu</translation>
+    </message>
+    <message id="KPPrefPageAppearance">
+        <translation>Darstellung</translation>
+    </message>
+    <message id="KPPrefPageBackup">
+        <translation>Sicherung und Heilung</translation>
+    </message>
+    <message id="KPPrefPageDropZone">
+        <translation>Ablagezone</translation>
+    </message>
+    <message id="KPPrefPageFiling">
+        <translation>Ablage</translation>
+    </message>
+    <message id="KPPrefPageIndex">
+        <translation>Index</translation>
+    </message>
+    <message id="KPPrefPageLibrary">
+        <translation>Bibliothek und Ordner</translation>
+    </message>
+    <message id="KPPrefPagePrivacy">
+        <translation>Datenschutz</translation>
+    </message>
+    <message id="KPPrefPageScanning">
+        <translation>Scannen</translation>
+    </message>
+    <message id="KPPrefPageTags">
+        <translation>Tags</translation>
+    </message>
+    <message id="KPPrefPages">
+        <translation>Seiten</translation>
+    </message>
+    <message id="KPPrefPaused">
+        <translation>Dokumente vorerst nicht lesen</translation>
+    </message>
+    <message id="KPPrefPausedHint">
+        <translation>Namen, Tags und Bewertungen werden weiter verfolgt, Inhalte nicht.</translation>
+    </message>
+    <message id="KPPrefPictures">
+        <translation>Bilder der Dokumente</translation>
+    </message>
+    <message id="KPPrefQuality">
+        <translation>Güte der Bilder</translation>
+    </message>
+    <message id="KPPrefQualityHint">
+        <translation>Von 0,05 für kleine bis 1 für große Dateien.</translation>
+    </message>
+    <message id="KPPrefRawQuery">
+        <translation>Eine Abfrage beginnt mit</translation>
+    </message>
+    <message id="KPPrefRawQueryHint">
+        <translation>Was im Suchfeld auf dieses Zeichen folgt, gilt unverändert als Metadatenabfrage.</translation>
+    </message>
+    <message id="KPPrefRebuild">
+        <translation>Index neu anlegen…</translation>
+    </message>
+    <message id="KPPrefRebuildHint">
+        <translation>Alles wird noch einmal gelesen. Ihre Dateien mit Tags und Bewertungen bleiben unberührt: Der Index merkt sich nur, was an ihnen steht.</translation>
+    </message>
+    <message id="KPPrefRebuildTitle">
+        <translation>Neu anlegen</translation>
+    </message>
+    <message id="KPPrefRecentLocations">
+        <translation>Zuletzt besuchte Orte</translation>
+    </message>
+    <message id="KPPrefRemembered">
+        <translation>Was Murn sich merkt</translation>
+    </message>
+    <message id="KPPrefRemove">
+        <translation>Entfernen</translation>
+    </message>
+    <message id="KPPrefReports">
+        <translation>Berichte</translation>
+    </message>
+    <message id="KPPrefReset">
+        <translation>Werkseinstellung</translation>
+    </message>
+    <message id="KPPrefResetNamed">
+        <translation>Werkseinstellung von: %1</translation>
+    </message>
+    <message id="KPPrefRestore">
+        <translation>Wiederherstellen…</translation>
+    </message>
+    <message id="KPPrefRoots">
+        <translation>Indizierte Ordner</translation>
+    </message>
+    <message id="KPPrefRootsHint">
+        <translation>Murn verfolgt Namen, Tags und Inhalte dessen, was in diesen Ordnern liegt.</translation>
+    </message>
+    <message id="KPPrefRuleHint">
+        <translation>Name eines Ordners oder Pfad, der mit / oder ~/ beginnt</translation>
+    </message>
+    <message id="KPPrefRuleWrong">
+        <translation>Eine Regel ist der Name eines Ordners oder ein Pfad, der mit / oder ~/ beginnt.</translation>
+    </message>
+    <message id="KPPrefRules">
+        <translation>Regeln</translation>
+    </message>
+    <message id="KPPrefRulesHint">
+        <translation>Ordner, die ausgenommen sind. Eine Regel mit „!“ davor nimmt einen Ordner wieder auf; die letzte passende entscheidet.</translation>
+    </message>
+    <message id="KPPrefScannedPages">
+        <translation>Gescannte Seiten</translation>
+    </message>
+    <message id="KPPrefSearch">
+        <translation>Einstellungen suchen</translation>
+    </message>
+    <message id="KPPrefSearchContents">
+        <translation>Wörter suchen auch im Inhalt der Dokumente</translation>
+    </message>
+    <message id="KPPrefSearchFacts">
+        <translation>Wörter suchen auch in den Angaben</translation>
+    </message>
+    <message id="KPPrefSearchFactsHint">
+        <translation>Titel, Verfasser, Stichwörter und was Dokumente sonst von sich sagen.</translation>
+    </message>
+    <message id="KPPrefSearchFolders">
+        <translation>Suchordner</translation>
+    </message>
+    <message id="KPPrefSearchFoldersHint">
+        <translation>Dokumente in diesen Ordnern werden gezeigt, wo immer sie dort liegen. Nichts wird verschoben oder kopiert.</translation>
+    </message>
+    <message id="KPPrefSearching">
+        <translation>Suchen</translation>
+    </message>
+    <message id="KPPrefShowHidden">
+        <translation>Ausgeblendete Dokumente als Zeile zeigen</translation>
+    </message>
+    <message id="KPPrefShowRating">
+        <translation>Bewertungen zeigen</translation>
+    </message>
+    <message id="KPPrefShowTags">
+        <translation>Tags zeigen</translation>
+    </message>
+    <message id="KPPrefShowTitle">
+        <translation>Namen zeigen</translation>
+    </message>
+    <message id="KPPrefSidebar">
+        <translation>Seitenleiste</translation>
+    </message>
+    <message id="KPPrefSizeToFit">
+        <translation>Bilder so groß, dass sie jede Zeile füllen</translation>
+    </message>
+    <message id="KPPrefStatusItem">
+        <translation>Symbol in der Kontrollleiste zeigen</translation>
+    </message>
+    <message id="KPPrefStatusItemHint">
+        <translation>Damit blendet das Schließen des Fensters es nur aus.</translation>
+    </message>
+    <message id="KPPrefSuggest">
+        <translation>Im Tag-Editor Tags vorschlagen</translation>
+    </message>
+    <message id="KPPrefSuggestCustom">
+        <translation>Eigene Wörter</translation>
+    </message>
+    <message id="KPPrefSuggestKeywords">
+        <translation>Stichwörter, die das Dokument nennt</translation>
+    </message>
+    <message id="KPPrefSuggestNoBanned">
+        <translation>Nichtssagende Wörter weglassen</translation>
+    </message>
+    <message id="KPPrefSuggestNoBannedHint">
+        <translation>Etwa „untitled“ oder „author“.</translation>
+    </message>
+    <message id="KPPrefSuggestPapers">
+        <translation>Wörter für wissenschaftliche Arbeiten</translation>
+    </message>
+    <message id="KPPrefSuggestPeople">
+        <translation>Personen</translation>
+    </message>
+    <message id="KPPrefSuggestPopular">
+        <translation>Die meistgebrauchten Tags</translation>
+    </message>
+    <message id="KPPrefSuggestTypical">
+        <translation>Typische Wörter</translation>
+    </message>
+    <message id="KPPrefSuggestions">
+        <translation>Vorschläge</translation>
+    </message>
+    <message id="KPPrefTagPanel">
+        <translation>Tagleiste</translation>
+    </message>
+    <message id="KPPrefTitle">
+        <translation>Einstellungen</translation>
+    </message>
+    <message id="KPPrefUseCommas">
+        <translation>Kommas trennen Tags</translation>
+    </message>
+    <message id="KPPrefUseCommasHint">
+        <translation>Aus: Nur die Eingabetaste beendet ein Tag, das dann Kommas enthalten kann.</translation>
+    </message>
+    <message id="KPPrefYearMonth">
+        <translation>Ordner für Monate statt für Tage</translation>
+    </message>
+    <message id="KPPrefYearMonthHint">
+        <translation>„2026/6“ statt „2026/6/14“. Was schon abgelegt ist, wird nach Rückfrage verschoben.</translation>
+    </message>
+    <message id="KPPreferences">
+        <translation>Einstellungen…</translation>
+    </message>
     <message id="KPPreviewDamaged">
         <translation>Das Dokument ist beschädigt; dies war zu lesen.</translation>
     </message>
@@ -1772,8 +2318,20 @@ Absturzberichte erlauben?</translation>
     <message id="KPRebuildAllThumbnails">
         <translation>Alle Bilder neu zeichnen</translation>
     </message>
+    <message id="KPRebuildLater">
+        <translation>Beim nächsten Start</translation>
+    </message>
+    <message id="KPRebuildNow">
+        <translation>Jetzt neu starten</translation>
+    </message>
+    <message id="KPRebuildText">
+        <translation>Das geschieht beim Start von Murn. Bis alles noch einmal gelesen ist, finden Suchen weniger.</translation>
+    </message>
     <message id="KPRebuildThumbnails">
         <translation>Bilder neu zeichnen</translation>
+    </message>
+    <message id="KPRebuildTitle">
+        <translation>Den Index neu anlegen?</translation>
     </message>
     <message id="KPRecentSearches">
         <translation>Letzte Suchen</translation>
@@ -1850,6 +2408,27 @@ Absturzberichte erlauben?</translation>
             <numerusform>Von %n Dokumenten entfernen, was nicht zu verstehen ist?</numerusform>
         </translation>
     </message>
+    <message id="KPReport">
+        <translation>&amp;Rückmeldung…</translation>
+    </message>
+    <message id="KPReportCopied">
+        <translation>Kopiert.</translation>
+    </message>
+    <message id="KPReportCopy">
+        <translation>Kopieren</translation>
+    </message>
+    <message id="KPReportFileName">
+        <translation>Bericht über Murn.txt</translation>
+    </message>
+    <message id="KPReportHint">
+        <translation>Das ist alles, was der Bericht sagt. Ändern Sie ihn nach Belieben und senden Sie ihn selbst: Murn sendet nichts.</translation>
+    </message>
+    <message id="KPReportMail">
+        <translation>E-Mail schreiben</translation>
+    </message>
+    <message id="KPReportNoMail">
+        <translation>Es gibt kein Programm für E-Mail.</translation>
+    </message>
     <message id="KPReportNoRatingsChanges">
         <translation>Keine Bewertungen geändert</translation>
     </message>
@@ -1859,11 +2438,23 @@ Absturzberichte erlauben?</translation>
     <message id="KPReportNoTagsOrRatingsChanges">
         <translation>Keine Schlagwörter oder Bewertungen geändert</translation>
     </message>
+    <message id="KPReportQuestions">
+        <translation>Was haben Sie getan?
+
+Was ist geschehen, und was hatten Sie erwartet?
+</translation>
+    </message>
     <message id="KPReportRatingsChanges" numerus="yes">
         <translation>
             <numerusform>Bewertung von %1 Dokument geändert</numerusform>
             <numerusform>Bewertungen von %1 Dokumenten geändert</numerusform>
         </translation>
+    </message>
+    <message id="KPReportSave">
+        <translation>Sichern…</translation>
+    </message>
+    <message id="KPReportSaved">
+        <translation>Gesichert.</translation>
     </message>
     <message id="KPReportTagsAndRatingsChanges" numerus="yes">
         <translation>
@@ -1877,6 +2468,21 @@ Absturzberichte erlauben?</translation>
             <numerusform>Schlagwörter von %1 Dokumenten geändert</numerusform>
         </translation>
     </message>
+    <message id="KPReportTitle">
+        <translation>Ein Bericht an die Entwickler von Murn</translation>
+    </message>
+    <message id="KPRestoreAfter">
+        <translation>Wiederhergestellt</translation>
+    </message>
+    <message id="KPRestoreAll">
+        <translation>Alle</translation>
+    </message>
+    <message id="KPRestoreBadBackup">
+        <translation>Diese Sicherung ist nicht brauchbar: %1</translation>
+    </message>
+    <message id="KPRestoreBefore">
+        <translation>Jetzt</translation>
+    </message>
     <message id="KPRestoreDone" numerus="yes">
         <translation>
             <numerusform>%n Dokument hat Schlagwörter und Bewertung zurück.</numerusform>
@@ -1885,6 +2491,69 @@ Absturzberichte erlauben?</translation>
     </message>
     <message id="KPRestoreDoneTitle">
         <translation>Schlagwörter wurden wiederhergestellt</translation>
+    </message>
+    <message id="KPRestoreFile">
+        <translation>Datei</translation>
+    </message>
+    <message id="KPRestoreFiles" numerus="yes">
+        <translation>
+            <numerusform>%n Datei wiederherstellen</numerusform>
+            <numerusform>%n Dateien wiederherstellen</numerusform>
+        </translation>
+    </message>
+    <message id="KPRestoreFilter">
+        <translation>Sicherungen von Tags und Bewertungen</translation>
+    </message>
+    <message id="KPRestoreFolder">
+        <translation>Ordner</translation>
+    </message>
+    <message id="KPRestoreList">
+        <translation>Was sich ändern würde</translation>
+    </message>
+    <message id="KPRestoreLooking">
+        <translation>Die Dateien werden mit der Sicherung %1 verglichen…</translation>
+    </message>
+    <message id="KPRestoreMissing" numerus="yes">
+        <translation>
+            <numerusform>%n Datei der Sicherung ist nirgends zu finden.</numerusform>
+            <numerusform>%n Dateien der Sicherung sind nirgends zu finden.</numerusform>
+        </translation>
+    </message>
+    <message id="KPRestoreNoBackup">
+        <translation>Es gibt noch keine Sicherung.</translation>
+    </message>
+    <message id="KPRestoreNoDifference">
+        <translation>Alle Dateien haben, was die Sicherung sagt, oder Neueres. Es gibt nichts wiederherzustellen.</translation>
+    </message>
+    <message id="KPRestoreNoRating">
+        <translation>keine Bewertung</translation>
+    </message>
+    <message id="KPRestoreNoTags">
+        <translation>keine Tags</translation>
+    </message>
+    <message id="KPRestoreNothing">
+        <translation>Wiederherstellen</translation>
+    </message>
+    <message id="KPRestoreOther">
+        <translation>Andere Sicherung…</translation>
+    </message>
+    <message id="KPRestorePreview" numerus="yes">
+        <translation>
+            <numerusform>%n Datei hat andere Tags oder eine andere Bewertung als die Sicherung, früher gesetzt. Noch ist nichts geändert.</numerusform>
+            <numerusform>%n Dateien haben andere Tags oder Bewertungen als die Sicherung, früher gesetzt. Noch ist nichts geändert.</numerusform>
+        </translation>
+    </message>
+    <message id="KPRestoreSame">
+        <translation>dasselbe, zu anderer Zeit gesetzt</translation>
+    </message>
+    <message id="KPRestoreSeveral">
+        <translation>„%1“ wurde verschoben, und mehrere Dateien heißen so: bleibt unverändert.</translation>
+    </message>
+    <message id="KPRestoreTitle">
+        <translation>Tags und Bewertungen wiederherstellen</translation>
+    </message>
+    <message id="KPRestoreWorking">
+        <translation>Wird wiederhergestellt…</translation>
     </message>
     <message id="KPResultsSortOrderLabel">
         <translation>Sortierung</translation>
@@ -2143,6 +2812,21 @@ Absturzberichte erlauben?</translation>
     </message>
     <message id="KPSelectAll">
         <translation>&amp;Alles auswählen</translation>
+    </message>
+    <message id="KPShortcuts">
+        <translation>&amp;Tastenkürzel</translation>
+    </message>
+    <message id="KPShortcutsCommand">
+        <translation>Befehl</translation>
+    </message>
+    <message id="KPShortcutsKey">
+        <translation>Taste</translation>
+    </message>
+    <message id="KPShortcutsSearch">
+        <translation>Befehle und Tasten suchen</translation>
+    </message>
+    <message id="KPShortcutsTitle">
+        <translation>Tastenkürzel</translation>
     </message>
     <message id="KPShowActionBar">
         <translation>Aktionsleiste einblenden</translation>
@@ -2705,8 +3389,35 @@ Absturzberichte erlauben?</translation>
     <message id="KPUntaggedDocuments">
         <translation>Dokumente &amp;ohne Tags</translation>
     </message>
+    <message id="KPUpdatesFound">
+        <translation>Version %1 von Murn kann installiert werden</translation>
+    </message>
+    <message id="KPUpdatesFoundShell">
+        <translation>Version %1 ist installiert. Ein Verwalter des Systems installiert Aktualisierungen mit: apt upgrade</translation>
+    </message>
+    <message id="KPUpdatesFoundText">
+        <translation>Version %1 ist installiert. Aktualisierungen kommen mit denen des Systems.</translation>
+    </message>
+    <message id="KPUpdatesNoPackage">
+        <translation>Murn wurde nicht aus einem Paket installiert</translation>
+    </message>
+    <message id="KPUpdatesNoPackageText">
+        <translation>Dies ist Version %1. Wer sie installiert hat, kann auf demselben Weg eine neuere installieren.</translation>
+    </message>
+    <message id="KPUpdatesNone">
+        <translation>Murn ist auf dem neuesten Stand</translation>
+    </message>
+    <message id="KPUpdatesNoneText">
+        <translation>Version %1 ist die neueste, die Ihre Paketverwaltung kennt.</translation>
+    </message>
+    <message id="KPUpdatesOpen">
+        <translation>Aktualisierungen öffnen</translation>
+    </message>
     <message id="KPUseExtension">
         <translation>.%2 verwenden</translation>
+    </message>
+    <message id="KPUserGuide">
+        <translation>&amp;Benutzerhandbuch</translation>
     </message>
     <message id="KPWeakCage">
         <translation>Dokumente werden mit weniger Schutz gelesen als vorgesehen: Dieses System hat kein %1.</translation>

@@ -14,6 +14,15 @@
     <message id="KPAbout">
         <translation>&amp;About Murn</translation>
     </message>
+    <message id="KPAboutLicence">
+        <translation>Licence</translation>
+    </message>
+    <message id="KPAboutPart">
+        <translation>Part</translation>
+    </message>
+    <message id="KPAboutParts">
+        <translation>Made with</translation>
+    </message>
     <message id="KPAboutText">
         <translation>Tags, rates and finds your documents where they lie. Nothing is copied or moved: tags and ratings are kept on the files themselves.
 
@@ -21,6 +30,12 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPAboutTitle">
         <translation>Murn %1</translation>
+    </message>
+    <message id="KPAboutVersion">
+        <translation>Version</translation>
+    </message>
+    <message id="KPAboutWindowTitle">
+        <translation>About Murn</translation>
     </message>
     <message id="KPAcademicPaperTag">
         <translation>paper</translation>
@@ -228,6 +243,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPChangedMeanwhile">
         <translation>it was changed by another program since</translation>
+    </message>
+    <message id="KPCheckForUpdates">
+        <translation>Check for &amp;Updates</translation>
     </message>
     <message id="KPChipExcluded">
         <translation>without tag %1</translation>
@@ -1105,6 +1123,51 @@ Allow crash reporting?</translation>
     <message id="KPHealed">
         <translation>A program dropped the tags; they were put back on %1: %2</translation>
     </message>
+    <message id="KPHealedAccept">
+        <translation>Put the Tags Back</translation>
+    </message>
+    <message id="KPHealedAllDone">
+        <translation>These files lost their tags to a program.</translation>
+    </message>
+    <message id="KPHealedDone">
+        <translation>given back</translation>
+    </message>
+    <message id="KPHealedFailed">
+        <translation>failed</translation>
+    </message>
+    <message id="KPHealedFile">
+        <translation>File</translation>
+    </message>
+    <message id="KPHealedList">
+        <translation>Files that lost their tags</translation>
+    </message>
+    <message id="KPHealedNone">
+        <translation>So far no file lost its tags to a program.</translation>
+    </message>
+    <message id="KPHealedPending">
+        <translation>put aside</translation>
+    </message>
+    <message id="KPHealedState">
+        <translation>State</translation>
+    </message>
+    <message id="KPHealedTags">
+        <translation>Tags</translation>
+    </message>
+    <message id="KPHealedTime">
+        <translation>Noticed</translation>
+    </message>
+    <message id="KPHealedUndo">
+        <translation>Leave Without Tags</translation>
+    </message>
+    <message id="KPHealedUndone">
+        <translation>left without</translation>
+    </message>
+    <message id="KPHealedWaiting" numerus="yes">
+        <translation>
+            <numerusform>The tags of %n file were put aside, as it may be another one now. Put them back?</numerusform>
+            <numerusform>The tags of %n files were put aside, as they may be other ones now. Put them back?</numerusform>
+        </translation>
+    </message>
     <message id="KPHide">
         <translation>&amp;Hide</translation>
     </message>
@@ -1254,6 +1317,24 @@ Allow crash reporting?</translation>
     </message>
     <message id="KPIndexReasonTooLarge">
         <translation>the name is too long or the file too large</translation>
+    </message>
+    <message id="KPIndexRemedyConnect">
+        <translation>Connect the volume, or remove the folder below.</translation>
+    </message>
+    <message id="KPIndexRemedyLimit">
+        <translation>An administrator can raise the limit %1.</translation>
+    </message>
+    <message id="KPIndexRemedyOtherProgram">
+        <translation>End the other program of Murn, or wait until it is done.</translation>
+    </message>
+    <message id="KPIndexRemedyRebuild">
+        <translation>Rebuild the index.</translation>
+    </message>
+    <message id="KPIndexRemedyRights">
+        <translation>Give yourself the right to read, or leave the folder out below.</translation>
+    </message>
+    <message id="KPIndexRemedyRoom">
+        <translation>Make room on the volume of your home folder.</translation>
     </message>
     <message id="KPIndexRootDistant">
         <translation>%1: changes made by other machines are found every %2 seconds only.</translation>
@@ -1636,6 +1717,471 @@ Allow crash reporting?</translation>
     <message id="KPPostScriptFailed">
         <translation>The PostScript file could not be converted.</translation>
     </message>
+    <message id="KPPrefAdd">
+        <translation>Add…</translation>
+    </message>
+    <message id="KPPrefAddFolder">
+        <translation>Add a Folder</translation>
+    </message>
+    <message id="KPPrefAddRule">
+        <translation>Add</translation>
+    </message>
+    <message id="KPPrefAdding">
+        <translation>Adding documents</translation>
+    </message>
+    <message id="KPPrefBackUpNow">
+        <translation>Back Up Now</translation>
+    </message>
+    <message id="KPPrefBackup">
+        <translation>Backup of tags and ratings</translation>
+    </message>
+    <message id="KPPrefBackupHolds" numerus="yes">
+        <translation>
+            <numerusform>The backup holds %1 document.</numerusform>
+            <numerusform>The backup holds %1 documents.</numerusform>
+        </translation>
+    </message>
+    <message id="KPPrefBackupHourly">
+        <translation>Back up tags and ratings every hour</translation>
+    </message>
+    <message id="KPPrefBackupHourlyHint">
+        <translation>In a file of their own, beside those on the documents.</translation>
+    </message>
+    <message id="KPPrefBelongHint">
+        <translation>Beside what is tagged, rated or filed.</translation>
+    </message>
+    <message id="KPPrefBelongOffice">
+        <translation>Texts, spreadsheets and presentations of office programs</translation>
+    </message>
+    <message id="KPPrefBelongPDFs">
+        <translation>PDF documents</translation>
+    </message>
+    <message id="KPPrefBelongWork">
+        <translation>Pages, Numbers and Keynote documents</translation>
+    </message>
+    <message id="KPPrefBelonging">
+        <translation>What belongs to the library</translation>
+    </message>
+    <message id="KPPrefBordersImages">
+        <translation>Borders around images</translation>
+    </message>
+    <message id="KPPrefBordersLarge">
+        <translation>Borders around large pictures too</translation>
+    </message>
+    <message id="KPPrefBordersMovies">
+        <translation>Borders around films</translation>
+    </message>
+    <message id="KPPrefBordersOther">
+        <translation>Borders around other documents</translation>
+    </message>
+    <message id="KPPrefCacheDays">
+        <translation>Pictures are made anew after</translation>
+    </message>
+    <message id="KPPrefCacheSize">
+        <translation>Memory for pictures</translation>
+    </message>
+    <message id="KPPrefCacheSlow">
+        <translation>Keep pictures that took long to make</translation>
+    </message>
+    <message id="KPPrefCacheSlowHint">
+        <translation>In the thumbnails that all programs of this desktop share.</translation>
+    </message>
+    <message id="KPPrefChooseColour">
+        <translation>Choose…</translation>
+    </message>
+    <message id="KPPrefChooseFolder">
+        <translation>Choose a Folder…</translation>
+    </message>
+    <message id="KPPrefCloudBlack">
+        <translation>Show the tag cloud in one colour</translation>
+    </message>
+    <message id="KPPrefCloudColumn">
+        <translation>One word in each line</translation>
+    </message>
+    <message id="KPPrefCloudCounts">
+        <translation>Show how many documents have each</translation>
+    </message>
+    <message id="KPPrefCloudTags">
+        <translation>Show tags</translation>
+    </message>
+    <message id="KPPrefCloudTypes">
+        <translation>Show kinds of documents</translation>
+    </message>
+    <message id="KPPrefColours">
+        <translation>Colours</translation>
+    </message>
+    <message id="KPPrefCommonTags">
+        <translation>Of several documents only change the tags that all have</translation>
+    </message>
+    <message id="KPPrefCommonTagsHint">
+        <translation>Off: all get exactly the tags that are entered.</translation>
+    </message>
+    <message id="KPPrefComplete">
+        <translation>Complete tags while they are typed</translation>
+    </message>
+    <message id="KPPrefConfirmDelete">
+        <translation>Ask before documents go to the trash</translation>
+    </message>
+    <message id="KPPrefConfirmMove">
+        <translation>Ask before documents are moved or copied</translation>
+    </message>
+    <message id="KPPrefCrashReports">
+        <translation>Write a report when Murn crashes</translation>
+    </message>
+    <message id="KPPrefCrashReportsHint">
+        <translation>It stays on this computer. Nothing is ever sent by itself.</translation>
+    </message>
+    <message id="KPPrefCustomWords">
+        <translation>Your own words</translation>
+    </message>
+    <message id="KPPrefCustomWordsHint">
+        <translation>One in each line.</translation>
+    </message>
+    <message id="KPPrefDays">
+        <translation>%1 days</translation>
+    </message>
+    <message id="KPPrefDebugLog">
+        <translation>Write more into the log</translation>
+    </message>
+    <message id="KPPrefDebugLogHint">
+        <translation>For the search of faults; names of documents stand in it.</translation>
+    </message>
+    <message id="KPPrefDesk">
+        <translation>Background</translation>
+    </message>
+    <message id="KPPrefDeskHint">
+        <translation>With the factory colours a dark desktop has a dark background.</translation>
+    </message>
+    <message id="KPPrefDeskText">
+        <translation>Names</translation>
+    </message>
+    <message id="KPPrefDestinations">
+        <translation>Recent destinations</translation>
+    </message>
+    <message id="KPPrefEntering">
+        <translation>Entering tags</translation>
+    </message>
+    <message id="KPPrefEverywhere">
+        <translation>From every program</translation>
+    </message>
+    <message id="KPPrefFiledIn">
+        <translation>Documents are filed in %1.</translation>
+    </message>
+    <message id="KPPrefFilingAlways">
+        <translation>File them without asking</translation>
+    </message>
+    <message id="KPPrefFilingAlwaysHint">
+        <translation>Off: they stay where they are and only become part of the library.</translation>
+    </message>
+    <message id="KPPrefFilingAsk">
+        <translation>Ask each time whether to file them</translation>
+    </message>
+    <message id="KPPrefFolders">
+        <translation>Where Murn looks</translation>
+    </message>
+    <message id="KPPrefFollowLinks">
+        <translation>Folders behind links are listed with all folders in them</translation>
+    </message>
+    <message id="KPPrefForget">
+        <translation>Forget</translation>
+    </message>
+    <message id="KPPrefForgetDestinations">
+        <translation>Recent destinations of moves and copies</translation>
+    </message>
+    <message id="KPPrefForgetNamed">
+        <translation>Forget: %1</translation>
+    </message>
+    <message id="KPPrefForgetSearches">
+        <translation>Recent searches</translation>
+    </message>
+    <message id="KPPrefForgetTagGroups">
+        <translation>Recent groups of tags</translation>
+    </message>
+    <message id="KPPrefForgetTags">
+        <translation>Tags entered lately</translation>
+    </message>
+    <message id="KPPrefGlobalShortcut">
+        <translation>Search for the copied text with</translation>
+    </message>
+    <message id="KPPrefGlobalShortcutHint">
+        <translation>A key that works in every program.</translation>
+    </message>
+    <message id="KPPrefGrid">
+        <translation>Documents</translation>
+    </message>
+    <message id="KPPrefGroupsOpen">
+        <translation>Groups are open at first</translation>
+    </message>
+    <message id="KPPrefHeal">
+        <translation>Give files back the tags that a program dropped</translation>
+    </message>
+    <message id="KPPrefHealHint">
+        <translation>Many programs save by writing a new file in the place of the old one.</translation>
+    </message>
+    <message id="KPPrefHealing">
+        <translation>Healing</translation>
+    </message>
+    <message id="KPPrefHiddenFiles">
+        <translation>Hidden files are listed when a folder is shown with all folders in it</translation>
+    </message>
+    <message id="KPPrefHomeFolder">
+        <translation>Start folder</translation>
+    </message>
+    <message id="KPPrefHomeFolderHint">
+        <translation>The Home button shows it, and the window the first time.</translation>
+    </message>
+    <message id="KPPrefIndexHolds" numerus="yes">
+        <translation>
+            <numerusform>The index holds %1 file.</numerusform>
+            <numerusform>The index holds %1 files and folders.</numerusform>
+        </translation>
+    </message>
+    <message id="KPPrefIndexState">
+        <translation>State</translation>
+    </message>
+    <message id="KPPrefIndexUpToDate">
+        <translation>Everything is up to date.</translation>
+    </message>
+    <message id="KPPrefIndexed">
+        <translation>What is indexed</translation>
+    </message>
+    <message id="KPPrefKeepTrack">
+        <translation>Remember which rows are open</translation>
+    </message>
+    <message id="KPPrefKeywords">
+        <translation>Show keywords inside documents as tags</translation>
+    </message>
+    <message id="KPPrefLastBackup">
+        <translation>Last backup: %1</translation>
+    </message>
+    <message id="KPPrefMakeFolder">
+        <translation>Make “%1”</translation>
+    </message>
+    <message id="KPPrefManagedFolder">
+        <translation>Managed folder</translation>
+    </message>
+    <message id="KPPrefMegabytes">
+        <translation>%1 MB</translation>
+    </message>
+    <message id="KPPrefModified">
+        <translation>A document counts as modified when its tags change</translation>
+    </message>
+    <message id="KPPrefMoving">
+        <translation>Moving and deleting</translation>
+    </message>
+    <message id="KPPrefNewScans">
+        <translation>New scans</translation>
+    </message>
+    <message id="KPPrefNoBackup">
+        <translation>There is no backup yet.</translation>
+    </message>
+    <message id="KPPrefNotFiled">
+        <translation>There is no managed folder yet: documents that are filed go to the desktop.</translation>
+    </message>
+    <message id="KPPrefOnFiles">
+        <translation>On the files</translation>
+    </message>
+    <message id="KPPrefOneSection">
+        <translation>Opening a section closes the others</translation>
+    </message>
+    <message id="KPPrefPageAppearance">
+        <translation>Appearance</translation>
+    </message>
+    <message id="KPPrefPageBackup">
+        <translation>Backup and Healing</translation>
+    </message>
+    <message id="KPPrefPageDropZone">
+        <translation>Drop Zone</translation>
+    </message>
+    <message id="KPPrefPageFiling">
+        <translation>Filing</translation>
+    </message>
+    <message id="KPPrefPageIndex">
+        <translation>Index</translation>
+    </message>
+    <message id="KPPrefPageLibrary">
+        <translation>Library and Folders</translation>
+    </message>
+    <message id="KPPrefPagePrivacy">
+        <translation>Privacy</translation>
+    </message>
+    <message id="KPPrefPageScanning">
+        <translation>Scanning</translation>
+    </message>
+    <message id="KPPrefPageTags">
+        <translation>Tags</translation>
+    </message>
+    <message id="KPPrefPages">
+        <translation>Pages</translation>
+    </message>
+    <message id="KPPrefPaused">
+        <translation>Do not read documents for the moment</translation>
+    </message>
+    <message id="KPPrefPausedHint">
+        <translation>Names, tags and ratings are still followed; contents are not.</translation>
+    </message>
+    <message id="KPPrefPictures">
+        <translation>Pictures of documents</translation>
+    </message>
+    <message id="KPPrefQuality">
+        <translation>Quality of pictures</translation>
+    </message>
+    <message id="KPPrefQualityHint">
+        <translation>From 0.05 for small files to 1 for large ones.</translation>
+    </message>
+    <message id="KPPrefRawQuery">
+        <translation>A query begins with</translation>
+    </message>
+    <message id="KPPrefRawQueryHint">
+        <translation>What follows this sign in the search field is a metadata query as it is.</translation>
+    </message>
+    <message id="KPPrefRebuild">
+        <translation>Rebuild Index…</translation>
+    </message>
+    <message id="KPPrefRebuildHint">
+        <translation>Everything is read once more. Your files, their tags and ratings are not touched: the index only remembers what stands on them.</translation>
+    </message>
+    <message id="KPPrefRebuildTitle">
+        <translation>Building it anew</translation>
+    </message>
+    <message id="KPPrefRecentLocations">
+        <translation>Recent places</translation>
+    </message>
+    <message id="KPPrefRemembered">
+        <translation>What Murn remembers</translation>
+    </message>
+    <message id="KPPrefRemove">
+        <translation>Remove</translation>
+    </message>
+    <message id="KPPrefReports">
+        <translation>Reports</translation>
+    </message>
+    <message id="KPPrefReset">
+        <translation>Factory Setting</translation>
+    </message>
+    <message id="KPPrefResetNamed">
+        <translation>Factory setting of: %1</translation>
+    </message>
+    <message id="KPPrefRestore">
+        <translation>Restore…</translation>
+    </message>
+    <message id="KPPrefRoots">
+        <translation>Indexed folders</translation>
+    </message>
+    <message id="KPPrefRootsHint">
+        <translation>Murn keeps track of the names, tags and contents of what lies in these folders.</translation>
+    </message>
+    <message id="KPPrefRuleHint">
+        <translation>Name of a folder, or a path that begins with / or ~/</translation>
+    </message>
+    <message id="KPPrefRuleWrong">
+        <translation>A rule is the name of a folder, or a path that begins with / or ~/.</translation>
+    </message>
+    <message id="KPPrefRules">
+        <translation>Rules</translation>
+    </message>
+    <message id="KPPrefRulesHint">
+        <translation>Folders that are left out. A rule with “!” before it takes a folder back in; the last one that fits decides.</translation>
+    </message>
+    <message id="KPPrefScannedPages">
+        <translation>Scanned pages</translation>
+    </message>
+    <message id="KPPrefSearch">
+        <translation>Search preferences</translation>
+    </message>
+    <message id="KPPrefSearchContents">
+        <translation>Words search the contents of documents too</translation>
+    </message>
+    <message id="KPPrefSearchFacts">
+        <translation>Words search facts too</translation>
+    </message>
+    <message id="KPPrefSearchFactsHint">
+        <translation>Titles, authors, keywords and whatever else documents state of themselves.</translation>
+    </message>
+    <message id="KPPrefSearchFolders">
+        <translation>Search folders</translation>
+    </message>
+    <message id="KPPrefSearchFoldersHint">
+        <translation>Documents in these folders are shown, wherever they lie there. Nothing is moved or copied.</translation>
+    </message>
+    <message id="KPPrefSearching">
+        <translation>Searching</translation>
+    </message>
+    <message id="KPPrefShowHidden">
+        <translation>Show hidden documents as a row</translation>
+    </message>
+    <message id="KPPrefShowRating">
+        <translation>Show ratings</translation>
+    </message>
+    <message id="KPPrefShowTags">
+        <translation>Show tags</translation>
+    </message>
+    <message id="KPPrefShowTitle">
+        <translation>Show names</translation>
+    </message>
+    <message id="KPPrefSidebar">
+        <translation>Sidebar</translation>
+    </message>
+    <message id="KPPrefSizeToFit">
+        <translation>Make pictures fill each row</translation>
+    </message>
+    <message id="KPPrefStatusItem">
+        <translation>Show an icon in the tray</translation>
+    </message>
+    <message id="KPPrefStatusItemHint">
+        <translation>With it, closing the window only hides it.</translation>
+    </message>
+    <message id="KPPrefSuggest">
+        <translation>Suggest tags in the tag editor</translation>
+    </message>
+    <message id="KPPrefSuggestCustom">
+        <translation>Words of your own</translation>
+    </message>
+    <message id="KPPrefSuggestKeywords">
+        <translation>Keywords that the document states</translation>
+    </message>
+    <message id="KPPrefSuggestNoBanned">
+        <translation>Leave out words that say nothing</translation>
+    </message>
+    <message id="KPPrefSuggestNoBannedHint">
+        <translation>Such as “untitled” or “author”.</translation>
+    </message>
+    <message id="KPPrefSuggestPapers">
+        <translation>Words for academic papers</translation>
+    </message>
+    <message id="KPPrefSuggestPeople">
+        <translation>People</translation>
+    </message>
+    <message id="KPPrefSuggestPopular">
+        <translation>The tags used most</translation>
+    </message>
+    <message id="KPPrefSuggestTypical">
+        <translation>Typical words</translation>
+    </message>
+    <message id="KPPrefSuggestions">
+        <translation>Suggestions</translation>
+    </message>
+    <message id="KPPrefTagPanel">
+        <translation>Tag panel</translation>
+    </message>
+    <message id="KPPrefTitle">
+        <translation>Preferences</translation>
+    </message>
+    <message id="KPPrefUseCommas">
+        <translation>Commas separate tags</translation>
+    </message>
+    <message id="KPPrefUseCommasHint">
+        <translation>Off: only the return key ends a tag, so that it can hold commas.</translation>
+    </message>
+    <message id="KPPrefYearMonth">
+        <translation>Folders for months instead of days</translation>
+    </message>
+    <message id="KPPrefYearMonthHint">
+        <translation>“2026/6” instead of “2026/6/14”. What is filed already is moved after asking.</translation>
+    </message>
+    <message id="KPPreferences">
+        <translation>Preferences…</translation>
+    </message>
     <message id="KPPreviewDamaged">
         <translation>The document is damaged; this is what could be read of it.</translation>
     </message>
@@ -1774,8 +2320,20 @@ Allow crash reporting?</translation>
     <message id="KPRebuildAllThumbnails">
         <translation>Redraw All Pictures</translation>
     </message>
+    <message id="KPRebuildLater">
+        <translation>At the Next Start</translation>
+    </message>
+    <message id="KPRebuildNow">
+        <translation>Restart Now</translation>
+    </message>
+    <message id="KPRebuildText">
+        <translation>That happens when Murn starts. Until everything is read once more, searches find less.</translation>
+    </message>
     <message id="KPRebuildThumbnails">
         <translation>Redraw Pictures</translation>
+    </message>
+    <message id="KPRebuildTitle">
+        <translation>Build the index anew?</translation>
     </message>
     <message id="KPRecentSearches">
         <translation>Recent Searches</translation>
@@ -1852,6 +2410,27 @@ Allow crash reporting?</translation>
             <numerusform>Take off what cannot be understood from %n documents?</numerusform>
         </translation>
     </message>
+    <message id="KPReport">
+        <translation>&amp;Feedback…</translation>
+    </message>
+    <message id="KPReportCopied">
+        <translation>Copied.</translation>
+    </message>
+    <message id="KPReportCopy">
+        <translation>Copy</translation>
+    </message>
+    <message id="KPReportFileName">
+        <translation>Report on Murn.txt</translation>
+    </message>
+    <message id="KPReportHint">
+        <translation>This is all that the report says. Change it as you like, then send it yourself: Murn sends nothing.</translation>
+    </message>
+    <message id="KPReportMail">
+        <translation>Write an E-Mail</translation>
+    </message>
+    <message id="KPReportNoMail">
+        <translation>There is no program for e-mail.</translation>
+    </message>
     <message id="KPReportNoRatingsChanges">
         <translation>No ratings changed</translation>
     </message>
@@ -1861,11 +2440,23 @@ Allow crash reporting?</translation>
     <message id="KPReportNoTagsOrRatingsChanges">
         <translation>No tags or ratings changed</translation>
     </message>
+    <message id="KPReportQuestions">
+        <translation>What did you do?
+
+What happened, and what did you expect?
+</translation>
+    </message>
     <message id="KPReportRatingsChanges" numerus="yes">
         <translation>
             <numerusform>Rating of %1 document changed</numerusform>
             <numerusform>Ratings of %1 documents changed</numerusform>
         </translation>
+    </message>
+    <message id="KPReportSave">
+        <translation>Save…</translation>
+    </message>
+    <message id="KPReportSaved">
+        <translation>Saved.</translation>
     </message>
     <message id="KPReportTagsAndRatingsChanges" numerus="yes">
         <translation>
@@ -1879,6 +2470,21 @@ Allow crash reporting?</translation>
             <numerusform>Tags of %1 documents changed</numerusform>
         </translation>
     </message>
+    <message id="KPReportTitle">
+        <translation>A report to those who make Murn</translation>
+    </message>
+    <message id="KPRestoreAfter">
+        <translation>Restored</translation>
+    </message>
+    <message id="KPRestoreAll">
+        <translation>All</translation>
+    </message>
+    <message id="KPRestoreBadBackup">
+        <translation>This backup cannot be used: %1</translation>
+    </message>
+    <message id="KPRestoreBefore">
+        <translation>Now</translation>
+    </message>
     <message id="KPRestoreDone" numerus="yes">
         <translation>
             <numerusform>%n document got its tags and rating back.</numerusform>
@@ -1887,6 +2493,69 @@ Allow crash reporting?</translation>
     </message>
     <message id="KPRestoreDoneTitle">
         <translation>Tags were restored</translation>
+    </message>
+    <message id="KPRestoreFile">
+        <translation>File</translation>
+    </message>
+    <message id="KPRestoreFiles" numerus="yes">
+        <translation>
+            <numerusform>Restore %n File</numerusform>
+            <numerusform>Restore %n Files</numerusform>
+        </translation>
+    </message>
+    <message id="KPRestoreFilter">
+        <translation>Backups of tags and ratings</translation>
+    </message>
+    <message id="KPRestoreFolder">
+        <translation>Folder</translation>
+    </message>
+    <message id="KPRestoreList">
+        <translation>What would change</translation>
+    </message>
+    <message id="KPRestoreLooking">
+        <translation>Comparing the files with the backup %1…</translation>
+    </message>
+    <message id="KPRestoreMissing" numerus="yes">
+        <translation>
+            <numerusform>%n file of the backup is nowhere to be found.</numerusform>
+            <numerusform>%n files of the backup are nowhere to be found.</numerusform>
+        </translation>
+    </message>
+    <message id="KPRestoreNoBackup">
+        <translation>There is no backup yet.</translation>
+    </message>
+    <message id="KPRestoreNoDifference">
+        <translation>All files have what the backup says, or something newer. There is nothing to restore.</translation>
+    </message>
+    <message id="KPRestoreNoRating">
+        <translation>no rating</translation>
+    </message>
+    <message id="KPRestoreNoTags">
+        <translation>no tags</translation>
+    </message>
+    <message id="KPRestoreNothing">
+        <translation>Restore</translation>
+    </message>
+    <message id="KPRestoreOther">
+        <translation>Another Backup…</translation>
+    </message>
+    <message id="KPRestorePreview" numerus="yes">
+        <translation>
+            <numerusform>%n file has other tags or another rating than the backup, set earlier. Nothing has been changed yet.</numerusform>
+            <numerusform>%n files have other tags or ratings than the backup, set earlier. Nothing has been changed yet.</numerusform>
+        </translation>
+    </message>
+    <message id="KPRestoreSame">
+        <translation>the same, set at another time</translation>
+    </message>
+    <message id="KPRestoreSeveral">
+        <translation>“%1” was moved, and several files have its name: left alone.</translation>
+    </message>
+    <message id="KPRestoreTitle">
+        <translation>Restore Tags and Ratings</translation>
+    </message>
+    <message id="KPRestoreWorking">
+        <translation>Restoring…</translation>
     </message>
     <message id="KPResultsSortOrderLabel">
         <translation>Sort</translation>
@@ -2145,6 +2814,21 @@ Allow crash reporting?</translation>
     </message>
     <message id="KPSelectAll">
         <translation>Select &amp;All</translation>
+    </message>
+    <message id="KPShortcuts">
+        <translation>&amp;Keyboard Shortcuts</translation>
+    </message>
+    <message id="KPShortcutsCommand">
+        <translation>Command</translation>
+    </message>
+    <message id="KPShortcutsKey">
+        <translation>Key</translation>
+    </message>
+    <message id="KPShortcutsSearch">
+        <translation>Search commands and keys</translation>
+    </message>
+    <message id="KPShortcutsTitle">
+        <translation>Keyboard Shortcuts</translation>
     </message>
     <message id="KPShowActionBar">
         <translation>Show Action Bar</translation>
@@ -2707,8 +3391,35 @@ Allow crash reporting?</translation>
     <message id="KPUntaggedDocuments">
         <translation>&amp;Untagged Documents</translation>
     </message>
+    <message id="KPUpdatesFound">
+        <translation>Version %1 of Murn can be installed</translation>
+    </message>
+    <message id="KPUpdatesFoundShell">
+        <translation>Version %1 is installed. An administrator installs updates with: apt upgrade</translation>
+    </message>
+    <message id="KPUpdatesFoundText">
+        <translation>Version %1 is installed. Updates come with those of the system.</translation>
+    </message>
+    <message id="KPUpdatesNoPackage">
+        <translation>Murn was not installed from a package</translation>
+    </message>
+    <message id="KPUpdatesNoPackageText">
+        <translation>This is version %1. Whoever installed it can install a newer one the same way.</translation>
+    </message>
+    <message id="KPUpdatesNone">
+        <translation>Murn is up to date</translation>
+    </message>
+    <message id="KPUpdatesNoneText">
+        <translation>Version %1 is the newest that your package manager knows of.</translation>
+    </message>
+    <message id="KPUpdatesOpen">
+        <translation>Open Updates</translation>
+    </message>
     <message id="KPUseExtension">
         <translation>Use .%2</translation>
+    </message>
+    <message id="KPUserGuide">
+        <translation>&amp;User Guide</translation>
     </message>
     <message id="KPWeakCage">
         <translation>Documents are read with less protection than there should be: this system has no %1.</translation>

@@ -13,6 +13,7 @@
 #include "KPFilingCommands.h"
 #include "KPFilingUpkeep.h"
 #include "KPIndexSession.h"
+#include "KPPreferencesWindow.h"
 #include "KPLaunchSettings.h"
 #include "KPProgress.h"
 #include "KPPrompts.h"
@@ -183,8 +184,9 @@ void KPAppDelegate::openMainWindow()
         std::make_unique<KPController>(m_index->source(), m_line.folders, &m_index->monitor());
     XPPrompts::install(std::make_unique<KPPrompts>(m_controller.get()));
     XPProgress::install(std::make_unique<KPProgress>(m_controller.get()));
-    connect(m_backup.get(), &KPTagBackup::changed, m_controller.get(),
-            [this] { m_controller->showBackup(m_backup->activity(), m_backup->problem()); });
+    connect(m_backup.get(), &KPTagBackup::changed, m_controller.get(), [this] { showBackup(); });
+    KPSearchFolders::instance().setSpotlightPreferences(
+        [this] { showPreferences(XPSetting::Page::Index); });
     m_upkeep = std::make_unique<KPFilingUpkeep>();
     connect(qGuiApp, &QGuiApplication::applicationStateChanged, this,
             [this](Qt::ApplicationState state) {
@@ -330,6 +332,7 @@ void KPAppDelegate::applicationWillTerminate()
     xpGuiThread.assertHere();
     terminating = true;
     m_controller->hide();
+    m_preferences.reset();
     m_shortcut.reset();
     m_statusItem.reset();
     if (m_dropZone)

@@ -6,6 +6,7 @@
 #include "KPSearchState.h"
 #include "XPActivation.h"
 #include "XPNotificationCenter.h"
+#include "XPSetting.h"
 
 #include <QObject>
 #include <chrono>
@@ -17,6 +18,7 @@ class KPController;
 class KPDropZoneDelegate;
 class KPFilingUpkeep;
 class KPIndexSession;
+class KPPreferencesWindow;
 class KPStatusItem;
 class KPTagBackup;
 class KPUntaggedBadge;
@@ -73,10 +75,15 @@ public:
     void hideShowMainWindowAction();
     void allAction();
     void colourDefaultsAction();
+    void preferencesAction();
+    void showPreferences(XPSetting::Page page);
     // A number on the program's icon in the dock and in the tray; 0 takes it away.
     void updateApplicationBadgeWithNumber(int number);
     // This feature's commands, for the window's menus.
     QList<KPCommand> commands();
+
+    // The program is to be started once more when it has ended.
+    bool startsAgain() const { return m_startsAgain; }
 
     // Null before applicationDidFinishLaunching() and after the end.
     KPController *controller() const { return m_controller.get(); }
@@ -97,6 +104,9 @@ private:
     void showWayBack();
     void deepRestoreDone(qint64 count);
     void stopServices();
+    void showBackup();
+    void restoreBackup(QWidget *window);
+    void rebuildIndex();
 
     void fileCopied(const XPPasteboard &pb);
     void importFileList(const QStringList &paths, const QString &displayName);
@@ -115,11 +125,13 @@ private:
     QStringList m_pendingUrls;
     int m_badge = 0;
     bool m_hasCrashReports = false;
+    bool m_startsAgain = false;
 
     std::unique_ptr<KPIndexSession> m_index;
     std::unique_ptr<KPTagBackup> m_backup;
     std::unique_ptr<KPController> m_controller;
     std::unique_ptr<KPFilingUpkeep> m_upkeep;
+    std::unique_ptr<KPPreferencesWindow> m_preferences; // made when it is first asked for
     std::unique_ptr<KPStatusItem> m_statusItem;
     std::unique_ptr<KPUntaggedBadge> m_untagged;
     std::unique_ptr<KPDropZoneDelegate> m_zoneDelegate;

@@ -117,6 +117,11 @@ static bool hasOwnColours()
 QList<KPCommand> KPAppDelegate::commands()
 {
     return {
+        {.id = QT_TRID_NOOP("KPPreferences"),
+         .menu = KPCommandMenu::Edit,
+         .shortcut = QKeySequence(Qt::CTRL | Qt::Key_Comma),
+         .run = [this] { preferencesAction(); },
+         .symbol = "settings"},
         {.id = QT_TRID_NOOP("KPStandardColours"),
          .menu = KPCommandMenu::View,
          .run = [this] { colourDefaultsAction(); },

@@ -171,6 +171,10 @@ void KPController::observe()
     for (const char *setting : {"values.KPDoSpotlightSearches", "values.KPDoMetaDataSearches"})
         m_observations.push_back(UserDefaults::standard().addObserver(
             QLatin1String(setting), [this](const PropertyValue &) { showSearchMode(); }));
+    m_observations.push_back(UserDefaults::standard().addObserver(
+        QStringLiteral("values.KPRecentSearches"), [this](const PropertyValue &searches) {
+            m_searchField->setRecentSearches(searches.strings());
+        }));
 }
 
 // --- The window

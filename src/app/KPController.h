@@ -196,7 +196,8 @@ private:
     void tagButtonShow(KPTagName *tag, bool isWanted);
     void removeTagFromSelected(KPTagName *tag);
     void quit();
-    void showAbout();
+    QStringList indexInWords() const;
+    void userGuideAction();
 
     KPIndexMonitor *m_index;
     std::unique_ptr<KPSearcher> m_searcher;

@@ -1,13 +1,19 @@
 // The window's own commands, as tables: what stands in the menus and the toolbar.
+#include "KPAboutWindow.h"
 #include "KPController.h"
 #include "KPCrumbController.h"
 #include "KPDocsView.h"
+#include "KPDocCache.h"
 #include "KPEditHistory.h"
+#include "KPIndexMonitor.h"
+#include "KPReportWindow.h"
+#include "KPShortcutsWindow.h"
 #include "KPToolBar.h"
+#include "KPUpdates.h"
+#include "KPUserGuide.h"
 #include "UserDefaults.h"
-#include "XPPrompts.h"
 
-#include <QCoreApplication>
+#include <QMenuBar>
 
 using Place = KPWindowPanels::Place;
 using Menu = KPCommandMenu;
@@ -103,7 +109,8 @@ QList<KPCommand> KPController::searchCommands()
         {.id = QT_TRID_NOOP("KPSearchModeFilenameFilter"),
          .menu = Menu::Edit,
          .run = [this] { searchModeFilenameFilter(); },
-         .state = [=] { return KPCommandState{.isChecked = !isSpotlight()}; }},
+         .state = [=] { return KPCommandState{.isChecked = !isSpotlight()}; },
+         .endsGroup = true},
     };
 }
 
@@ -234,12 +241,42 @@ QList<KPCommand> KPController::helpCommands()
          .menu = Menu::Window,
          .shortcut = QKeySequence(Qt::CTRL | Qt::Key_M),
          .run = [this] { showMinimized(); }},
-        {.id = QT_TRID_NOOP("KPAbout"), .menu = Menu::Help, .run = [this] { showAbout(); }},
+        {.id = QT_TRID_NOOP("KPUserGuide"),
+         .menu = Menu::Help,
+         .shortcut = QKeySequence::HelpContents,
+         .run = [this] { userGuideAction(); },
+         .state = [] { return KPCommandState{.isShown = !KPUserGuide::path().isEmpty()}; }},
+        {.id = QT_TRID_NOOP("KPShortcuts"),
+         .menu = Menu::Help,
+         .shortcut = QKeySequence(Qt::CTRL | Qt::Key_F1),
+         .run = [this] { (new KPShortcutsWindow(menuBar(), this))->open(); },
+         .endsGroup = true},
+        {.id = QT_TRID_NOOP("KPReport"),
+         .menu = Menu::Help,
+         .run = [this] { (new KPReportWindow(indexInWords(), this))->open(); }},
+        {.id = QT_TRID_NOOP("KPCheckForUpdates"),
+         .menu = Menu::Help,
+         .run = [] { KPUpdates::check(); },
+         .endsGroup = true},
+        {.id = QT_TRID_NOOP("KPAbout"),
+         .menu = Menu::Help,
+         .run = [this] { (new KPAboutWindow(this))->open(); }},
     };
 }
 
-void KPController::showAbout()
+QStringList KPController::indexInWords() const
 {
-    XPPrompts::current().alert(qtTrId("KPAboutTitle").arg(QCoreApplication::applicationVersion()),
-                               qtTrId("KPAboutText"));
+    if (!m_index)
+        return {};
+    return QStringList{QStringLiteral("%1 rows, %2 wait, %3")
+                           .arg(m_index->status().items)
+                           .arg(m_index->status().contentsWaiting)
+                           .arg(m_index->activity())} +
+           m_index->problems();
+}
+
+void KPController::userGuideAction()
+{
+    if (KPDoc *guide = KPDocCache::docAtPath(KPUserGuide::path()))
+        (void)guide->openDocExternal();
 }

@@ -4,6 +4,7 @@
 #include "IndexSettings.h"
 #include "KPSearchFolders.h"
 #include "UserDefaults.h"
+#include "XPLog.h"
 
 // The user may have the reading of documents stand still, with the setting "KPImportPaused".
 static XPObservation followImportPause(ImportPause &pause)
@@ -15,8 +16,22 @@ static XPObservation followImportPause(ImportPause &pause)
     return UserDefaults::standard().addObserver(QStringLiteral("values.KPImportPaused"), follow);
 }
 
+// The user asked for it before this start. While another process keeps the index it cannot be done,
+// and the wish stays.
+static void rebuildIfAsked()
+{
+    const QString key = QStringLiteral("KPRebuildIndex");
+    if (!UserDefaults::standard().boolValue(key))
+        return;
+    if (const auto error = MetadataIndex::remove())
+        qCWarning(xpLog).noquote() << "The index is not rebuilt:" << error->message;
+    else
+        UserDefaults::standard().remove(key);
+}
+
 KPIndexSession::KPIndexSession() : m_pause(followImportPause(m_manners.pause()))
 {
+    rebuildIfAsked();
     CagedImporter::install(IndexSettings::storePath(), &m_manners);
     m_index = MetadataIndex::open();
     m_healer = std::make_unique<KPTagHealer>(*m_index);

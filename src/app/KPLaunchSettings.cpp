@@ -4,21 +4,12 @@
 #include "XPFactorySettings.h"
 #include "XPLog.h"
 
-#include <QFile>
-
 static const QString cloudUserKey = QStringLiteral("KPCloudUserEntered");
-static const QString wordsKey = QStringLiteral("KPCustomWords");
 static const QString runningKey = QStringLiteral("KPIsRunning");
 static const QString firstLaunchKey = QStringLiteral("KPVirginLaunch");
 static const QString launchesKey = QStringLiteral("launchCount");
 static const QString endsKey = QStringLiteral("KPNumTimesLaunched");
 static const char *const colourKeys[] = {"KPLibraryBackgroundColour", "KPLibraryTextColour"};
-
-// Outside every namespace, as the macro asks.
-static void initResources()
-{
-    Q_INIT_RESOURCE(murn_app);
-}
 
 static UserDefaults &settings()
 {
@@ -36,27 +27,13 @@ static void flush()
         qCWarning(xpLog).noquote() << error->message;
 }
 
-static bool hasWords()
-{
-    return settings().value(wordsKey).isString();
-}
-
-static QString factoryWords()
-{
-    QFile file(QStringLiteral(":/DefaultTagsShort.txt"));
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
-}
-
 void KPLaunchSettings::setupDefaults()
 {
-    initResources();
     XPFactorySettings::registerAll();
     set(QStringLiteral("KPShowBookmarksPanel"), false);
     if (!settings().boolValue(cloudUserKey) &&
         !settings().boolValue(QStringLiteral("KPCloudKeywords")))
         set(cloudUserKey, true);
-    if (!hasWords())
-        settings().setValue(wordsKey, factoryWords());
     set(QStringLiteral("KPShowLoupe"), false);
 }
 
@@ -115,7 +92,5 @@ void KPLaunchSettings::markEnded()
     for (const QString &key : {runningKey, firstLaunchKey, QStringLiteral("KPVirginLaunchMurnKX"),
                                QStringLiteral("KPVirginLaunchZelKX")})
         set(key, false);
-    if (!hasWords())
-        settings().setValue(wordsKey, QString());
     flush();
 }

@@ -8,8 +8,7 @@
 namespace KPLaunchSettings {
 
 // Before anything reads a setting: registers the factory values (XPFactorySettings), hides the
-// bookmarks panel and the loupe, sees that the tag cloud has a source, and gives a new user some
-// words of his own to choose tags from.
+// bookmarks panel and the loupe, and sees that the tag cloud has a source.
 void setupDefaults();
 // The two colours of the library as they come from the factory, by their keys.
 const PropertyValue::Dictionary &colourDefaultsDictionary();

@@ -56,8 +56,13 @@ void KPTagBackup::doTagSyncTimer()
 
 void KPTagBackup::doTagSync()
 {
-    if (!UserDefaults::standard().boolValue(QStringLiteral("KPSyncTagsForBackup")) ||
-        !KarvexSync::syncWithFiles(m_source, locations(), false))
+    if (UserDefaults::standard().boolValue(QStringLiteral("KPSyncTagsForBackup")))
+        backUpNow();
+}
+
+void KPTagBackup::backUpNow()
+{
+    if (!KarvexSync::syncWithFiles(m_source, locations(), false))
         return;
     ++m_running;
     m_activity = qtTrId("KPTagBackupRunning");
@@ -70,7 +75,11 @@ void KPTagBackup::syncDone(const PropertyValue::Dictionary &result)
     if (m_running == 0)
         m_activity.clear();
     m_problem.clear();
-    if (!result.value(QStringLiteral("worked")).boolValue()) {
+    if (result.value(QStringLiteral("worked")).boolValue()) {
+        UserDefaults::standard().setValue(
+            QStringLiteral("KPLastBackup"),
+            PropertyValue::real(PropertyValue::Date::now().secondsSince1970()));
+    } else {
         XPError error;
         error.kind = static_cast<XPError::Kind>(result.value(KarvexSync::kindKey).integerValue());
         error.message = result.value(QStringLiteral("status")).string();

@@ -11,7 +11,8 @@
 class IndexSource;
 
 // Has the tags and ratings backed up while the application runs: once some minutes after its
-// launch, then every hour in which it is active. Not without the setting "KPSyncTagsForBackup".
+// launch, then every hour in which it is active. Not without the setting "KPSyncTagsForBackup". When
+// the last one that worked was, the setting "KPLastBackup" says.
 //
 // A backup is made by KarvexSync, on its thread, and asks nobody anything; the last one is ended by
 // the destructor.
@@ -26,7 +27,9 @@ public:
     explicit KPTagBackup(IndexSource &source, Activity isActive = {});
     ~KPTagBackup() override;
 
-    // Backs up now, if the setting allows it.
+    // Backs up now, whatever the setting says.
+    void backUpNow();
+    // The same, if the setting allows it.
     void doTagSync();
     // The same, unless the application is not active.
     void doTagSyncTimer();

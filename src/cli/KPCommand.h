@@ -60,3 +60,4 @@ extern const KPCommand kpCombineCommand;
 extern const KPCommand kpOpenCommand;
 extern const KPCommand kpRevealCommand;
 extern const KPCommand kpIndexCommand;
+extern const KPCommand kpDefaultsCommand;

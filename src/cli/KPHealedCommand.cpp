@@ -1,6 +1,6 @@
 // murnctl healed: shows the files that got lost tags back, and takes that back.
 #include "KPCommandOutput.h"
-#include "KPHealing.h"
+#include "KPHealingChoice.h"
 #include "XPPath.h"
 #include "XPPropertyList.h"
 
@@ -63,29 +63,14 @@ static void print(const QList<KPHealing> &cases, KPCommandOutput &output)
     }
 }
 
-static void apply(KPHealing &healing, bool accepts, KPCommandOutput &output)
-{
-    std::optional<XPError> error;
-    if (accepts)
-        error = healing.heal();
-    else if (healing.state == State::Healed)
-        error = healing.undo();
-    if (error)
-        output.fail(healing.path, error->reason());
-    if (error && (accepts || error->domain == XPError::posixDomain))
-        return;
-    healing.state = accepts ? State::Healed : State::Undone;
-}
-
-// The cases that a word names: a number, or "all" that it can be done to.
+// The cases that a word names: a number, or "all" that wait for it to be said.
 static QList<qint64> numbersOf(const QString &word, bool accepts, const QList<KPHealing> &cases)
 {
     QList<qint64> numbers;
     for (const KPHealing &healing : cases) {
-        const bool isOpen = accepts
-                                ? healing.state != State::Healed
-                                : healing.state == State::Healed || healing.state == State::Pending;
-        const bool isAll = word == u"all" && (accepts ? healing.state == State::Pending : isOpen);
+        const bool isOpen = KPHealingChoice::isOpen(healing, accepts);
+        const bool isAll =
+            word == u"all" && (accepts ? healing.state == State::Pending : isOpen);
         if (isAll || (isOpen && QString::number(healing.number) == word))
             numbers.append(healing.number);
     }
@@ -109,30 +94,18 @@ static int run(const KPCommandLine &line, KPCommandOutput &output)
         print(*cases, output);
         return output.exitStatus();
     }
-    QList<KPHealing> done;
+    QList<qint64> numbers;
     for (const QString &word : words) {
-        const QList<qint64> numbers = numbersOf(word, accepts, *cases);
-        if (numbers.isEmpty() && word != u"all")
+        const QList<qint64> named = numbersOf(word, accepts, *cases);
+        if (named.isEmpty() && word != u"all")
             output.fail(XPPath::printable(word) +
                         QStringLiteral(": no such case, or done already"));
-        for (KPHealing healing : *cases) {
-            if (!numbers.contains(healing.number))
-                continue;
-            apply(healing, accepts, output);
-            done.append(healing);
-        }
+        numbers += named;
     }
-    const auto error = KPHealingLog::change([&](QList<KPHealing> &all) {
-        for (KPHealing &each : all) {
-            for (const KPHealing &healing : done) {
-                if (each.number == healing.number)
-                    each = healing;
-            }
-        }
-    });
-    if (error)
-        output.fail(KPHealingLog::path(), error->reason());
-    print(done, output);
+    const auto result = KPHealingChoice::apply(numbers, accepts);
+    for (const XPError &failure : result.failures)
+        output.fail(failure.path, failure.reason());
+    print(result.done, output);
     return output.exitStatus();
 }
 

@@ -63,33 +63,24 @@ int KPIndexActions::remove(const QString &operand, const KPCommandLine &, KPComm
     return applySettings(output);
 }
 
-// The last rule that fits decides, so a new one goes to the end.
-static int setRule(const QString &pattern, bool include, KPCommandOutput &output)
+static int setRule(const QString &pattern, bool isExcluded, KPCommandOutput &output)
 {
-    const bool isPath = pattern.startsWith(u'/') || pattern.startsWith(u"~/");
-    if (pattern.startsWith(u'!') || (pattern.contains(u'/') && !isPath))
+    if (!pattern.isValidUtf16())
+        return kpReportUsage(&kpIndexCommand, QStringLiteral("the pattern is not UTF-8"));
+    if (!IndexSettings::isPattern(pattern))
         return kpReportUsage(&kpIndexCommand,
                              QStringLiteral("a pattern is a folder's name, or a path that begins "
                                             "with / or ~/"));
-    if (!pattern.isValidUtf16())
-        return kpReportUsage(&kpIndexCommand, QStringLiteral("the pattern is not UTF-8"));
-    QStringList rules = IndexSettings::rules();
-    const bool wasRule = rules.removeAll(pattern) > 0;
-    rules.removeAll(u'!' + pattern);
-    if (!include)
-        rules.append(pattern);
-    else if (!wasRule)
-        rules.append(u'!' + pattern);
-    IndexSettings::setRules(rules);
+    IndexSettings::setExcluded(pattern, isExcluded);
     return applySettings(output);
 }
 
 int KPIndexActions::exclude(const QString &operand, const KPCommandLine &, KPCommandOutput &output)
 {
-    return setRule(operand, false, output);
+    return setRule(operand, true, output);
 }
 
 int KPIndexActions::include(const QString &operand, const KPCommandLine &, KPCommandOutput &output)
 {
-    return setRule(operand, true, output);
+    return setRule(operand, false, output);
 }

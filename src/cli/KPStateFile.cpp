@@ -88,8 +88,6 @@ XPResult<KPSearchState::Ptr> KPStateFile::read(const QString &path)
 
 // --- Writing
 
-static QByteArray json(const PropertyValue &value);
-
 static QByteArray numberJson(double number)
 {
     return std::isfinite(number) ? QByteArray::number(number, 'g', QLocale::FloatingPointShortest)
@@ -100,12 +98,12 @@ static QByteArrayList entriesJson(const PropertyValue::Dictionary &dictionary)
 {
     QByteArrayList entries;
     for (auto entry = dictionary.cbegin(); entry != dictionary.cend(); ++entry)
-        entries.append(KPCommandOutput::json(entry.key()) + ": " + json(entry.value()));
+        entries.append(KPCommandOutput::json(entry.key()) + ": " + KPStateFile::json(entry.value()));
     return entries;
 }
 
 // NOLINTNEXTLINE(misc-no-recursion): a property list's depth is limited
-static QByteArray json(const PropertyValue &value)
+QByteArray KPStateFile::json(const PropertyValue &value)
 {
     switch (value.kind()) {
     case PropertyValue::Kind::Null:
@@ -129,7 +127,7 @@ static QByteArray json(const PropertyValue &value)
     case PropertyValue::Kind::Array: {
         QByteArrayList elements;
         for (const PropertyValue &element : value.array())
-            elements.append(json(element));
+            elements.append(KPStateFile::json(element));
         return '[' + elements.join(", ") + ']';
     }
     case PropertyValue::Kind::Dictionary:

@@ -16,5 +16,7 @@ XPResult<KPSearchState::Ptr> read(const QString &path);
 // other programs hold: a date becomes a text in ISO 8601, bytes the text that a path of these
 // bytes has.
 QByteArray json(const KPSearchState &state);
+// The same of any value; without a line end.
+QByteArray json(const PropertyValue &value);
 
 } // namespace KPStateFile

@@ -27,7 +27,8 @@ static constexpr std::array commands = {
     &kpQueryCommand,   &kpFileCommand,      &kpManageCommand,    &kpUnmanageCommand,
     &kpPasteCommand,   &kpBackupCommand,    &kpRestoreCommand,   &kpHealedCommand, &kpMirrorCommand,
     &kpImportCommand,  &kpThumbnailCommand, &kpScanCommand,      &kpOcrCommand,
-    &kpCombineCommand, &kpOpenCommand,      &kpRevealCommand,    &kpIndexCommand};
+    &kpCombineCommand, &kpOpenCommand,      &kpRevealCommand,    &kpIndexCommand,
+    &kpDefaultsCommand};
 
 // A closed standard stream must not let the next file that is opened take its number.
 static void keepStandardStreamsTaken()

@@ -50,6 +50,17 @@ KPLibraryController::KPLibraryController(KPNavigator &navigator, KPLibraryModel 
             QStringLiteral("values.") + QLatin1String(key),
             [this](const PropertyValue &) { m_grid->updateSettings(); }));
     }
+    for (const char *key :
+         {"KPCacheSizeMB", "KPCacheDaysOld", "KPQuicklookCacheSlowImages",
+          "KPQuicklookBordersImages", "KPQuicklookBordersMovies", "KPQuicklookBordersOther",
+          "KPQuicklookBordersOnLargeThumbs"}) {
+        m_observations.push_back(UserDefaults::standard().addObserver(
+            QStringLiteral("values.") + QLatin1String(key), [this](const PropertyValue &) {
+                xpGuiThread.assertHere();
+                KPQuickLook::updateCachedPrefs();
+                m_grid->updateSettings();
+            }));
+    }
     restoreState();
 }
 

@@ -88,3 +88,43 @@ QStringList KPIndexTexts::problems(const IndexStatus &status)
         texts.append(problem(found));
     return texts;
 }
+
+static QString remedyOfSaving(const IndexProblem &problem)
+{
+    const bool isFull = problem.error && problem.error->kind == XPError::Kind::NoSpace;
+    return isFull ? qtTrId("KPIndexRemedyRoom") : QString();
+}
+
+QString KPIndexTexts::remedy(const IndexProblem &problem)
+{
+    using Kind = IndexProblem::Kind;
+    const auto limit = [](const char *name) {
+        return qtTrId("KPIndexRemedyLimit")
+            .arg(QStringLiteral("fs.inotify.") + QLatin1String(name));
+    };
+    switch (problem.kind) {
+    case Kind::NoWatches:
+        return limit("max_user_instances");
+    case Kind::FoldersUnwatched:
+        return limit("max_user_watches");
+    case Kind::EventsLost:
+        return limit("max_queued_events");
+    case Kind::NothingSaved:
+    case Kind::SavingFails:
+    case Kind::ContentsNotSaved:
+        return remedyOfSaving(problem);
+    case Kind::ContentsUnsearchable:
+        return qtTrId("KPIndexRemedyRebuild");
+    case Kind::NotAnswering:
+        return qtTrId("KPIndexRemedyOtherProgram");
+    case Kind::RootMissing:
+    case Kind::RootUnmounted:
+    case Kind::RootSilent:
+        return qtTrId("KPIndexRemedyConnect");
+    case Kind::RootUnreadable:
+    case Kind::FoldersUnreadable:
+        return qtTrId("KPIndexRemedyRights");
+    default:
+        return {};
+    }
+}

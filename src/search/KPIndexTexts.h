@@ -10,5 +10,7 @@ namespace KPIndexTexts {
 
 QString problem(const IndexProblem &problem);
 QStringList problems(const IndexStatus &status);
+// What can be done about it; empty: nothing but wait.
+QString remedy(const IndexProblem &problem);
 
 } // namespace KPIndexTexts

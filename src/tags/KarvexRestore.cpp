@@ -157,6 +157,8 @@ KarvexRestore::Result KarvexRestore::readSingleFile(const QString &path)
 // this moment are not overwritten.
 void KarvexRestore::restore(const KarvexBackupRecord &record, const QString &path)
 {
+    if (m_options.only && !m_options.only->contains(record.path))
+        return;
     std::optional<KarvexFileLock> lock;
     if (!m_options.dryRun)
         lock.emplace(path);

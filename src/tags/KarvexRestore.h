@@ -3,6 +3,8 @@
 #include "KarvexBackupFile.h"
 #include "KarvexProgress.h"
 
+#include <QSet>
+
 class IndexSource;
 
 // Gives files back the tags and ratings that a backup has of them.
@@ -47,7 +49,9 @@ public:
     struct Options
     {
         bool dryRun = false; // only finds out
-        KarvexProgress progress;
+        // Only the files that have these paths in the backup; nothing: all of them.
+        std::optional<QSet<QString>> only = {};
+        KarvexProgress progress = {};
     };
 
     KarvexRestore(IndexSource &source, Options options);

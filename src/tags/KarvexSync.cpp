@@ -39,7 +39,7 @@ static void post(const QString &name, const PropertyValue::Dictionary &informati
 
 static void restore(IndexSource &source, const QString &file, const KarvexProgress &progress)
 {
-    const auto result = KarvexRestore(source, {false, progress}).readSingleFile(file);
+    const auto result = KarvexRestore(source, {.progress = progress}).readSingleFile(file);
     post(QStringLiteral("TagSyncDoneAgressive"),
          {{QStringLiteral("numDone"), PropertyValue::integer(result.changes.size())},
           {QStringLiteral("status"), result.status}});

@@ -19,13 +19,14 @@ protected:
     {
         m_records.insert(path, {path, tags, rating, Date{1000.5}, Date{2000.5}});
     }
-    KarvexRestore::Result restore(bool dryRun = false)
+    KarvexRestore::Result restore(bool dryRun = false,
+                                  const std::optional<QSet<QString>> &only = {})
     {
         const QString file = m_place.path(QStringLiteral("backup.plist"));
         EXPECT_FALSE(XPAtomicFile::write(file, *KarvexBackupFile::encode(m_records)));
         IndexSource &index = m_folder.index();
         m_folder.catchUp();
-        return KarvexRestore(index, {dryRun, {}}).readSingleFile(file);
+        return KarvexRestore(index, {dryRun, only, {}}).readSingleFile(file);
     }
     static QStringList tagsOf(const QString &path) { return Karvex::getUserTags(path).valueOr({}); }
 
@@ -54,6 +55,19 @@ TEST_F(Restore, GivesBackEverythingThatWasLostAndThenChangesNothing)
     const auto before = XPFileInfo::read(path);
     EXPECT_TRUE(restore().changes.isEmpty());
     EXPECT_EQ(XPFileInfo::read(path)->changed, before->changed) << "no write at all";
+}
+
+TEST_F(Restore, ChangesOnlyWhatWasChosen)
+{
+    const QString path = m_folder.file(QStringLiteral("a"));
+    const QString other = m_folder.file(QStringLiteral("b"));
+    record(path, m_tags);
+    record(other, m_tags);
+    EXPECT_EQ(restore(true).changes.size(), 2);
+    EXPECT_EQ(restore(false, QSet<QString>{other}).changes.size(), 1);
+    EXPECT_TRUE(tagsOf(path).isEmpty());
+    EXPECT_EQ(tagsOf(other), m_tags);
+    EXPECT_TRUE(restore(false, QSet<QString>()).changes.isEmpty());
 }
 
 // Who wins: the backup's tags "new" (with a time or without) against the file's.

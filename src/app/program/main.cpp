@@ -10,6 +10,7 @@
 #include "XPTranslations.h"
 
 #include <QIcon>
+#include <QProcess>
 #include <cstdio>
 #include <memory>
 
@@ -83,6 +84,8 @@ static int run(KPApplication *application, const KPCommandLine &line,
         new KPScreenshot(delegate.controller(), line.screenshot, line.selection); // the window's
     const int status = QApplication::exec();
     delegate.applicationWillTerminate();
+    if (delegate.startsAgain())
+        QProcess::startDetached(QCoreApplication::applicationFilePath(), {});
     return status;
 }
 

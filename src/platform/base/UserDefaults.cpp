@@ -135,10 +135,23 @@ struct UserDefaults::Private
     void announce(const QStringList &keys) const XP_EXCLUDES(mutex);
 };
 
+static bool isNumeric(const PropertyValue &value)
+{
+    using Kind = PropertyValue::Kind;
+    return value.kind() == Kind::Bool || value.kind() == Kind::Integer ||
+           value.kind() == Kind::Real;
+}
+
+// Whoever asks counts on the kind of the factory value. Other writers mix booleans and numbers.
 PropertyValue UserDefaults::Private::answer(const QString &key) const
 {
     const auto found = saved.find(key);
-    return found != saved.end() ? *found : registered.value(key);
+    const auto factory = registered.find(key);
+    if (found == saved.end())
+        return factory != registered.end() ? *factory : PropertyValue();
+    const bool fits = factory == registered.end() || factory->kind() == found->kind() ||
+                      (isNumeric(*factory) && isNumeric(*found));
+    return fits ? *found : *factory;
 }
 
 // Without an application nobody would be woken: then the end of the process writes.

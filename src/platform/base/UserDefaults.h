@@ -29,7 +29,7 @@ public:
     // Factory values, below the saved ones; later registrations win.
     void registerDefaults(const PropertyValue::Dictionary &values);
 
-    // Saved, else registered, else null.
+    // Saved, unless of another kind than registered; else registered, else null.
     PropertyValue value(const QString &key) const;
     bool boolValue(const QString &key) const { return value(key).boolValue(); }
     double doubleValue(const QString &key) const { return value(key).doubleValue(); }

@@ -4,38 +4,185 @@
 #include "XPFolders.h"
 #include "XPLog.h"
 
+#include <QFile>
+#include <QObject>
+
 using Array = PropertyValue::Array;
 using Dictionary = PropertyValue::Dictionary;
 
+// Outside every namespace, as the macro asks.
+static void initResources()
+{
+    Q_INIT_RESOURCE(murn_base);
+}
+
 namespace {
 
-struct Setting
+using Page = XPSetting::Page;
+using Choice = XPSetting::Choice;
+
+// A factory value that can be written here, or the kind of a setting that has none.
+using Factory = std::variant<bool, int, double, const char *, XPSetting::Kind>;
+
+struct Limits
 {
-    const char *key;
-    std::variant<bool, int, double, const char *> value;
+    double lowest = 0;
+    double highest = 0;
+    const char *unit = "";
 };
 
-} // namespace
+struct Row
+{
+    const char *key;
+    Factory factory;
+    Page page = Page::None;
+    const char *group = "";
+    const char *text = "";
+    const char *hint = "";
+    Limits limits = {};
+    std::span<const Choice> choices = {};
+    bool isInverted = false;
+    const char *onlyWhileOff = "";
+};
 
-// One setting a line.
+constexpr Choice resolutions[] = {{150, QT_TRID_NOOP("KPScanDotsPerInch")},
+                                  {300, QT_TRID_NOOP("KPScanDotsPerInch")},
+                                  {400, QT_TRID_NOOP("KPScanDotsPerInch")},
+                                  {600, QT_TRID_NOOP("KPScanDotsPerInch")}};
+constexpr Choice scanColours[] = {{"Color", QT_TRID_NOOP("KPScanColour")},
+                                  {"Gray", QT_TRID_NOOP("KPScanGrey")},
+                                  {"Lineart", QT_TRID_NOOP("KPScanBlackAndWhite")}};
+
+constexpr const char *folders = QT_TRID_NOOP("KPPrefFolders");
+constexpr const char *searching = QT_TRID_NOOP("KPPrefSearching");
+constexpr const char *belonging = QT_TRID_NOOP("KPPrefBelonging");
+constexpr const char *sidebar = QT_TRID_NOOP("KPPrefSidebar");
+constexpr const char *everywhere = QT_TRID_NOOP("KPPrefEverywhere");
+constexpr const char *grid = QT_TRID_NOOP("KPPrefGrid");
+constexpr const char *colours = QT_TRID_NOOP("KPPrefColours");
+constexpr const char *tagPanel = QT_TRID_NOOP("KPPrefTagPanel");
+constexpr const char *pictures = QT_TRID_NOOP("KPPrefPictures");
+constexpr const char *entering = QT_TRID_NOOP("KPPrefEntering");
+constexpr const char *suggestions = QT_TRID_NOOP("KPPrefSuggestions");
+constexpr const char *onFiles = QT_TRID_NOOP("KPPrefOnFiles");
+constexpr const char *managedFolder = QT_TRID_NOOP("KPPrefManagedFolder");
+constexpr const char *adding = QT_TRID_NOOP("KPPrefAdding");
+constexpr const char *moving = QT_TRID_NOOP("KPPrefMoving");
+constexpr const char *newScans = QT_TRID_NOOP("KPPrefNewScans");
+constexpr const char *scannedPages = QT_TRID_NOOP("KPPrefScannedPages");
+constexpr const char *backup = QT_TRID_NOOP("KPPrefBackup");
+constexpr const char *healing = QT_TRID_NOOP("KPPrefHealing");
+constexpr const char *indexed = QT_TRID_NOOP("KPPrefIndexed");
+constexpr const char *reports = QT_TRID_NOOP("KPPrefReports");
+
+using Kind = XPSetting::Kind;
+
 // clang-format off
-static constexpr Setting plainSettings[] = {
-    // The window and the first launches.
+constexpr Row rows[] = {
+    // --- Library and folders
+    {"KPSearchFolders", Kind::Paths, Page::Library, folders},
+    {"KPHomeFolder", Kind::Path, Page::Library, folders, QT_TRID_NOOP("KPPrefHomeFolder"), QT_TRID_NOOP("KPPrefHomeFolderHint")},
+    {"KPDoSpotlightSearches", true, Page::Library, searching, QT_TRID_NOOP("KPPrefSearchContents")},
+    {"KPDoMetaDataSearches", true, Page::Library, searching, QT_TRID_NOOP("KPPrefSearchFacts"), QT_TRID_NOOP("KPPrefSearchFactsHint")},
+    {"KPFollowSymLinksGoDeep", false, Page::Library, searching, QT_TRID_NOOP("KPPrefFollowLinks")},
+    {"KPSearchStateHiddenFilesInGoDeep", false, Page::Library, searching, QT_TRID_NOOP("KPPrefHiddenFiles")},
+    {"KPSpotlightPrefix", "&", Page::Library, searching, QT_TRID_NOOP("KPPrefRawQuery"), QT_TRID_NOOP("KPPrefRawQueryHint")},
+    {"KPAutoImportPDFs", true, Page::Library, belonging, QT_TRID_NOOP("KPPrefBelongPDFs"), QT_TRID_NOOP("KPPrefBelongHint")},
+    {"KPAutoImportOffice", true, Page::Library, belonging, QT_TRID_NOOP("KPPrefBelongOffice")},
+    {"KPAutoImportiWork", true, Page::Library, belonging, QT_TRID_NOOP("KPPrefBelongWork")},
+    {"KPShowHiddenItem", false, Page::Library, sidebar, QT_TRID_NOOP("KPPrefShowHidden")},
+    {"KPTwistDownStatesKeepTrack", true, Page::Library, sidebar, QT_TRID_NOOP("KPPrefKeepTrack")},
+    {"KPTreatSectionsAsRadioButtons", false, Page::Library, sidebar, QT_TRID_NOOP("KPPrefOneSection")},
+    {"KPNumberOfRecentLocations", 10, Page::Library, sidebar, QT_TRID_NOOP("KPPrefRecentLocations"), "", {1, 100}},
+    {"KPGlobalShortcut", Kind::Key, Page::Library, everywhere, QT_TRID_NOOP("KPPrefGlobalShortcut"), QT_TRID_NOOP("KPPrefGlobalShortcutHint")},
+    {"KPShowStatusItem", false, Page::Library, everywhere, QT_TRID_NOOP("KPPrefStatusItem"), QT_TRID_NOOP("KPPrefStatusItemHint")},
+    // --- Appearance
+    {"KPShowTitle", true, Page::Appearance, grid, QT_TRID_NOOP("KPPrefShowTitle")},
+    {"KPShowTags", true, Page::Appearance, grid, QT_TRID_NOOP("KPPrefShowTags")},
+    {"KPShowRating", true, Page::Appearance, grid, QT_TRID_NOOP("KPPrefShowRating")},
+    {"KPSizeThumbnailsToFit", true, Page::Appearance, grid, QT_TRID_NOOP("KPPrefSizeToFit")},
+    {"KPDefaultGroupState", true, Page::Appearance, grid, QT_TRID_NOOP("KPPrefGroupsOpen")},
+    {"KPLibraryBackgroundColour", Kind::Colour, Page::Appearance, colours, QT_TRID_NOOP("KPPrefDesk"), QT_TRID_NOOP("KPPrefDeskHint")},
+    {"KPLibraryTextColour", Kind::Colour, Page::Appearance, colours, QT_TRID_NOOP("KPPrefDeskText")},
+    {"XPDrawCloudItemsBlack", false, Page::Appearance, colours, QT_TRID_NOOP("KPPrefCloudBlack")},
+    {"KPTagGroupUserTags", true, Page::Appearance, tagPanel, QT_TRID_NOOP("KPPrefCloudTags")},
+    {"KPTagGroupFileTypes", true, Page::Appearance, tagPanel, QT_TRID_NOOP("KPPrefCloudTypes")},
+    {"KPCloudShowFrequency", true, Page::Appearance, tagPanel, QT_TRID_NOOP("KPPrefCloudCounts")},
+    {"XPDrawCloudItemsSingleColumn", false, Page::Appearance, tagPanel, QT_TRID_NOOP("KPPrefCloudColumn")},
+    {"KPQuicklookBordersImages", true, Page::Appearance, pictures, QT_TRID_NOOP("KPPrefBordersImages")},
+    {"KPQuicklookBordersMovies", true, Page::Appearance, pictures, QT_TRID_NOOP("KPPrefBordersMovies")},
+    {"KPQuicklookBordersOther", true, Page::Appearance, pictures, QT_TRID_NOOP("KPPrefBordersOther")},
+    {"KPQuicklookBordersOnLargeThumbs", false, Page::Appearance, pictures, QT_TRID_NOOP("KPPrefBordersLarge")},
+    {"KPQuicklookCacheSlowImages", true, Page::Appearance, pictures, QT_TRID_NOOP("KPPrefCacheSlow"), QT_TRID_NOOP("KPPrefCacheSlowHint")},
+    {"KPCacheSizeMB", 40.0, Page::Appearance, pictures, QT_TRID_NOOP("KPPrefCacheSize"), "", {8, 4096, QT_TRID_NOOP("KPPrefMegabytes")}},
+    {"KPCacheDaysOld", 360.0, Page::Appearance, pictures, QT_TRID_NOOP("KPPrefCacheDays"), "", {1, 3650, QT_TRID_NOOP("KPPrefDays")}},
+    // --- Tags
+    {"KPUseCommas", true, Page::Tags, entering, QT_TRID_NOOP("KPPrefUseCommas"), QT_TRID_NOOP("KPPrefUseCommasHint")},
+    {"XPSkipTagAutoComplete", false, Page::Tags, entering, QT_TRID_NOOP("KPPrefComplete"), "", {}, {}, true},
+    {"KPImportOnlyUpdateCommonTags", true, Page::Tags, entering, QT_TRID_NOOP("KPPrefCommonTags"), QT_TRID_NOOP("KPPrefCommonTagsHint")},
+    {"KPShowSuggestionWindow", true, Page::Tags, suggestions, QT_TRID_NOOP("KPPrefSuggest")},
+    {"KPScanPDFKeyWords", true, Page::Tags, suggestions, QT_TRID_NOOP("KPPrefSuggestKeywords")},
+    {"KPScanPeople", true, Page::Tags, suggestions, QT_TRID_NOOP("KPPrefSuggestPeople")},
+    {"KPScanAcademicPapers", true, Page::Tags, suggestions, QT_TRID_NOOP("KPPrefSuggestPapers")},
+    {"KPScanTypical", true, Page::Tags, suggestions, QT_TRID_NOOP("KPPrefSuggestTypical")},
+    {"KPScanPopular", false, Page::Tags, suggestions, QT_TRID_NOOP("KPPrefSuggestPopular")},
+    {"KPScanCustom", true, Page::Tags, suggestions, QT_TRID_NOOP("KPPrefSuggestCustom")},
+    {"KPCustomWords", Kind::Lines, Page::Tags, suggestions, QT_TRID_NOOP("KPPrefCustomWords"), QT_TRID_NOOP("KPPrefCustomWordsHint")},
+    {"KPRemoveBannedTags", true, Page::Tags, suggestions, QT_TRID_NOOP("KPPrefSuggestNoBanned"), QT_TRID_NOOP("KPPrefSuggestNoBannedHint")},
+    {"KPSetModifiyTimeOnTagsChanging", false, Page::Tags, onFiles, QT_TRID_NOOP("KPPrefModified")},
+    {"KPShowXMPKeywords", false, Page::Tags, onFiles, QT_TRID_NOOP("KPPrefKeywords")},
+    // --- Filing
+    {"KPFiledDocumentsPath", Kind::Path, Page::Filing, managedFolder},
+    {"KPUseYearMonthFiledDocs", false, Page::Filing, managedFolder, QT_TRID_NOOP("KPPrefYearMonth"), QT_TRID_NOOP("KPPrefYearMonthHint")},
+    {"KPFiledDocumentsAsk", true, Page::Filing, adding, QT_TRID_NOOP("KPPrefFilingAsk")},
+    {"KPFilesAlwaysPutInFiledDocuments", false, Page::Filing, adding, QT_TRID_NOOP("KPPrefFilingAlways"), QT_TRID_NOOP("KPPrefFilingAlwaysHint"), {}, {}, false, "KPFiledDocumentsAsk"},
+    {"KPFinderConfirmMoveorCopy", true, Page::Filing, moving, QT_TRID_NOOP("KPPrefConfirmMove")},
+    {"KPConfirmDelete", true, Page::Filing, moving, QT_TRID_NOOP("KPPrefConfirmDelete")},
+    {"maxDestinationsToRemember", 10, Page::Filing, moving, QT_TRID_NOOP("KPPrefDestinations"), "", {1, 100}},
+    // --- Drop zone
+    {"KPShowDropZone", true},
+    {"KPDropZoneLeftEdge", false},
+    {"KPShowDropZoneEvenWithoutFileDrag", false},
+    {"KPAutoImportTaggedFiles", true},
+    {"KPDropZoneOverlapWithScreen", true},
+    // --- Scanning; the document type is the same number as the resolution on purpose
+    {"KPScanMode", "Color", Page::Scanning, newScans, QT_TRID_NOOP("KPScanColours"), "", {}, scanColours},
+    {"KPScanDPI", 300, Page::Scanning, newScans, QT_TRID_NOOP("KPScanResolution"), "", {}, resolutions},
+    {"KPDuplexScanning", false, Page::Scanning, newScans, QT_TRID_NOOP("KPScanDuplex")},
+    {"KPCompressionFactor3", 0.35, Page::Scanning, scannedPages, QT_TRID_NOOP("KPPrefQuality"), QT_TRID_NOOP("KPPrefQualityHint"), {0.05, 1}},
+    {"KPScanCleanUp", false, Page::Scanning, scannedPages, QT_TRID_NOOP("KPScanCleanUp")},
+    {"KPScanLeaveOutBlank", false, Page::Scanning, scannedPages, QT_TRID_NOOP("KPScanLeaveOutBlank")},
+    {"KPScanRecogniseText", false, Page::Scanning, scannedPages, QT_TRID_NOOP("KPScanRecogniseText")},
+    {"KPSelectedPaper", 3},
+    {"KPScannerInterface", 2},
+    {"KPScanDocumentType", 300},
+    // --- Backup and healing
+    {"KPSyncTagsForBackup", true, Page::Backup, backup, QT_TRID_NOOP("KPPrefBackupHourly"), QT_TRID_NOOP("KPPrefBackupHourlyHint")},
+    {"KPHealLostTags", true, Page::Backup, healing, QT_TRID_NOOP("KPPrefHeal"), QT_TRID_NOOP("KPPrefHealHint")},
+    // --- Index; where nothing is set it is the home folder, and rules of its own
+    {"KPImportPaused", false, Page::Index, indexed, QT_TRID_NOOP("KPPrefPaused"), QT_TRID_NOOP("KPPrefPausedHint")},
+    {"KPIndexRoots", Kind::Paths, Page::Index, indexed},
+    {"KPIndexExclusions", Kind::Texts, Page::Index, indexed},
+    {"KPRebuildIndex", false},
+    // --- Privacy
+    {"bugsnagCanSendReports", false, Page::Privacy, reports, QT_TRID_NOOP("KPPrefCrashReports"), QT_TRID_NOOP("KPPrefCrashReportsHint")},
+    {"KPDebugLogging", false, Page::Privacy, reports, QT_TRID_NOOP("KPPrefDebugLog"), QT_TRID_NOOP("KPPrefDebugLogHint")},
+
+    // --- Chosen in the window itself; sizes in points, delays in seconds
     {"KPBookmarkBarShown", true},
     {"KPActionBarShown", false},
-    {"KPUseCommas", true},
-    {"KPVirginLaunch", true},
-    {"KPVirginLaunchMurnKX", true},
-    {"KPVirginLaunchZelKX", true},
-    // Web pages to PDF.
-    {"KPURLToPDFPaginate", false},
-    {"KPURLToPDFBackgrounds", true},
-    {"KPURLToPDFWebViewWidth", 1000.0},
-    // Thumbnail cache; age in days.
-    {"KPCacheSizeMB", 40.0},
-    {"KPCacheDaysOld", 360.0},
-    // Loupe: the Option key; widths in points.
-    {"KPLoupeModifierKey", 0x80000},
+    {"KPShowKeywordsPanel", true},
+    {"KPShowLocationsPanel", false},
+    {"KPShowInspectorPanel", true},
+    {"KPShowInspector", false},
+    {"KPThumbnailSize", 0.2, Page::None, "", "", "", {0, 1}},
+    {"KPLibraryMode", 0, Page::None, "", "", "", {0, 2}},
+    {"KPSourceListWidth", 210.0},
+    {"KPKeywordsAreaWidth", 210.0},
+    {"KPLocationsAreaWidth", 210.0},
+    {"KPTypeAheadTimeoutDelay", 0.5, Page::None, "", "", "", {0, 60}},
+    {"KPCompletionDelay", 0.35, Page::None, "", "", "", {0, 60}},
+    {"KPLoupeModifierKey", 0x80000}, // Option
     {"KPLoupeShowEntireImage", false},
     {"KPLoupeMagnification", 0.8},
     {"KPLoupeMinimumMagnification", 0.6},
@@ -43,114 +190,88 @@ static constexpr Setting plainSettings[] = {
     {"KPLoupeWidth", 346.0},
     {"KPLoupeMinimumWidth", 200.0},
     {"KPLoupeMaximumWidth", 768.0},
-    // The grid.
-    {"KPThumbnailSize", 0.2},
-    {"KPSizeThumbnailsToFit", true},
-    // Tags and keywords.
-    {"KPSetModifiyTimeOnTagsChanging", false},
-    {"KPShowXMPKeywords", false},
+    {"KPURLToPDFPaginate", false},
+    {"KPURLToPDFBackgrounds", true},
+    {"KPURLToPDFWebViewWidth", 1000.0, Page::None, "", "", "", {100, 10000}},
     {"KMDMurn2ShowItemKeywords", false},
-    {"KPSpotlightPrefix", "&"},
-    // Tag suggestions.
-    {"KPScanPopular", false},
-    {"KPScanPDFKeyWords", true},
-    {"KPScanPeople", true},
-    {"KPScanAcademicPapers", true},
-    {"KPScanTypical", true},
-    {"KPScanCustom", true},
-    {"KPRemoveBannedTags", true},
-    // Documents.
     {"KPIncludeTimeInCreationDate", false},
     {"KPPrefEmailWith", "Mail"},
-    // Tag cloud and sidebar; sizes in points.
     {"KPMurn2UseGlobalTagTypeStates", true},
     {"KPCloudUserEntered", true},
     {"KPCloudKeywords", false},
-    {"KPTreatSectionsAsRadioButtons", false},
-    {"KPTagGroupUserTags", true},
-    {"KPTagGroupFileTypes", true},
     {"KPTagGroupReadOnlyTags", true},
     {"KPSizeByFrequency", false},
-    {"KPCloudShowFrequency", true},
     {"KPCloudMagFactor", 2.5},
     {"KPCloudLargestSizeFactor", 2.1},
     {"KPCloudDefaultLineHeight", 14.0},
-    {"KPSourceListWidth", 210.0},
-    {"KPKeywordsAreaWidth", 210.0},
-    {"KPLocationsAreaWidth", 210.0},
     {"KPTagsWindowOnlyShowAvailable", false},
-    {"KPTwistDownStatesKeepTrack", true},
-    // Library and search.
-    {"KPLibraryMode", 0},
     {"KPOpenWithMode", 0},
     {"KPOpenWith", "Preview"},
     {"KPSearchStateAlwaysSearchSystemFiles", false},
-    {"KPDoSpotlightSearches", true},
-    {"KPDoMetaDataSearches", true},
     {"KPImageMinSizeBytes", 4096},
-    // What is shown with a document.
-    {"KPShowTitle", true},
-    {"KPShowTags", true},
-    {"KPShowRating", true},
-    {"KPShowKeywordsPanel", true},
-    {"KPShowLocationsPanel", false},
-    {"KPShowInspectorPanel", true},
-    {"KPShowInspector", false},
-    // Thumbnails.
-    {"KPQuicklookBordersImages", true},
-    {"KPQuicklookBordersMovies", true},
-    {"KPQuicklookBordersOther", true},
-    {"KPQuicklookBordersOnLargeThumbs", false},
-    {"KPQuicklookCacheSlowImages", true},
-    // Navigation and questions.
-    {"KPNumberOfRecentLocations", 10},
-    {"KPDefaultGroupState", true},
-    {"KPConfirmDelete", true},
-    {"KPFinderConfirmMoveorCopy", true},
     {"KPBadgeUntaggedDocs", false},
-    // Tag editor; delays in seconds.
-    {"KPImportOnlyUpdateCommonTags", true},
-    {"KPShowSuggestionWindow", true},
-    {"XPSkipTagAutoComplete", false},
-    {"XPDrawCloudItemsBlack", false},
-    {"KPCompletionDelay", 0.35},
     {"KPAutoPositionSuggestionWindow", true},
+    {"SUFeedURL", ""}, // updates come with the packages
+    // --- What the program remembers
+    {"KPVirginLaunch", true},
+    {"KPVirginLaunchMurnKX", true},
+    {"KPVirginLaunchZelKX", true},
     {"KPIsRunning", false},
-    {"KPTypeAheadTimeoutDelay", 0.5},
-    // Scanning; the document type is the same number as the resolution on purpose.
-    {"KPScannerInterface", 2},
-    {"KPScanDPI", 300},
-    {"KPCompressionFactor3", 0.35},
-    {"KPScanDocumentType", 300},
-    {"KPSelectedPaper", 3},
-    // Filing and the drop zone.
-    {"KPFiledDocumentsAsk", true},
-    {"KPFilesAlwaysPutInFiledDocuments", false},
-    {"maxDestinationsToRemember", 10},
-    {"KPAutoImportOffice", true},
-    {"KPAutoImportiWork", true},
-    {"KPAutoImportPDFs", true},
-    {"KPAutoImportTaggedFiles", true},
-    {"KPShowDropZone", true},
-    {"KPDropZoneLeftEdge", false},
-    {"KPShowDropZoneEvenWithoutFileDrag", false},
-    {"KPDropZoneOverlapWithScreen", true},
-    // The program itself; updates come with the packages, so there is no feed.
-    {"KPDebugLogging", false},
-    {"KPSyncTagsForBackup", true},
-    {"SUFeedURL", ""},
+    {"KPShowBookmarksPanel", false},
+    {"KPShowLoupe", false},
+    {"KPShowDebugMenu", false},
+    {"bugsnagHaveAsked", false},
+    {"askedFiledDocsFormatQuestion", false},
+    {"launchCount", 0, Page::None, "", "", "", {0, 1e9}},
+    {"KPNumTimesLaunched", 0, Page::None, "", "", "", {0, 1e9}},
+    {"maxTagGroupsToRemember", Kind::Integer, Page::None, "", "", "", {1, 100}},
+    {"KPBuiltinInspectorWidth", Kind::Real},
+    {"KPSelectedScanner", ""},
+    {"KPLastBackup", Kind::Real}, // seconds since 1970
+    {"KPMainWindowGeometry", Kind::Data},
+    {"KPScanWindowFrame", Kind::Data},
+    {"KPPreferencesFrame", Kind::Data},
+    {"XPTagsWindowFrame", Kind::Data},
+    {"KPSavedSortDescriptorsDataRep", Kind::Data},
+    {"KPLeftColumnSplit", Kind::Real},
+    {"KPMurnKXToolbar", Kind::Texts},
+    {"KPRecentSearches", Kind::Texts},
+    {"KPRecentLocations", Kind::List},
+    {"KPSourceItem", Kind::Dictionary},
+    {"KPLocationItem", Kind::Dictionary},
+    {"KPDocsListColumnWidths", Kind::Dictionary},
+    {"KPScanProfiles", Kind::Dictionary},
+    {"recentDestinationPaths", Kind::Dictionary},
+    {"recentTagGroups", Kind::Dictionary},
+    {"recentlyEnteredTags", Kind::Texts},
+    {"KPTwistDownStates", Kind::List},
+    {"KPVisibleColumnsInDocsList", Kind::Texts},
+    {"KPGroupStates", Kind::Dictionary},
+    {"KPCloudAlwaysTags2", Kind::Dictionary},
+    {"KPCloudNeverTags2", Kind::Dictionary},
 };
 // clang-format on
 
-static PropertyValue plainValue(const Setting &setting)
+} // namespace
+
+static Kind kindOf(const Factory &factory)
 {
-    if (const bool *flag = std::get_if<bool>(&setting.value))
+    constexpr Kind byAlternative[] = {Kind::Bool, Kind::Integer, Kind::Real, Kind::Text};
+    const auto *kind = std::get_if<Kind>(&factory);
+    return kind ? *kind : byAlternative[factory.index()];
+}
+
+static PropertyValue plainValue(const Factory &factory)
+{
+    if (const bool *flag = std::get_if<bool>(&factory))
         return PropertyValue::boolean(*flag);
-    if (const int *number = std::get_if<int>(&setting.value))
+    if (const int *number = std::get_if<int>(&factory))
         return PropertyValue::integer(*number);
-    if (const double *number = std::get_if<double>(&setting.value))
+    if (const double *number = std::get_if<double>(&factory))
         return PropertyValue::real(*number);
-    return QString::fromUtf8(std::get<const char *>(setting.value));
+    if (const char *const *text = std::get_if<const char *>(&factory))
+        return QString::fromUtf8(*text);
+    return {};
 }
 
 static PropertyValue colour(double red, double green, double blue, double alpha)
@@ -169,9 +290,17 @@ static QStringList searchFolders()
     return folders;
 }
 
-static Dictionary allValues()
+static QString customWords()
 {
-    Dictionary values = {
+    initResources();
+    QFile file(QStringLiteral(":/DefaultTagsShort.txt"));
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
+// Those that take more than a word to write.
+static Dictionary compoundValues()
+{
+    return {
         {QStringLiteral("KPLibraryBackgroundColour"), colour(0.92, 0.92, 0.89, 1)},
         {QStringLiteral("KPLibraryTextColour"), colour(0, 0, 0, 1)},
         {QStringLiteral("KPGroupStates"), Dictionary()},
@@ -182,15 +311,58 @@ static Dictionary allValues()
          QStringList{QStringLiteral("flag"), QStringLiteral("name"), QStringLiteral("type"),
                      QStringLiteral("fileSize"), QStringLiteral("tags")}},
         {QStringLiteral("KPSearchFolders"), searchFolders()},
+        {QStringLiteral("KPCustomWords"), customWords()},
     };
-    for (const Setting &setting : plainSettings)
-        values.insert(QString::fromLatin1(setting.key), plainValue(setting));
-    return values;
+}
+
+static QList<XPSetting> allSettings()
+{
+    const Dictionary compound = compoundValues();
+    QList<XPSetting> settings;
+    for (const Row &row : rows) {
+        const QString key = QString::fromLatin1(row.key);
+        settings.append({.key = key,
+                         .kind = kindOf(row.factory),
+                         .factory = compound.value(key, plainValue(row.factory)),
+                         .page = row.page,
+                         .group = row.group,
+                         .text = row.text,
+                         .hint = row.hint,
+                         .unit = row.limits.unit,
+                         .lowest = row.limits.lowest,
+                         .highest = row.limits.highest,
+                         .choices = row.choices,
+                         .isInverted = row.isInverted,
+                         .onlyWhileOff = row.onlyWhileOff});
+    }
+    return settings;
+}
+
+const QList<XPSetting> &XPFactorySettings::all()
+{
+    static const QList<XPSetting> settings = allSettings();
+    return settings;
+}
+
+const XPSetting *XPFactorySettings::find(const QString &key)
+{
+    for (const XPSetting &setting : all()) {
+        if (setting.key == key)
+            return &setting;
+    }
+    return nullptr;
 }
 
 const Dictionary &XPFactorySettings::values()
 {
-    static const Dictionary values = allValues();
+    static const Dictionary values = [] {
+        Dictionary factory;
+        for (const XPSetting &setting : all()) {
+            if (!setting.factory.isNull())
+                factory.insert(setting.key, setting.factory);
+        }
+        return factory;
+    }();
     return values;
 }
 

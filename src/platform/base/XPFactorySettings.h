@@ -1,13 +1,21 @@
 #pragma once
 
-#include "PropertyValue.h"
+#include "XPSetting.h"
 
-// The settings' factory values, one table for every program of ours.
+#include <QList>
+
+// The table of the program's settings: what each may hold, what it holds from the factory, and
+// where people meet it. Both the preferences and `murnctl defaults` are made of it.
 //
-// A colour is an array of four reals between 0 and 1: red, green, blue and alpha (sRGB). A
-// folder is a path in which "~" stands for the home folder. Any thread.
+// Any thread.
 namespace XPFactorySettings {
 
+// In the order of the pages, and in that of the groups on each.
+const QList<XPSetting> &all();
+// Null: none of ours.
+const XPSetting *find(const QString &key);
+
+// The factory values of those that have one.
 const PropertyValue::Dictionary &values();
 
 // Registers them with UserDefaults::standard(), and has the log follow "KPDebugLogging". Call

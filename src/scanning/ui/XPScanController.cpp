@@ -153,23 +153,32 @@ QWidget *XPScanController::buildSettings()
     row(QT_TRID_NOOP("KPScanScanner"), m_scannerPopup);
     m_paperPopup = new QComboBox(side);
     row(QT_TRID_NOOP("KPScanPaper"), m_paperPopup);
+    // The preferences have these settings too.
+    const auto follow = [this](const QString &key,
+                               const std::function<void(const PropertyValue &)> &show) {
+        m_observations.push_back(
+            UserDefaults::standard().addObserver(QStringLiteral("values.") + key, show));
+        show(UserDefaults::standard().value(key));
+    };
     m_mode = new QComboBox(side);
     m_mode->addItem(qtTrId("KPScanColour"), QStringLiteral("Color"));
     m_mode->addItem(qtTrId("KPScanGrey"), QStringLiteral("Gray"));
     m_mode->addItem(qtTrId("KPScanBlackAndWhite"), QStringLiteral("Lineart"));
-    m_mode->setCurrentIndex(
-        std::max(0, m_mode->findData(UserDefaults::standard().stringValue(modeKey))));
+    follow(modeKey, [this](const PropertyValue &mode) {
+        m_mode->setCurrentIndex(std::max(0, m_mode->findData(mode.string())));
+    });
     row(QT_TRID_NOOP("KPScanColours"), m_mode);
     m_resolution = new QComboBox(side);
     for (const int dpi : {150, 300, 400, 600})
         m_resolution->addItem(qtTrId("KPScanDotsPerInch").arg(dpi), dpi);
-    m_resolution->setCurrentIndex(
-        std::max(1, m_resolution->findData(
-                        static_cast<int>(UserDefaults::standard().integerValue(resolutionKey)))));
+    follow(resolutionKey, [this](const PropertyValue &dpi) {
+        m_resolution->setCurrentIndex(
+            std::max(1, m_resolution->findData(static_cast<int>(dpi.integerValue()))));
+    });
     row(QT_TRID_NOOP("KPScanResolution"), m_resolution);
     const auto box = [&](const char *text, const QString &key) {
         auto *check = new QCheckBox(qtTrId(text), side);
-        check->setChecked(UserDefaults::standard().boolValue(key));
+        follow(key, [check](const PropertyValue &on) { check->setChecked(on.boolValue()); });
         connect(check, &QCheckBox::toggled, check, [key](bool on) {
             UserDefaults::standard().setValue(key, PropertyValue::boolean(on));
         });

@@ -59,6 +59,26 @@ void IndexSettings::setRules(const QStringList &rules)
     UserDefaults::standard().setValue(rulesKey, PropertyValue(rules));
 }
 
+bool IndexSettings::isPattern(const QString &text)
+{
+    const bool isPath = text.startsWith(u'/') || text.startsWith(u"~/");
+    return !text.isEmpty() && !text.startsWith(u'!') && (isPath || !text.contains(u'/')) &&
+           text.isValidUtf16();
+}
+
+// The last rule that fits decides, so a new one goes to the end.
+void IndexSettings::setExcluded(const QString &pattern, bool isExcluded)
+{
+    QStringList all = rules();
+    const bool wasRule = all.removeAll(pattern) > 0;
+    all.removeAll(u'!' + pattern);
+    if (isExcluded)
+        all.append(pattern);
+    else if (!wasRule)
+        all.append(u'!' + pattern);
+    setRules(all);
+}
+
 bool IndexSettings::isLeftOut(const QString &folder, const QString &root)
 {
     const IndexRules all(rules());

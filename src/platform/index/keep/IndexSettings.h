@@ -21,6 +21,10 @@ QStringList allRoots();
 QStringList rules();
 QStringList defaultRules();
 void setRules(const QStringList &rules);
+// A folder's name, or a path that begins with / or ~/.
+bool isPattern(const QString &text);
+// Leaves out what has the pattern, or takes it in again.
+void setExcluded(const QString &pattern, bool isExcluded);
 // Whether the rules leave out `folder`, or a folder between it and `root`, which holds it.
 bool isLeftOut(const QString &folder, const QString &root);
 

@@ -33,6 +33,8 @@ public:
     bool isIndexed(const QString &folder) const;
     // Has a folder indexed from now on, and at later starts.
     void addFolder(const QString &folder);
+    // After other changes of the index's settings: tells whoever keeps it.
+    void settingsChanged();
 
 Q_SIGNALS:
     void changed();

@@ -124,6 +124,11 @@ bool KPIndexMonitor::isIndexed(const QString &folder) const
 void KPIndexMonitor::addFolder(const QString &folder)
 {
     KPIndexRoots::add(folder);
+    settingsChanged();
+}
+
+void KPIndexMonitor::settingsChanged()
+{
     m_index.settingsChanged();
     m_timer.start();
 }

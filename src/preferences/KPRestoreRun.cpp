@@ -1,0 +1,106 @@
+#include "KPRestoreRun.h"
+
+#include "Karvex.h"
+#include "XPStrandedThreads.h"
+
+#include <QCoreApplication>
+#include <QPointer>
+#include <atomic>
+
+// Shared with the thread, which may outlive the run.
+struct KPRestoreRun::State
+{
+    std::atomic<bool> isStopping = false;
+    std::atomic<bool> hasEnded = false;
+    std::atomic<qsizetype> told = -1; // hundredths of the way that were told of
+    bool isPreview = false;
+    XPMutex mutex;
+    KarvexRestore::Result result XP_GUARDED_BY(mutex);
+};
+
+static void onMain(const std::function<void()> &act)
+{
+    QMetaObject::invokeMethod(QCoreApplication::instance(), act, Qt::QueuedConnection);
+}
+
+KPRestoreRun::KPRestoreRun(IndexSource &source, QObject *parent) : QObject(parent), m_source(source)
+{
+}
+
+KPRestoreRun::~KPRestoreRun()
+{
+    leave();
+}
+
+void KPRestoreRun::leave()
+{
+    if (m_state)
+        m_state->isStopping = true;
+    if (m_thread.joinable())
+        XPStrandedThreads::adopt(std::move(m_thread),
+                                 [state = m_state] { return !state || state->hasEnded; });
+    m_state.reset();
+}
+
+void KPRestoreRun::preview(const QString &backup)
+{
+    start(backup, {.dryRun = true});
+}
+
+void KPRestoreRun::restore(const QString &backup, const QSet<QString> &only)
+{
+    start(backup, {.only = only});
+}
+
+void KPRestoreRun::stop()
+{
+    if (m_state)
+        m_state->isStopping = true;
+}
+
+void KPRestoreRun::start(const QString &backup, KarvexRestore::Options options)
+{
+    leave();
+    auto state = std::make_shared<State>();
+    m_state = state;
+    state->isPreview = options.dryRun;
+    const QPointer<KPRestoreRun> self(this);
+    options.progress.stop = [state] { return state->isStopping.load(); };
+    options.progress.show = [self, state](qsizetype done, qsizetype total) {
+        const qsizetype hundredth = total > 0 ? done * 100 / total : 0;
+        if (state->told.exchange(hundredth) == hundredth)
+            return;
+        onMain([self, state, done, total] {
+            if (self && self->m_state == state)
+                Q_EMIT self->progressed(done, total);
+        });
+    };
+    m_thread = std::thread([self, state, backup, options, &source = m_source] {
+        const bool allowed = gAllowKarvexAuthenticationDialogs.exchange(false);
+        auto result = KarvexRestore(source, options).readSingleFile(backup);
+        gAllowKarvexAuthenticationDialogs = allowed;
+        {
+            const XPLocker locker(state->mutex);
+            state->result = std::move(result);
+        }
+        onMain([self, state] {
+            if (self)
+                self->take(state);
+        });
+        state->hasEnded = true;
+    });
+}
+
+void KPRestoreRun::take(const std::shared_ptr<State> &state)
+{
+    if (m_state != state)
+        return;
+    m_thread.join();
+    m_state.reset();
+    KarvexRestore::Result result;
+    {
+        const XPLocker locker(state->mutex);
+        result = std::move(state->result);
+    }
+    Q_EMIT finished(result, state->isPreview);
+}
