@@ -25,6 +25,9 @@ _murnctl_options() {
         backup) printf '%s\n' --to --json --help ;;
         restore) printf '%s\n' --from --dry-run --json --help ;;
         healed) printf '%s\n' --undo --accept --json --help ;;
+        export) printf '%s\n' --to --state --json --help ;;
+        import-archive) printf '%s\n' --to --dry-run --yes --json --help ;;
+        duplicates) printf '%s\n' --in --state --json --print0 --help ;;
         import) printf '%s\n' --json --help ;;
         thumbnail) printf '%s\n' -o --page --size --help ;;
         scan) printf '%s\n' --list --device --source --mode --resolution --paper --duplex --pages \
@@ -49,7 +52,7 @@ _murnctl() {
         if [[ $cur == -* ]]; then
             _murnctl_offer < <(_murnctl_options)
         else
-            _murnctl_offer <<<$'tags\ntag\ntag-rename\ntag-delete\nrate\nfind\ninfo\ntypes\nquery\nfile\nmanage\nunmanage\npaste\nbackup\nrestore\nhealed\nimport\nthumbnail\nscan\nocr\ncombine\nopen\nreveal\nindex\ndefaults'
+            _murnctl_offer <<<$'tags\ntag\ntag-rename\ntag-delete\nrate\nfind\ninfo\ntypes\nquery\nfile\nmanage\nunmanage\npaste\nbackup\nrestore\nhealed\nmirror\nexport\nimport-archive\nduplicates\nimport\nthumbnail\nscan\nocr\ncombine\nopen\nreveal\nindex\ndefaults'
         fi
         return
     fi
@@ -101,7 +104,7 @@ _murnctl() {
     elif [[ $command == index ]]; then
         compopt -o filenames
         mapfile -t COMPREPLY < <(compgen -d -- "$cur")
-    elif [[ $command == tag* || $command == rate || $command == info || $command == types ]]; then
+    elif [[ $command == tag* || $command == rate || $command == export || $command == import-archive || $command == info || $command == types ]]; then
         compopt -o filenames
         mapfile -t COMPREPLY < <(compgen -f -- "$cur")
     fi

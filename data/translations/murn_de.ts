@@ -83,6 +83,12 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPApplicationSummary">
         <translation>Verschlagwortet, bewertet und findet Dokumente, wo sie liegen.</translation>
     </message>
+    <message id="KPArchiveFilter">
+        <translation>Archive von Dokumenten</translation>
+    </message>
+    <message id="KPArchiveName">
+        <translation>Dokumente %1</translation>
+    </message>
     <message id="KPAttributeUnreadable" numerus="yes">
         <translation>
             <numerusform>nicht lesbar (%n Byte)</numerusform>
@@ -232,6 +238,27 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
             <numerusform>%n Dokument blieb, wie es ist</numerusform>
             <numerusform>%n Dokumente blieben, wie sie sind</numerusform>
         </translation>
+    </message>
+    <message id="KPCaptureAddress">
+        <translation>Adresse der Seite:</translation>
+    </message>
+    <message id="KPCaptureButton">
+        <translation>Erfassen</translation>
+    </message>
+    <message id="KPCaptureFailed">
+        <translation>Die Webseite wurde nicht erfasst</translation>
+    </message>
+    <message id="KPCaptureNoBrowser">
+        <translation>Es ist kein Browser installiert, der Seiten als PDF zeichnen kann. Installieren Sie das Paket „chromium“.</translation>
+    </message>
+    <message id="KPCaptureProgress">
+        <translation>Webseite wird erfasst</translation>
+    </message>
+    <message id="KPCaptureTitle">
+        <translation>Webseite erfassen</translation>
+    </message>
+    <message id="KPCaptureWebPage">
+        <translation>Webseite erfassen …</translation>
     </message>
     <message id="KPChangeExtensionText">
         <translation>Danach lässt sich das Dokument vielleicht nicht mehr richtig öffnen.</translation>
@@ -740,6 +767,36 @@ Absturzberichte erlauben?</translation>
     <message id="KPDuplicate">
         <translation>&amp;Duplizieren</translation>
     </message>
+    <message id="KPDuplicatesFound" numerus="yes">
+        <translation>
+            <numerusform>%n Gruppe von Dokumenten gleichen Inhalts. Je eines genügte; das gäbe %1 frei.</numerusform>
+            <numerusform>%n Gruppen von Dokumenten gleichen Inhalts. Je eines genügte; das gäbe %1 frei.</numerusform>
+        </translation>
+    </message>
+    <message id="KPDuplicatesGroup" numerus="yes">
+        <translation>
+            <numerusform>%n × %1, je %2</numerusform>
+            <numerusform>%n × %1, je %2</numerusform>
+        </translation>
+    </message>
+    <message id="KPDuplicatesNone">
+        <translation>Keine zwei der gezeigten Dokumente haben denselben Inhalt.</translation>
+    </message>
+    <message id="KPDuplicatesSearching">
+        <translation>Die gezeigten Dokumente werden verglichen</translation>
+    </message>
+    <message id="KPDuplicatesShow">
+        <translation>In der Bibliothek zeigen</translation>
+    </message>
+    <message id="KPDuplicatesTitle">
+        <translation>Doppelte Dokumente</translation>
+    </message>
+    <message id="KPDuplicatesUnread" numerus="yes">
+        <translation>
+            <numerusform>%n Dokument konnte nicht gelesen werden.</numerusform>
+            <numerusform>%n Dokumente konnten nicht gelesen werden.</numerusform>
+        </translation>
+    </message>
     <message id="KPEditFailedLine">
         <translation>%1: %2</translation>
     </message>
@@ -767,6 +824,24 @@ Absturzberichte erlauben?</translation>
     <message id="KPEditingName">
         <translation>Dokumente werden geändert</translation>
     </message>
+    <message id="KPExportDocuments">
+        <translation>Dokumente exportieren …</translation>
+    </message>
+    <message id="KPExportDone" numerus="yes">
+        <translation>
+            <numerusform>%n Dokument wurde exportiert</numerusform>
+            <numerusform>%n Dokumente wurden exportiert</numerusform>
+        </translation>
+    </message>
+    <message id="KPExportFailed">
+        <translation>Die Dokumente wurden nicht exportiert</translation>
+    </message>
+    <message id="KPExportLeftOut" numerus="yes">
+        <translation>
+            <numerusform>%n Dokument wurde ausgelassen:</numerusform>
+            <numerusform>%n Dokumente wurden ausgelassen:</numerusform>
+        </translation>
+    </message>
     <message id="KPExportList">
         <translation>&amp;Liste exportieren …</translation>
     </message>
@@ -779,8 +854,17 @@ Absturzberichte erlauben?</translation>
     <message id="KPExportListTitle">
         <translation>Ergebnisliste exportieren</translation>
     </message>
+    <message id="KPExportProgress">
+        <translation>Dokumente werden exportiert</translation>
+    </message>
+    <message id="KPExportSearchResults">
+        <translation>Alle gezeigten Dokumente exportieren …</translation>
+    </message>
     <message id="KPExportStopNote">
         <translation>Beim Anhalten wird keine Datei geschrieben.</translation>
+    </message>
+    <message id="KPExportTitle">
+        <translation>Dokumente exportieren</translation>
     </message>
     <message id="KPExportingList" numerus="yes">
         <translation>
@@ -991,6 +1075,9 @@ Absturzberichte erlauben?</translation>
     </message>
     <message id="KPFind">
         <translation>&amp;Suchen</translation>
+    </message>
+    <message id="KPFindDuplicates">
+        <translation>Doppelte suchen …</translation>
     </message>
     <message id="KPFlag">
         <translation>Markieren</translation>
@@ -1228,6 +1315,93 @@ Absturzberichte erlauben?</translation>
     </message>
     <message id="KPImageTitle">
         <translation>Bild</translation>
+    </message>
+    <message id="KPImportAdded" numerus="yes">
+        <translation>
+            <numerusform>%n Dokument kam hinzu.</numerusform>
+            <numerusform>%n Dokumente kamen hinzu.</numerusform>
+        </translation>
+    </message>
+    <message id="KPImportButton">
+        <translation>Importieren</translation>
+    </message>
+    <message id="KPImportChanged" numerus="yes">
+        <translation>
+            <numerusform>%n Dokument erhielt andere Schlagwörter oder eine andere Bewertung.</numerusform>
+            <numerusform>%n Dokumente erhielten andere Schlagwörter oder eine andere Bewertung.</numerusform>
+        </translation>
+    </message>
+    <message id="KPImportCheckProgress">
+        <translation>Archiv wird geprüft</translation>
+    </message>
+    <message id="KPImportDocuments">
+        <translation>Dokumente importieren …</translation>
+    </message>
+    <message id="KPImportDone">
+        <translation>Das Archiv wurde importiert</translation>
+    </message>
+    <message id="KPImportFailed">
+        <translation>Das Archiv wurde nicht importiert</translation>
+    </message>
+    <message id="KPImportFailedCount" numerus="yes">
+        <translation>
+            <numerusform>%n Dokument kann nicht importiert werden.</numerusform>
+            <numerusform>%n Dokumente können nicht importiert werden.</numerusform>
+        </translation>
+    </message>
+    <message id="KPImportFolderTitle">
+        <translation>Ordner für die importierten Dokumente</translation>
+    </message>
+    <message id="KPImportKept" numerus="yes">
+        <translation>
+            <numerusform>%n Dokument bleibt, wie es ist: Das im Archiv ist nicht neuer.</numerusform>
+            <numerusform>%n Dokumente bleiben, wie sie sind: Die im Archiv sind nicht neuer.</numerusform>
+        </translation>
+    </message>
+    <message id="KPImportProgress">
+        <translation>Dokumente werden importiert</translation>
+    </message>
+    <message id="KPImportQuestion" numerus="yes">
+        <translation>
+            <numerusform>%n Dokument nach „%1“ importieren?</numerusform>
+            <numerusform>%n Dokumente nach „%1“ importieren?</numerusform>
+        </translation>
+    </message>
+    <message id="KPImportReplaced" numerus="yes">
+        <translation>
+            <numerusform>%n Dokument ersetzte ein älteres, das im Papierkorb liegt.</numerusform>
+            <numerusform>%n Dokumente ersetzten ältere, die im Papierkorb liegen.</numerusform>
+        </translation>
+    </message>
+    <message id="KPImportReplacedLine">
+        <translation>%1: das ältere kommt in den Papierkorb</translation>
+    </message>
+    <message id="KPImportSame" numerus="yes">
+        <translation>
+            <numerusform>%n Dokument ist schon da.</numerusform>
+            <numerusform>%n Dokumente sind schon da.</numerusform>
+        </translation>
+    </message>
+    <message id="KPImportTitle">
+        <translation>Dokumente importieren</translation>
+    </message>
+    <message id="KPImportWouldAdd" numerus="yes">
+        <translation>
+            <numerusform>%n Dokument ist neu.</numerusform>
+            <numerusform>%n Dokumente sind neu.</numerusform>
+        </translation>
+    </message>
+    <message id="KPImportWouldChange" numerus="yes">
+        <translation>
+            <numerusform>%n Dokument erhält andere Schlagwörter oder eine andere Bewertung.</numerusform>
+            <numerusform>%n Dokumente erhalten andere Schlagwörter oder eine andere Bewertung.</numerusform>
+        </translation>
+    </message>
+    <message id="KPImportWouldReplace" numerus="yes">
+        <translation>
+            <numerusform>%n Dokument ersetzt ein älteres, das in den Papierkorb kommt.</numerusform>
+            <numerusform>%n Dokumente ersetzen ältere, die in den Papierkorb kommen.</numerusform>
+        </translation>
     </message>
     <message id="KPImportedPDFTitle">
         <translation>Importiertes PDF</translation>
@@ -1643,6 +1817,9 @@ Absturzberichte erlauben?</translation>
     <message id="KPOpenWithOther">
         <translation>&amp;Anderes …</translation>
     </message>
+    <message id="KPOptionFile">
+        <translation>Die Dateien ablegen, nach einer Rückfrage</translation>
+    </message>
     <message id="KPOptionFileClipboard">
         <translation>Ablegen, was kopiert wurde, sobald Sie zustimmen.</translation>
     </message>
@@ -1655,6 +1832,9 @@ Absturzberichte erlauben?</translation>
     <message id="KPOptionHelp">
         <translation>Zeigt diese Hilfe.</translation>
     </message>
+    <message id="KPOptionNeedsFiles">
+        <translation>--show, --tag und --file brauchen Dateien</translation>
+    </message>
     <message id="KPOptionNewInstance">
         <translation>Ein eigenes Fenster öffnen, neben einem, das schon offen ist.</translation>
     </message>
@@ -1663,6 +1843,12 @@ Absturzberichte erlauben?</translation>
     </message>
     <message id="KPOptionSearchSelection">
         <translation>Nach dem markierten oder sonst kopierten Text suchen.</translation>
+    </message>
+    <message id="KPOptionShow">
+        <translation>Die Dateien in Murn zeigen</translation>
+    </message>
+    <message id="KPOptionTag">
+        <translation>Die Schlagwörter der Dateien bearbeiten</translation>
     </message>
     <message id="KPOptionVersion">
         <translation>Zeigt die Version.</translation>
@@ -3587,8 +3773,14 @@ Was ist geschehen, und was hatten Sie erwartet?
     <message id="XPKeptAsideTitle">
         <translation>Das Ersetzte ließ sich nicht in den Papierkorb legen und liegt hier</translation>
     </message>
+    <message id="XPListTagsBeside">
+        <translation>In Liste daneben schreiben</translation>
+    </message>
+    <message id="XPLoseTags">
+        <translation>Ohne sie fortfahren</translation>
+    </message>
     <message id="XPLosesTagsText">
-        <translation>Das Dateisystem dort hat keinen Platz dafür. Sie bleiben in der Sicherung der Schlagwörter.</translation>
+        <translation>Das Dateisystem dort hat keinen Platz dafür. Sie bleiben in der Sicherung der Schlagwörter; auch eine Liste neben den Dokumenten bringt sie mit „Dokumente importieren …“ zurück.</translation>
     </message>
     <message id="XPLosesTagsTitle">
         <translation>In „%1“ gehen Schlagwörter und Bewertungen verloren</translation>

@@ -85,6 +85,12 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPApplicationSummary">
         <translation>Tags, rates and finds documents where they lie.</translation>
     </message>
+    <message id="KPArchiveFilter">
+        <translation>Archives of documents</translation>
+    </message>
+    <message id="KPArchiveName">
+        <translation>Documents %1</translation>
+    </message>
     <message id="KPAttributeUnreadable" numerus="yes">
         <translation>
             <numerusform>cannot be read (%n byte)</numerusform>
@@ -234,6 +240,27 @@ Free software under the GNU General Public License, version 3 or later.</transla
             <numerusform>%n document was left as it is</numerusform>
             <numerusform>%n documents were left as they are</numerusform>
         </translation>
+    </message>
+    <message id="KPCaptureAddress">
+        <translation>Address of the page:</translation>
+    </message>
+    <message id="KPCaptureButton">
+        <translation>Capture</translation>
+    </message>
+    <message id="KPCaptureFailed">
+        <translation>The web page was not captured</translation>
+    </message>
+    <message id="KPCaptureNoBrowser">
+        <translation>No web browser that can draw pages as PDF is installed. Install the package “chromium”.</translation>
+    </message>
+    <message id="KPCaptureProgress">
+        <translation>Capturing the web page</translation>
+    </message>
+    <message id="KPCaptureTitle">
+        <translation>Capture Web Page</translation>
+    </message>
+    <message id="KPCaptureWebPage">
+        <translation>Capture Web Page…</translation>
     </message>
     <message id="KPChangeExtensionText">
         <translation>If you make this change, your document may not open properly anymore.</translation>
@@ -742,6 +769,36 @@ Allow crash reporting?</translation>
     <message id="KPDuplicate">
         <translation>&amp;Duplicate</translation>
     </message>
+    <message id="KPDuplicatesFound" numerus="yes">
+        <translation>
+            <numerusform>%n group of documents of the same contents. One of each would do, and free %1.</numerusform>
+            <numerusform>%n groups of documents of the same contents. One of each would do, and free %1.</numerusform>
+        </translation>
+    </message>
+    <message id="KPDuplicatesGroup" numerus="yes">
+        <translation>
+            <numerusform>%n × %1, %2 each</numerusform>
+            <numerusform>%n × %1, %2 each</numerusform>
+        </translation>
+    </message>
+    <message id="KPDuplicatesNone">
+        <translation>No two of the shown documents have the same contents.</translation>
+    </message>
+    <message id="KPDuplicatesSearching">
+        <translation>Comparing the shown documents</translation>
+    </message>
+    <message id="KPDuplicatesShow">
+        <translation>Show in Library</translation>
+    </message>
+    <message id="KPDuplicatesTitle">
+        <translation>Duplicates</translation>
+    </message>
+    <message id="KPDuplicatesUnread" numerus="yes">
+        <translation>
+            <numerusform>%n document could not be read.</numerusform>
+            <numerusform>%n documents could not be read.</numerusform>
+        </translation>
+    </message>
     <message id="KPEditFailedLine">
         <translation>%1: %2</translation>
     </message>
@@ -769,6 +826,24 @@ Allow crash reporting?</translation>
     <message id="KPEditingName">
         <translation>Changing documents</translation>
     </message>
+    <message id="KPExportDocuments">
+        <translation>Export Documents…</translation>
+    </message>
+    <message id="KPExportDone" numerus="yes">
+        <translation>
+            <numerusform>%n document was exported</numerusform>
+            <numerusform>%n documents were exported</numerusform>
+        </translation>
+    </message>
+    <message id="KPExportFailed">
+        <translation>The documents were not exported</translation>
+    </message>
+    <message id="KPExportLeftOut" numerus="yes">
+        <translation>
+            <numerusform>%n document was left out:</numerusform>
+            <numerusform>%n documents were left out:</numerusform>
+        </translation>
+    </message>
     <message id="KPExportList">
         <translation>E&amp;xport List…</translation>
     </message>
@@ -781,8 +856,17 @@ Allow crash reporting?</translation>
     <message id="KPExportListTitle">
         <translation>Export List of Results</translation>
     </message>
+    <message id="KPExportProgress">
+        <translation>Exporting documents</translation>
+    </message>
+    <message id="KPExportSearchResults">
+        <translation>Export All Shown Documents…</translation>
+    </message>
     <message id="KPExportStopNote">
         <translation>When you stop, no file is written.</translation>
+    </message>
+    <message id="KPExportTitle">
+        <translation>Export Documents</translation>
     </message>
     <message id="KPExportingList" numerus="yes">
         <translation>
@@ -993,6 +1077,9 @@ Allow crash reporting?</translation>
     </message>
     <message id="KPFind">
         <translation>&amp;Find</translation>
+    </message>
+    <message id="KPFindDuplicates">
+        <translation>Find Duplicates…</translation>
     </message>
     <message id="KPFlag">
         <translation>Flag</translation>
@@ -1230,6 +1317,93 @@ Allow crash reporting?</translation>
     </message>
     <message id="KPImageTitle">
         <translation>Image</translation>
+    </message>
+    <message id="KPImportAdded" numerus="yes">
+        <translation>
+            <numerusform>%n document was added.</numerusform>
+            <numerusform>%n documents were added.</numerusform>
+        </translation>
+    </message>
+    <message id="KPImportButton">
+        <translation>Import</translation>
+    </message>
+    <message id="KPImportChanged" numerus="yes">
+        <translation>
+            <numerusform>%n document got other tags or another rating.</numerusform>
+            <numerusform>%n documents got other tags or another rating.</numerusform>
+        </translation>
+    </message>
+    <message id="KPImportCheckProgress">
+        <translation>Checking the archive</translation>
+    </message>
+    <message id="KPImportDocuments">
+        <translation>Import Documents…</translation>
+    </message>
+    <message id="KPImportDone">
+        <translation>The archive was imported</translation>
+    </message>
+    <message id="KPImportFailed">
+        <translation>The archive was not imported</translation>
+    </message>
+    <message id="KPImportFailedCount" numerus="yes">
+        <translation>
+            <numerusform>%n document cannot be imported.</numerusform>
+            <numerusform>%n documents cannot be imported.</numerusform>
+        </translation>
+    </message>
+    <message id="KPImportFolderTitle">
+        <translation>Folder for the Imported Documents</translation>
+    </message>
+    <message id="KPImportKept" numerus="yes">
+        <translation>
+            <numerusform>%n document is left as it is: the one in the archive is not newer.</numerusform>
+            <numerusform>%n documents are left as they are: those in the archive are not newer.</numerusform>
+        </translation>
+    </message>
+    <message id="KPImportProgress">
+        <translation>Importing documents</translation>
+    </message>
+    <message id="KPImportQuestion" numerus="yes">
+        <translation>
+            <numerusform>Import %n document to “%1”?</numerusform>
+            <numerusform>Import %n documents to “%1”?</numerusform>
+        </translation>
+    </message>
+    <message id="KPImportReplaced" numerus="yes">
+        <translation>
+            <numerusform>%n document replaced an older one, which is in the trash.</numerusform>
+            <numerusform>%n documents replaced older ones, which are in the trash.</numerusform>
+        </translation>
+    </message>
+    <message id="KPImportReplacedLine">
+        <translation>%1: the older one goes to the trash</translation>
+    </message>
+    <message id="KPImportSame" numerus="yes">
+        <translation>
+            <numerusform>%n document is there already.</numerusform>
+            <numerusform>%n documents are there already.</numerusform>
+        </translation>
+    </message>
+    <message id="KPImportTitle">
+        <translation>Import Documents</translation>
+    </message>
+    <message id="KPImportWouldAdd" numerus="yes">
+        <translation>
+            <numerusform>%n document is new.</numerusform>
+            <numerusform>%n documents are new.</numerusform>
+        </translation>
+    </message>
+    <message id="KPImportWouldChange" numerus="yes">
+        <translation>
+            <numerusform>%n document gets other tags or another rating.</numerusform>
+            <numerusform>%n documents get other tags or another rating.</numerusform>
+        </translation>
+    </message>
+    <message id="KPImportWouldReplace" numerus="yes">
+        <translation>
+            <numerusform>%n document replaces an older one, which goes to the trash.</numerusform>
+            <numerusform>%n documents replace older ones, which go to the trash.</numerusform>
+        </translation>
     </message>
     <message id="KPImportedPDFTitle">
         <translation>imported PDF</translation>
@@ -1645,6 +1819,9 @@ Allow crash reporting?</translation>
     <message id="KPOpenWithOther">
         <translation>&amp;Other…</translation>
     </message>
+    <message id="KPOptionFile">
+        <translation>File the files, after asking</translation>
+    </message>
     <message id="KPOptionFileClipboard">
         <translation>File what was copied, once you agree.</translation>
     </message>
@@ -1657,6 +1834,9 @@ Allow crash reporting?</translation>
     <message id="KPOptionHelp">
         <translation>Shows this help.</translation>
     </message>
+    <message id="KPOptionNeedsFiles">
+        <translation>--show, --tag and --file need files</translation>
+    </message>
     <message id="KPOptionNewInstance">
         <translation>Open a window of its own, beside one that is open already.</translation>
     </message>
@@ -1665,6 +1845,12 @@ Allow crash reporting?</translation>
     </message>
     <message id="KPOptionSearchSelection">
         <translation>Search for the text that is selected, or else copied.</translation>
+    </message>
+    <message id="KPOptionShow">
+        <translation>Show the files in Murn</translation>
+    </message>
+    <message id="KPOptionTag">
+        <translation>Edit the tags of the files</translation>
     </message>
     <message id="KPOptionVersion">
         <translation>Shows the version.</translation>
@@ -3589,8 +3775,14 @@ What happened, and what did you expect?
     <message id="XPKeptAsideTitle">
         <translation>What was replaced could not be moved to the trash and is kept here</translation>
     </message>
+    <message id="XPListTagsBeside">
+        <translation>Write Them to a List Beside</translation>
+    </message>
+    <message id="XPLoseTags">
+        <translation>Go On Without Them</translation>
+    </message>
     <message id="XPLosesTagsText">
-        <translation>Its file system has no room for them. They stay in the backup of tags.</translation>
+        <translation>Its file system has no room for them. They stay in the backup of tags; a list beside the documents brings them back with “Import Documents…” too.</translation>
     </message>
     <message id="XPLosesTagsTitle">
         <translation>Tags and ratings cannot be kept in “%1”</translation>

@@ -70,6 +70,10 @@ public:
     // The services: an empty text stands for what is selected, or else copied, in any program.
     void searchInMurnService(const QString &text, const XPActivation &activation);
     void createFiledFile(const XPActivation &activation);
+    // Files that another program names: shown, their tags to be edited, or filed after asking, as
+    // XPApplicationBus calls the actions.
+    void documentsAsked(const QString &action, const QStringList &urls,
+                        const XPActivation &activation);
     void shouldHandleReopen(const XPActivation &activation);
 
     void hideShowMainWindowAction();

@@ -8,12 +8,15 @@
 #include "KPSearchFolders.h"
 #include "KPSearcher.h"
 #include "KPSpotlightItem.h"
+#include "KPWebCapture.h"
 #include "XPApplicationBus.h"
 #include "XPFileInfo.h"
 #include "XPFiledDocuments.h"
 #include "XPFilingWork.h"
+#include "XPFolders.h"
 #include "XPGlobalShortcut.h"
 #include "XPLog.h"
+#include "XPPath.h"
 #include "XPPasteboardSupport.h"
 #include "XPPrompts.h"
 
@@ -39,6 +42,7 @@ void KPAppDelegate::connectBus()
     connect(m_bus, &XPApplicationBus::openAsked, this, &KPAppDelegate::openUrls);
     connect(m_bus, &XPApplicationBus::searchAsked, this, &KPAppDelegate::searchInMurnService);
     connect(m_bus, &XPApplicationBus::fileAsked, this, &KPAppDelegate::createFiledFile);
+    connect(m_bus, &XPApplicationBus::documentsAsked, this, &KPAppDelegate::documentsAsked);
 }
 
 void KPAppDelegate::bringToFront(const XPActivation &activation)
@@ -197,6 +201,12 @@ bool KPAppDelegate::handleOpenUrl(const QString &url)
         m_pendingUrls.append(url);
         return true;
     }
+    if (const auto *page = std::get_if<KPOpenedUrl::Capture>(&*wish)) {
+        xpGuiThread.assertHere();
+        bringToFront({});
+        KPWebCapture::ask(m_controller.get(), page->address);
+        return true;
+    }
     const auto blank = KPSearchState::blankSearchState();
     if (const auto *tagged = std::get_if<KPOpenedUrl::WithTags>(&*wish))
         showUrlState(blank->searchStateWithNewTags(tagged->tags));
@@ -205,6 +215,49 @@ bool KPAppDelegate::handleOpenUrl(const QString &url)
             words->text, KPSearcher::prefSearchContents(), KPSearcher::prefUseMetaData(), true));
     bringToFront({});
     return true;
+}
+
+// Whoever asked is a stranger.
+static void askToFile(const QStringList &paths) XP_REQUIRES(xpGuiThread)
+{
+    XPPrompts::Question question;
+    question.title = paths.size() == 1
+                         ? qtTrId("XPFileTitleSingle")
+                               .arg(XPPath::printable(XPPath::fileName(paths.first())))
+                         : qtTrId("XPFileTitleMultiple").arg(QLocale().toString(paths.size()));
+    const QString folder = XPFiledDocuments::filedDocumentsRootIfPresent();
+    question.text =
+        qtTrId("XPFileComment").arg(XPPath::printable(XPFolders::abbreviateWithTilde(folder)));
+    question.buttons = {qtTrId("XPFileButton"), qtTrId("KPCancel")};
+    question.cancelButton = 1;
+    XPPrompts::current().ask(question, [paths](int button) {
+        xpGuiThread.assertHere();
+        if (button == 0)
+            XPFiledDocuments::putFilesIntoFiledDocumentsUI(paths, [](const XPFileReport &) {});
+    });
+}
+
+void KPAppDelegate::documentsAsked(const QString &action, const QStringList &urls,
+                                   const XPActivation &activation)
+{
+    xpGuiThread.assertHere();
+    QStringList paths;
+    for (const QString &url : urls) {
+        const auto wish = KPOpenedUrl::parse(url);
+        const auto *file = wish ? std::get_if<KPOpenedUrl::File>(&*wish) : nullptr;
+        if (file != nullptr && exists(file->path))
+            paths.append(file->path);
+    }
+    if (!m_controller || paths.isEmpty())
+        return;
+    bringToFront(activation);
+    if (action == XPApplicationBus::fileIntoAction) {
+        askToFile(paths);
+        return;
+    }
+    showFileList(paths, {});
+    if (action == XPApplicationBus::tagAction)
+        selectLater(paths);
 }
 
 void KPAppDelegate::openUrls(const QStringList &urls, const XPActivation &activation)

@@ -1,5 +1,6 @@
 #include "KPCommandLine.h"
 
+#include "XPApplicationBus.h"
 #include "XPFileInfo.h"
 #include "XPFileUrls.h"
 #include "XPFolders.h"
@@ -17,6 +18,9 @@ struct Options
     Option search{QStringLiteral("search"), qtTrId("KPOptionSearch"), QStringLiteral("TEXT")};
     Option searchSelection{QStringLiteral("search-selection"), qtTrId("KPOptionSearchSelection")};
     Option fileClipboard{QStringLiteral("file-clipboard"), qtTrId("KPOptionFileClipboard")};
+    Option show{QStringLiteral("show"), qtTrId("KPOptionShow")};
+    Option tag{QStringLiteral("tag"), qtTrId("KPOptionTag")};
+    Option file{QStringLiteral("file"), qtTrId("KPOptionFile")};
     Option newInstance{QStringLiteral("new-instance"), qtTrId("KPOptionNewInstance")};
     Option screenshot{QStringLiteral("screenshot"), QString(), QStringLiteral("FILE")};
     Option select{QStringLiteral("select"), QString(), QStringLiteral("NAME")};
@@ -36,7 +40,8 @@ static void addTo(QCommandLineParser *parser, Options *options)
     for (Option *hidden : {&options->screenshot, &options->select, &options->colours})
         hidden->setFlags(Option::HiddenFromHelp);
     parser->addOptions({options->folder, options->search, options->searchSelection,
-                        options->fileClipboard, options->newInstance, options->help,
+                        options->fileClipboard, options->show, options->tag, options->file,
+                        options->newInstance, options->help,
                         options->version, options->screenshot, options->select, options->colours});
     parser->addPositionalArgument(QStringLiteral("FILE"), qtTrId("KPOptionFiles"),
                                   QStringLiteral("[FILE|URL]..."));
@@ -62,7 +67,8 @@ static std::optional<XPError> takeFolders(const QStringList &folders, KPCommandL
 
 static bool isUrl(const QString &text)
 {
-    return text.startsWith(u"murn:", Qt::CaseInsensitive) ||
+    return text.startsWith(u"murn:", Qt::CaseInsensitive) || text.startsWith(u"http://") ||
+           text.startsWith(u"https://") ||
            text.startsWith(u"file:", Qt::CaseInsensitive);
 }
 
@@ -118,6 +124,14 @@ XPResult<KPCommandLine> KPCommandLine::parse(const QByteArrayList &arguments)
         result.searchText = QString();
     result.isNewInstance = parser.isSet(options.newInstance);
     result.filesClipboard = parser.isSet(options.fileClipboard);
+    if (parser.isSet(options.file))
+        result.documentsAction = XPApplicationBus::fileIntoAction;
+    else if (parser.isSet(options.tag))
+        result.documentsAction = XPApplicationBus::tagAction;
+    else if (parser.isSet(options.show))
+        result.documentsAction = XPApplicationBus::revealAction;
+    if (!result.documentsAction.isEmpty() && result.urls.isEmpty())
+        return usageError(qtTrId("KPOptionNeedsFiles"));
     if (auto error = takeColours(parser.value(options.colours), &result))
         return *error;
     result.screenshot = parser.value(options.screenshot);

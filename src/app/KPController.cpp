@@ -2,6 +2,7 @@
 
 #include "KPActionBar.h"
 #include "KPAppDelegate.h"
+#include "KPArchiveCommands.h"
 #include "KPCrumbController.h"
 #include "KPDocumentCommands.h"
 #include "KPEditHistory.h"
@@ -63,6 +64,7 @@ KPController::KPController(IndexSource &source, const QStringList &folders, KPIn
     m_filing = std::make_unique<KPFilingCommands>(*m_library, *m_edits);
     m_documents = std::make_unique<KPDocumentCommands>(
         *m_library, m_library->currentSearchController(), *m_edits);
+    m_archive = std::make_unique<KPArchiveCommands>(*m_library, [this] { return pathsOfResults(); });
     m_sides = std::make_unique<KPSidePanels>(*this, source, *m_edits);
     m_preview = std::make_unique<KPPreviewController>(*m_library, m_looks, this);
     buildCommands();

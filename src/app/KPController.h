@@ -14,6 +14,7 @@
 #include <vector>
 
 class IndexSource;
+class KPArchiveCommands;
 class KPCrumbController;
 class KPDocumentCommands;
 class KPEditHistory;
@@ -193,6 +194,7 @@ private:
     QStringList suggestedTags() const;
     QStringList pathsOfSelection() const;
     KPDoc::Docs selectedDocs() const;
+    QStringList pathsOfResults() const;
     void tagButtonShow(KPTagName *tag, bool isWanted);
     void removeTagFromSelected(KPTagName *tag);
     void quit();
@@ -225,6 +227,7 @@ private:
     std::unique_ptr<KPCommands> m_commands;
     std::unique_ptr<KPFilingCommands> m_filing;
     std::unique_ptr<KPDocumentCommands> m_documents;
+    std::unique_ptr<KPArchiveCommands> m_archive;
     std::unique_ptr<KPSearchPopup> m_popup;
     std::unique_ptr<XPScanController> m_scans; // made when it is first asked for
 

@@ -1,5 +1,6 @@
 // The window's own commands, as tables: what stands in the menus and the toolbar.
 #include "KPAboutWindow.h"
+#include "KPArchiveCommands.h"
 #include "KPController.h"
 #include "KPCrumbController.h"
 #include "KPDocsView.h"
@@ -11,6 +12,7 @@
 #include "KPToolBar.h"
 #include "KPUpdates.h"
 #include "KPUserGuide.h"
+#include "KPWebCapture.h"
 #include "UserDefaults.h"
 
 #include <QMenuBar>
@@ -22,7 +24,7 @@ static constexpr auto ctrlShift = Qt::CTRL | Qt::SHIFT;
 
 QList<KPCommand> KPController::fileCommands()
 {
-    return {
+    return QList<KPCommand>{
         {.id = QT_TRID_NOOP("KPOpenFolder"),
          .menu = Menu::File,
          .shortcut = QKeySequence::Open,
@@ -36,9 +38,16 @@ QList<KPCommand> KPController::fileCommands()
          .menu = Menu::File,
          .shortcut = QKeySequence(ctrlShift | Qt::Key_N),
          .run = [this] { scanAction(); },
-         .symbol = "scan",
+         .symbol = "scan"},
+        {.id = QT_TRID_NOOP("KPCaptureWebPage"),
+         .menu = Menu::File,
+         .run =
+             [this] {
+                 xpGuiThread.assertHere();
+                 KPWebCapture::ask(this);
+             },
          .endsGroup = true},
-    };
+    } + m_archive->commands();
 }
 
 // The last ones of the first menu.

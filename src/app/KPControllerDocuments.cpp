@@ -1,6 +1,7 @@
 // The documents in the window: what is selected, what is edited, and the commands on them.
 #include "KPController.h"
 #include "KPDocumentCommands.h"
+#include "KPDuplicatesWindow.h"
 #include "KPEditHistory.h"
 #include "KPEditSummary.h"
 #include "KPFilingCommands.h"
@@ -24,7 +25,12 @@ using Menu = KPCommandMenu;
 
 QList<KPCommand> KPController::documentCommands()
 {
-    return {m_filing->pasteCommand()};
+    return {m_filing->pasteCommand(),
+            {.id = QT_TRID_NOOP("KPFindDuplicates"),
+             .menu = Menu::Documents,
+             .run = [this] { (new KPDuplicatesWindow(pathsOfResults(), this))->show(); },
+             .state = [this] { return KPCommandState{m_model->rowCount() > 1}; },
+             .endsGroup = true}};
 }
 
 void KPController::connectLibrary()
@@ -126,6 +132,14 @@ QStringList KPController::pathsOfSelection() const
 KPDoc::Docs KPController::selectedDocs() const
 {
     return m_library->documents();
+}
+
+QStringList KPController::pathsOfResults() const
+{
+    QStringList paths;
+    for (int row = 0; row < m_model->rowCount(); ++row)
+        paths.append(m_model->document(row)->filePath());
+    return paths;
 }
 
 void KPController::selectByName(const QString &beginning)

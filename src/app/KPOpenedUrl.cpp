@@ -91,5 +91,9 @@ XPResult<KPOpenedUrl::Wish> KPOpenedUrl::parse(const QString &url)
         return parseFile(QStringView(url).mid(fileScheme.size()));
     if (url.startsWith(ourScheme, Qt::CaseInsensitive))
         return parseOurs(QStringView(url).mid(ourScheme.size()));
+    for (const char *scheme : {"https://", "http://"}) {
+        if (url.startsWith(QLatin1String(scheme), Qt::CaseInsensitive))
+            return Wish(Capture{url});
+    }
     return malformed("the address is of no kind that Murn opens");
 }

@@ -87,6 +87,9 @@ static void printText(const XPFileReport &report, bool isNulAfterEach, KPCommand
         output.writeRecord(output.name(step.from) +
                            (isThere ? QByteArray() : " -> " + output.name(step.to)));
     }
+    if (!report.tagList.isEmpty())
+        KPCommandOutput::note(QStringLiteral("what stands on the files is listed in ") +
+                              XPPath::printable(report.tagList));
 }
 
 static void reportProblems(const XPFileReport &report, KPCommandOutput &output)

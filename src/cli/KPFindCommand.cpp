@@ -5,23 +5,8 @@
 #include "KPResultsRun.h"
 #include "KPSearcher.h"
 #include "KPStateFile.h"
+#include "KPStatePaths.h"
 #include "XPPath.h"
-
-// What fulfils all states of the files; the empty one without a file. Null: one could not be read.
-static KPSearchState::Ptr stateOfFiles(const QStringList &paths, KPCommandOutput &output)
-{
-    KPSearchState::Ptr all;
-    for (const QString &path : paths) {
-        const auto state = KPStateFile::read(path);
-        if (!state)
-            output.fail(path, "search state", state.error());
-        else
-            all = KPSearchState::combineSearchStatesAND(all, *state, nullptr);
-    }
-    if (output.hasFailed())
-        return nullptr;
-    return all ? all : KPSearchState::searchStateWithNativeDictionary({});
-}
 
 // The query that a search would run. Nothing: it asks the index nothing.
 static std::optional<QString> queryOf(const KPSearchState::Ptr &state)
@@ -51,23 +36,13 @@ static int explain(const KPSearchState::Ptr &state, KPCommandOutput &output)
     return output.exitStatus();
 }
 
-// Words in contents and attributes are found once the files were imported. Keywords, which count
-// as tags, may be missing until then: a search for a tag does not wait for every file to be read.
-static bool needsContents(const KPSearchState &state)
-{
-    const QString text = state.searchString();
-    if (const QString raw = QStringLiteral("mdq:"); text.startsWith(raw))
-        return KPResultsRun::asksForContent(text.mid(raw.size()));
-    return !text.isEmpty() && (state.searchContents() || state.searchMetaData());
-}
-
 static int search(const KPSearchState::Ptr &state, const KPResultsRun::Options &how,
                   KPCommandOutput &output)
 {
     KPIndexSession session(output);
     // A listing looks at the disk itself.
     const bool asksIndex = !state->isFinderListing() && !state->isFileListSearch();
-    if (asksIndex && !session.catchUp(needsContents(*state)))
+    if (asksIndex && !session.catchUp(KPStatePaths::needsContents(*state)))
         return KPExitInterrupted;
     return KPResultsRun(how, session, output).search(state);
 }
@@ -80,7 +55,7 @@ static int run(const KPCommandLine &line, KPCommandOutput &output)
     const auto how = KPResultsRun::optionsOf(line);
     if (!how)
         return kpReportUsage(&kpFindCommand, how.error().message);
-    KPSearchState::Ptr state = stateOfFiles(line.values("--state"), output);
+    KPSearchState::Ptr state = KPStatePaths::stateOfFiles(line.values("--state"), output);
     if (!state)
         return output.exitStatus();
     state = options->applyTo(state);

@@ -26,6 +26,7 @@ static constexpr std::array commands = {
     &kpRateCommand,    &kpFindCommand,      &kpInfoCommand,      &kpTypesCommand,
     &kpQueryCommand,   &kpFileCommand,      &kpManageCommand,    &kpUnmanageCommand,
     &kpPasteCommand,   &kpBackupCommand,    &kpRestoreCommand,   &kpHealedCommand, &kpMirrorCommand,
+    &kpCaptureCommand, &kpDuplicatesCommand, &kpExportCommand, &kpImportArchiveCommand,
     &kpImportCommand,  &kpThumbnailCommand, &kpScanCommand,      &kpOcrCommand,
     &kpCombineCommand, &kpOpenCommand,      &kpRevealCommand,    &kpIndexCommand,
     &kpDefaultsCommand};
@@ -82,7 +83,7 @@ static int printHelp()
               "\n"
               "Commands:");
     for (const KPCommand *command : commands)
-        std::printf("  %-10s %s\n", command->name, command->summary);
+        std::printf("  %-14s %s\n", command->name, command->summary);
     std::puts(
         "\n"
         "'murnctl COMMAND --help' explains a command; 'murnctl --version' prints the version.\n"

@@ -37,6 +37,7 @@ struct XPFileReport
     QList<XPFileStep> steps;
     QStringList paths; // what the operation answers: where the documents are
     bool wasStopped = false;
+    QString tagList = {}; // the list of what the files carried, where one was written beside them
 
     // Steps with a problem.
     QList<XPFileStep> problems() const

@@ -8,6 +8,7 @@
 #include "XPNotificationCenter.h"
 #include "XPPath.h"
 #include "XPRecentDestinations.h"
+#include "XPTagSidecar.h"
 #include "XPText.h"
 
 #include <QSet>
@@ -70,6 +71,8 @@ public:
 
     XPFileReport run()
     {
+        if (!beginList())
+            return m_report;
         qsizetype done = 0;
         for (const QString &path : m_request.paths) {
             if (m_options.progress && !m_options.progress(done)) {
@@ -77,15 +80,56 @@ public:
                 break;
             }
             ++done;
-            const Step step = bring(path);
+            const Step step = m_list ? bringListed(path) : bring(path);
             if (!step.to.isEmpty())
                 m_report.paths.append(step.to);
             m_report.steps.append(step);
         }
+        finishList();
         return m_report;
     }
 
 private:
+    // False: there can be none, and nothing is brought there.
+    bool beginList()
+    {
+        if (!m_request.listsTags || m_options.dryRun)
+            return true;
+        auto list = XPTagSidecar::begin(m_folder);
+        if (list)
+            m_list.emplace(std::move(list).value());
+        else
+            m_report.steps.append({m_folder, {}, Step::Action::Failed, list.error()});
+        return list.hasValue();
+    }
+
+    void finishList()
+    {
+        if (!m_list)
+            return;
+        const auto path = m_list->finish();
+        if (path)
+            m_report.tagList = *path;
+        else
+            m_report.steps.append({m_folder, {}, Step::Action::Failed, path.error()});
+    }
+
+    // What stands on the file is read while it is there.
+    Step bringListed(const QString &path)
+    {
+        auto file = XPArchivedFile::read(path, {}, XPArchivedFile::Kind::File);
+        if (!file)
+            return {path, {}, Step::Action::Failed, file.error()};
+        Step step = bring(path);
+        if (step.to.isEmpty())
+            return step;
+        XPArchivedFile listed = *std::move(file);
+        listed.path = XPPath::fileName(step.to);
+        if (const auto error = m_list->add(listed))
+            step.problem = *error;
+        return step;
+    }
+
     Step bring(const QString &path)
     {
         Step step{path, {}, Step::Action::Failed, {}};
@@ -158,6 +202,7 @@ private:
     const XPFileRunOptions &m_options;
     const QString m_folder;
     XPFreeNames m_names;
+    std::optional<XPTagSidecar> m_list;
     XPFileReport m_report;
 };
 

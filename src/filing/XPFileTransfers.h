@@ -23,6 +23,7 @@ public:
         bool replaces = false;    // what has the same name there; it goes to the trash
         bool isRemembered = true; // the folder as a recent destination
         bool mayLoseTags = false; // the user was told that the folder cannot hold them
+        bool listsTags = false;   // and wants them in a list beside the files (XPTagSidecar)
     };
 
     // Those that do not lie in the folder, nor have a file of their name there.

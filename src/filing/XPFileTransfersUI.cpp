@@ -128,9 +128,10 @@ void Questions::askAboutTags()
         return;
     }
     ask(qtTrId("XPLosesTagsTitle").arg(named(m_facts.request.folder)), qtTrId("XPLosesTagsText"),
-        {qtTrId("XPDuplicatesContinue"), qtTrId("KPCancel")}, [this](int) {
+        {qtTrId("XPListTagsBeside"), qtTrId("KPCancel"), qtTrId("XPLoseTags")}, [this](int button) {
             xpGuiThread.assertHere();
             m_facts.request.mayLoseTags = true;
+            m_facts.request.listsTags = button == 0;
             askToGoOn();
         });
 }

@@ -1,10 +1,5 @@
 #include "KarvexRestore.h"
 
-#include "Karvex.h"
-#include "KarvexErrors.h"
-#include "KarvexFileLock.h"
-#include "KarvexTagStore.h"
-#include "KarvexTimeStamp.h"
 #include "MDItem.h"
 #include "MDQuery.h"
 #include "XPFileInfo.h"
@@ -14,103 +9,6 @@
 #include "XPText.h"
 
 #include <QMap>
-
-using Date = PropertyValue::Date;
-
-namespace {
-
-// A value of the file as it is.
-template <typename T>
-struct Present
-{
-    T value{};
-    std::optional<Date> date;
-    bool stands = false; // something is in its place, an empty list too
-};
-
-struct PresentFile
-{
-    XPResult<Present<QStringList>> tags;
-    XPResult<Present<double>> rating;
-
-    KarvexBackupRecord record(const QString &path) const
-    {
-        const auto known = tags.valueOr({});
-        const auto rated = rating.valueOr({});
-        return {path, known.value, rated.value, known.date, rated.date};
-    }
-};
-
-} // namespace
-
-static XPResult<std::optional<Date>> readDate(const QString &key, const QString &path)
-{
-    const auto value = Karvex::getXAttrMetaData(key, path);
-    if (!value)
-        return value.error();
-    return value->kind() == PropertyValue::Kind::Date ? std::optional(value->date())
-                                                      : std::optional<Date>();
-}
-
-static XPResult<Present<QStringList>> presentTags(const QString &path)
-{
-    const auto tags = Karvex::getUserTags(path);
-    const auto raw = Karvex::getXAttrMetaData(Karvex::tagsToSearchFor(), path);
-    const auto date = readDate(Karvex::userTagTimeKey, path);
-    if (!tags)
-        return tags.error();
-    if (!raw)
-        return raw.error();
-    if (!date)
-        return date.error();
-    return Present<QStringList>{*tags, *date, !raw->isNull() || !tags->isEmpty()};
-}
-
-static XPResult<Present<double>> presentRating(const QString &path)
-{
-    const auto rating = Karvex::getRating(path);
-    const auto date = readDate(Karvex::ratingTimeKey, path);
-    if (!rating)
-        return rating.error();
-    if (!date)
-        return date.error();
-    return Present<double>{*rating, *date, *rating > 0};
-}
-
-static PresentFile backupDictForPath(const QString &path)
-{
-    return {presentTags(path), presentRating(path)};
-}
-
-// Whether what the backup says of a value comes in the place of what the file says. A value that
-// stands on the file goes only when both times say that it was removed since.
-static bool isNewer(const std::optional<Date> &backup, bool hasBackup,
-                    const std::optional<Date> &file, bool hasFile)
-{
-    if (!hasBackup && hasFile)
-        return backup && file && KarvexBackupRecord::isLater(*backup, *file);
-    if (backup)
-        return !file || KarvexBackupRecord::isLater(*backup, *file);
-    return hasBackup && !hasFile && !file;
-}
-
-// What the file would be like.
-static KarvexBackupRecord merged(const KarvexBackupRecord &backup, const PresentFile &present,
-                                 const QString &path)
-{
-    KarvexBackupRecord after = present.record(path);
-    if (present.tags &&
-        isNewer(backup.tagDate, !backup.tags.isEmpty(), after.tagDate, present.tags->stands)) {
-        after.tags = Karvex::removeDuplicateTags(backup.tags);
-        after.tagDate = backup.tagDate ? *backup.tagDate : Date::now();
-    }
-    if (present.rating &&
-        isNewer(backup.ratingDate, backup.rating > 0, after.ratingDate, present.rating->stands)) {
-        after.rating = std::min(backup.rating, 5.0);
-        after.ratingDate = backup.ratingDate ? *backup.ratingDate : Date::now();
-    }
-    return after;
-}
 
 KarvexRestore::KarvexRestore(IndexSource &source, Options options)
     : m_source(source), m_options(std::move(options))
@@ -153,56 +51,14 @@ KarvexRestore::Result KarvexRestore::readSingleFile(const QString &path)
     return m_result;
 }
 
-// The file's present state is looked at again under its lock, so that tags which somebody sets at
-// this moment are not overwritten.
 void KarvexRestore::restore(const KarvexBackupRecord &record, const QString &path)
 {
     if (m_options.only && !m_options.only->contains(record.path))
         return;
-    std::optional<KarvexFileLock> lock;
-    if (!m_options.dryRun)
-        lock.emplace(path);
-    const PresentFile present = backupDictForPath(path);
-    if (!present.tags)
-        m_result.failures.append(present.tags.error());
-    else if (!present.rating)
-        m_result.failures.append(present.rating.error());
-    const KarvexBackupRecord before = present.record(path);
-    const Change change{path, record.path, before, merged(record, present, path)};
-    if (KarvexBackupRecord::backupDictsTheSame(record, before) ||
-        KarvexBackupRecord::backupDictsTheSame(change.before, change.after))
-        return;
-    const auto error = m_options.dryRun ? std::nullopt : write(change);
-    if (error)
-        m_result.failures.append(*error);
-    else
-        m_result.changes.append(change);
-}
-
-// Under the file's lock.
-std::optional<XPError> KarvexRestore::write(const Change &change) const
-{
-    const QString &path = change.path;
-    const KarvexBackupRecord &before = change.before;
-    const KarvexBackupRecord &after = change.after;
-    std::optional<XPError> error;
-    if (after.tagDate && (after.tags != before.tags || after.tagDate != before.tagDate))
-        error = KarvexTimeStamp::writeWith(Karvex::userTagTimeKey, *after.tagDate, path, [&] {
-            return KarvexTagStore::current().write(after.tags, path);
-        });
-    if (after.ratingDate &&
-        (after.rating != before.rating || after.ratingDate != before.ratingDate)) {
-        const PropertyValue rating =
-            after.rating > 0 ? PropertyValue::real(after.rating) : PropertyValue();
-        const auto second =
-            KarvexTimeStamp::writeWith(Karvex::ratingTimeKey, *after.ratingDate, path, [&] {
-                return Karvex::setXAttrMetaData(rating, Karvex::starRatingKey, path);
-            });
-        error = error ? error : second;
-    }
-    if (error)
-        error->path = path;
-    return error;
+    const KarvexMerge::Result merge = KarvexMerge::apply(record, path, m_options.dryRun);
+    m_result.failures += merge.failures;
+    if (merge.changes)
+        m_result.changes.append({merge, path, record.path});
 }
 
 // --- By name

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "KarvexBackupFile.h"
+#include "KarvexMerge.h"
 #include "KarvexProgress.h"
 
 #include <QSet>
@@ -9,26 +9,17 @@ class IndexSource;
 
 // Gives files back the tags and ratings that a backup has of them.
 //
-// Tags are written when the backup's are later than the file's, or the file's have no time; the
-// rating likewise. What the backup has no time of is written only to a file that has nothing in
-// its place. A value that a record does not have goes from the file only when both have a time and
-// the file's is the older one: then it was removed. What cannot be read is left alone and reported;
-// the file's other value is still restored. A file that is not at its path any more is looked for
+// What becomes of a file KarvexMerge decides. A file that is not at its path any more is looked for
 // by name: where just one file has the name, and no record of its own, that one is treated as it;
 // several are only listed. Threads: any but main. Reads and writes the files: one that hangs holds
 // the run up.
 class KarvexRestore
 {
 public:
-    struct Change
+    struct Change : KarvexMerge::Result
     {
         QString path;
         QString recordedAt; // the path in the backup
-        KarvexBackupRecord before;
-        KarvexBackupRecord after; // what was not written is as before
-
-        bool removesTags() const { return after.tags.isEmpty() && !before.tags.isEmpty(); }
-        bool removesRating() const { return after.rating <= 0 && before.rating > 0; }
     };
     struct Several
     {
@@ -59,7 +50,6 @@ public:
 
 private:
     void restore(const KarvexBackupRecord &record, const QString &path);
-    std::optional<XPError> write(const Change &change) const;
     void findMissing();
     void searchAndRestore(const QList<KarvexBackupRecord> &records);
     std::optional<QStringList> filesNamed(const QString &name) const;

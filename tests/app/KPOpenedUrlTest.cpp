@@ -27,6 +27,8 @@ TEST(OpenedUrl, SaysWhatIsAskedFor)
         {u"FILE:/a", File{QStringLiteral("/a")}},
         {u"file://localhost/a/%2e%2e/b", File{QStringLiteral("/a/../b")}},
         {u"file:///a%ff", File{XPPath::decode(QByteArrayView("/a\xff"))}},
+        {u"HTTPS://example.org/a?b#c",
+         KPOpenedUrl::Capture{QStringLiteral("HTTPS://example.org/a?b#c")}},
         {u"file:///a%23b#c", File{QStringLiteral("/a#b")}},
     };
     for (const auto &each : cases) {
@@ -42,7 +44,7 @@ TEST(OpenedUrl, RefusesTheRest)
     const QString megabyte = QStringLiteral("murn://search/") + QString(1 << 20, u'x');
     const QString nul = QStringLiteral("file:///a") + QChar(u'\0');
     for (const QString &url :
-         {QString(), QStringLiteral("murn:"), QStringLiteral("https://example.org/"),
+         {QString(), QStringLiteral("murn:"), QStringLiteral("ftp://example.org/"),
           QStringLiteral("javascript:1"), QStringLiteral("/etc/passwd"), QStringLiteral("file:"),
           QStringLiteral("file://other.host/a"), QStringLiteral("file:a"),
           QStringLiteral("file:///a%00b"), QStringLiteral("murn://search/%00"),

@@ -49,6 +49,8 @@ static int handOver(XPApplicationBus *bus, const KPCommandLine &line,
         error = bus->askForAction(XPApplicationBus::searchAction, text, activation);
     } else if (line.filesClipboard) {
         error = bus->askForAction(XPApplicationBus::fileAction, {}, activation);
+    } else if (!line.documentsAction.isEmpty()) {
+        error = bus->askForAction(line.documentsAction, {line.urls}, activation);
     } else {
         error = bus->askToOpen(urls, activation);
     }
@@ -71,7 +73,8 @@ static int run(KPApplication *application, const KPCommandLine &line,
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/app/com.brindle.murn.svg")));
     const KPAppearance appearance(line.colours);
     KPAppDelegate delegate(line, isAlone ? nullptr : &bus);
-    delegate.openUrls(line.urls, {}); // kept until there is a window
+    if (line.documentsAction.isEmpty())
+        delegate.openUrls(line.urls, {}); // kept until there is a window
     delegate.applicationWillFinishLaunching();
     delegate.applicationDidFinishLaunching();
     application->setShouldTerminate([&delegate] { return delegate.applicationShouldTerminate(); });
@@ -80,6 +83,8 @@ static int run(KPApplication *application, const KPCommandLine &line,
         delegate.searchInMurnService(*line.searchText, {});
     else if (line.filesClipboard)
         delegate.createFiledFile({});
+    else if (!line.documentsAction.isEmpty())
+        delegate.documentsAsked(line.documentsAction, line.urls, {});
     if (!line.screenshot.isEmpty())
         new KPScreenshot(delegate.controller(), line.screenshot, line.selection); // the window's
     const int status = QApplication::exec();

@@ -4,6 +4,7 @@
 #include "XPLog.h"
 #include "XPPath.h"
 
+#include <QDBusArgument>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusReply>
@@ -12,6 +13,9 @@ const QString XPApplicationBus::serviceName = QStringLiteral("com.brindle.murn")
 const QString XPApplicationBus::objectPath = QStringLiteral("/com/brindle/murn");
 const QString XPApplicationBus::searchAction = QStringLiteral("SearchText");
 const QString XPApplicationBus::fileAction = QStringLiteral("CreateFiledFile");
+const QString XPApplicationBus::revealAction = QStringLiteral("RevealDocuments");
+const QString XPApplicationBus::tagAction = QStringLiteral("TagDocuments");
+const QString XPApplicationBus::fileIntoAction = QStringLiteral("FileDocuments");
 
 static const QString applicationInterface = QStringLiteral("org.freedesktop.Application");
 // The running instance may be busy for a moment; a hung one is told of.
@@ -84,17 +88,24 @@ std::optional<XPError> XPApplicationBus::askForAction(const QString &action,
                 {action, QVariant(parameters), activation.platformData()});
 }
 
+// Those that can be addresses.
+static QStringList bounded(const QStringList &uris)
+{
+    QStringList kept;
+    for (const QString &uri : uris) {
+        if (!uri.isEmpty() && uri.size() <= XPApplicationBus::longestText)
+            kept.append(uri);
+    }
+    return kept;
+}
+
 void XPApplicationBus::takeOpen(const QStringList &uris, const QVariantMap &platformData)
 {
     if (uris.size() > mostUris) {
         qCWarning(xpLog) << "asked to open too much:" << uris.size();
         return;
     }
-    QStringList kept;
-    for (const QString &uri : uris) {
-        if (!uri.isEmpty() && uri.size() <= longestText)
-            kept.append(uri);
-    }
+    const QStringList kept = bounded(uris);
     const auto activation = XPActivation::fromPlatformData(platformData);
     if (kept.isEmpty())
         Q_EMIT activateAsked(activation);
@@ -113,6 +124,11 @@ void XPApplicationBus::takeAction(const QString &name, const QVariantList &param
             Q_EMIT searchAsked(text, activation);
     } else if (name == fileAction) {
         Q_EMIT fileAsked(activation);
+    } else if (name == revealAction || name == tagAction || name == fileIntoAction) {
+        // From the bus a list comes as what the bus made of it.
+        const QStringList uris = qdbus_cast<QStringList>(parameters.value(0));
+        if (!uris.isEmpty() && uris.size() <= mostUris)
+            Q_EMIT documentsAsked(name, bounded(uris), activation);
     } else {
         qCWarning(xpLog).noquote() << "no such action:" << XPPath::printable(name.left(80));
     }

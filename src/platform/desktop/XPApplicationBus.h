@@ -26,6 +26,11 @@ public:
     // may come as its first parameter.
     static const QString searchAction; // "SearchText"
     static const QString fileAction;   // "CreateFiledFile"
+    // Of files that come as addresses in its first parameter, a list: to see them in the window, to
+    // change their tags, to file them. What writes asks.
+    static const QString revealAction;       // "RevealDocuments"
+    static const QString tagAction;          // "TagDocuments"
+    static const QString fileIntoAction;     // "FileDocuments"
 
     static constexpr qsizetype mostUris = 100'000;
     static constexpr qsizetype longestText = 65'536; // UTF-16 units of an address or a text
@@ -59,6 +64,9 @@ Q_SIGNALS:
     void openAsked(const QStringList &uris, const XPActivation &activation); // as one list
     void searchAsked(const QString &text, const XPActivation &activation);   // empty: no text came
     void fileAsked(const XPActivation &activation);
+    // `action`: one of those of files.
+    void documentsAsked(const QString &action, const QStringList &uris,
+                        const XPActivation &activation);
 
 private:
     std::optional<XPError> call(const QString &method, const QVariantList &arguments);

@@ -1,0 +1,182 @@
+#include "XPDocumentImport.h"
+
+#include "XPFolders.h"
+#include "XPImportRun.h"
+#include "XPPath.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/statvfs.h>
+
+using What = XPArchiveReader::What;
+using Kind = XPError::Kind;
+using Options = XPDocumentImport::Options;
+using Summary = XPDocumentImport::Summary;
+using Error = std::optional<XPError>;
+
+static constexpr qint64 eventsBetweenQuestions = 64;
+
+namespace {
+
+// One archive that stays the same file for both readings.
+struct Archive
+{
+    XPFileDescriptor file;
+    QString path;
+    struct stat status = {};
+
+    Error open()
+    {
+        const QByteArray bytes = XPPath::encode(path);
+        file = XPFileDescriptor(::open(bytes.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+        if (!file.isOpen() || ::fstat(file.get(), &status) != 0)
+            return XPError::fromErrno(errno, path);
+        if (!S_ISREG(status.st_mode))
+            return XPError::make(Kind::InvalidArgument, QStringLiteral("is no file"), path);
+        return {};
+    }
+    bool hasChanged() const
+    {
+        struct stat now = {};
+        return ::fstat(file.get(), &now) != 0 || now.st_size != status.st_size ||
+               now.st_mtim.tv_sec != status.st_mtim.tv_sec ||
+               now.st_mtim.tv_nsec != status.st_mtim.tv_nsec;
+    }
+};
+
+} // namespace
+
+// Calls `take` with each event until the end. False from it stops.
+static Error readAll(const Archive &archive, Summary &summary,
+                     const std::function<bool(const XPArchiveReader::Event &)> &take)
+{
+    auto opened = XPArchiveReader::open(archive.file.get(), XPPath::folder(archive.path));
+    if (!opened)
+        return opened.error();
+    XPArchiveReader reader = std::move(opened).value();
+    summary.isBeside = reader.isBeside();
+    for (;;) {
+        auto event = reader.next();
+        if (!event)
+            return event.error();
+        if (event->what == What::EndArchive)
+            return {};
+        if (!take(*event))
+            return XPError::make(Kind::Cancelled, QStringLiteral("stopped"));
+    }
+}
+
+static Error withPath(Error error, const QString &path)
+{
+    if (error && error->path.isEmpty())
+        error->path = path;
+    return error;
+}
+
+// A document takes room when there is none of its name.
+static qint64 roomFor(const XPArchivedFile &file, const QString &folder)
+{
+    return XPFileInfo::read(folder + u'/' + file.path) ? 0 : file.size;
+}
+
+static Error checkRoom(const Summary &summary, QString folder)
+{
+    struct statvfs room = {};
+    while (::statvfs(XPPath::encode(folder).constData(), &room) != 0 && folder.size() > 1)
+        folder = XPPath::folder(folder);
+    const auto free = static_cast<double>(room.f_bavail) * static_cast<double>(room.f_frsize);
+    return static_cast<double>(summary.bytes) <= free ? Error()
+                                                      : XPError::fromErrno(ENOSPC, folder);
+}
+
+static void check(const Archive &archive, const QString &folder, const Options &options,
+                  Summary &summary)
+{
+    bool isPackage = false;
+    qint64 events = 0;
+    const auto take = [&](const XPArchiveReader::Event &event) {
+        if (event.what == What::Begin && !isPackage) {
+            ++summary.documents;
+            summary.bytes += roomFor(event.file, folder);
+            isPackage = event.file.kind == XPArchivedFile::Kind::Package;
+        } else if (event.what == What::Begin) {
+            summary.bytes += event.file.size;
+        } else if (event.what == What::EndPackage) {
+            isPackage = false;
+        }
+        return events++ % eventsBetweenQuestions != 0 || !options.progress ||
+               options.progress(0, summary.documents);
+    };
+    summary.error = withPath(readAll(archive, summary, take), archive.path);
+    summary.stopped = summary.error && summary.error->kind == Kind::Cancelled;
+    if (!summary.error)
+        summary.error = checkRoom(summary, folder);
+}
+
+QString XPDocumentImport::usualFolder(const QString &archive)
+{
+    QString name = XPPath::fileName(archive);
+    if (const QString extension = XPPath::extension(name); !extension.isEmpty())
+        name.chop(extension.size() + 1);
+    return XPFolders::documents() + u'/' + name;
+}
+
+Summary XPDocumentImport::check(const QString &archive, const QString &folder,
+                                const Options &options)
+{
+    Archive file{{}, archive};
+    Summary summary;
+    summary.error = file.open();
+    if (!summary.error)
+        ::check(file, folder, options, summary);
+    return summary;
+}
+
+static Error import(const Archive &archive, const QString &folder, const Options &options,
+                    Summary &summary)
+{
+    if (!options.dryRun) {
+        if (auto error = XPFolders::create(folder))
+            return error;
+    }
+    XPImportRun run(folder, options, summary);
+    if (auto error = run.open())
+        return error;
+    qint64 done = 0;
+    bool isPackage = false;
+    const auto take = [&](const XPArchiveReader::Event &event) {
+        const bool begins = event.what == What::Begin && !isPackage;
+        if (begins && options.progress && !options.progress(done++, summary.documents))
+            return false;
+        if (begins)
+            isPackage = event.file.kind == XPArchivedFile::Kind::Package;
+        else if (event.what == What::EndPackage)
+            isPackage = false;
+        run.take(event);
+        return true;
+    };
+    const Error error = archive.hasChanged()
+                            ? XPError::make(Kind::Io, QStringLiteral("changed while it was read"))
+                            : readAll(archive, summary, take);
+    run.finish();
+    return error;
+}
+
+Summary XPDocumentImport::run(const QString &archive, const QString &folder,
+                              const Options &options)
+{
+    Archive file{{}, archive};
+    Summary summary;
+    summary.error = file.open();
+    if (!summary.error)
+        ::check(file, folder, options, summary);
+    if (!summary.error && options.agrees && !options.agrees(summary))
+        summary.error = XPError::make(Kind::Cancelled, QStringLiteral("stopped"));
+    if (!summary.error)
+        summary.error = withPath(import(file, folder, options, summary), archive);
+    summary.stopped = summary.error && summary.error->kind == Kind::Cancelled;
+    if (summary.stopped)
+        summary.error.reset();
+    return summary;
+}
