@@ -1,6 +1,8 @@
 #pragma once
 
 #include "MDItem.h"
+#include "MDPredicate.h"
+#include "XPError.h"
 
 #include <QObject>
 #include <memory>
