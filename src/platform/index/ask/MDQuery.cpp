@@ -4,9 +4,7 @@
 #include "IndexLook.h"
 #include "IndexOrder.h"
 #include "MDQueryParser.h"
-#include "XPFolders.h"
-#include "XPPath.h"
-#include "XPVolumes.h"
+#include "MDQueryScope.h"
 
 #include <QElapsedTimer>
 #include <QPointer>
@@ -37,9 +35,16 @@ struct MDQuery::Inbox
     }
 };
 
+// The catalog's sets of rows stay out of the header.
+struct MDQuery::Members
+{
+    Roaring set;
+};
+
 MDQuery::MDQuery(IndexSource &source, MDPredicatePtr predicate, const QStringList &valueList)
     : m_source(source), m_predicate(std::move(predicate)), m_valueList(valueList),
-      m_inbox(std::make_shared<Inbox>())
+      m_scope(std::make_unique<MDQueryScope>(QStringList())),
+      m_members(std::make_unique<Members>()), m_inbox(std::make_shared<Inbox>())
 {
     connect(this, &MDQuery::changesWaiting, this, &MDQuery::takeChanges, Qt::QueuedConnection);
 }
@@ -56,6 +61,11 @@ XPResult<std::unique_ptr<MDQuery>> MDQuery::create(IndexSource &source, const QS
     if (!predicate)
         return predicate.error();
     return std::unique_ptr<MDQuery>(new MDQuery(source, *std::move(predicate), valueList));
+}
+
+void MDQuery::setSearchScope(const QStringList &scope)
+{
+    m_scope = std::make_unique<MDQueryScope>(scope);
 }
 
 void MDQuery::execute(Options options)
@@ -91,46 +101,47 @@ void MDQuery::stop()
     m_inbox->woken = false;
 }
 
+template <typename Slots>
+static std::vector<IndexItem> itemsOf(const IndexCatalog &catalog, const Slots &slots,
+                                      size_t most = 0)
+{
+    std::vector<IndexItem> items;
+    for (const IndexSlot slot : slots) {
+        items.push_back(catalog.itemAt(slot));
+        if (items.size() == most)
+            break;
+    }
+    return items;
+}
+
 void MDQuery::gather()
 {
     m_results.clear();
-    m_members = Roaring();
+    m_members->set = Roaring();
     m_delivered = 0;
     m_complete = false;
     const IndexCatalog &catalog = m_source.catalog();
-    resolveScope();
+    m_scope->resolve(m_source);
     // Of content alone no more need be asked for than is wanted; of what is found some may be gone.
-    const bool limited = m_scope.isEmpty() && m_sortAttribute.isEmpty();
+    const bool limited = m_scope->isEverything() && m_sortAttribute.isEmpty();
     for (const qsizetype limit : {limited ? m_maxCount : 0, qsizetype{0}}) {
         const auto texts = IndexTextAnswers::ask(*m_predicate, m_source.text(), limit);
         const IndexCatalog::Reading reading(catalog);
-        const RowSet rows = IndexEvaluator(catalog, &texts).rows(m_predicate, scopeRows(catalog));
+        const RowSet rows =
+            IndexEvaluator(catalog, &texts).rows(m_predicate, m_scope->rows(catalog));
         const auto *answer = texts.answerTo(*m_predicate);
         if (limit > 0 && answer && static_cast<qsizetype>(answer->size()) >= limit &&
             static_cast<qsizetype>(rows->cardinality()) < limit)
             continue;
-        takeRows(catalog, *rows);
+        const auto most = static_cast<size_t>(std::max<qsizetype>(m_maxCount, 0));
+        m_results =
+            m_sortAttribute.isEmpty()
+                ? itemsOf(catalog, *rows, most)
+                : itemsOf(catalog,
+                          IndexOrder(m_sortAttribute, m_sortAscending).first(catalog, *rows, most));
+        m_members->set.addMany(m_results.size(), m_results.data());
         return;
     }
-}
-
-void MDQuery::takeRows(const IndexCatalog &catalog, const Roaring &rows)
-{
-    const auto limit = static_cast<size_t>(std::max<qsizetype>(m_maxCount, 0));
-    if (!m_sortAttribute.isEmpty()) {
-        const IndexOrder order(m_sortAttribute, m_sortAscending);
-        for (const IndexSlot slot : order.first(catalog, rows, limit))
-            m_results.push_back(catalog.itemAt(slot));
-    } else {
-        const auto count = static_cast<size_t>(rows.cardinality());
-        m_results.reserve(limit ? std::min(limit, count) : count);
-        for (const IndexSlot slot : rows) {
-            if (limit && m_results.size() == limit)
-                break;
-            m_results.push_back(catalog.itemAt(slot));
-        }
-    }
-    m_members.addMany(m_results.size(), m_results.data());
 }
 
 void MDQuery::deliver()
@@ -193,14 +204,14 @@ void MDQuery::takeTouched(std::vector<IndexItem> touched)
     QList<IndexItem> removed;
     const IndexCatalog &catalog = m_source.catalog();
     const auto texts = IndexTextAnswers::ask(*m_predicate, m_source.text(), 0, &touched);
-    resolveScope();
+    m_scope->resolve(m_source);
     {
         const IndexCatalog::Reading reading(catalog);
-        const std::vector<IndexItem> folders = scopeFolders(catalog);
+        const std::vector<IndexItem> folders = m_scope->folders(catalog);
         std::vector<IndexSlot> slots;
         for (const IndexItem item : touched) {
             const IndexSlot slot = catalog.slotOf(item);
-            if (slot != IndexCatalog::noSlot && isInScope(catalog, slot, folders))
+            if (slot != IndexCatalog::noSlot && m_scope->contains(catalog, slot, folders))
                 slots.push_back(slot);
         }
         const RowSet matching =
@@ -209,7 +220,7 @@ void MDQuery::takeTouched(std::vector<IndexItem> touched)
         for (const IndexItem item : touched) {
             const IndexSlot slot = catalog.slotOf(item);
             const bool matches = slot != IndexCatalog::noSlot && matching->contains(slot);
-            const bool member = m_members.contains(item);
+            const bool member = m_members->set.contains(item);
             if (matches && member)
                 changed.append(item);
             else if (member)
@@ -222,88 +233,16 @@ void MDQuery::takeTouched(std::vector<IndexItem> touched)
     }
     if (!removed.isEmpty()) {
         for (const IndexItem item : removed)
-            m_members.remove(item);
-        std::erase_if(m_results, [&](IndexItem item) { return !m_members.contains(item); });
+            m_members->set.remove(item);
+        std::erase_if(m_results, [&](IndexItem item) { return !m_members->set.contains(item); });
     }
     for (const IndexItem item : added) {
-        m_members.add(item);
+        m_members->set.add(item);
         m_results.push_back(item);
     }
     m_delivered = static_cast<qsizetype>(m_results.size());
     if (!added.isEmpty() || !changed.isEmpty() || !removed.isEmpty())
         Q_EMIT updated(added, changed, removed);
-}
-
-// --- Scope
-
-// Which folders the scope stands for: asks the system about volumes, so with no lock held.
-void MDQuery::resolveScope()
-{
-    if (m_scope.isEmpty())
-        return;
-    std::vector<QByteArray> roots;
-    {
-        const IndexCatalog &catalog = m_source.catalog();
-        const IndexCatalog::Reading reading(catalog);
-        if (!m_scopePaths.empty() && catalog.roots() == m_scopeRoots)
-            return;
-        m_scopeRoots = catalog.roots();
-        for (const IndexItem root : m_scopeRoots)
-            roots.push_back(catalog.path(catalog.slotOf(root)));
-    }
-    m_scopePaths.clear();
-    for (const QString &entry : m_scope) {
-        if (entry != scopeComputer && entry != scopeNetwork) {
-            m_scopePaths.push_back(
-                XPPath::encode(entry == scopeHome ? XPFolders::home() : XPPath::absolute(entry)));
-            continue;
-        }
-        for (const QByteArray &root : roots) {
-            if (XPVolumes::volumeOf(XPPath::decode(root)).network == (entry == scopeNetwork))
-                m_scopePaths.push_back(root);
-        }
-    }
-}
-
-std::vector<IndexItem> MDQuery::scopeFolders(const IndexCatalog &catalog) const
-{
-    std::vector<IndexItem> folders;
-    for (const QByteArray &path : m_scopePaths) {
-        if (const IndexItem item = catalog.itemAtPath(path))
-            folders.push_back(item);
-        // Roots within the folder (volumes, or all of them above the highest) are no rows below it.
-        for (const IndexItem root : catalog.roots()) {
-            if (path == "/" || catalog.path(catalog.slotOf(root)).startsWith(path + '/'))
-                folders.push_back(root);
-        }
-    }
-    return folders;
-}
-
-RowSet MDQuery::scopeRows(const IndexCatalog &catalog) const
-{
-    if (m_scope.isEmpty())
-        return {};
-    const std::vector<IndexItem> folders = scopeFolders(catalog);
-    if (folders.size() == 1)
-        return catalog.below(catalog.slotOf(folders.front()));
-    Roaring rows;
-    for (const IndexItem folder : folders)
-        rows |= *catalog.below(catalog.slotOf(folder));
-    return std::make_shared<const Roaring>(std::move(rows));
-}
-
-bool MDQuery::isInScope(const IndexCatalog &catalog, IndexSlot slot,
-                        const std::vector<IndexItem> &folders) const
-{
-    if (m_scope.isEmpty())
-        return true;
-    while (slot != IndexCatalog::noSlot) {
-        if (std::find(folders.begin(), folders.end(), catalog.itemAt(slot)) != folders.end())
-            return true;
-        slot = catalog.slotOf(catalog.chunkOf(slot).parents[IndexCatalog::rowOf(slot)]);
-    }
-    return false;
 }
 
 // --- Results
@@ -315,7 +254,7 @@ std::shared_ptr<MDItem> MDQuery::resultAt(qsizetype index) const
 
 qsizetype MDQuery::indexOf(IndexItem item) const
 {
-    if (!m_members.contains(item))
+    if (!m_members->set.contains(item))
         return -1;
     const auto found = std::find(m_results.begin(), m_results.begin() + m_delivered, item);
     return found - m_results.begin() < m_delivered ? found - m_results.begin() : -1;

@@ -7,6 +7,8 @@
 #include <QObject>
 #include <memory>
 
+class MDQueryScope;
+
 // A metadata query: what matches now and, if asked, what comes to match and ceases to.
 //
 // Created from a text and a list of attributes whose values come with the results; given scope,
@@ -44,7 +46,7 @@ public:
     ~MDQuery() override;
 
     // Before execute(). An empty scope is everything.
-    void setSearchScope(const QStringList &scope) { m_scope = scope; }
+    void setSearchScope(const QStringList &scope);
     void setMaxCount(qsizetype count) { m_maxCount = count; } // 0: no limit
     // The first results in the order of an attribute (names, dates, sizes cost nothing extra);
     // live, what comes later stands behind them. Empty: in no order.
@@ -81,30 +83,23 @@ Q_SIGNALS:
 private:
     MDQuery(IndexSource &source, MDPredicatePtr predicate, const QStringList &valueList);
     struct Inbox;
+    struct Members;
 
     void gather();
-    void takeRows(const IndexCatalog &catalog, const Roaring &rows);
     void deliver();
     void takeChanges();
     void takeTouched(std::vector<IndexItem> touched);
-    void resolveScope();
-    std::vector<IndexItem> scopeFolders(const IndexCatalog &catalog) const;
-    RowSet scopeRows(const IndexCatalog &catalog) const;
-    bool isInScope(const IndexCatalog &catalog, IndexSlot slot,
-                   const std::vector<IndexItem> &folders) const;
 
     IndexSource &m_source;
     const MDPredicatePtr m_predicate;
     const QStringList m_valueList;
-    QStringList m_scope;
-    std::vector<QByteArray> m_scopePaths; // what the scope is just now, as folders
-    std::vector<IndexItem> m_scopeRoots;  // the roots when that was found out
+    std::unique_ptr<MDQueryScope> m_scope;
     qsizetype m_maxCount = 0;
     QString m_sortAttribute;
     bool m_sortAscending = true;
     BatchingParameters m_batching;
     std::vector<IndexItem> m_results;
-    Roaring m_members; // the items of m_results
+    std::unique_ptr<Members> m_members; // the items of m_results
     qsizetype m_delivered = 0;
     bool m_complete = false;
     bool m_live = false;
