@@ -1,6 +1,6 @@
 #include "KPLibraryAnswers.h"
 
-#include "IndexCatalog.h"
+#include "IndexLook.h"
 #include "KPDocValues.h"
 #include "KPIndexFilter.h"
 #include "KPSearcher.h"
@@ -57,11 +57,16 @@ static QByteArray bytesOf(const QString &address)
 std::optional<KPLibraryAnswers::Document> KPLibraryAnswers::document(const QString &address) const
 {
     const QByteArray bytes = bytesOf(address);
-    const IndexCatalog &catalog = m_index.source().catalog();
-    const IndexCatalog::Reading reading(catalog);
-    const IndexSlot slot = catalog.slotOf(catalog.itemAtPath(bytes));
-    if (bytes.isEmpty() || slot == IndexCatalog::noSlot)
+    if (bytes.isEmpty())
         return {};
+    QStringList tags;
+    {
+        const IndexLook look(m_index.source());
+        const auto row = look.atPath(bytes);
+        if (!row)
+            return {};
+        tags = KPDocValues::ofRow(*row).tags();
+    }
     const QString path = XPPath::decode(bytes);
     const QString name = XPPath::fileName(path);
     Document document;
@@ -70,7 +75,7 @@ std::optional<KPLibraryAnswers::Document> KPLibraryAnswers::document(const QStri
     document.folder = XPPath::printable(XPFolders::abbreviateWithTilde(XPPath::folder(path)));
     document.icon =
         QMimeDatabase().mimeTypeForFile(name, QMimeDatabase::MatchExtension).iconName();
-    document.tags = KPDocValues::ofRow(catalog, slot).tags();
+    document.tags = tags;
     return document;
 }
 

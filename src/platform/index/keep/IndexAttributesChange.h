@@ -1,7 +1,8 @@
 #pragma once
 
-#include "IndexRecord.h"
+#include "PropertyValue.h"
 
+#include <QByteArray>
 #include <functional>
 
 // A file whose attributes are others than the index held; a new one had none.
@@ -9,8 +10,8 @@
 struct IndexAttributesChange
 {
     QByteArray path;
-    IndexRecord::Attributes before;
-    IndexRecord::Attributes now;
+    PropertyValue::Dictionary before;
+    PropertyValue::Dictionary now;
     bool isSameFile = false; // by inode and birth: false where another one took its place
 
     using Report = std::function<void(IndexAttributesChange)>;

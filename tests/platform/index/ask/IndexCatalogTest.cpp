@@ -1,5 +1,6 @@
 #include "IndexEvaluator.h"
 #include "IndexOrder.h"
+#include "IndexRowAttributes.h"
 #include "IndexStore.h"
 #include "MDItem.h"
 #include "MDQueryParser.h"
@@ -275,7 +276,7 @@ static void expectSame(const IndexCatalog &catalog, const Model &model)
 static bool accepts(const IndexCatalog &catalog, IndexSlot slot, const QString &attribute,
                     const MDPredicate &predicate)
 {
-    const PropertyValue value = MDItem::attribute(catalog, slot, attribute);
+    const PropertyValue value = IndexRowAttributes::value(catalog, slot, attribute);
     std::vector<PropertyValue> values{value};
     if (value.isArray())
         values.assign(value.array().begin(), value.array().end());
@@ -403,7 +404,7 @@ static void expectInOrder(const IndexCatalog &catalog)
     double last = 0;
     for (const IndexSlot slot :
          IndexOrder(created, true).first(catalog, catalog.alive().rows(), 0)) {
-        const double date = MDItem::attribute(catalog, slot, created).date().secondsSince2001;
+        const double date = IndexRowAttributes::value(catalog, slot, created).date().secondsSince2001;
         ASSERT_GE(date, last);
         last = date;
     }
