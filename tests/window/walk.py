@@ -1,0 +1,241 @@
+#!/usr/bin/env python3
+"""Uses the program as a person would, from the first start on: walk.py MURN MURNCTL PICTURES BASE.
+
+Each step asserts what is on the screen and what is on the disk, and leaves a picture. Without the
+tools for it (or where BASE has no attributes) the walk is skipped: it ends with 77.
+"""
+
+import json
+import os
+import signal
+import sys
+import traceback
+
+from scene import Failed, Scene, missing_tools, until
+
+
+def pdf(path, text):
+    """The smallest document with a page of text."""
+    content = f"BT /F 24 Tf 30 300 Td ({text}) Tj ET".encode()
+    objects = [
+        b"<</Type/Catalog/Pages 2 0 R>>",
+        b"<</Type/Pages/Kids[3 0 R]/Count 1>>",
+        b"<</Type/Page/Parent 2 0 R/MediaBox[0 0 300 400]/Contents 4 0 R"
+        b"/Resources<</Font<</F 5 0 R>>>>>>",
+        b"<</Length %d>>stream\n%s\nendstream" % (len(content), content),
+        b"<</Type/Font/Subtype/Type1/BaseFont/Helvetica>>",
+    ]
+    made, places = b"%PDF-1.4\n", []
+    for number, body in enumerate(objects, 1):
+        places.append(len(made))
+        made += b"%d 0 obj\n%s\nendobj\n" % (number, body)
+    start = len(made)
+    made += b"xref\n0 %d\n0000000000 65535 f \n" % (len(objects) + 1)
+    made += b"".join(b"%010d 00000 n \n" % place for place in places)
+    made += b"trailer<</Size %d/Root 1 0 R>>\nstartxref\n%d\n%%%%EOF\n" % (len(objects) + 1, start)
+    os.makedirs(os.path.dirname(path), exist_ok=True)
+    with open(path, "wb") as file:
+        file.write(made)
+
+
+class Walk(Scene):
+    # --- What the steps ask
+
+    def documents(self):
+        """The names of the documents in sight, in their order."""
+        shown = self.all("list item") + self.all("table cell")
+        names = []
+        for item in shown:
+            title = item.get_name()
+            if ", " in title and " of " in title:
+                names.append(title.split(", ")[0])
+        return names
+
+    def shows(self, *names):
+        until(lambda: sorted(self.documents()) == sorted(names),
+              f"exactly {names} in sight, not {self.documents()}")
+
+    def facts(self, path):
+        answer = json.loads(self.murnctl("tags", "--json", path))
+        answer = answer[0] if isinstance(answer, list) else answer
+        return sorted(answer.get("tags") or []), round(answer.get("rating") or 0)
+
+    def holds(self, path, tags, rating):
+        until(lambda: self.facts(path) == (sorted(tags), rating),
+              f"{tags} and {rating} stars on {path}, not {self.facts(path)}")
+
+    def search(self, text):
+        self.press("ctrl+f")
+        self.press("ctrl+a")
+        self.type(text) if text else self.press("BackSpace")
+        until(lambda: self.text_of(self.one("text", "Search")) == text, "the words in the field")
+
+    def select(self, name):
+        item = self.one("list item", begins=name)
+        self.click(item)
+        until(lambda: self.one("list item", begins=name).get_state_set().contains(
+            self.atspi.StateType.SELECTED), f"{name} selected")
+
+    # --- The steps, in their order
+
+    def first_start(self):
+        for i in range(3):
+            pdf(self.path(f"invoice {i}.pdf"), f"payment {i} dry dock")
+        pdf(self.path("Trips", "rome.pdf"), "hotel near the river")
+        self.start()
+        self.one("dialog", "Welcome to Murn")
+        self.shot("welcome")
+        self.press("Return")
+        self.gone("dialog", "Welcome to Murn")
+        self.shows("invoice 0.pdf", "invoice 1.pdf", "invoice 2.pdf", "rome.pdf")
+
+    def search_back_and_forward(self):
+        self.search("invoice")
+        self.shows("invoice 0.pdf", "invoice 1.pdf", "invoice 2.pdf")
+        self.press("Return")
+        self.search("hotel")  # words within the page
+        self.shows("rome.pdf")
+        self.press("Return")
+        self.press("alt+Left")
+        self.shows("invoice 0.pdf", "invoice 1.pdf", "invoice 2.pdf")
+        self.press("alt+Right")
+        self.shows("rome.pdf")
+        self.search("")
+        self.shows("invoice 0.pdf", "invoice 1.pdf", "invoice 2.pdf", "rome.pdf")
+
+    def rate_tag_and_undo(self):
+        path = self.path("invoice 1.pdf")
+        self.select("invoice 1")
+        self.press("alt+4")
+        self.holds(path, [], 4)
+        self.press("ctrl+t")
+        self.one("text", "Tags")
+        self.type("paid, harbour")
+        self.shot("tagging")
+        self.press("Return")
+        self.press("Return")
+        self.holds(path, ["harbour", "paid"], 4)
+        self.press("Escape")
+        self.one("list item", begins="invoice 1.pdf, harbour")
+        self.select("invoice 1")
+        self.press("ctrl+z")
+        self.holds(path, [], 4)
+        self.press("ctrl+shift+z")
+        self.holds(path, ["harbour", "paid"], 4)
+
+    def trash_and_restore(self):
+        path = self.path("invoice 2.pdf")
+        self.select("invoice 2")
+        self.press("ctrl+Delete")
+        until(lambda: not os.path.exists(path), "the file in the trash")
+        self.shows("invoice 0.pdf", "invoice 1.pdf", "rome.pdf")
+        self.press("ctrl+z")
+        until(lambda: os.path.exists(path), "the file back in its place")
+        self.shows("invoice 0.pdf", "invoice 1.pdf", "invoice 2.pdf", "rome.pdf")
+
+    def rename_with_another_ending(self):
+        self.select("invoice 0")
+        self.press("F2")
+        self.press("ctrl+a")
+        self.type("receipt.txt\n")
+        self.one("alert", begins="")
+        self.shot("another-ending")
+        self.press("Escape")  # the safe answer keeps the ending
+        until(lambda: os.path.exists(self.path("receipt.pdf")), "the new name, the old ending")
+        self.one("list item", begins="receipt.pdf")
+
+    def modes_and_zoom(self):
+        self.press("ctrl+3")
+        until(lambda: self.all("table") or self.all("tree table"), "a list")
+        self.shot("list")
+        self.press("ctrl+2")
+        self.shot("groups")
+        self.press("ctrl+1")
+        self.one("list item", begins="rome")
+        slider = self.one("slider", "Zoom")
+        value = slider.get_value_iface()
+        for key, end in (("ctrl+plus", value.get_maximum_value()),
+                         ("ctrl+minus", value.get_minimum_value())):
+            def reached(key=key, end=end):
+                self.press(key)
+                return self.one("slider", "Zoom").get_value_iface().get_current_value() == end
+            until(reached, f"the end of the zoom by {key}")
+            self.one("list item", begins="rome")
+            self.shot("zoom")
+        for _ in range(6):
+            self.press("ctrl+plus")
+
+    def quit_and_remember(self):
+        self.search("invoice")
+        self.press("Return")
+        self.shows("invoice 1.pdf", "invoice 2.pdf")
+        self.press("ctrl+2")
+        self.press("ctrl+q")
+        until(self.has_ended, "the end")
+        self.murn = None
+        self.start()
+        self.shows("invoice 1.pdf", "invoice 2.pdf")
+        self.shot("again")
+        self.press("ctrl+1")
+
+    def from_outside(self):
+        self.hand_over("murn://tags/harbour/paid")
+        self.shows("invoice 1.pdf")
+        self.shot("tags-by-address")
+        self.hand_over(self.path("Trips", "rome.pdf"))
+        self.one("list item", begins="rome.pdf")
+        self.stop()
+        self.start("murn://tags/harbour")
+        self.shows("invoice 1.pdf")
+
+    def after_a_crash(self):
+        self.select("invoice 1")
+        self.press("alt+2")
+        self.holds(self.path("invoice 1.pdf"), ["harbour", "paid"], 2)
+        self.stop(signal.SIGKILL)
+        self.start()
+        self.holds(self.path("invoice 1.pdf"), ["harbour", "paid"], 2)
+        until(self.documents, "documents again")
+        self.shot("after-a-crash")
+
+
+def attributes_work(folder):
+    path = os.path.join(folder, ".attributes")
+    try:
+        with open(path, "wb"):
+            os.setxattr(path, "user.probe", b"1")
+        return True
+    except OSError:
+        return False
+    finally:
+        os.path.exists(path) and os.remove(path)
+
+
+def main():
+    murn, murnctl, pictures, base = sys.argv[1:5]
+    if absent := missing_tools():
+        print("skipped, not here:", ", ".join(absent))
+        return 77
+    if not attributes_work(base):
+        print("skipped:", base, "has no attributes")
+        return 77
+    walk = Walk(murn, murnctl, pictures, base)
+    try:
+        for step in (walk.first_start, walk.search_back_and_forward, walk.rate_tag_and_undo,
+                     walk.trash_and_restore, walk.rename_with_another_ending, walk.modes_and_zoom,
+                     walk.quit_and_remember, walk.from_outside, walk.after_a_crash):
+            print(step.__name__, flush=True)
+            try:
+                step()
+            except Failed:
+                traceback.print_exc()
+                walk.shot("failed-" + step.__name__)
+                print("in sight:", walk.documents())
+                return 1
+    finally:
+        walk.close()
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
