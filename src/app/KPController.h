@@ -103,6 +103,7 @@ public:
     // --- Documents
 
     void selectByName(const QString &beginning);
+    void findDocumentsAction();
     // Selects them, or shows the folder of the first where none is among the results.
     void showDocuments(const QStringList &paths);
     // In a window of its own for each, or one for all of many.
@@ -151,7 +152,6 @@ private:
     void showUntaggedDocumentsAction(); // with Alt held: the tagged ones
     void searchModeFilenameFilter();
     void refreshSearch();
-    void findDocumentsAction();
     void scanAction(); // the scan window
     void setSearchFieldString(const QString &text);
     void userTypingIntoSearchField();

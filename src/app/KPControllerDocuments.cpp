@@ -13,6 +13,7 @@
 #include "KPSearchField.h"
 #include "KPSidePanels.h"
 #include "KPStatusLine.h"
+#include "KPTagEditing.h"
 #include "Karvex.h"
 #include "KarvexPrefs.h"
 #include "XPPrompts.h"
@@ -58,8 +59,7 @@ void KPController::connectLibrary()
     connect(m_model.get(), &QAbstractItemModel::modelReset, this, &KPController::showCounts);
 
     m_inspection->setSource([this] { return selectedDocs(); });
-    connect(m_inspection.get(), &KPInspectorController::shown, this,
-            &KPController::selectionShown);
+    connect(m_inspection.get(), &KPInspectorController::shown, this, &KPController::selectionShown);
     connect(m_library.get(), &KPLibraryController::selectionChanged, m_inspection.get(),
             &KPInspectorController::showLater);
     connect(m_library.get(), &KPLibraryController::selectedDocumentsChanged, m_inspection.get(),
