@@ -1,5 +1,6 @@
 #include "KPStatePaths.h"
 
+#include "IndexLook.h"
 #include "KPDoc.h"
 #include "KPDocMetaData.h"
 #include "KPResultsRun.h"
@@ -47,12 +48,10 @@ private:
     {
         for (const KPPooledString path : delivery->addedPaths)
             paths.append(path.toString());
-        const IndexCatalog &catalog = m_source.catalog();
-        const IndexCatalog::Reading reading(catalog);
+        const IndexLook look(m_source);
         for (const IndexItem item : delivery->items) {
-            const IndexSlot slot = catalog.slotOf(item);
-            if (slot != IndexCatalog::noSlot)
-                paths.append(XPPath::decode(catalog.path(slot)));
+            if (const auto row = look.at(item))
+                paths.append(XPPath::decode(row->path()));
         }
     }
     void searchDone(const QStringList &problems) override

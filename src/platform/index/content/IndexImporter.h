@@ -1,7 +1,9 @@
 #pragma once
 
-#include "IndexRecord.h"
+#include "PropertyValue.h"
+#include "XPError.h"
 
+#include <QByteArray>
 #include <stop_token>
 
 // Finds the text and the metadata inside files of some types. The index has none of its own:
@@ -15,7 +17,7 @@ public:
     struct Content
     {
         QByteArray text; // UTF-8, cut to the index's limit; empty: none to be had
-        IndexRecord::Attributes attributes; // "kMDItemTitle", "kMDItemNumberOfPages", …
+        PropertyValue::Dictionary attributes; // "kMDItemTitle", "kMDItemNumberOfPages", …
         // The state of the file that was read, as it was before reading and after.
         qint64 modified = 0;
         qint64 size = 0;
