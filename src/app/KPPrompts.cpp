@@ -1,6 +1,6 @@
 #include "KPPrompts.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -11,7 +11,7 @@ KPPrompts::KPPrompts(QWidget *window) : m_window(window)
 static QMessageBox *makeBox(QWidget *window, QMessageBox::Icon icon, const QString &title,
                             const QString &text)
 {
-    auto *box = new QMessageBox(icon, QCoreApplication::applicationName(), title,
+    auto *box = new QMessageBox(icon, QGuiApplication::applicationDisplayName(), title,
                                 QMessageBox::NoButton, window);
     box->setTextFormat(Qt::PlainText);
     box->setInformativeText(text);

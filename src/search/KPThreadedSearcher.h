@@ -70,7 +70,8 @@ public:
     void killQuery() { m_killMDQuery = true; }
     // Documents are to be judged again: what the tests read of them changed.
     void metaDataHasChanged() XP_EXCLUDES(m_mutex);
-    // Is left out from now on, whatever the index still says, until the next query.
+    // Is left out from now on, whatever the index still says, until the next query or until the
+    // file is there again.
     void documentDeleted(const QString &path) XP_EXCLUDES(m_deletedMutex);
     // A record moved with its file.
     void pathChanged(const QString &oldPath, const QString &newPath);
@@ -146,6 +147,7 @@ private:
     std::vector<Row> rows(const IndexItem *items, size_t count) const;
     void takeRow(const Row &row, bool isChanged);
     bool takeChangedRow(const Row &row);
+    bool isLeftOut(const Row &row, KPPooledString path) XP_EXCLUDES(m_deletedMutex);
     KPDoc *mdQueryItemToDocCreate(const Row &row, KPResultCounts::Values *counted, bool isChanged);
     void forget(IndexItem item);
     void learnRoots();

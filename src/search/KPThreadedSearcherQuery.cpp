@@ -274,6 +274,8 @@ KPDoc *KPThreadedSearcher::mdQueryItemToDocCreate(const Row &row, KPResultCounts
         return nullptr;
     }
     const KPPooledString pooled = KPPool::pooledString(path);
+    if (isLeftOut(row, pooled))
+        return nullptr;
     KPDoc *doc = KPDocCache::docAtPath(pooled, &row.info);
     if (doc == nullptr || !m_filter->passes(*doc))
         return nullptr;
@@ -285,10 +287,31 @@ KPDoc *KPThreadedSearcher::mdQueryItemToDocCreate(const Row &row, KPResultCounts
     return doc;
 }
 
+// What was deleted stays out although the index may tell of it once more; not what came back (out
+// of the trash, say): of that the disk is asked, as the index may be late.
+bool KPThreadedSearcher::isLeftOut(const Row &row, KPPooledString path)
+{
+    {
+        const XPLocker lock(m_deletedMutex);
+        if (!m_recentlyDeletedPaths.contains(path))
+            return false;
+    }
+    const auto there = XPFileInfo::read(XPPath::decode(row.path));
+    if (!there || there->inode != row.info.inode)
+        return true;
+    const XPLocker lock(m_deletedMutex);
+    m_recentlyDeletedPaths.remove(path);
+    return false;
+}
+
 // True: something is to be told.
 bool KPThreadedSearcher::takeChangedRow(const Row &row)
 {
     KPDoc *before = m_docCache.value(row.item);
+    if (before != nullptr && before->isGone()) {
+        forget(row.item); // a record does not come back, its file may
+        before = nullptr;
+    }
     if (before == nullptr) {
         m_noDocCache.remove(row.item);
         takeRow(row, true);

@@ -1,6 +1,7 @@
 // Hand-over, passes, limits and live updates of a searcher, on real files.
 #include "FollowedSearch.h"
 #include "IndexedFolder.h"
+#include "KPDocCache.h"
 #include "Karvex.h"
 #include "UserDefaults.h"
 #include "XPPath.h"
@@ -14,6 +15,11 @@ namespace fs = std::filesystem;
 static void remove(const QString &path)
 {
     fs::remove(XPPath::encode(path).toStdString());
+}
+
+static void move(const QString &from, const QString &to)
+{
+    fs::rename(XPPath::encode(from).toStdString(), XPPath::encode(to).toStdString());
 }
 
 // The files alone, whereas all of a folder are asked for with the folder itself.
@@ -99,6 +105,28 @@ TEST(ThreadedSearcher, TellsAtOnceWhatComesAndLaterWhatGoes)
     // What the program deletes itself is left out without waiting for the index.
     results.searcher->documentDeleted(second);
     EXPECT_TRUE(FollowedSearch::waitFor([&] { return !results.holds(second); }));
+}
+
+// Out of the trash, for one.
+TEST(ThreadedSearcher, ShowsADeletedDocumentAgainOnceItsFileIsBack)
+{
+    for (const bool isNoticed : {true, false}) {
+        IndexedFolder folder;
+        const TestFolder elsewhere;
+        const QString path = folder.file(QStringLiteral("a"));
+        const QString away = elsewhere.path(QStringLiteral("a"));
+        FollowedSearch results(folder.index());
+        results.search(folder.state());
+        ASSERT_TRUE(results.waitUntilFinished());
+        move(path, away);
+        KPDoc::deleteDoc(KPDocCache::docAtPathIfExists(path), false, [](const auto &) {});
+        ASSERT_TRUE(FollowedSearch::waitFor([&] { return !results.holds(path); }));
+        if (isNoticed)
+            folder.catchUp();
+        move(away, path);
+        folder.catchUp();
+        EXPECT_TRUE(FollowedSearch::waitFor([&] { return results.holds(path); })) << isNoticed;
+    }
 }
 
 TEST(ThreadedSearcher, SaysWhenThereWasMoreThanItTakes)

@@ -11,7 +11,7 @@ import signal
 import sys
 import traceback
 
-from scene import Failed, Scene, missing_tools, until
+from scene import DEADLINE, Failed, Scene, missing_tools, until
 
 
 def pdf(path, text):
@@ -51,14 +51,13 @@ class Walk(Scene):
                 names.append(title.split(", ")[0])
         return names
 
-    def shows(self, *names):
+    def shows(self, *names, deadline=DEADLINE):
         until(lambda: sorted(self.documents()) == sorted(names),
-              f"exactly {names} in sight, not {self.documents()}")
+              f"exactly {names} in sight, not {self.documents()}", deadline)
 
     def facts(self, path):
-        answer = json.loads(self.murnctl("tags", "--json", path))
-        answer = answer[0] if isinstance(answer, list) else answer
-        return sorted(answer.get("tags") or []), round(answer.get("rating") or 0)
+        answer = json.loads(self.murnctl("info", "--json", path))[0]
+        return sorted(answer["tags"]), answer["stars"]
 
     def holds(self, path, tags, rating):
         until(lambda: self.facts(path) == (sorted(tags), rating),
@@ -94,7 +93,7 @@ class Walk(Scene):
         self.shows("invoice 0.pdf", "invoice 1.pdf", "invoice 2.pdf")
         self.press("Return")
         self.search("hotel")  # words within the page
-        self.shows("rome.pdf")
+        self.shows("rome.pdf", deadline=120)  # which are read when nothing else is to be done
         self.press("Return")
         self.press("alt+Left")
         self.shows("invoice 0.pdf", "invoice 1.pdf", "invoice 2.pdf")
@@ -116,7 +115,8 @@ class Walk(Scene):
         self.press("Return")
         self.holds(path, ["harbour", "paid"], 4)
         self.press("Escape")
-        self.one("list item", begins="invoice 1.pdf, harbour")
+        until(lambda: [item for item in self.all("list item", begins="invoice 1.pdf")
+                       if "harbour" in item.get_name()], "the tag told of with the document")
         self.select("invoice 1")
         self.press("ctrl+z")
         self.holds(path, [], 4)
@@ -127,6 +127,9 @@ class Walk(Scene):
         path = self.path("invoice 2.pdf")
         self.select("invoice 2")
         self.press("ctrl+Delete")
+        self.one("push button", "Move to Trash")
+        self.shot("trash")
+        self.press("Return")
         until(lambda: not os.path.exists(path), "the file in the trash")
         self.shows("invoice 0.pdf", "invoice 1.pdf", "rome.pdf")
         self.press("ctrl+z")

@@ -1,5 +1,6 @@
 #include "XPTagEditorController.h"
 
+#include "KPTagName.h"
 #include "Karvex.h"
 #include "TestHome.h"
 #include "UserDefaults.h"
