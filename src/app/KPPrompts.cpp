@@ -1,6 +1,8 @@
 #include "KPPrompts.h"
 
+#include <QCloseEvent>
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -8,11 +10,38 @@ KPPrompts::KPPrompts(QWidget *window) : m_window(window)
 {
 }
 
+namespace {
+
+// A message box without a button to cancel would not close by Escape and the close button.
+class Box : public QMessageBox
+{
+public:
+    using QMessageBox::QMessageBox;
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override
+    {
+        if (event->matches(QKeySequence::Cancel) && escapeButton() == nullptr)
+            reject();
+        else
+            QMessageBox::keyPressEvent(event);
+    }
+    void closeEvent(QCloseEvent *event) override
+    {
+        if (escapeButton() == nullptr)
+            reject();
+        else
+            QMessageBox::closeEvent(event);
+    }
+};
+
+} // namespace
+
 static QMessageBox *makeBox(QWidget *window, QMessageBox::Icon icon, const QString &title,
                             const QString &text)
 {
-    auto *box = new QMessageBox(icon, QGuiApplication::applicationDisplayName(), title,
-                                QMessageBox::NoButton, window);
+    auto *box = new Box(icon, QGuiApplication::applicationDisplayName(), title,
+                        QMessageBox::NoButton, window);
     box->setTextFormat(Qt::PlainText);
     box->setInformativeText(text);
     box->setWindowModality(Qt::WindowModal);

@@ -78,6 +78,14 @@ TEST_F(Prompts, TheCloseButtonCancels)
     EXPECT_EQ(m_answers, QList<int>{0});
 }
 
+TEST_F(Prompts, AQuestionWithoutACancelButtonCanBeLeftUnanswered)
+{
+    QTest::keyClick(ask(-1), Qt::Key_Escape);
+    ask(-1)->close();
+    EXPECT_EQ(m_answers, (QList<int>{-1, -1}));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return box() == nullptr; }));
+}
+
 // As filing does: the second question stands while the box of the first is still going.
 TEST_F(Prompts, AnAnswerMayLeadToAnotherQuestion)
 {
