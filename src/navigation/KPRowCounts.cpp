@@ -8,6 +8,7 @@
 #include "MDQuery.h"
 #include "XPPath.h"
 
+#include <algorithm>
 #include <map>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -28,15 +29,18 @@ private:
         std::optional<qsizetype> count;
     };
 
+    // Of an item that is gone it stays what it was.
+    enum class Verdict : quint8 { Unknown, NoDocument, Document };
+
     bool isEnding() const { return m_owner.m_isEnding; }
     void learnDocuments();
-    void judge(const IndexItem *items, size_t count);
-    bool isDocument(IndexItem item) const
-    {
-        return item < m_isDocument.size() && m_isDocument[item];
-    }
+    Verdict judged(const IndexLook &look, IndexItem item) const;
+    Verdict &verdict(IndexItem item);
+    void learn(const IndexItem *items, size_t count);
+    void judgeAgain(const QList<IndexItem> &items);
+    qsizetype documentsAmong(const QList<IndexItem> &items);
     void start(Row &row);
-    void count(Row &row) const;
+    void count(Row &row);
     void update(const QString &name, const QList<IndexItem> &added,
                 const QList<IndexItem> &removed);
     void tell() XP_EXCLUDES(m_owner.m_mutex);
@@ -45,7 +49,9 @@ private:
     IndexSource &m_source;
     std::unique_ptr<KPIndexFilter> m_filter;
     std::unique_ptr<MDQuery> m_files;
-    std::vector<bool> m_isDocument; // by item; one that is gone keeps what it was
+    // By item. A row's count is the sum over what its query holds, at any time: a query's news is
+    // counted by the verdicts of that moment, a new verdict in all rows that hold the item.
+    std::vector<Verdict> m_verdicts;
     std::map<QString, Row> m_rows;
 };
 
@@ -64,36 +70,80 @@ void KPRowCounts::Worker::learnDocuments()
         roots.append(XPPath::absolute(root));
     m_filter->setRoots(roots);
     m_files = *std::move(query);
-    // Before the rows' own queries, so that what is new is judged when they tell of it.
+    // A file that is renamed may become a document, or cease to be one.
     connect(m_files.get(), &MDQuery::updated, this,
-            [this](const QList<IndexItem> &added, const auto &, const auto &) {
-                judge(added.constData(), static_cast<size_t>(added.size()));
+            [this](const auto &added, const auto &changed, const auto &) {
+                judgeAgain(added + changed);
             });
     m_files->execute(MDQuery::WantsUpdates | MDQuery::Synchronous);
-    constexpr qsizetype atOnce = 4096; // the index is let go in between
     std::vector<IndexItem> items;
-    for (qsizetype first = 0; first < m_files->resultCount() && !isEnding(); first += atOnce) {
-        items.clear();
-        for (qsizetype i = first; i < std::min(first + atOnce, m_files->resultCount()); ++i)
-            items.push_back(m_files->itemAt(i));
-        judge(items.data(), items.size());
+    for (qsizetype i = 0; i < m_files->resultCount(); ++i)
+        items.push_back(m_files->itemAt(i));
+    learn(items.data(), items.size());
+}
+
+KPRowCounts::Worker::Verdict KPRowCounts::Worker::judged(const IndexLook &look,
+                                                         IndexItem item) const
+{
+    const auto row = look.at(item);
+    if (!row)
+        return Verdict::Unknown;
+    const QByteArray path = row->path();
+    const XPFileInfo info = row->info();
+    const QString type = info.isDirectory() ? row->type() : QString();
+    return m_filter->mayHold(path, XPPath::decode(path), info, type) ? Verdict::Document
+                                                                     : Verdict::NoDocument;
+}
+
+KPRowCounts::Worker::Verdict &KPRowCounts::Worker::verdict(IndexItem item)
+{
+    if (item >= m_verdicts.size())
+        m_verdicts.resize(std::max<size_t>(item + 1, m_verdicts.size() * 5 / 4));
+    return m_verdicts[item];
+}
+
+// Those of which nothing is known yet.
+void KPRowCounts::Worker::learn(const IndexItem *items, size_t count)
+{
+    constexpr size_t atOnce = 4096; // the index is let go in between
+    for (size_t first = 0; first < count && !isEnding(); first += atOnce) {
+        const IndexLook look(m_source);
+        for (size_t i = first; i < std::min(first + atOnce, count); ++i) {
+            Verdict &known = verdict(items[i]);
+            if (known == Verdict::Unknown)
+                known = judged(look, items[i]);
+        }
     }
 }
 
-void KPRowCounts::Worker::judge(const IndexItem *items, size_t count)
+void KPRowCounts::Worker::judgeAgain(const QList<IndexItem> &items)
 {
-    const IndexLook look(m_source);
-    for (size_t i = 0; i < count; ++i) {
-        const auto row = look.at(items[i]);
-        if (!row)
-            continue;
-        const QByteArray path = row->path();
-        const XPFileInfo info = row->info();
-        const QString type = info.isDirectory() ? row->type() : QString();
-        if (items[i] >= m_isDocument.size())
-            m_isDocument.resize(std::max<size_t>(items[i] + 1, m_isDocument.size() * 5 / 4));
-        m_isDocument[items[i]] = m_filter->mayHold(path, XPPath::decode(path), info, type);
+    QList<IndexItem> turned;
+    {
+        const IndexLook look(m_source);
+        for (const IndexItem item : items) {
+            Verdict &known = verdict(item);
+            const Verdict now = judged(look, item);
+            if (now == Verdict::Unknown || now == known)
+                continue;
+            if (std::exchange(known, now) != Verdict::Unknown)
+                turned.append(item);
+        }
     }
+    for (auto &[name, row] : m_rows) {
+        for (const IndexItem item : turned) {
+            if (row.count && row.query && row.query->holds(item))
+                *row.count += verdict(item) == Verdict::Document ? 1 : -1;
+        }
+    }
+    if (!turned.isEmpty())
+        tell();
+}
+
+qsizetype KPRowCounts::Worker::documentsAmong(const QList<IndexItem> &items)
+{
+    return std::count_if(items.begin(), items.end(),
+                         [this](IndexItem item) { return verdict(item) == Verdict::Document; });
 }
 
 void KPRowCounts::Worker::takeRows()
@@ -151,12 +201,15 @@ void KPRowCounts::Worker::start(Row &row)
     count(row);
 }
 
-void KPRowCounts::Worker::count(Row &row) const
+void KPRowCounts::Worker::count(Row &row)
 {
-    qsizetype found = 0;
+    QList<IndexItem> items;
+    items.reserve(row.query->resultCount());
     for (qsizetype i = 0; i < row.query->resultCount(); ++i)
-        found += isDocument(row.query->itemAt(i)) ? 1 : 0;
-    row.count = found;
+        items.append(row.query->itemAt(i));
+    // Some may have come since all files were looked at.
+    learn(items.constData(), static_cast<size_t>(items.size()));
+    row.count = documentsAmong(items);
 }
 
 void KPRowCounts::Worker::update(const QString &name, const QList<IndexItem> &added,
@@ -165,12 +218,8 @@ void KPRowCounts::Worker::update(const QString &name, const QList<IndexItem> &ad
     const auto row = m_rows.find(name);
     if (row == m_rows.end() || !row->second.count)
         return;
-    judge(added.constData(), static_cast<size_t>(added.size()));
-    qsizetype difference = 0;
-    for (const IndexItem item : added)
-        difference += isDocument(item) ? 1 : 0;
-    for (const IndexItem item : removed)
-        difference -= isDocument(item) ? 1 : 0;
+    learn(added.constData(), static_cast<size_t>(added.size()));
+    const qsizetype difference = documentsAmong(added) - documentsAmong(removed);
     if (difference == 0)
         return;
     *row->second.count += difference;

@@ -252,9 +252,14 @@ std::shared_ptr<MDItem> MDQuery::resultAt(qsizetype index) const
     return MDItem::withNumber(m_source, itemAt(index));
 }
 
+bool MDQuery::holds(IndexItem item) const
+{
+    return m_members->set.contains(item);
+}
+
 qsizetype MDQuery::indexOf(IndexItem item) const
 {
-    if (!m_members->set.contains(item))
+    if (!holds(item))
         return -1;
     const auto found = std::find(m_results.begin(), m_results.begin() + m_delivered, item);
     return found - m_results.begin() < m_delivered ? found - m_results.begin() : -1;

@@ -67,6 +67,7 @@ public:
     std::shared_ptr<MDItem> resultAt(qsizetype index) const;
     IndexItem itemAt(qsizetype index) const { return m_results[static_cast<size_t>(index)]; }
     qsizetype indexOf(IndexItem item) const; // -1: no result
+    bool holds(IndexItem item) const;        // among the results, in no time
     // A value of the list, or any attribute; as it is now.
     PropertyValue valueAt(qsizetype index, const QString &attribute) const;
     const QStringList &valueList() const { return m_valueList; }
