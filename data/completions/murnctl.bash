@@ -10,9 +10,9 @@ _murnctl_offer() {
 
 _murnctl_options() {
     case $1 in
-        tags) printf '%s\n' --json --print0 --recent --help ;;
+        tags) printf '%s\n' --json --print0 --recent --all --count --tree --help ;;
         tag) printf '%s\n' --add --remove --set --clear --force --suggest --help ;;
-        tag-rename) printf '%s\n' --dry-run --yes --only --waiting --drop-waiting --print0 --help ;;
+        tag-rename) printf '%s\n' --dry-run --yes --spellings --only --waiting --drop-waiting --print0 --help ;;
         tag-delete) printf '%s\n' --dry-run --yes --branch --print0 --help ;;
         rate) printf '%s\n' --help ;;
         find) printf '%s\n' --contents --metadata --names-only --tag --not-tag --tagged --untagged \
@@ -25,9 +25,11 @@ _murnctl_options() {
         backup) printf '%s\n' --to --json --help ;;
         restore) printf '%s\n' --from --dry-run --json --help ;;
         healed) printf '%s\n' --undo --accept --json --help ;;
+        mirror) printf '%s\n' --dry-run --json --help ;;
         export) printf '%s\n' --to --state --json --help ;;
         import-archive) printf '%s\n' --to --dry-run --yes --json --help ;;
         duplicates) printf '%s\n' --in --state --json --print0 --help ;;
+        capture) printf '%s\n' --to --pages --no-backgrounds --width --json --print0 --help ;;
         import) printf '%s\n' --json --help ;;
         thumbnail) printf '%s\n' -o --page --size --help ;;
         scan) printf '%s\n' --list --device --source --mode --resolution --paper --duplex --pages \
@@ -52,7 +54,7 @@ _murnctl() {
         if [[ $cur == -* ]]; then
             _murnctl_offer < <(_murnctl_options)
         else
-            _murnctl_offer <<<$'tags\ntag\ntag-rename\ntag-delete\nrate\nfind\ninfo\ntypes\nquery\nfile\nmanage\nunmanage\npaste\nbackup\nrestore\nhealed\nmirror\nexport\nimport-archive\nduplicates\nimport\nthumbnail\nscan\nocr\ncombine\nopen\nreveal\nindex\ndefaults'
+            _murnctl_offer <<<$'tags\ntag\ntag-rename\ntag-delete\nrate\nfind\ninfo\ntypes\nquery\nfile\nmanage\nunmanage\npaste\nbackup\nrestore\nhealed\nmirror\nexport\nimport-archive\nduplicates\ncapture\nimport\nthumbnail\nscan\nocr\ncombine\nopen\nreveal\nindex\ndefaults'
         fi
         return
     fi

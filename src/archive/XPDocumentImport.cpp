@@ -6,6 +6,7 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <limits>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 
@@ -14,8 +15,6 @@ using Kind = XPError::Kind;
 using Options = XPDocumentImport::Options;
 using Summary = XPDocumentImport::Summary;
 using Error = std::optional<XPError>;
-
-static constexpr qint64 eventsBetweenQuestions = 64;
 
 namespace {
 
@@ -74,11 +73,49 @@ static Error withPath(Error error, const QString &path)
     return error;
 }
 
-// A document takes room when there is none of its name.
-static qint64 roomFor(const XPArchivedFile &file, const QString &folder)
+namespace {
+
+// The bytes that the documents of an archive need: of those that are whole in it and have no file
+// of their name. Sizes are claims until their document ends, and never overflow.
+class Room
 {
-    return XPFileInfo::read(folder + u'/' + file.path) ? 0 : file.size;
-}
+public:
+    explicit Room(const QString &folder) : m_folder(folder) {}
+
+    void take(const XPArchiveReader::Event &event)
+    {
+        if (event.what == What::Begin && !m_isPackage) {
+            m_isNew = !XPFileInfo::read(m_folder + u'/' + event.file.path);
+            m_isPackage = event.file.kind == XPArchivedFile::Kind::Package;
+            m_document = 0;
+        }
+        if (event.what == What::Begin)
+            m_document = sum(m_document, event.file.size);
+        const bool ends =
+            event.what == What::EndPackage || (event.what == What::End && !m_isPackage);
+        if (ends && !event.isDropped && m_isNew)
+            m_bytes = sum(m_bytes, m_document);
+        if (event.what == What::EndPackage)
+            m_isPackage = false;
+    }
+    qint64 bytes() const { return m_bytes; }
+    bool isInPackage() const { return m_isPackage; }
+
+private:
+    static qint64 sum(qint64 one, qint64 other)
+    {
+        constexpr qint64 most = std::numeric_limits<qint64>::max();
+        return one > most - other ? most : one + other;
+    }
+
+    const QString m_folder;
+    qint64 m_bytes = 0;
+    qint64 m_document = 0;
+    bool m_isNew = false;
+    bool m_isPackage = false;
+};
+
+} // namespace
 
 static Error checkRoom(const Summary &summary, QString folder)
 {
@@ -93,22 +130,15 @@ static Error checkRoom(const Summary &summary, QString folder)
 static void check(const Archive &archive, const QString &folder, const Options &options,
                   Summary &summary)
 {
-    bool isPackage = false;
-    qint64 events = 0;
+    Room room(folder);
     const auto take = [&](const XPArchiveReader::Event &event) {
-        if (event.what == What::Begin && !isPackage) {
+        if (event.what == What::Begin && !room.isInPackage())
             ++summary.documents;
-            summary.bytes += roomFor(event.file, folder);
-            isPackage = event.file.kind == XPArchivedFile::Kind::Package;
-        } else if (event.what == What::Begin) {
-            summary.bytes += event.file.size;
-        } else if (event.what == What::EndPackage) {
-            isPackage = false;
-        }
-        return events++ % eventsBetweenQuestions != 0 || !options.progress ||
-               options.progress(0, summary.documents);
+        room.take(event);
+        return !options.progress || options.progress(0, summary.documents);
     };
     summary.error = withPath(readAll(archive, summary, take), archive.path);
+    summary.bytes = room.bytes();
     summary.stopped = summary.error && summary.error->kind == Kind::Cancelled;
     if (!summary.error)
         summary.error = checkRoom(summary, folder);
@@ -143,16 +173,10 @@ static Error import(const Archive &archive, const QString &folder, const Options
     XPImportRun run(folder, options, summary);
     if (auto error = run.open())
         return error;
-    qint64 done = 0;
-    bool isPackage = false;
+    // Asked with each piece of a file, as a document may be as large as the disk.
     const auto take = [&](const XPArchiveReader::Event &event) {
-        const bool begins = event.what == What::Begin && !isPackage;
-        if (begins && options.progress && !options.progress(done++, summary.documents))
+        if (options.progress && !options.progress(run.documentCount(), summary.documents))
             return false;
-        if (begins)
-            isPackage = event.file.kind == XPArchivedFile::Kind::Package;
-        else if (event.what == What::EndPackage)
-            isPackage = false;
         run.take(event);
         return true;
     };
@@ -163,8 +187,7 @@ static Error import(const Archive &archive, const QString &folder, const Options
     return error;
 }
 
-Summary XPDocumentImport::run(const QString &archive, const QString &folder,
-                              const Options &options)
+Summary XPDocumentImport::run(const QString &archive, const QString &folder, const Options &options)
 {
     Archive file{{}, archive};
     Summary summary;

@@ -42,9 +42,10 @@ public:
         bool dryRun = false; // only finds out
         // Asked when the archive was checked and before anything is made; false ends it there.
         std::function<bool(const Summary &checked)> agrees = {};
-        // Called now and then with the documents that are through. False stops between two.
-        std::function<bool(qint64 done, qint64 total)> progress;
-        std::function<void(const Step &step)> told;
+        // Called now and then with the documents that are through. False stops; the one that is
+        // not whole then leaves nothing.
+        std::function<bool(qint64 done, qint64 total)> progress = {};
+        std::function<void(const Step &step)> told = {};
     };
     struct Summary
     {

@@ -29,8 +29,7 @@ int XPImportFolder::openBelow(const QByteArray &folder, bool makes, XPFileDescri
             break;
         if (makes && ::mkdirat(found.get(), name.constData(), newFolder) != 0 && errno != EEXIST)
             return errno;
-        found =
-            XPFileDescriptor(::openat(found.get(), name.constData(), asFolder | O_NOFOLLOW));
+        found = XPFileDescriptor(::openat(found.get(), name.constData(), asFolder | O_NOFOLLOW));
     }
     return found.isOpen() ? 0 : errno;
 }
@@ -40,8 +39,10 @@ int XPImportFolder::folderOf(const QString &path, bool makes, XPFileDescriptor &
     const QByteArray bytes = XPPath::encode(path);
     const QByteArray wanted = bytes.left(std::max<qsizetype>(bytes.lastIndexOf('/'), 0));
     if (!m_last.isOpen() || wanted != m_lastPath) {
-        if (const int error = openBelow(wanted, makes, m_last))
+        XPFileDescriptor found;
+        if (const int error = openBelow(wanted, makes, found))
             return error;
+        m_last = std::move(found);
         m_lastPath = wanted;
     }
     folder = XPFileDescriptor(::fcntl(m_last.get(), F_DUPFD_CLOEXEC, 0));

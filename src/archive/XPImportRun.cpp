@@ -76,8 +76,8 @@ void XPImportRun::take(const Event &event)
 void XPImportRun::begin(const XPArchivedFile &file)
 {
     Document document{file, m_folder + u'/' + file.path};
-    int error = m_place.isOpen() ? m_place.folderOf(file.path, !m_options.dryRun, document.folder)
-                                 : ENOENT;
+    int error =
+        m_place.isOpen() ? m_place.folderOf(file.path, !m_options.dryRun, document.folder) : ENOENT;
     const bool isFree = m_options.dryRun && error == ENOENT;
     if (error == 0)
         error = file.kind == XPArchivedFile::Kind::Package ? beginPackage(document)
@@ -113,8 +113,8 @@ static bool isAt(int file, qint64 at, QByteArrayView bytes)
     QByteArray found(bytes.size(), Qt::Uninitialized);
     qsizetype have = 0;
     while (have < bytes.size()) {
-        const ssize_t got = ::pread(file, found.data() + have,
-                                    static_cast<size_t>(bytes.size() - have), at + have);
+        const ssize_t got =
+            ::pread(file, found.data() + have, static_cast<size_t>(bytes.size() - have), at + have);
         if (got < 0 && errno == EINTR)
             continue;
         if (got <= 0)
@@ -161,6 +161,7 @@ void XPImportRun::end(bool isDropped)
         return;
     }
     Document document = std::exchange(m_document, std::nullopt).value();
+    ++m_count;
     if (isDropped && !document.problem)
         document.problem =
             XPError::make(Kind::NotFound,
@@ -175,7 +176,9 @@ void XPImportRun::end(bool isDropped)
     else if (document.there && !document.isNewer)
         tell({document.path, Action::Kept});
     else if (m_options.dryRun)
-        tell({document.path, document.there ? Action::Replaced : Action::Added, {},
+        tell({document.path,
+              document.there ? Action::Replaced : Action::Added,
+              {},
               XPImportedFacts::record(document.file)});
     else
         wait(std::move(document));
@@ -184,8 +187,8 @@ void XPImportRun::end(bool isDropped)
 // What the archive says more of a document that is there.
 Step XPImportRun::merge(const Document &document) const
 {
-    const auto result = KarvexMerge::apply(XPImportedFacts::record(document.file), document.path,
-                                           m_options.dryRun);
+    const auto result =
+        KarvexMerge::apply(XPImportedFacts::record(document.file), document.path, m_options.dryRun);
     Step step{document.path, result.changes ? Action::Changed : Action::Same, result.before,
               result.after};
     if (!result.failures.isEmpty())
@@ -217,9 +220,9 @@ int XPImportRun::beginPackage(Document &document)
     if (::mkdirat(document.folder.get(), document.package.constData(), 0777) != 0)
         return errno;
     m_parts = {};
-    return m_parts.open(XPFileDescriptor(::openat(document.folder.get(),
-                                                  document.package.constData(),
-                                                  O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC)));
+    return m_parts.open(
+        XPFileDescriptor(::openat(document.folder.get(), document.package.constData(),
+                                  O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC)));
 }
 
 void XPImportRun::beginPart(const XPArchivedFile &part)
@@ -235,9 +238,9 @@ void XPImportRun::beginPart(const XPArchivedFile &part)
     if (error == 0 && isFolder && ::mkdirat(folder.get(), name.constData(), 0777) != 0)
         error = errno;
     if (error == 0 && !isFolder) {
-        m_partFile = XPFileDescriptor(::openat(
-            folder.get(), name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
-            0666));
+        m_partFile =
+            XPFileDescriptor(::openat(folder.get(), name.constData(),
+                                      O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666));
         error = m_partFile.isOpen() ? 0 : errno;
     }
     if (error != 0)
@@ -247,19 +250,21 @@ void XPImportRun::beginPart(const XPArchivedFile &part)
 void XPImportRun::endPackage(bool isDropped)
 {
     Document document = std::exchange(m_document, std::nullopt).value();
+    ++m_count;
     const int folder = document.folder.get();
-    Step step{document.path, Action::Added, {}, XPImportedFacts::record(document.file),
-              document.problem};
+    Step step{
+        document.path, Action::Added, {}, XPImportedFacts::record(document.file), document.problem};
     if (isDropped && !step.problem)
-        step.problem = XPError::make(
-            Kind::NotFound, QStringLiteral("could not be read when the archive was made"),
-            document.path);
+        step.problem = XPError::make(Kind::NotFound,
+                                     QStringLiteral("could not be read when the archive was made"),
+                                     document.path);
     if (document.there && !step.problem) {
         step = merge(document);
         step.action = step.action == Action::Same ? Action::Kept : step.action;
     }
     if (!document.package.isEmpty()) {
-        int error = step.problem ? ECANCELED : XPImportedFacts::apply(document.file, m_parts.root());
+        int error =
+            step.problem ? ECANCELED : XPImportedFacts::apply(document.file, m_parts.root());
         if (error == 0 && ::syncfs(m_parts.root()) != 0)
             error = errno;
         if (error == 0)

@@ -22,7 +22,8 @@ public:
 
     std::optional<XPError> open();
     void take(const Event &event);
-    void finish(); // what waits
+    void finish();                                   // what waits
+    qint64 documentCount() const { return m_count; } // that were read
 
 private:
     struct Document
@@ -66,4 +67,5 @@ private:
     XPFileDescriptor m_partFile;
     std::vector<Document> m_waiting;
     qint64 m_waitingBytes = 0;
+    qint64 m_count = 0;
 };

@@ -5,6 +5,8 @@
 #include "XPFiledDocuments.h"
 #include "XPPath.h"
 
+#include <limits>
+
 static QByteArray jsonOf(const XPDocumentExport::Result &result, const QString &archive)
 {
     return "{\"archive\": " + KPCommandOutput::json(archive) +
@@ -66,7 +68,7 @@ static int run(const KPCommandLine &line, KPCommandOutput &output)
         return exportState(line, archive, output);
     QList<XPFileStep> unread;
     const QStringList paths = XPFiledDocuments::digForFilesInsideFolders(
-        KPFileSteps::operands(line.operands()), &unread);
+        KPFileSteps::operands(line.operands()), &unread, std::numeric_limits<qsizetype>::max());
     for (const XPFileStep &step : unread)
         output.fail(step.from, step.problem->reason());
     KPInterrupt interrupt;

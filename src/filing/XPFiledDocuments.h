@@ -98,10 +98,12 @@ public:
     static QStringList copyAllToFiledDocumentsAndSetManaged(const QStringList &paths);
     // Plain folders are left out, and so, of the answer, are files that lie well already.
     static QStringList putFilesIntoFiledDocuments(const QStringList &paths, bool forceMove = false);
-    // Files and packages, those in folders at any depth unless hidden. Stops at 1001. `unread` is
-    // given the folders that could not be read.
+    static constexpr qsizetype mostFiles = 1000; // in one request; as many are refused
+    // Files and packages, those in folders at any depth unless hidden. Stops once there are more
+    // than `most`. `unread` is given the folders that could not be read.
     static QStringList digForFilesInsideFolders(const QStringList &paths,
-                                                QList<XPFileStep> *unread = nullptr);
+                                                QList<XPFileStep> *unread = nullptr,
+                                                qsizetype most = mostFiles);
 
     // With questions, progress and warnings. Nothing: cancelled or refused.
 
@@ -146,7 +148,6 @@ public:
     static std::chrono::microseconds pacing();
     static void setPacing(std::chrono::microseconds pacing);
 
-    static constexpr qsizetype mostFiles = 1000;       // in one request; as many are refused
     static constexpr qsizetype mostUnasked = 40;       // more are asked about in any case
     static constexpr qsizetype fewestForAddendum = 21; // said to be many
 

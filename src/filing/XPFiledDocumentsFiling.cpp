@@ -69,10 +69,11 @@ QStringList XPFiledDocuments::putFilesIntoFiledDocuments(const QStringList &path
     return run.report().paths;
 }
 
-static void digInside(const QString &top, QStringList *found, QList<XPFileStep> *unread)
+static void digInside(const QString &top, qsizetype most, QStringList *found,
+                      QList<XPFileStep> *unread)
 {
     QStringList folders = {top};
-    const auto isEnough = [found] { return found->size() > XPFiledDocuments::mostFiles; };
+    const auto isEnough = [found, most] { return found->size() > most; };
     while (!folders.isEmpty() && !isEnough()) {
         const QString folder = folders.takeLast();
         const auto take = [&](QByteArrayView name) {
@@ -94,16 +95,16 @@ static void digInside(const QString &top, QStringList *found, QList<XPFileStep> 
 }
 
 QStringList XPFiledDocuments::digForFilesInsideFolders(const QStringList &paths,
-                                                       QList<XPFileStep> *unread)
+                                                       QList<XPFileStep> *unread, qsizetype most)
 {
     QStringList found;
     for (const QString &path : paths) {
-        if (found.size() > mostFiles)
+        if (found.size() > most)
             break;
         if (XPFileUtils::isFileOrPackage(path))
             found.append(KPPool::pooledString(path).toString());
         else
-            digInside(path, &found, unread);
+            digInside(path, most, &found, unread);
     }
     return found;
 }

@@ -1,9 +1,9 @@
+#include "XPDocumentImport.h"
 #include "Karvex.h"
 #include "TestHome.h"
 #include "TestSystem.h"
 #include "XPAtomicFile.h"
 #include "XPDocumentExport.h"
-#include "XPDocumentImport.h"
 #include "XPExtendedAttributes.h"
 #include "XPFileInfo.h"
 #include "XPFileTransfers.h"
@@ -64,7 +64,8 @@ protected:
 
 TEST_F(Archive, BringsDocumentsBackWithAllThatStandsOnThem)
 {
-    const QString letter = m_folder.file(QStringLiteral("in/a/letter.txt"), QByteArray(3 << 20, 'l'));
+    const QString letter =
+        m_folder.file(QStringLiteral("in/a/letter.txt"), QByteArray(3 << 20, 'l'));
     const QString odd = m_folder.file(XPPath::decode("in/odd\xff\n.pdf"), "");
     const QString part = m_folder.file(QStringLiteral("in/p.rtfd/sub/TXT.rtf"), "rich");
     EXPECT_FALSE(Karvex::setUserTags(m_tags, letter));
@@ -88,7 +89,7 @@ TEST_F(Archive, BringsDocumentsBackWithAllThatStandsOnThem)
     EXPECT_EQ(read(there("p.rtfd/sub/TXT.rtf")), "rich");
     const auto info = XPFileInfo::read(there("a/letter.txt"));
     EXPECT_EQ(info->modified, 1'000'000'000'000'000'000);
-    EXPECT_EQ(info->mode & 0777U, 0600U); // private as it was, and no program
+    EXPECT_EQ(info->mode & 0777U, 0600U);       // private as it was, and no program
     EXPECT_EQ(import().count(Action::Same), 2); // the package is only kept
     EXPECT_EQ(entries(), (QStringList{QStringLiteral("a"), QStringLiteral("p.rtfd")}));
 }
