@@ -1541,6 +1541,9 @@ Absturzberichte erlauben?</translation>
     <message id="KPInspectorShown">
         <translation>&amp;Informationen</translation>
     </message>
+    <message id="KPInstallWorkflows">
+        <translation>Aktionen zum Dateimanager hinzufügen</translation>
+    </message>
     <message id="KPKeepDropZone">
         <translation>Ablagefläche immer zeigen</translation>
     </message>
@@ -1931,6 +1934,12 @@ Absturzberichte erlauben?</translation>
     <message id="KPPrefBackupHourlyHint">
         <translation>In einer eigenen Datei, neben denen an den Dokumenten.</translation>
     </message>
+    <message id="KPPrefBadge">
+        <translation>Anzahl der Dokumente ohne Schlagwörter am Programmsymbol zeigen</translation>
+    </message>
+    <message id="KPPrefBadgeHint">
+        <translation>Wo das Dock oder die Taskleiste des Desktops das kann.</translation>
+    </message>
     <message id="KPPrefBelongHint">
         <translation>Neben allem, was Tags oder eine Bewertung hat oder abgelegt ist.</translation>
     </message>
@@ -2147,6 +2156,12 @@ Absturzberichte erlauben?</translation>
     <message id="KPPrefMegabytes">
         <translation>%1 MB</translation>
     </message>
+    <message id="KPPrefMirror">
+        <translation>Schlagwörter, Bewertung und Kommentar mit denen des Desktops gleich halten</translation>
+    </message>
+    <message id="KPPrefMirrorHint">
+        <translation>In beide Richtungen: Andere Programme des Desktops sehen sie, und was dort geändert wird, wird übernommen.</translation>
+    </message>
     <message id="KPPrefModified">
         <translation>Ein Dokument gilt als geändert, wenn sich seine Tags ändern</translation>
     </message>
@@ -2175,7 +2190,7 @@ Absturzberichte erlauben?</translation>
         <translation>Sicherung und Heilung</translation>
     </message>
     <message id="KPPrefPageDropZone">
-        <translation>Ablagezone</translation>
+        <translation>Ablagefläche</translation>
     </message>
     <message id="KPPrefPageFiling">
         <translation>Ablage</translation>
@@ -2206,6 +2221,9 @@ Absturzberichte erlauben?</translation>
     </message>
     <message id="KPPrefPictures">
         <translation>Bilder der Dokumente</translation>
+    </message>
+    <message id="KPPrefPixels">
+        <translation>%1 Pixel</translation>
     </message>
     <message id="KPPrefQuality">
         <translation>Güte der Bilder</translation>
@@ -2357,11 +2375,44 @@ Absturzberichte erlauben?</translation>
     <message id="KPPrefUseCommasHint">
         <translation>Aus: Nur die Eingabetaste beendet ein Tag, das dann Kommas enthalten kann.</translation>
     </message>
+    <message id="KPPrefWeb">
+        <translation>Aufgenommene Webseiten</translation>
+    </message>
+    <message id="KPPrefWebBackgrounds">
+        <translation>Mit Farben und Bildern hinter dem Text</translation>
+    </message>
+    <message id="KPPrefWebPages">
+        <translation>In A4-Seiten statt einer langen Seite</translation>
+    </message>
+    <message id="KPPrefWebWidth">
+        <translation>Breite, für die Seiten gesetzt werden</translation>
+    </message>
     <message id="KPPrefYearMonth">
         <translation>Ordner für Monate statt für Tage</translation>
     </message>
     <message id="KPPrefYearMonthHint">
         <translation>„2026/6“ statt „2026/6/14“. Was schon abgelegt ist, wird nach Rückfrage verschoben.</translation>
+    </message>
+    <message id="KPPrefZoneLeft">
+        <translation>Am linken Rand statt am rechten</translation>
+    </message>
+    <message id="KPPrefZoneLeftHint">
+        <translation>Bei mehreren Bildschirmen am äußersten.</translation>
+    </message>
+    <message id="KPPrefZonePanel">
+        <translation>Feld am Bildschirmrand</translation>
+    </message>
+    <message id="KPPrefZoneShow">
+        <translation>Ablagefläche zeigen, während etwas gezogen wird</translation>
+    </message>
+    <message id="KPPrefZoneShowHint">
+        <translation>Sie gleitet am Bildschirmrand heraus, nimmt auf, was abgelegt wird, und fragt nach den Schlagwörtern.</translation>
+    </message>
+    <message id="KPPrefZoneStays">
+        <translation>Auch dazwischen sichtbar lassen</translation>
+    </message>
+    <message id="KPPrefZoneStaysHint">
+        <translation>Als schmaler Streifen; wo der Desktop Programmen nicht erlaubt, ihre Fenster zu platzieren, als kleines Fenster.</translation>
     </message>
     <message id="KPPreferences">
         <translation>Einstellungen…</translation>
@@ -3652,6 +3703,24 @@ Was ist geschehen, und was hatten Sie erwartet?
     </message>
     <message id="KPWelcomeTitle">
         <translation>Willkommen bei Murn</translation>
+    </message>
+    <message id="KPWorkflowFile">
+        <translation>In Murn ablegen</translation>
+    </message>
+    <message id="KPWorkflowShow">
+        <translation>In Murn zeigen</translation>
+    </message>
+    <message id="KPWorkflowTag">
+        <translation>Mit Murn verschlagworten</translation>
+    </message>
+    <message id="KPWorkflowsDone">
+        <translation>Der Dateimanager hat neue Aktionen.</translation>
+    </message>
+    <message id="KPWorkflowsDoneText">
+        <translation>%1: im Menü ausgewählter Dateien unter „Skripte“.</translation>
+    </message>
+    <message id="KPWorkflowsFailed">
+        <translation>Die Aktionen konnten nicht installiert werden.</translation>
     </message>
     <message id="KPYes">
         <translation>Ja</translation>

@@ -1543,6 +1543,9 @@ Allow crash reporting?</translation>
     <message id="KPInspectorShown">
         <translation>&amp;Inspector</translation>
     </message>
+    <message id="KPInstallWorkflows">
+        <translation>Add Actions to the File Manager</translation>
+    </message>
     <message id="KPKeepDropZone">
         <translation>Keep drop zone visible</translation>
     </message>
@@ -1933,6 +1936,12 @@ Allow crash reporting?</translation>
     <message id="KPPrefBackupHourlyHint">
         <translation>In a file of their own, beside those on the documents.</translation>
     </message>
+    <message id="KPPrefBadge">
+        <translation>Show the number of untagged documents at the program’s icon</translation>
+    </message>
+    <message id="KPPrefBadgeHint">
+        <translation>Where the desktop has a dock or taskbar that can.</translation>
+    </message>
     <message id="KPPrefBelongHint">
         <translation>Beside what is tagged, rated or filed.</translation>
     </message>
@@ -2149,6 +2158,12 @@ Allow crash reporting?</translation>
     <message id="KPPrefMegabytes">
         <translation>%1 MB</translation>
     </message>
+    <message id="KPPrefMirror">
+        <translation>Keep tags, rating and comment the same as the desktop’s own</translation>
+    </message>
+    <message id="KPPrefMirrorHint">
+        <translation>Both ways: other programs of the desktop see them, and what is changed there is taken over.</translation>
+    </message>
     <message id="KPPrefModified">
         <translation>A document counts as modified when its tags change</translation>
     </message>
@@ -2208,6 +2223,9 @@ Allow crash reporting?</translation>
     </message>
     <message id="KPPrefPictures">
         <translation>Pictures of documents</translation>
+    </message>
+    <message id="KPPrefPixels">
+        <translation>%1 pixels</translation>
     </message>
     <message id="KPPrefQuality">
         <translation>Quality of pictures</translation>
@@ -2359,11 +2377,44 @@ Allow crash reporting?</translation>
     <message id="KPPrefUseCommasHint">
         <translation>Off: only the return key ends a tag, so that it can hold commas.</translation>
     </message>
+    <message id="KPPrefWeb">
+        <translation>Web pages that are captured</translation>
+    </message>
+    <message id="KPPrefWebBackgrounds">
+        <translation>With the colours and pictures behind the text</translation>
+    </message>
+    <message id="KPPrefWebPages">
+        <translation>In pages of A4 instead of one long page</translation>
+    </message>
+    <message id="KPPrefWebWidth">
+        <translation>Width that pages are laid out for</translation>
+    </message>
     <message id="KPPrefYearMonth">
         <translation>Folders for months instead of days</translation>
     </message>
     <message id="KPPrefYearMonthHint">
         <translation>“2026/6” instead of “2026/6/14”. What is filed already is moved after asking.</translation>
+    </message>
+    <message id="KPPrefZoneLeft">
+        <translation>At the left edge instead of the right</translation>
+    </message>
+    <message id="KPPrefZoneLeftHint">
+        <translation>Of several screens, at the outermost one.</translation>
+    </message>
+    <message id="KPPrefZonePanel">
+        <translation>Panel at the edge of the screen</translation>
+    </message>
+    <message id="KPPrefZoneShow">
+        <translation>Show the drop zone while something is dragged</translation>
+    </message>
+    <message id="KPPrefZoneShowHint">
+        <translation>It slides out at the edge of the screen, takes what is dropped, and asks for its tags.</translation>
+    </message>
+    <message id="KPPrefZoneStays">
+        <translation>Keep it in sight between drags</translation>
+    </message>
+    <message id="KPPrefZoneStaysHint">
+        <translation>As a narrow strip; where the desktop does not let programs place their windows, as a small window.</translation>
     </message>
     <message id="KPPreferences">
         <translation>Preferences…</translation>
@@ -3654,6 +3705,24 @@ What happened, and what did you expect?
     </message>
     <message id="KPWelcomeTitle">
         <translation>Welcome to Murn</translation>
+    </message>
+    <message id="KPWorkflowFile">
+        <translation>File into Murn</translation>
+    </message>
+    <message id="KPWorkflowShow">
+        <translation>Show in Murn</translation>
+    </message>
+    <message id="KPWorkflowTag">
+        <translation>Tag with Murn</translation>
+    </message>
+    <message id="KPWorkflowsDone">
+        <translation>The file manager has new actions.</translation>
+    </message>
+    <message id="KPWorkflowsDoneText">
+        <translation>%1: in the menu of selected files, under Scripts.</translation>
+    </message>
+    <message id="KPWorkflowsFailed">
+        <translation>The actions could not be installed.</translation>
     </message>
     <message id="KPYes">
         <translation>Yes</translation>

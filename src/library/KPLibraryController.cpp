@@ -44,16 +44,16 @@ KPLibraryController::KPLibraryController(KPNavigator &navigator, KPLibraryModel 
     installKeys();
     connectViews();
     connectModel();
-    for (const char *key : {"KPShowTitle", "KPShowTags", "KPShowRating", "KPSizeThumbnailsToFit",
-                            "KPLibraryBackgroundColour", "KPLibraryTextColour"}) {
+    for (const char *key :
+         {"KPShowTitle", "KPShowTags", "KPShowRating", "KPSizeThumbnailsToFit",
+          "KPLibraryBackgroundColour", "KPLibraryTextColour", "KPDefaultGroupState"}) {
         m_observations.push_back(UserDefaults::standard().addObserver(
             QStringLiteral("values.") + QLatin1String(key),
             [this](const PropertyValue &) { m_grid->updateSettings(); }));
     }
-    for (const char *key :
-         {"KPCacheSizeMB", "KPCacheDaysOld", "KPQuicklookCacheSlowImages",
-          "KPQuicklookBordersImages", "KPQuicklookBordersMovies", "KPQuicklookBordersOther",
-          "KPQuicklookBordersOnLargeThumbs"}) {
+    for (const char *key : {"KPCacheSizeMB", "KPCacheDaysOld", "KPQuicklookCacheSlowImages",
+                            "KPQuicklookBordersImages", "KPQuicklookBordersMovies",
+                            "KPQuicklookBordersOther", "KPQuicklookBordersOnLargeThumbs"}) {
         m_observations.push_back(UserDefaults::standard().addObserver(
             QStringLiteral("values.") + QLatin1String(key), [this](const PropertyValue &) {
                 xpGuiThread.assertHere();

@@ -13,7 +13,7 @@
 // On the grid of 4 that the whole program keeps.
 static constexpr int margin = 24;
 static constexpr int groupGap = 24;
-static constexpr int partGap = 10;
+static constexpr int partGap = 8;
 static constexpr int widest = 680; // lines longer than this are hard to read
 
 KPPreferencePage::KPPreferencePage(const QString &title, QWidget *parent)

@@ -1,17 +1,22 @@
 #include "KPRestoreRun.h"
 
-#include "Karvex.h"
+#include "KarvexAuthenticated.h"
 #include "XPStrandedThreads.h"
 
 #include <QCoreApplication>
 #include <QPointer>
 #include <atomic>
+#include <chrono>
+#include <semaphore>
+
+static constexpr std::chrono::seconds patience(2);
 
 // Shared with the thread, which may outlive the run.
 struct KPRestoreRun::State
 {
     std::atomic<bool> isStopping = false;
     std::atomic<bool> hasEnded = false;
+    std::binary_semaphore end{0};
     std::atomic<qsizetype> told = -1; // hundredths of the way that were told of
     bool isPreview = false;
     XPMutex mutex;
@@ -27,8 +32,13 @@ KPRestoreRun::KPRestoreRun(IndexSource &source, QObject *parent) : QObject(paren
 {
 }
 
+// A run that was told to stop asks the index nothing more after the query that it is at, which is
+// waited for; only a file call can take longer.
 KPRestoreRun::~KPRestoreRun()
 {
+    stop();
+    if (m_state)
+        (void)m_state->end.try_acquire_for(patience);
     leave();
 }
 
@@ -76,9 +86,8 @@ void KPRestoreRun::start(const QString &backup, KarvexRestore::Options options)
         });
     };
     m_thread = std::thread([self, state, backup, options, &source = m_source] {
-        const bool allowed = gAllowKarvexAuthenticationDialogs.exchange(false);
+        const KarvexAuthenticated::NoDialogs nobodyIsAsked;
         auto result = KarvexRestore(source, options).readSingleFile(backup);
-        gAllowKarvexAuthenticationDialogs = allowed;
         {
             const XPLocker locker(state->mutex);
             state->result = std::move(result);
@@ -88,6 +97,7 @@ void KPRestoreRun::start(const QString &backup, KarvexRestore::Options options)
                 self->take(state);
         });
         state->hasEnded = true;
+        state->end.release();
     });
 }
 

@@ -9,7 +9,7 @@
 
 // A run over a backup off the main thread: what a restore would change, or the restore of it.
 //
-// The destructor asks a run to stop and does not wait for a file call that hangs.
+// The destructor asks a run to stop and waits for it, but not for a file call that hangs.
 // Threads: main. Ownership: the index's source outlives it. Nobody is asked for an administrator's
 // rights: what needs them is among the failures.
 class KPRestoreRun : public QObject

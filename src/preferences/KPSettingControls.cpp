@@ -14,6 +14,7 @@
 #include <QKeySequenceEdit>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPainter>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSpinBox>
@@ -182,6 +183,10 @@ KPSettingRow::Show KPSettingRow::makeColour(QBoxLayout *column)
     return [button](const PropertyValue &value) {
         QPixmap swatch(swatchSize);
         swatch.fill(colourOf(value));
+        QPainter painter(&swatch); // a frame, as the colour may be the button's own
+        painter.setPen(Qt::gray);
+        painter.drawRect(swatch.rect().adjusted(0, 0, -1, -1));
+        painter.end();
         button->setIcon(swatch);
     };
 }

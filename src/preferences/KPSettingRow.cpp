@@ -9,6 +9,7 @@
 #include <QLabel>
 
 static constexpr int boxIndent = 24; // the words beside a check box
+static constexpr int resetSize = 24;
 
 static UserDefaults &defaults()
 {
@@ -22,6 +23,7 @@ KPSettingRow::KPSettingRow(const XPSetting &setting, QWidget *parent)
     m_reset->setIcon(KPDocIcons::symbol(QStringLiteral("undo")));
     m_reset->setToolTip(reset);
     m_reset->setAccessibleName(qtTrId("KPPrefResetNamed").arg(qtTrId(setting.text)));
+    m_reset->setFixedSize(resetSize, resetSize); // no higher than a line, which it is part of
     QSizePolicy kept = m_reset->sizePolicy();
     kept.setRetainSizeWhenHidden(true);
     m_reset->setSizePolicy(kept);
@@ -86,7 +88,8 @@ void KPSettingRow::addLabelled(QBoxLayout *column, QWidget *control)
     control->setAccessibleName(text);
     auto *line = new QHBoxLayout;
     line->setSpacing(12);
-    line->addWidget(label, 2);
+    const bool isTall = m_setting.kind == XPSetting::Kind::Lines;
+    line->addWidget(label, 2, isTall ? Qt::AlignTop : Qt::Alignment());
     line->addWidget(control, 3);
     column->addLayout(line);
 }

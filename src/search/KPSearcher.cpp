@@ -50,8 +50,9 @@ void KPSearcher::observeSettings()
             post(lookMayHaveChanged);
             refresh(); // other keywords count and match
         }));
-    for (const char *key : {"values.KMDMurn2ShowItemKeywords", "values.KPAutoImportOffice",
-                            "values.KPAutoImportiWork", "values.KPAutoImportPDFs"})
+    for (const char *key :
+         {"values.KMDMurn2ShowItemKeywords", "values.KPAutoImportOffice",
+          "values.KPAutoImportiWork", "values.KPAutoImportPDFs", "values.KPFollowSymLinksGoDeep"})
         m_observations.push_back(UserDefaults::standard().addObserver(
             QLatin1String(key), [this](const PropertyValue &) { refresh(); }));
     auto &centre = XPNotificationCenter::instance();

@@ -9,8 +9,20 @@
 
 #include <QCoreApplication>
 #include <cerrno>
+#include <utility>
 
 std::atomic<bool> gAllowKarvexAuthenticationDialogs = true;
+
+static thread_local bool isThreadSilent = false;
+
+KarvexAuthenticated::NoDialogs::NoDialogs() : m_before(std::exchange(isThreadSilent, true))
+{
+}
+
+KarvexAuthenticated::NoDialogs::~NoDialogs()
+{
+    isThreadSilent = m_before;
+}
 
 static QString prompt()
 {
@@ -69,5 +81,5 @@ bool KarvexAuthenticated::obtainFor(const XPError &error)
 bool KarvexAuthenticated::mayRetry(const XPError &error)
 {
     return error.domain == XPError::posixDomain && error.code == EACCES &&
-           gAllowKarvexAuthenticationDialogs;
+           gAllowKarvexAuthenticationDialogs && !isThreadSilent;
 }

@@ -30,7 +30,20 @@ public:
     static std::optional<XPError> writeBytes(const std::optional<QByteArray> &bytes,
                                              const QString &key, const QString &path);
 
+    // While it exists, nobody is asked for what its thread does: for long work in the background.
+    class NoDialogs
+    {
+    public:
+        NoDialogs();
+        ~NoDialogs();
+        NoDialogs(const NoDialogs &) = delete;
+        NoDialogs &operator=(const NoDialogs &) = delete;
+
+    private:
+        const bool m_before;
+    };
+
     // The failure of a plain write that may be tried again here: EACCES, while the process-wide
-    // switch allows dialogs.
+    // switch allows dialogs and the thread is none of NoDialogs.
     static bool mayRetry(const XPError &error);
 };

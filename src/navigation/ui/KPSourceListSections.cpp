@@ -65,6 +65,7 @@ KPSourceListModel::KPSourceListModel(KPCrumbController &controller, KPBookmarks 
         KPSearchFolders::fileSystemMayHaveChanged,
         [this](const XPNotification &) { remake(Places); }));
     follow(QStringLiteral("values.KPSearchFolders"), Places);
+    follow(QStringLiteral("values.KPHomeFolder"), Places);
     follow(QStringLiteral("values.") + hiddenShownKey, Library);
     if (counts) {
         connect(counts, &KPRowCounts::countsChanged, this, [this] {

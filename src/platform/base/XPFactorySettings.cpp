@@ -68,6 +68,8 @@ constexpr const char *onFiles = QT_TRID_NOOP("KPPrefOnFiles");
 constexpr const char *managedFolder = QT_TRID_NOOP("KPPrefManagedFolder");
 constexpr const char *adding = QT_TRID_NOOP("KPPrefAdding");
 constexpr const char *moving = QT_TRID_NOOP("KPPrefMoving");
+constexpr const char *panel = QT_TRID_NOOP("KPPrefZonePanel");
+constexpr const char *webPages = QT_TRID_NOOP("KPPrefWeb");
 constexpr const char *newScans = QT_TRID_NOOP("KPPrefNewScans");
 constexpr const char *scannedPages = QT_TRID_NOOP("KPPrefScannedPages");
 constexpr const char *backup = QT_TRID_NOOP("KPPrefBackup");
@@ -96,6 +98,7 @@ constexpr Row rows[] = {
     {"KPNumberOfRecentLocations", 10, Page::Library, sidebar, QT_TRID_NOOP("KPPrefRecentLocations"), "", {1, 100}},
     {"KPGlobalShortcut", Kind::Key, Page::Library, everywhere, QT_TRID_NOOP("KPPrefGlobalShortcut"), QT_TRID_NOOP("KPPrefGlobalShortcutHint")},
     {"KPShowStatusItem", false, Page::Library, everywhere, QT_TRID_NOOP("KPPrefStatusItem"), QT_TRID_NOOP("KPPrefStatusItemHint")},
+    {"KPBadgeUntaggedDocs", false, Page::Library, everywhere, QT_TRID_NOOP("KPPrefBadge"), QT_TRID_NOOP("KPPrefBadgeHint")},
     // --- Appearance
     {"KPShowTitle", true, Page::Appearance, grid, QT_TRID_NOOP("KPPrefShowTitle")},
     {"KPShowTags", true, Page::Appearance, grid, QT_TRID_NOOP("KPPrefShowTags")},
@@ -130,6 +133,7 @@ constexpr Row rows[] = {
     {"KPCustomWords", Kind::Lines, Page::Tags, suggestions, QT_TRID_NOOP("KPPrefCustomWords"), QT_TRID_NOOP("KPPrefCustomWordsHint")},
     {"KPRemoveBannedTags", true, Page::Tags, suggestions, QT_TRID_NOOP("KPPrefSuggestNoBanned"), QT_TRID_NOOP("KPPrefSuggestNoBannedHint")},
     {"KPSetModifiyTimeOnTagsChanging", false, Page::Tags, onFiles, QT_TRID_NOOP("KPPrefModified")},
+    {"KPMirrorDesktopTags", Kind::Bool, Page::Tags, onFiles, QT_TRID_NOOP("KPPrefMirror"), QT_TRID_NOOP("KPPrefMirrorHint")},
     {"KPShowXMPKeywords", false, Page::Tags, onFiles, QT_TRID_NOOP("KPPrefKeywords")},
     // --- Filing
     {"KPFiledDocumentsPath", Kind::Path, Page::Filing, managedFolder},
@@ -139,12 +143,15 @@ constexpr Row rows[] = {
     {"KPFinderConfirmMoveorCopy", true, Page::Filing, moving, QT_TRID_NOOP("KPPrefConfirmMove")},
     {"KPConfirmDelete", true, Page::Filing, moving, QT_TRID_NOOP("KPPrefConfirmDelete")},
     {"maxDestinationsToRemember", 10, Page::Filing, moving, QT_TRID_NOOP("KPPrefDestinations"), "", {1, 100}},
+    {"KPURLToPDFPaginate", false, Page::Filing, webPages, QT_TRID_NOOP("KPPrefWebPages")},
+    {"KPURLToPDFBackgrounds", true, Page::Filing, webPages, QT_TRID_NOOP("KPPrefWebBackgrounds")},
+    {"KPURLToPDFWebViewWidth", 1000.0, Page::Filing, webPages, QT_TRID_NOOP("KPPrefWebWidth"), "", {200, 5000, QT_TRID_NOOP("KPPrefPixels")}},
     // --- Drop zone
-    {"KPShowDropZone", true},
-    {"KPDropZoneLeftEdge", false},
-    {"KPShowDropZoneEvenWithoutFileDrag", false},
+    {"KPShowDropZone", true, Page::DropZone, panel, QT_TRID_NOOP("KPPrefZoneShow"), QT_TRID_NOOP("KPPrefZoneShowHint")},
+    {"KPShowDropZoneEvenWithoutFileDrag", false, Page::DropZone, panel, QT_TRID_NOOP("KPPrefZoneStays"), QT_TRID_NOOP("KPPrefZoneStaysHint")},
+    {"KPDropZoneLeftEdge", false, Page::DropZone, panel, QT_TRID_NOOP("KPPrefZoneLeft"), QT_TRID_NOOP("KPPrefZoneLeftHint")},
+    {"KPDropZoneOverlapWithScreen", true}, // off at each launch
     {"KPAutoImportTaggedFiles", true},
-    {"KPDropZoneOverlapWithScreen", true},
     // --- Scanning; the document type is the same number as the resolution on purpose
     {"KPScanMode", "Color", Page::Scanning, newScans, QT_TRID_NOOP("KPScanColours"), "", {}, scanColours},
     {"KPScanDPI", 300, Page::Scanning, newScans, QT_TRID_NOOP("KPScanResolution"), "", {}, resolutions},
@@ -190,9 +197,6 @@ constexpr Row rows[] = {
     {"KPLoupeWidth", 346.0},
     {"KPLoupeMinimumWidth", 200.0},
     {"KPLoupeMaximumWidth", 768.0},
-    {"KPURLToPDFPaginate", false},
-    {"KPURLToPDFBackgrounds", true},
-    {"KPURLToPDFWebViewWidth", 1000.0, Page::None, "", "", "", {100, 10000}},
     {"KMDMurn2ShowItemKeywords", false},
     {"KPIncludeTimeInCreationDate", false},
     {"KPPrefEmailWith", "Mail"},
@@ -209,7 +213,6 @@ constexpr Row rows[] = {
     {"KPOpenWith", "Preview"},
     {"KPSearchStateAlwaysSearchSystemFiles", false},
     {"KPImageMinSizeBytes", 4096},
-    {"KPBadgeUntaggedDocs", false},
     {"KPAutoPositionSuggestionWindow", true},
     {"SUFeedURL", ""}, // updates come with the packages
     // --- What the program remembers
@@ -232,6 +235,11 @@ constexpr Row rows[] = {
     {"KPScanWindowFrame", Kind::Data},
     {"KPPreferencesFrame", Kind::Data},
     {"XPTagsWindowFrame", Kind::Data},
+    {"XPTagEditorHUDWindowFrame", Kind::Data},
+    {"XPTagSearchWindowFrame", Kind::Data},
+    {"KPTagsWindowGeometry", Kind::Data},
+    {"KPPreviewFrame", Kind::Data},
+    {"KPDropZoneY", Kind::Real},
     {"KPSavedSortDescriptorsDataRep", Kind::Data},
     {"KPLeftColumnSplit", Kind::Real},
     {"KPMurnKXToolbar", Kind::Texts},
@@ -241,6 +249,8 @@ constexpr Row rows[] = {
     {"KPLocationItem", Kind::Dictionary},
     {"KPDocsListColumnWidths", Kind::Dictionary},
     {"KPScanProfiles", Kind::Dictionary},
+    {"FoundScanners", Kind::Dictionary},
+    {"KPPrintInfo", Kind::Dictionary},
     {"recentDestinationPaths", Kind::Dictionary},
     {"recentTagGroups", Kind::Dictionary},
     {"recentlyEnteredTags", Kind::Texts},
