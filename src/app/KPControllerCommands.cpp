@@ -7,12 +7,13 @@
 #include "KPDocCache.h"
 #include "KPEditHistory.h"
 #include "KPIndexMonitor.h"
+#include "KPInstalledFiles.h"
 #include "KPReportWindow.h"
 #include "KPShortcutsWindow.h"
 #include "KPToolBar.h"
 #include "KPUpdates.h"
-#include "KPUserGuide.h"
 #include "KPWebCapture.h"
+#include "KPWorkflows.h"
 #include "UserDefaults.h"
 
 #include <QMenuBar>
@@ -238,8 +239,15 @@ QList<KPCommand> KPController::goCommands()
     };
 }
 
+static QString userGuide()
+{
+    return KPInstalledFiles::path(QStringLiteral("Zel Manual.pdf"));
+}
+
 QList<KPCommand> KPController::helpCommands()
 {
+    const bool hasGuide = !userGuide().isEmpty();
+    const bool hasWorkflows = KPWorkflows::isPossible();
     return {
         {.id = QT_TRID_NOOP("KPQuickSearch"),
          .menu = Menu::Window,
@@ -254,12 +262,20 @@ QList<KPCommand> KPController::helpCommands()
          .menu = Menu::Help,
          .shortcut = QKeySequence::HelpContents,
          .run = [this] { userGuideAction(); },
-         .state = [] { return KPCommandState{.isShown = !KPUserGuide::path().isEmpty()}; }},
+         .state = [hasGuide] { return KPCommandState{.isShown = hasGuide}; }},
         {.id = QT_TRID_NOOP("KPShortcuts"),
          .menu = Menu::Help,
          .shortcut = QKeySequence(Qt::CTRL | Qt::Key_F1),
          .run = [this] { (new KPShortcutsWindow(menuBar(), this))->open(); },
          .endsGroup = true},
+        {.id = QT_TRID_NOOP("KPInstallWorkflows"),
+         .menu = Menu::Help,
+         .run =
+             [] {
+                 xpGuiThread.assertHere();
+                 KPWorkflows::installWorkflows();
+             },
+         .state = [hasWorkflows] { return KPCommandState{.isShown = hasWorkflows}; }},
         {.id = QT_TRID_NOOP("KPReport"),
          .menu = Menu::Help,
          .run = [this] { (new KPReportWindow(indexInWords(), this))->open(); }},
@@ -286,6 +302,6 @@ QStringList KPController::indexInWords() const
 
 void KPController::userGuideAction()
 {
-    if (KPDoc *guide = KPDocCache::docAtPath(KPUserGuide::path()))
+    if (KPDoc *guide = KPDocCache::docAtPath(userGuide()))
         (void)guide->openDocExternal();
 }

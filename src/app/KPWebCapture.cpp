@@ -38,7 +38,8 @@ static QDialog *makeDialog(QWidget *window, QLineEdit *field)
     field->setPlaceholderText(QStringLiteral("https://"));
     constexpr int width = 440;
     field->setMinimumWidth(width);
-    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
+    auto *buttons = new QDialogButtonBox;
+    buttons->addButton(qtTrId("KPCancel"), QDialogButtonBox::RejectRole);
     QPushButton *go = buttons->addButton(qtTrId("KPCaptureButton"), QDialogButtonBox::AcceptRole);
     const auto check = [field, go] {
         go->setEnabled(XPURLToPDF::addressFrom(field->text()).has_value());
@@ -48,6 +49,8 @@ static QDialog *makeDialog(QWidget *window, QLineEdit *field)
     QObject::connect(buttons, &QDialogButtonBox::rejected, dialog, &QDialog::reject);
     check();
     auto *column = new QVBoxLayout(dialog);
+    column->setContentsMargins(24, 24, 24, 16);
+    column->setSpacing(12);
     column->addWidget(label);
     column->addWidget(field);
     column->addWidget(buttons);

@@ -45,6 +45,7 @@ constexpr NamedVersion licences[] = {
     {"libseccomp", "LGPL-2.1-only"},
     {"SANE", "GPL-2.0-or-later"},
     {"qpdf", "Apache-2.0"},
+    {"zlib", "Zlib"},
 };
 
 } // namespace

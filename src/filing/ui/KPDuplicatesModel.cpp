@@ -44,6 +44,8 @@ int KPDuplicatesModel::columnCount(const QModelIndex &) const
 
 QVariant KPDuplicatesModel::data(const QModelIndex &index, int role) const
 {
+    if (!index.isValid())
+        return {};
     const bool isGroup = index.internalId() == 0;
     const auto &group =
         m_groups[isGroup ? index.row() : static_cast<qsizetype>(index.internalId()) - 1];

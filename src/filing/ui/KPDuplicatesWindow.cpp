@@ -56,7 +56,8 @@ void KPDuplicatesWindow::build()
     m_tree->setSelectionMode(QAbstractItemView::ExtendedSelection);
     m_tree->setTextElideMode(Qt::ElideMiddle);
     m_tree->setAccessibleName(qtTrId("KPDuplicatesTitle"));
-    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close);
+    auto *buttons = new QDialogButtonBox;
+    buttons->addButton(qtTrId("KPDone"), QDialogButtonBox::RejectRole);
     m_show = buttons->addButton(qtTrId("KPDuplicatesShow"), QDialogButtonBox::ActionRole);
     m_show->setEnabled(false);
     connect(m_show, &QPushButton::clicked, this, &KPDuplicatesWindow::showInLibrary);
@@ -65,6 +66,8 @@ void KPDuplicatesWindow::build()
     connect(m_tree->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &KPDuplicatesWindow::follow);
     auto *column = new QVBoxLayout(this);
+    column->setContentsMargins(24, 24, 24, 16);
+    column->setSpacing(12);
     column->addWidget(m_text);
     column->addWidget(m_bar);
     column->addWidget(m_tree);

@@ -6,10 +6,12 @@
 #include <array>
 #include <cerrno>
 #include <fcntl.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
-static constexpr std::array programs = {"chromium", "chromium-browser", "google-chrome-stable",
-                                        "google-chrome", "microsoft-edge-stable", "brave-browser"};
+static constexpr std::array programs = {
+    "chromium",      "chromium-browser",      "google-chrome-stable",
+    "google-chrome", "microsoft-edge-stable", "brave-browser"};
 static constexpr qsizetype longestMessage = 64 << 20; // a piece of a document and then some
 static constexpr int patienceAtEndMs = 3000;
 
@@ -26,8 +28,7 @@ XPBrowserProcess::~XPBrowserProcess()
 {
     m_isEnding = true;
     delete m_notifier; // before what it watches
-    m_to = {};
-    m_from = {};
+    m_socket = {};
     if (m_process.state() == QProcess::NotRunning)
         return;
     m_process.terminate(); // so that it ends its own processes
@@ -52,18 +53,17 @@ QString XPBrowserProcess::whatToInstall()
                           "\"chromium\"");
 }
 
-// Numbers that the child does not give to something else before it has its own.
-static bool makePipe(XPFileDescriptor &reading, XPFileDescriptor &writing)
+// A number that the child does not give to something else before it has its own.
+static bool makeSocket(XPFileDescriptor &ours, XPFileDescriptor &theirs)
 {
     constexpr int aboveOthers = 10;
     int ends[2];
-    if (::pipe2(ends, O_CLOEXEC) != 0)
+    if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0)
         return false;
-    const XPFileDescriptor first(ends[0]);
-    const XPFileDescriptor second(ends[1]);
-    reading = XPFileDescriptor(::fcntl(first.get(), F_DUPFD_CLOEXEC, aboveOthers));
-    writing = XPFileDescriptor(::fcntl(second.get(), F_DUPFD_CLOEXEC, aboveOthers));
-    return reading.isOpen() && writing.isOpen();
+    ours = XPFileDescriptor(ends[0]);
+    const XPFileDescriptor other(ends[1]);
+    theirs = XPFileDescriptor(::fcntl(other.get(), F_DUPFD_CLOEXEC, aboveOthers));
+    return theirs.isOpen();
 }
 
 static QStringList arguments(const QString &profile)
@@ -90,23 +90,21 @@ static QStringList arguments(const QString &profile)
 
 std::optional<XPError> XPBrowserProcess::start(const QString &program)
 {
-    XPFileDescriptor childReads;
-    XPFileDescriptor childWrites;
-    if (!m_profile.isValid() || !makePipe(childReads, m_to) || !makePipe(m_from, childWrites))
+    XPFileDescriptor theirs;
+    if (!m_profile.isValid() || !makeSocket(m_socket, theirs))
         return XPError::fromErrno(errno);
     m_process.setStandardInputFile(QProcess::nullDevice());
     m_process.setStandardOutputFile(QProcess::nullDevice());
-    m_process.setChildProcessModifier([in = childReads.get(), out = childWrites.get()] {
+    m_process.setChildProcessModifier([socket = theirs.get()] {
         constexpr int commands = 3; // as the browser expects them
         constexpr int messages = 4;
-        if (::dup2(in, commands) < 0 || ::dup2(out, messages) < 0)
+        if (::dup2(socket, commands) < 0 || ::dup2(socket, messages) < 0)
             ::_exit(1);
     });
     m_process.start(program, arguments(m_profile.path()));
     if (!m_process.waitForStarted())
         return XPError::make(XPError::Kind::Io, m_process.errorString(), program);
-    ::fcntl(m_from.get(), F_SETFL, O_NONBLOCK);
-    m_notifier = new QSocketNotifier(m_from.get(), QSocketNotifier::Read, this);
+    m_notifier = new QSocketNotifier(m_socket.get(), QSocketNotifier::Read, this);
     connect(m_notifier, &QSocketNotifier::activated, this, &XPBrowserProcess::read);
     return {};
 }
@@ -125,7 +123,8 @@ void XPBrowserProcess::ask(const QString &method, const QJsonObject &parameters,
     bytes.append('\0');
     QByteArrayView left = bytes;
     while (!left.isEmpty()) {
-        const ssize_t done = ::write(m_to.get(), left.data(), static_cast<size_t>(left.size()));
+        const ssize_t done =
+            ::send(m_socket.get(), left.data(), static_cast<size_t>(left.size()), MSG_NOSIGNAL);
         if (done < 0 && errno != EINTR)
             return; // it ended, which is told
         if (done > 0)
@@ -137,7 +136,7 @@ void XPBrowserProcess::read()
 {
     constexpr qsizetype step = 256 << 10;
     QByteArray bytes(step, Qt::Uninitialized);
-    const ssize_t got = ::read(m_from.get(), bytes.data(), step);
+    const ssize_t got = ::recv(m_socket.get(), bytes.data(), step, MSG_DONTWAIT);
     if (got < 0 && (errno == EINTR || errno == EAGAIN))
         return;
     if (got <= 0) {

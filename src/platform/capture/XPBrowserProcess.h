@@ -14,7 +14,7 @@ class QSocketNotifier;
 
 // An installed web browser, run without a window and with a profile of its own that goes with it:
 // it knows no cookie, password or extension of the user's. Spoken to by the browser's own protocol
-// for developers, over two pipes, so that nobody else on the machine can.
+// for developers, over a socket pair, so that nobody else on the machine can.
 //
 // Understood: the browsers built on Chromium, which all take these options.
 // Threads: main.
@@ -48,8 +48,7 @@ private:
 
     QTemporaryDir m_profile;
     QProcess m_process;
-    XPFileDescriptor m_to;
-    XPFileDescriptor m_from;
+    XPFileDescriptor m_socket;
     QSocketNotifier *m_notifier = nullptr;
     QByteArray m_unread;
     QHash<int, Answer> m_answers;

@@ -1,13 +1,12 @@
-#include "KPUserGuide.h"
+#include "KPInstalledFiles.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
 
-QString KPUserGuide::path()
+QString KPInstalledFiles::path(const QString &name)
 {
     for (const char *folder : {"/../share/murn/", "/../share/"}) {
-        const QFileInfo file(QCoreApplication::applicationDirPath() + QLatin1String(folder) +
-                             QStringLiteral("Zel Manual.pdf"));
+        const QFileInfo file(QCoreApplication::applicationDirPath() + QLatin1String(folder) + name);
         if (file.isFile())
             return file.canonicalFilePath();
     }
