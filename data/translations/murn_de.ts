@@ -1935,7 +1935,7 @@ Absturzberichte erlauben?</translation>
         <translation>In einer eigenen Datei, neben denen an den Dokumenten.</translation>
     </message>
     <message id="KPPrefBadge">
-        <translation>Anzahl der Dokumente ohne Schlagwörter am Programmsymbol zeigen</translation>
+        <translation>Anzahl der Dokumente ohne Tags am Programmsymbol zeigen</translation>
     </message>
     <message id="KPPrefBadgeHint">
         <translation>Wo das Dock oder die Taskleiste des Desktops das kann.</translation>
@@ -2157,7 +2157,7 @@ Absturzberichte erlauben?</translation>
         <translation>%1 MB</translation>
     </message>
     <message id="KPPrefMirror">
-        <translation>Schlagwörter, Bewertung und Kommentar mit denen des Desktops gleich halten</translation>
+        <translation>Tags, Bewertung und Kommentar mit denen des Desktops gleich halten</translation>
     </message>
     <message id="KPPrefMirrorHint">
         <translation>In beide Richtungen: Andere Programme des Desktops sehen sie, und was dort geändert wird, wird übernommen.</translation>
@@ -2406,7 +2406,7 @@ Absturzberichte erlauben?</translation>
         <translation>Ablagefläche zeigen, während etwas gezogen wird</translation>
     </message>
     <message id="KPPrefZoneShowHint">
-        <translation>Sie gleitet am Bildschirmrand heraus, nimmt auf, was abgelegt wird, und fragt nach den Schlagwörtern.</translation>
+        <translation>Sie gleitet am Bildschirmrand heraus, nimmt auf, was abgelegt wird, und fragt nach den Tags.</translation>
     </message>
     <message id="KPPrefZoneStays">
         <translation>Auch dazwischen sichtbar lassen</translation>

@@ -51,7 +51,10 @@ static QMessageBox *makeBox(QWidget *window, QMessageBox::Icon icon, const QStri
 
 void KPPrompts::ask(const Question &question, std::function<void(int)> answer)
 {
-    QMessageBox *box = makeBox(m_window, QMessageBox::Question, question.title, question.text);
+    // With one button nothing is asked: it is told that something was done.
+    const auto icon =
+        question.buttons.size() > 1 ? QMessageBox::Question : QMessageBox::Information;
+    QMessageBox *box = makeBox(m_window, icon, question.title, question.text);
     QList<QAbstractButton *> buttons;
     for (qsizetype number = 0; number < question.buttons.size(); ++number) {
         const bool cancels = number == question.cancelButton;

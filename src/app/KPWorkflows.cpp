@@ -75,8 +75,11 @@ void KPWorkflows::installWorkflows()
                                            XPPath::printable(error->path) + QStringLiteral(": ") +
                                                error->reason());
             else
-                XPPrompts::current().alert(
-                    qtTrId("KPWorkflowsDone"),
-                    qtTrId("KPWorkflowsDoneText").arg(names.join(QStringLiteral(", "))));
+                XPPrompts::current().ask(
+                    {qtTrId("KPWorkflowsDone"),
+                     qtTrId("KPWorkflowsDoneText").arg(names.join(QStringLiteral(", "))),
+                     {qtTrId("KPDone")},
+                     0},
+                    [](int) {});
         });
 }

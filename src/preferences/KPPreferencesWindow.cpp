@@ -18,6 +18,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
+#include <QScreen>
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
@@ -57,7 +58,7 @@ KPPreferencesWindow::KPPreferencesWindow(Setup setup, QWidget *parent)
     setWindowTitle(qtTrId("KPPrefTitle"));
     setObjectName(QStringLiteral("KPPreferencesWindow"));
     if (!restoreGeometry(UserDefaults::standard().value(frameKey).data()))
-        resize(usualSize);
+        resize(usualSize.boundedTo(screen()->availableSize()));
     build();
     addPages();
     m_list->setCurrentRow(0);

@@ -70,9 +70,9 @@ void KPArchiveCommands::exportPaths(const QStringList &paths)
     if (paths.isEmpty())
         return;
     const QString suffix = QStringLiteral("murnarchive");
-    const QString name = paths.size() == 1
-                             ? XPPath::fileName(paths.first())
-                             : qtTrId("KPArchiveName").arg(QDate::currentDate().toString(Qt::ISODate));
+    const QString name =
+        paths.size() == 1 ? XPPath::fileName(paths.first())
+                          : qtTrId("KPArchiveName").arg(QDate::currentDate().toString(Qt::ISODate));
     auto *dialog = new QFileDialog(m_targets.window(), qtTrId("KPExportTitle"),
                                    XPFolders::documents(), filter());
     dialog->setAcceptMode(QFileDialog::AcceptSave);
@@ -104,8 +104,8 @@ void KPArchiveCommands::importAction()
 
 void KPArchiveCommands::chooseFolder(const QString &archive)
 {
-    auto *dialog = new QFileDialog(m_targets.window(), qtTrId("KPImportFolderTitle"),
-                                   XPFolders::documents());
+    auto *dialog =
+        new QFileDialog(m_targets.window(), qtTrId("KPImportFolderTitle"), XPFolders::documents());
     dialog->setFileMode(QFileDialog::Directory);
     dialog->setOption(QFileDialog::ShowDirsOnly);
     dialog->setLabelText(QFileDialog::Accept, qtTrId("XPChooseDirectoryButton"));
@@ -139,7 +139,8 @@ static void bring(const QString &archive, const QString &folder) XP_REQUIRES(xpG
         if (import.summary.error)
             tellError(import);
         else
-            XPPrompts::current().alert(qtTrId("KPImportDone"), textOf(import, false));
+            KPArchiveWork::tell(qtTrId("KPImportDone"), textOf(import, false),
+                                import.summary.count(XPDocumentImport::Action::Failed) > 0);
     });
 }
 

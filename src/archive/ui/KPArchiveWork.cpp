@@ -26,6 +26,14 @@ static XPProgress::Task begin(const QString &title, qint64 total) XP_REQUIRES(xp
     return task;
 }
 
+void KPArchiveWork::tell(const QString &title, const QString &text, bool hasFailures)
+{
+    if (hasFailures)
+        XPPrompts::current().alert(title, text);
+    else
+        XPPrompts::current().ask({title, text, {qtTrId("KPDone")}, 0}, [](int) {});
+}
+
 static QString shown(const QString &path)
 {
     return XPPath::printable(XPFolders::abbreviateWithTilde(path));
@@ -45,7 +53,7 @@ struct Written
 
 } // namespace
 
-static void tell(const Written &written) XP_REQUIRES(xpGuiThread)
+static void tellWritten(const Written &written) XP_REQUIRES(xpGuiThread)
 {
     if (written.result.error) {
         if (written.result.error->kind != XPError::Kind::Cancelled)
@@ -59,9 +67,8 @@ static void tell(const Written &written) XP_REQUIRES(xpGuiThread)
                          locale.formattedDataSize(written.result.archiveSize) + u')'};
     if (written.failed > 0)
         lines.append(qtTrId("KPExportLeftOut", static_cast<int>(written.failed)));
-    XPPrompts::current().alert(
-        qtTrId("KPExportDone", static_cast<int>(written.result.documents)),
-        (lines + written.failures).join(u'\n'));
+    KPArchiveWork::tell(qtTrId("KPExportDone", static_cast<int>(written.result.documents)),
+                        (lines + written.failures).join(u'\n'), written.failed > 0);
 }
 
 void KPArchiveWork::write(const QStringList &paths, const QString &archive)
@@ -85,7 +92,7 @@ void KPArchiveWork::write(const QStringList &paths, const QString &archive)
     XPFilingWork::run(work, [task](const Written &written) {
         xpGuiThread.assertHere();
         XPProgress::current().end(task);
-        tell(written);
+        tellWritten(written);
     });
 }
 
@@ -95,12 +102,14 @@ static QString lineOf(const XPDocumentImport::Step &step)
 {
     if (step.problem)
         return shown(step.path) + QStringLiteral(": ") + step.problem->reason();
+    const auto tags = [](const KarvexBackupRecord &record) {
+        return record.tags.isEmpty() ? qtTrId("KPRestoreNoTags")
+                                     : XPPath::printable(record.tags.join(QStringLiteral(", ")));
+    };
     switch (step.action) {
     case Action::Changed:
-        return shown(step.path) + QStringLiteral(": ") +
-               XPPath::printable(step.before.tags.join(QStringLiteral(", "))) +
-               QStringLiteral(" → ") +
-               XPPath::printable(step.after.tags.join(QStringLiteral(", ")));
+        return shown(step.path) + QStringLiteral(": ") + tags(step.before) + QStringLiteral(" → ") +
+               tags(step.after);
     case Action::Replaced:
         return qtTrId("KPImportReplacedLine").arg(shown(step.path));
     default:
@@ -111,8 +120,8 @@ static QString lineOf(const XPDocumentImport::Step &step)
 void KPArchiveWork::read(const QString &archive, const QString &folder, bool dryRun,
                          std::function<void(const Import &)> done)
 {
-    const auto task = begin(
-        dryRun ? qtTrId("KPImportCheckProgress") : qtTrId("KPImportProgress"), 0);
+    const auto task =
+        begin(dryRun ? qtTrId("KPImportCheckProgress") : qtTrId("KPImportProgress"), 0);
     const auto work = [task, archive, folder, dryRun] {
         Import import;
         XPDocumentImport::Options options;

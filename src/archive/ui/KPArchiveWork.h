@@ -22,6 +22,9 @@ void write(const QStringList &paths, const QString &archive) XP_REQUIRES(xpGuiTh
 void read(const QString &archive, const QString &folder, bool dryRun,
           std::function<void(const Import &)> done) XP_REQUIRES(xpGuiThread);
 
+// What came of it, once it is over.
+void tell(const QString &title, const QString &text, bool hasFailures) XP_REQUIRES(xpGuiThread);
+
 // "12 documents are added, 3 get other tags": what a summary says, a sentence a line.
 QStringList sentences(const XPDocumentImport::Summary &summary, bool dryRun);
 
