@@ -48,7 +48,7 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
         <translation>Aktionsleiste</translation>
     </message>
     <message id="KPAddTag">
-        <translation>Tag hinzufügen</translation>
+        <translation>Schlagwort hinzufügen</translation>
     </message>
     <message id="KPAllDocuments">
         <translation>&amp;Alle Dokumente</translation>
@@ -753,7 +753,7 @@ Absturzberichte erlauben?</translation>
         <translation>Letzter Ordner</translation>
     </message>
     <message id="KPDropZoneTagGroups">
-        <translation>Mit Tags</translation>
+        <translation>Mit Schlagwörtern</translation>
     </message>
     <message id="KPDropZoneTitle">
         <translation>Zum Ablegen hierher ziehen</translation>
@@ -1209,10 +1209,10 @@ Absturzberichte erlauben?</translation>
         <translation>Ein Programm ließ die Schlagwörter fallen; sie wurden am %1 zurückgegeben: %2</translation>
     </message>
     <message id="KPHealedAccept">
-        <translation>Tags zurückgeben</translation>
+        <translation>Schlagwörter zurückgeben</translation>
     </message>
     <message id="KPHealedAllDone">
-        <translation>Diese Dateien haben ihre Tags durch ein Programm verloren.</translation>
+        <translation>Diese Dateien haben ihre Schlagwörter durch ein Programm verloren.</translation>
     </message>
     <message id="KPHealedDone">
         <translation>zurückgegeben</translation>
@@ -1224,10 +1224,10 @@ Absturzberichte erlauben?</translation>
         <translation>Datei</translation>
     </message>
     <message id="KPHealedList">
-        <translation>Dateien, die ihre Tags verloren haben</translation>
+        <translation>Dateien, die ihre Schlagwörter verloren haben</translation>
     </message>
     <message id="KPHealedNone">
-        <translation>Bisher hat keine Datei ihre Tags durch ein Programm verloren.</translation>
+        <translation>Bisher hat keine Datei ihre Schlagwörter durch ein Programm verloren.</translation>
     </message>
     <message id="KPHealedPending">
         <translation>zurückgelegt</translation>
@@ -1236,21 +1236,21 @@ Absturzberichte erlauben?</translation>
         <translation>Zustand</translation>
     </message>
     <message id="KPHealedTags">
-        <translation>Tags</translation>
+        <translation>Schlagwörter</translation>
     </message>
     <message id="KPHealedTime">
         <translation>Bemerkt</translation>
     </message>
     <message id="KPHealedUndo">
-        <translation>Ohne Tags lassen</translation>
+        <translation>Ohne Schlagwörter lassen</translation>
     </message>
     <message id="KPHealedUndone">
         <translation>ohne gelassen</translation>
     </message>
     <message id="KPHealedWaiting" numerus="yes">
         <translation>
-            <numerusform>Die Tags von %n Datei wurden zurückgelegt, da es eine andere sein könnte. Zurückgeben?</numerusform>
-            <numerusform>Die Tags von %n Dateien wurden zurückgelegt, da es andere sein könnten. Zurückgeben?</numerusform>
+            <numerusform>Die Schlagwörter von %n Datei wurden zurückgelegt, da es eine andere sein könnte. Zurückgeben?</numerusform>
+            <numerusform>Die Schlagwörter von %n Dateien wurden zurückgelegt, da es andere sein könnten. Zurückgeben?</numerusform>
         </translation>
     </message>
     <message id="KPHide">
@@ -1662,7 +1662,7 @@ Absturzberichte erlauben?</translation>
         <translation>&amp;Hilfe</translation>
     </message>
     <message id="KPMenuTags">
-        <translation>&amp;Tags</translation>
+        <translation>&amp;Schlagwörter</translation>
     </message>
     <message id="KPMenuView">
         <translation>&amp;Ansicht</translation>
@@ -1920,7 +1920,7 @@ Absturzberichte erlauben?</translation>
         <translation>Jetzt sichern</translation>
     </message>
     <message id="KPPrefBackup">
-        <translation>Sicherung von Tags und Bewertungen</translation>
+        <translation>Sicherung von Schlagwörtern und Bewertungen</translation>
     </message>
     <message id="KPPrefBackupHolds" numerus="yes">
         <translation>
@@ -1929,19 +1929,19 @@ Absturzberichte erlauben?</translation>
         </translation>
     </message>
     <message id="KPPrefBackupHourly">
-        <translation>Tags und Bewertungen jede Stunde sichern</translation>
+        <translation>Schlagwörter und Bewertungen jede Stunde sichern</translation>
     </message>
     <message id="KPPrefBackupHourlyHint">
         <translation>In einer eigenen Datei, neben denen an den Dokumenten.</translation>
     </message>
     <message id="KPPrefBadge">
-        <translation>Anzahl der Dokumente ohne Tags am Programmsymbol zeigen</translation>
+        <translation>Anzahl der Dokumente ohne Schlagwörter am Programmsymbol zeigen</translation>
     </message>
     <message id="KPPrefBadgeHint">
         <translation>Wo das Dock oder die Taskleiste des Desktops das kann.</translation>
     </message>
     <message id="KPPrefBelongHint">
-        <translation>Neben allem, was Tags oder eine Bewertung hat oder abgelegt ist.</translation>
+        <translation>Neben allem, was Schlagwörter oder eine Bewertung hat oder abgelegt ist.</translation>
     </message>
     <message id="KPPrefBelongOffice">
         <translation>Texte, Tabellen und Präsentationen von Büroprogrammen</translation>
@@ -1995,7 +1995,7 @@ Absturzberichte erlauben?</translation>
         <translation>Zeigen, wie viele Dokumente sie haben</translation>
     </message>
     <message id="KPPrefCloudTags">
-        <translation>Tags zeigen</translation>
+        <translation>Schlagwörter zeigen</translation>
     </message>
     <message id="KPPrefCloudTypes">
         <translation>Dokumentarten zeigen</translation>
@@ -2004,13 +2004,13 @@ Absturzberichte erlauben?</translation>
         <translation>Farben</translation>
     </message>
     <message id="KPPrefCommonTags">
-        <translation>Bei mehreren Dokumenten nur die gemeinsamen Tags ändern</translation>
+        <translation>Bei mehreren Dokumenten nur die gemeinsamen Schlagwörter ändern</translation>
     </message>
     <message id="KPPrefCommonTagsHint">
-        <translation>Aus: Alle bekommen genau die eingegebenen Tags.</translation>
+        <translation>Aus: Alle bekommen genau die eingegebenen Schlagwörter.</translation>
     </message>
     <message id="KPPrefComplete">
-        <translation>Tags beim Tippen vervollständigen</translation>
+        <translation>Schlagwörter beim Tippen vervollständigen</translation>
     </message>
     <message id="KPPrefConfirmDelete">
         <translation>Vor dem Löschen in den Papierkorb fragen</translation>
@@ -2052,7 +2052,7 @@ Absturzberichte erlauben?</translation>
         <translation>Zuletzt benutzte Ziele</translation>
     </message>
     <message id="KPPrefEntering">
-        <translation>Eingeben von Tags</translation>
+        <translation>Eingeben von Schlagwörtern</translation>
     </message>
     <message id="KPPrefEverywhere">
         <translation>Aus jedem Programm</translation>
@@ -2091,7 +2091,7 @@ Absturzberichte erlauben?</translation>
         <translation>Letzte Taggruppen</translation>
     </message>
     <message id="KPPrefForgetTags">
-        <translation>Zuletzt eingegebene Tags</translation>
+        <translation>Zuletzt eingegebene Schlagwörter</translation>
     </message>
     <message id="KPPrefGlobalShortcut">
         <translation>Nach dem kopierten Text suchen mit</translation>
@@ -2106,7 +2106,7 @@ Absturzberichte erlauben?</translation>
         <translation>Gruppen sind zunächst aufgeklappt</translation>
     </message>
     <message id="KPPrefHeal">
-        <translation>Dateien die Tags zurückgeben, die ein Programm verloren hat</translation>
+        <translation>Dateien die Schlagwörter zurückgeben, die ein Programm verloren hat</translation>
     </message>
     <message id="KPPrefHealHint">
         <translation>Viele Programme sichern, indem sie eine neue Datei an die Stelle der alten schreiben.</translation>
@@ -2142,7 +2142,7 @@ Absturzberichte erlauben?</translation>
         <translation>Merken, welche Zeilen aufgeklappt sind</translation>
     </message>
     <message id="KPPrefKeywords">
-        <translation>Stichwörter in Dokumenten als Tags zeigen</translation>
+        <translation>Stichwörter in Dokumenten als Schlagwörter zeigen</translation>
     </message>
     <message id="KPPrefLastBackup">
         <translation>Letzte Sicherung: %1</translation>
@@ -2157,13 +2157,13 @@ Absturzberichte erlauben?</translation>
         <translation>%1 MB</translation>
     </message>
     <message id="KPPrefMirror">
-        <translation>Tags, Bewertung und Kommentar mit denen des Desktops gleich halten</translation>
+        <translation>Schlagwörter, Bewertung und Kommentar mit denen des Desktops gleich halten</translation>
     </message>
     <message id="KPPrefMirrorHint">
         <translation>In beide Richtungen: Andere Programme des Desktops sehen sie, und was dort geändert wird, wird übernommen.</translation>
     </message>
     <message id="KPPrefModified">
-        <translation>Ein Dokument gilt als geändert, wenn sich seine Tags ändern</translation>
+        <translation>Ein Dokument gilt als geändert, wenn sich seine Schlagwörter ändern</translation>
     </message>
     <message id="KPPrefMoving">
         <translation>Verschieben und Löschen</translation>
@@ -2208,7 +2208,7 @@ Absturzberichte erlauben?</translation>
         <translation>Scannen</translation>
     </message>
     <message id="KPPrefPageTags">
-        <translation>Tags</translation>
+        <translation>Schlagwörter</translation>
     </message>
     <message id="KPPrefPages">
         <translation>Seiten</translation>
@@ -2217,7 +2217,7 @@ Absturzberichte erlauben?</translation>
         <translation>Dokumente vorerst nicht lesen</translation>
     </message>
     <message id="KPPrefPausedHint">
-        <translation>Namen, Tags und Bewertungen werden weiter verfolgt, Inhalte nicht.</translation>
+        <translation>Namen, Schlagwörter und Bewertungen werden weiter verfolgt, Inhalte nicht.</translation>
     </message>
     <message id="KPPrefPictures">
         <translation>Bilder der Dokumente</translation>
@@ -2241,7 +2241,7 @@ Absturzberichte erlauben?</translation>
         <translation>Index neu anlegen…</translation>
     </message>
     <message id="KPPrefRebuildHint">
-        <translation>Alles wird noch einmal gelesen. Ihre Dateien mit Tags und Bewertungen bleiben unberührt: Der Index merkt sich nur, was an ihnen steht.</translation>
+        <translation>Alles wird noch einmal gelesen. Ihre Dateien mit Schlagwörtern und Bewertungen bleiben unberührt: Der Index merkt sich nur, was an ihnen steht.</translation>
     </message>
     <message id="KPPrefRebuildTitle">
         <translation>Neu anlegen</translation>
@@ -2271,7 +2271,7 @@ Absturzberichte erlauben?</translation>
         <translation>Indizierte Ordner</translation>
     </message>
     <message id="KPPrefRootsHint">
-        <translation>Murn verfolgt Namen, Tags und Inhalte dessen, was in diesen Ordnern liegt.</translation>
+        <translation>Murn verfolgt Namen, Schlagwörter und Inhalte dessen, was in diesen Ordnern liegt.</translation>
     </message>
     <message id="KPPrefRuleHint">
         <translation>Name eines Ordners oder Pfad, der mit / oder ~/ beginnt</translation>
@@ -2316,7 +2316,7 @@ Absturzberichte erlauben?</translation>
         <translation>Bewertungen zeigen</translation>
     </message>
     <message id="KPPrefShowTags">
-        <translation>Tags zeigen</translation>
+        <translation>Schlagwörter zeigen</translation>
     </message>
     <message id="KPPrefShowTitle">
         <translation>Namen zeigen</translation>
@@ -2334,7 +2334,7 @@ Absturzberichte erlauben?</translation>
         <translation>Damit blendet das Schließen des Fensters es nur aus.</translation>
     </message>
     <message id="KPPrefSuggest">
-        <translation>Im Tag-Editor Tags vorschlagen</translation>
+        <translation>Im Schlagwort-Editor Schlagwörter vorschlagen</translation>
     </message>
     <message id="KPPrefSuggestCustom">
         <translation>Eigene Wörter</translation>
@@ -2355,7 +2355,7 @@ Absturzberichte erlauben?</translation>
         <translation>Personen</translation>
     </message>
     <message id="KPPrefSuggestPopular">
-        <translation>Die meistgebrauchten Tags</translation>
+        <translation>Die meistgebrauchten Schlagwörter</translation>
     </message>
     <message id="KPPrefSuggestTypical">
         <translation>Typische Wörter</translation>
@@ -2370,10 +2370,10 @@ Absturzberichte erlauben?</translation>
         <translation>Einstellungen</translation>
     </message>
     <message id="KPPrefUseCommas">
-        <translation>Kommas trennen Tags</translation>
+        <translation>Kommas trennen Schlagwörter</translation>
     </message>
     <message id="KPPrefUseCommasHint">
-        <translation>Aus: Nur die Eingabetaste beendet ein Tag, das dann Kommas enthalten kann.</translation>
+        <translation>Aus: Nur die Eingabetaste beendet ein Schlagwort, das dann Kommas enthalten kann.</translation>
     </message>
     <message id="KPPrefWeb">
         <translation>Aufgenommene Webseiten</translation>
@@ -2406,7 +2406,7 @@ Absturzberichte erlauben?</translation>
         <translation>Ablagefläche zeigen, während etwas gezogen wird</translation>
     </message>
     <message id="KPPrefZoneShowHint">
-        <translation>Sie gleitet am Bildschirmrand heraus, nimmt auf, was abgelegt wird, und fragt nach den Tags.</translation>
+        <translation>Sie gleitet am Bildschirmrand heraus, nimmt auf, was abgelegt wird, und fragt nach den Schlagwörtern.</translation>
     </message>
     <message id="KPPrefZoneStays">
         <translation>Auch dazwischen sichtbar lassen</translation>
@@ -2739,7 +2739,7 @@ Was ist geschehen, und was hatten Sie erwartet?
         </translation>
     </message>
     <message id="KPRestoreFilter">
-        <translation>Sicherungen von Tags und Bewertungen</translation>
+        <translation>Sicherungen von Schlagwörtern und Bewertungen</translation>
     </message>
     <message id="KPRestoreFolder">
         <translation>Ordner</translation>
@@ -2766,7 +2766,7 @@ Was ist geschehen, und was hatten Sie erwartet?
         <translation>keine Bewertung</translation>
     </message>
     <message id="KPRestoreNoTags">
-        <translation>keine Tags</translation>
+        <translation>keine Schlagwörter</translation>
     </message>
     <message id="KPRestoreNothing">
         <translation>Wiederherstellen</translation>
@@ -2776,8 +2776,8 @@ Was ist geschehen, und was hatten Sie erwartet?
     </message>
     <message id="KPRestorePreview" numerus="yes">
         <translation>
-            <numerusform>%n Datei hat andere Tags oder eine andere Bewertung als die Sicherung, früher gesetzt. Noch ist nichts geändert.</numerusform>
-            <numerusform>%n Dateien haben andere Tags oder Bewertungen als die Sicherung, früher gesetzt. Noch ist nichts geändert.</numerusform>
+            <numerusform>%n Datei hat andere Schlagwörter oder eine andere Bewertung als die Sicherung, früher gesetzt. Noch ist nichts geändert.</numerusform>
+            <numerusform>%n Dateien haben andere Schlagwörter oder Bewertungen als die Sicherung, früher gesetzt. Noch ist nichts geändert.</numerusform>
         </translation>
     </message>
     <message id="KPRestoreSame">
@@ -2787,7 +2787,7 @@ Was ist geschehen, und was hatten Sie erwartet?
         <translation>„%1“ wurde verschoben, und mehrere Dateien heißen so: bleibt unverändert.</translation>
     </message>
     <message id="KPRestoreTitle">
-        <translation>Tags und Bewertungen wiederherstellen</translation>
+        <translation>Schlagwörter und Bewertungen wiederherstellen</translation>
     </message>
     <message id="KPRestoreWorking">
         <translation>Wird wiederhergestellt…</translation>
@@ -2943,7 +2943,7 @@ Was ist geschehen, und was hatten Sie erwartet?
         <translation>Scan anhalten</translation>
     </message>
     <message id="KPScanTags">
-        <translation>Tags des Dokuments</translation>
+        <translation>Schlagwörter des Dokuments</translation>
     </message>
     <message id="KPScanTools">
         <translation>Werkzeuge</translation>
@@ -3129,7 +3129,7 @@ Was ist geschehen, und was hatten Sie erwartet?
         <translation>Größe</translation>
     </message>
     <message id="KPSortTags">
-        <translation>Tags</translation>
+        <translation>Schlagwörter</translation>
     </message>
     <message id="KPSortType">
         <translation>Art</translation>
@@ -3222,16 +3222,16 @@ Was ist geschehen, und was hatten Sie erwartet?
         <translation>Tabelle des Dokuments</translation>
     </message>
     <message id="KPTagBackupFailed">
-        <translation>Tags und Bewertungen konnten nicht gesichert werden: %1</translation>
+        <translation>Schlagwörter und Bewertungen konnten nicht gesichert werden: %1</translation>
     </message>
     <message id="KPTagBackupRunning">
-        <translation>Tags und Bewertungen werden gesichert…</translation>
+        <translation>Schlagwörter und Bewertungen werden gesichert…</translation>
     </message>
     <message id="KPTagBelow">
         <translation>Unter „%1“</translation>
     </message>
     <message id="KPTagCopy">
-        <translation>Tag kopieren</translation>
+        <translation>Schlagwort kopieren</translation>
     </message>
     <message id="KPTagCopyUTI">
         <translation>Typkennung kopieren</translation>
@@ -3267,7 +3267,7 @@ Was ist geschehen, und was hatten Sie erwartet?
         <translation>Tafel der Schlagwörter zeigen</translation>
     </message>
     <message id="KPTagPanelShown">
-        <translation>&amp;Tag-Bereich</translation>
+        <translation>Schlagwor&amp;tbereich</translation>
     </message>
     <message id="KPTagPlanAway" numerus="yes">
         <translation>
@@ -3486,10 +3486,10 @@ Was ist geschehen, und was hatten Sie erwartet?
         <translation>Dreht die Seite, bis eine Linie waagerecht liegt</translation>
     </message>
     <message id="KPToolbarTagPanelLabel">
-        <translation>Tags</translation>
+        <translation>Schlagwörter</translation>
     </message>
     <message id="KPToolbarTagPanelTooltip">
-        <translation>Tag-Bereich ein- oder ausblenden</translation>
+        <translation>Schlagwortbereich ein- oder ausblenden</translation>
     </message>
     <message id="KPToolbarUpLabel">
         <translation>Aufwärts</translation>
@@ -3624,7 +3624,7 @@ Was ist geschehen, und was hatten Sie erwartet?
         </translation>
     </message>
     <message id="KPUntaggedDocuments">
-        <translation>Dokumente &amp;ohne Tags</translation>
+        <translation>Dokumente &amp;ohne Schlagwörter</translation>
     </message>
     <message id="KPUpdatesFound">
         <translation>Version %1 von Murn kann installiert werden</translation>
