@@ -44,7 +44,7 @@ QList<KPCommand> KPController::tagCommands()
     return {
         {.id = QT_TRID_NOOP("KPTagPanel"),
          .menu = KPCommandMenu::Tags,
-         .shortcut = QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_T),
+         .shortcut = QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_J),
          .run = [this] { m_tagEditing->togglePanel(pathsOfSelection()); },
          .state =
              [this] {
