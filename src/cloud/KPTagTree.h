@@ -18,6 +18,7 @@ public:
         int parent = -1;
         int row = 0; // among its parent's children
         std::vector<int> children = {};
+        QString folded = {}; // the whole tag, as filters compare it (foldText)
     };
 
     // Parents that no document has are made.
@@ -26,6 +27,10 @@ public:
     int size() const { return static_cast<int>(m_nodes.size()); }
     const Node &node(int index) const { return m_nodes[static_cast<size_t>(index)]; }
     static constexpr int root = 0;
+    // The tags that hold the text, which is folded, with those above them.
+    KPTagTree filtered(const QString &text) const;
+    int find(const QString &tag) const;         // root: it is not there
+    int findHolding(const QString &text) const; // the first from above that does, folded; or root
 
     // "a/b" and "a" of "a/b/c", the nearest last.
     static QStringList above(const QString &tag);
@@ -33,6 +38,7 @@ public:
 
 private:
     int place(const QString &tag, QHash<QString, int> &places);
+    void sort();
 
-    std::vector<Node> m_nodes;
+    std::vector<Node> m_nodes; // a parent before its children
 };

@@ -52,8 +52,7 @@ KPTagCompletion::KPTagCompletion(const QList<Known> &known, const QStringList &r
 
 QList<KPTagCompletion::Match> KPTagCompletion::matches(const QString &typed,
                                                        const QStringList &present,
-                                                       const Counts &together,
-                                                       qsizetype most) const
+                                                       const Counts &together, qsizetype most) const
 {
     const QString wanted = foldText(typed);
     if (wanted.isEmpty())

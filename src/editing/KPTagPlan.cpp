@@ -5,6 +5,7 @@
 #include "XPPath.h"
 
 #include <QHash>
+#include <QSet>
 #include <algorithm>
 
 static bool isBelow(const QString &path, const QStringList &roots)
@@ -40,7 +41,7 @@ KPTagPlan KPTagPlan::make(const KPTagRename &rename, const QStringList &missingR
         (isBelow(path, missingRoots) ? plan.away : plan.paths).append(path);
     plan.places = placesOf(all);
     const QString &name = rename.isDeletion() ? rename.from : rename.to;
-    const QString folded = foldText(name);
+    const QSet<QString> spellings{foldText(rename.from), foldText(name)};
     auto used = KPTagDocuments::allUserTags();
     std::stable_sort(used.begin(), used.end(),
                      [](const auto &a, const auto &b) { return a.count > b.count; });
@@ -49,7 +50,7 @@ KPTagPlan KPTagPlan::make(const KPTagRename &rename, const QStringList &missingR
         const bool isOld = key == karvexTagKey(rename.from);
         if (key == karvexTagKey(name))
             plan.isMerge = plan.isMerge || (!isOld && each.branchCount > 0);
-        else if (!isOld && each.count > 0 && foldText(each.tag) == folded)
+        else if (!isOld && each.count > 0 && spellings.contains(foldText(each.tag)))
             plan.otherSpellings.append(each.tag);
     }
     return plan;

@@ -8,8 +8,8 @@
 struct KPTagRename
 {
     QString from;
-    QString to;             // empty: the tag is taken off
-    bool withBranch = true; // what is below it too
+    QString to;                // empty: the tag is taken off
+    bool withBranch = true;    // what is below it too
     QStringList alsoFrom = {}; // other spellings that get the new name with it
 
     bool isDeletion() const { return to.isEmpty(); }

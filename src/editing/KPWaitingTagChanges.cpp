@@ -50,6 +50,7 @@ XPResult<QList<Change>> KPWaitingTagChanges::parse(const QByteArray &bytes)
         change.rename = {object.value(fromKey).toString(), object.value(toKey).toString(),
                          object.value(branchKey).toBool(true),
                          object.value(alsoKey).toVariant().toStringList()};
+        change.rename.alsoFrom.removeAll(QString());
         change.time = QDateTime::fromString(object.value(timeKey).toString(), Qt::ISODate);
         for (const QJsonValue &file : object.value(pathsKey).toArray())
             change.paths.append(file.toString());

@@ -58,17 +58,14 @@ QStringList KPIndexFilter::reduced(const QStringList &folders)
     return scope.isEmpty() ? folders : scope;
 }
 
-static QString branchSearch(const QString &tag)
-{
-    return u'(' + Karvex::tagsToSearchFor() + QStringLiteral(" == \"") + tag +
-           QStringLiteral("/*\"cd)");
-}
-
 // A state names plain tags. The index is asked for those below them too ("tax/2024" is below
 // "tax"), by one clause more for each.
 static QString textWithBranches(const KPSearchState &state)
 {
     QString text = state.queryText();
+    const auto branchSearch = [&](const QString &tag) {
+        return state.tagSearch(tag + QStringLiteral("/*"));
+    };
     for (const QString &tag : state.searchTags()) {
         const QString plain = state.tagSearch(tag);
         text.replace(plain, u'(' + plain + QStringLiteral(" || ") + branchSearch(tag) + u')');

@@ -39,19 +39,28 @@ QString KPSearchState::buildManagedSearch() const
     return clause + QStringLiteral(") && !(kMDItemKXManaged == 0))");
 }
 
+// A quotation mark in a tag does not end it. A wildcard is one: a tag may be asked for so.
+static QString quoted(QString tag)
+{
+    tag.replace(u'\\', QStringLiteral("\\\\"));
+    tag.replace(u'"', QStringLiteral("\\\""));
+    return tag;
+}
+
 QString KPSearchState::tagSearch(const QString &tag) const
 {
-    return KPPredicateBuilder::tagSearch(tag, searchUserTags(), searchReadOnlyKeywords());
+    return KPPredicateBuilder::tagSearch(quoted(tag), searchUserTags(), searchReadOnlyKeywords());
 }
 
 QString KPSearchState::excludeTagSearch(const QString &tag) const
 {
     QStringList clauses;
     if (searchUserTags())
-        clauses.append(u'(' + Karvex::tagsToSearchFor() + QStringLiteral(" != \"") + tag +
+        clauses.append(u'(' + Karvex::tagsToSearchFor() + QStringLiteral(" != \"") + quoted(tag) +
                        QStringLiteral("\"cd)"));
     if (searchReadOnlyKeywords())
-        clauses.append(QStringLiteral("(kMDItemKeywords != \"") + tag + QStringLiteral("\"cd)"));
+        clauses.append(QStringLiteral("(kMDItemKeywords != \"") + quoted(tag) +
+                       QStringLiteral("\"cd)"));
     return u'(' + clauses.join(andOperator) + u')';
 }
 

@@ -50,7 +50,8 @@ void KPThreadedSearcher::startMDQuery(const QString &text, const QStringList &sc
     const KPIndexFilter::Scope &places = m_filter->scope();
     if (m_filter->findsNothing() || (places.folders.isEmpty() && !places.everywhere))
         return;
-    auto query = MDQuery::create(m_source, text, {QStringLiteral("kMDItemDisplayName")});
+    auto query =
+        MDQuery::create(m_source, m_filter->text(), {QStringLiteral("kMDItemDisplayName")});
     if (!query) {
         m_problems.append(qtTrId("KPSearchRefused").arg(query.error().message));
         return;

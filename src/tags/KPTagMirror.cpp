@@ -15,7 +15,8 @@ static constexpr auto settling = 300ms;
 KPTagMirror::KPTagMirror(MetadataIndex &index)
     : m_index(index), m_wasOn(KarvexMirror::isOn()),
       m_observation(UserDefaults::standard().addObserver(
-          QStringLiteral("values.") + KarvexMirror::settingsKey, [this](const PropertyValue &value) {
+          QStringLiteral("values.") + KarvexMirror::settingsKey,
+          [this](const PropertyValue &value) {
               if (!std::exchange(m_wasOn, value.boolValue()) && m_wasOn)
                   switchedOn();
           }))
@@ -49,8 +50,8 @@ void KPTagMirror::take(const IndexAttributesChange &change)
     if (!KarvexMirror::isOn() || KarvexFacts::agree(KarvexFacts::Pair::of(change.now)))
         return;
     // Another file, or one that nobody knew: neither side took anything off it.
-    const auto base = change.isSameFile ? KarvexFacts::Pair::of(change.before)
-                                        : KarvexFacts::Pair::of({});
+    const auto base =
+        change.isSameFile ? KarvexFacts::Pair::of(change.before) : KarvexFacts::Pair::of({});
     {
         const XPLocker lock(m_mutex);
         if (!m_files.contains(change.path))

@@ -98,8 +98,8 @@ XPResult<std::optional<QByteArray>> Karvex::getBytes(const QString &key, const Q
 std::optional<XPError> Karvex::setXAttrMetaData(const PropertyValue &value, const QString &key,
                                                 const QString &path)
 {
-    return KarvexMirror::writeWith(
-        key, path, [&] { return setXAttr(value, spotlightKey(key), path); });
+    return KarvexMirror::writeWith(key, path,
+                                   [&] { return setXAttr(value, spotlightKey(key), path); });
 }
 
 XPResult<PropertyValue> Karvex::getXAttrMetaData(const QString &key, const QString &path)

@@ -36,7 +36,8 @@ KarvexFacts KarvexFacts::ours(const Attributes &attributes)
 
 static std::optional<QString> textOf(const PropertyValue &bytes)
 {
-    QStringDecoder decoder(QStringDecoder::Utf8);
+    // At once: a character that is cut off at the end is an error, not the beginning of more.
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     QString text = decoder.decode(bytes.data());
     return decoder.hasError() ? std::nullopt : std::optional(std::move(text));
 }

@@ -104,7 +104,8 @@ static std::optional<XPError> follow(const QString &key, const Bytes &oldOurs, c
     if (present && *present)
         before.insert(desktopKey, **present);
     const KarvexFacts desktop = KarvexFacts::desktops(before);
-    if (!present || !desktop.areTagsReadable || !desktop.isCommentReadable) {
+    if (!present || !desktop.areTagsReadable || !desktop.isRatingReadable ||
+        !desktop.isCommentReadable) {
         warn(path, QStringLiteral("%1 cannot be understood and stays").arg(desktopKey));
         return {};
     }

@@ -6,7 +6,7 @@
 #include <functional>
 
 // Keeps the desktop's own tags, rating and comment of a file equal to ours, both ways, while the
-// user wants it: the setting "KPMirrorDesktopTags", which is not there before he was asked.
+// user wants it: the setting "KPMirrorDesktopTags", which is not there before he chose.
 //
 // Every write of ours is followed by the desktop's attribute, in the same change and under the
 // same lock. Where that fails (there is no room for both) ours is put back: both are new, or
@@ -17,7 +17,7 @@ namespace KarvexMirror {
 
 extern const QString settingsKey; // "KPMirrorDesktopTags"
 bool isOn();
-bool wasAsked();
+bool wasAsked(); // has chosen, one way or the other
 
 // Runs `write`, which changes our attribute `key` of the file, then brings the desktop's in line.
 // Under the file's lock. Keys that the desktop knows nothing of are just written.
@@ -35,8 +35,8 @@ struct Outcome
     KarvexFacts after;
     bool changedOurs = false;
     bool changedDesktop = false;
-    QStringList unfit;       // tags that the desktop cannot hold
-    bool isReadable = true;  // something cannot be understood, and was left alone
+    QStringList unfit;      // tags that the desktop cannot hold
+    bool isReadable = true; // something cannot be understood, and was left alone
     bool isEmpty() const { return !changedOurs && !changedDesktop; }
 };
 XPResult<Outcome> reconcile(const QString &path, const KarvexFacts::Pair &base,

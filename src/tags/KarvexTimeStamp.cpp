@@ -17,8 +17,7 @@ void KarvexTimeStamp::putBack(const std::optional<QByteArray> &bytes, const QStr
         error = KarvexAuthenticated::writeBytes(bytes, name, path);
     if (error)
         qCWarning(xpLog).noquote()
-            << "an attribute could not be put back:" << error->message
-            << XPPath::printable(path);
+            << "an attribute could not be put back:" << error->message << XPPath::printable(path);
 }
 
 std::optional<XPError>

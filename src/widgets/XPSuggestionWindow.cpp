@@ -40,6 +40,12 @@ XPSuggestionWindow::XPSuggestionWindow(QWidget *field)
     });
 }
 
+int XPSuggestionWindow::rowHeight() const
+{
+    constexpr int air = 8;
+    return fontMetrics().height() + air;
+}
+
 void XPSuggestionWindow::showSuggestions(const QList<XPTagSuggestion> &suggestions,
                                          const QRect &word)
 {
@@ -53,6 +59,7 @@ void XPSuggestionWindow::showSuggestions(const QList<XPTagSuggestion> &suggestio
             item->setText(1, QLocale().toString(each.count));
         item->setTextAlignment(1, Qt::AlignRight | Qt::AlignVCenter);
         item->setForeground(1, KPLook::muted(palette()));
+        item->setSizeHint(0, QSize(0, rowHeight()));
     }
     if (m_list->topLevelItemCount() == 0) {
         hide();
@@ -65,9 +72,8 @@ void XPSuggestionWindow::showSuggestions(const QList<XPTagSuggestion> &suggestio
 
 void XPSuggestionWindow::place(const QRect &word)
 {
-    const int row = std::max(m_list->sizeHintForRow(0), fontMetrics().height() + 4);
     const QSize wanted(std::max(narrowest, m_field->width() / 2),
-                       row * m_list->topLevelItemCount() + 2);
+                       rowHeight() * m_list->topLevelItemCount() + 2 * frameWidth() + 2);
     resize(wanted);
     QPoint at = m_field->mapToGlobal(word.bottomLeft()) + QPoint(0, 4);
     const QScreen *screen = m_field->screen();

@@ -34,6 +34,7 @@ Q_SIGNALS:
 
 private:
     void place(const QRect &word);
+    int rowHeight() const;
 
     QWidget *m_field;
     QTreeWidget *m_list;

@@ -171,8 +171,7 @@ void XPTagsEditor::takeFinishedTags(const QString &text)
         m_entry->setText(typed.rest);
     for (const QString &tag : typed.finished)
         addTag(tag);
-    const double pause =
-        UserDefaults::standard().doubleValue(QStringLiteral("KPCompletionDelay"));
+    const double pause = UserDefaults::standard().doubleValue(QStringLiteral("KPCompletionDelay"));
     m_window->hide();
     m_pause.start(static_cast<int>(std::clamp(pause, 0.0, 10.0) * 1000));
 }
@@ -189,8 +188,9 @@ QList<XPTagSuggestion> XPTagsEditor::completions(const QString &typed) const
     if (m_completion)
         return m_completion(typed);
     QList<XPTagSuggestion> found;
+    const QString wanted = foldText(typed);
     for (const QString &tag : m_known) {
-        if (foldText(tag).startsWith(foldText(typed)))
+        if (foldText(tag).startsWith(wanted))
             found.append({tag, 0});
     }
     return found;

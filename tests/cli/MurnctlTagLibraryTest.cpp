@@ -96,3 +96,20 @@ TEST_F(MurnctlTagLibrary, SuggestsKnownTagsThatSuitTheName)
     EXPECT_EQ(run({"tag", "--suggest", "gone"}).status, 1);
     EXPECT_EQ(run({"tag", "--suggest", "--add", "x", "a"}).status, 2);
 }
+
+TEST_F(MurnctlTagLibrary, FindsABranchByTheTagAboveItAndTagsWithQuotationMarks)
+{
+    tag("torn",
+        {QStringLiteral("work/old"), QStringLiteral("say \"hi\""), QStringLiteral("back\\")});
+    tag("c", {QStringLiteral("workshop")});
+    const QByteArray found = path("torn").toUtf8();
+    const auto lines = [&](const QByteArrayList &words) {
+        return run(QByteArrayList{"find", "--in", "."} + words).lines();
+    };
+    EXPECT_EQ(lines({"--tag", "WORK"}).size(), 3);
+    EXPECT_EQ(lines({"--tag", "work", "--not-tag", "work/old"}), QByteArrayList());
+    EXPECT_EQ(lines({"--not-tag", "work"}), QByteArrayList{path("c").toUtf8()});
+    EXPECT_EQ(lines({"--tag", "say \"hi\""}), QByteArrayList{found});
+    EXPECT_EQ(lines({"--tag", "back\\"}), QByteArrayList{found});
+    EXPECT_EQ(lines({"--not-tag", "say \"hi\""}).size(), 3);
+}

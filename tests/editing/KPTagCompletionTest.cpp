@@ -11,14 +11,13 @@ static QStringList list(const char *tags)
 
 TEST(TagCompletion, RanksWhatMayBeMeant)
 {
-    const KPTagCompletion completion(
-        {{QStringLiteral("invoice"), 5},
-         {QStringLiteral("Investment"), 90},
-         {QStringLiteral("insurance"), 40},
-         {QStringLiteral("paid invoice"), 900},
-         {QStringLiteral("Caf\u00e9"), 3},
-         {QStringLiteral("tax/2024"), 7}},
-        list("insurance|inn|INVOICE"));
+    const KPTagCompletion completion({{QStringLiteral("invoice"), 5},
+                                      {QStringLiteral("Investment"), 90},
+                                      {QStringLiteral("insurance"), 40},
+                                      {QStringLiteral("paid invoice"), 900},
+                                      {QStringLiteral("Caf\u00e9"), 3},
+                                      {QStringLiteral("tax/2024"), 7}},
+                                     list("insurance|inn|INVOICE"));
     const KPTagCompletion::Counts together{{karvexTagKey(QStringLiteral("Investment")), 2}};
     const struct
     {
@@ -45,4 +44,22 @@ TEST(TagCompletion, RanksWhatMayBeMeant)
     }
     EXPECT_EQ(completion.matches(QStringLiteral("in"), {}, {}, 2).size(), 2);
     EXPECT_EQ(completion.matches(QStringLiteral("invest"), {}, {}, 2).first().count, 90);
+}
+
+// Every key asks all of them.
+TEST(TagCompletion, KnowsAHundredThousandTags)
+{
+    QList<KPTagCompletion::Known> known;
+    QStringList present;
+    for (int i = 0; i < 100'000; ++i) {
+        known.append({QStringLiteral("tag %1").arg(i), i});
+        if (i % 2 == 0)
+            present.append(known.last().tag);
+    }
+    const KPTagCompletion completion(known, present);
+    const auto matches = completion.matches(QStringLiteral("TAG"), present, {}, 8);
+    ASSERT_EQ(matches.size(), 8);
+    EXPECT_EQ(matches.first().tag, u"tag 99999");
+    EXPECT_EQ(matches.last().tag, u"tag 99985");
+    EXPECT_EQ(completion.matches(QStringLiteral("99998"), {}, {}, 8).size(), 1);
 }

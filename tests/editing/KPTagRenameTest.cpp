@@ -35,7 +35,9 @@ TEST_P(TagRename, MakesTheseTags)
 
 TEST(TagRename, TakesOtherSpellingsAlong)
 {
-    const KPTagRename rename{QStringLiteral("cafe"), QStringLiteral("Caf\u00e9"), true,
+    const KPTagRename rename{QStringLiteral("cafe"),
+                             QStringLiteral("Caf\u00e9"),
+                             true,
                              {QStringLiteral("caf\u00e8"), QStringLiteral("kaf/e")}};
     EXPECT_EQ(rename.applied(QStringList{QStringLiteral("x"), QStringLiteral("kaf/e/menu"),
                                          QStringLiteral("Caf\u00e8"), QStringLiteral("cafe")}),

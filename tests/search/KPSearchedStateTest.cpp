@@ -144,7 +144,9 @@ TEST_F(IndexedState, IsFoundByATagAboveItsOwn)
         {"parent", all->searchStateWithNewTags({text("TAX")}), {bill, scan}},
         {"between", all->searchStateWithNewTags({text("tax/2024")}), {bill}},
         {"with another", all->searchStateWithNewTags({text("tax"), text("work")}), {bill, scan}},
-        {"none of the branch", all->searchStateWithNewExcludeTags({text("tax")}), {damaged, late, note}},
+        {"none of the branch",
+         all->searchStateWithNewExcludeTags({text("tax")}),
+         {damaged, late, note}},
         {"listed", listing->searchStateWithNewTags({text("tax")}), {bill}},
     });
 }

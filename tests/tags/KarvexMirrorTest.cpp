@@ -10,6 +10,7 @@
 #include "XPPath.h"
 
 #include <fcntl.h>
+#include <thread>
 #include <unistd.h>
 
 namespace {
@@ -114,8 +115,8 @@ TEST_F(Mirror, FollowsEveryWriteOfOurs)
     EXPECT_FALSE(Karvex::setUserTags(list("off"), file));
     EXPECT_EQ(desktopTags(file), std::nullopt);
     turn(true);
-    EXPECT_FALSE(Karvex::addUserTags({QStringLiteral("two words"), QStringLiteral("caf\u00e9")},
-                                     file));
+    EXPECT_FALSE(
+        Karvex::addUserTags({QStringLiteral("two words"), QStringLiteral("caf\u00e9")}, file));
     EXPECT_EQ(desktopTags(file), "off,two words,caf\xc3\xa9");
     EXPECT_FALSE(Karvex::setRating(3.5, file));
     EXPECT_EQ(desktops(file, KarvexFacts::desktopRatingKey), "7");
@@ -145,6 +146,7 @@ TEST_F(Mirror, LeavesWhatItCannotUnderstand)
         foreign(file, KarvexFacts::desktopTagsKey, bytes);
         foreign(file, KarvexFacts::desktopRatingKey, "eleven");
         EXPECT_FALSE(Karvex::setUserTags(list("mine"), file));
+        EXPECT_FALSE(Karvex::setRating(2, file));
         EXPECT_EQ(tagsOf(file), list("mine"));
         EXPECT_EQ(desktopTags(file), bytes);
         const auto outcome = KarvexMirror::reconcile(file, KarvexFacts::Pair::of({}));
@@ -153,11 +155,33 @@ TEST_F(Mirror, LeavesWhatItCannotUnderstand)
         EXPECT_TRUE(outcome->isEmpty());
         EXPECT_EQ(desktops(file, KarvexFacts::desktopRatingKey), "eleven");
     }
+    // Ours that cannot be read is neither taken for empty nor written over; an empty list is one.
+    const QString broken = folder.file(QStringLiteral("broken"));
+    foreign(broken, KarvexFacts::desktopTagsKey, "theirs");
+    storeBytes(broken, Karvex::userTagsKey, "no list");
+    for (const bool knew : {false, true}) {
+        KarvexFacts::Pair base;
+        base.ours.tags = base.desktop.tags = knew ? list("theirs") : QStringList();
+        const auto outcome = KarvexMirror::reconcile(broken, base);
+        ASSERT_TRUE(outcome);
+        EXPECT_FALSE(outcome->isReadable);
+        EXPECT_EQ(storedBytes(broken, Karvex::userTagsKey), "no list");
+        EXPECT_EQ(desktopTags(broken), "theirs");
+        // The same state, but with a list that somebody emptied.
+        const QString emptied = folder.file(QStringLiteral("emptied"));
+        turn(false);
+        EXPECT_FALSE(Karvex::setUserTags(QStringList(), emptied));
+        turn(true);
+        foreign(emptied, KarvexFacts::desktopTagsKey, "theirs");
+        EXPECT_TRUE(KarvexMirror::reconcile(emptied, base));
+        EXPECT_EQ(desktopTags(emptied).value_or(""), knew ? "" : "theirs");
+        EXPECT_EQ(tagsOf(emptied), knew ? QStringList() : list("theirs"));
+    }
     // Whole or not at all: our own list has less room.
     const QString file = folder.file(QStringLiteral("large"));
     QByteArray large;
-    for (int i = 0; i < 2000; ++i)
-        large += "tag number " + QByteArray::number(i) + ',';
+    for (int i = 100; i < 850; ++i)
+        large += QByteArray::number(i) + ',';
     foreign(file, KarvexFacts::desktopTagsKey, large);
     foreign(file, KarvexFacts::desktopRatingKey, "4");
     EXPECT_FALSE(KarvexMirror::reconcile(file, KarvexFacts::Pair::of({})));
@@ -193,6 +217,28 @@ TEST_F(Mirror, WithoutRoomForBothNeitherIsWritten)
     EXPECT_EQ(desktopTags(file), "new");
 }
 
+// Two threads stand for two processes: they meet at the file's lock alone.
+TEST_F(Mirror, TwoWritersLoseNothingAndEndEqual)
+{
+    const TestFolder folder;
+    const QString file = folder.file(QStringLiteral("a"));
+    const auto write = [&](QChar whose) {
+        for (int i = 0; i < 40; ++i)
+            EXPECT_FALSE(Karvex::addUserTags({whose + QString::number(i)}, file));
+    };
+    std::thread other([&] { write(u'x'); });
+    std::thread merger([&] {
+        for (int i = 0; i < 40; ++i)
+            EXPECT_TRUE(KarvexMirror::reconcile(file, KarvexFacts::Pair::of({})));
+    });
+    write(u'y');
+    other.join();
+    merger.join();
+    const QStringList tags = tagsOf(file);
+    EXPECT_EQ(tags.size(), 80);
+    EXPECT_EQ(QString::fromUtf8(desktopTags(file).value_or("")).split(u','), tags);
+}
+
 TEST_F(Mirror, TakesOverWhatOthersChangeAndIsThenQuiet)
 {
     KeptFolder folder;
@@ -207,7 +253,8 @@ TEST_F(Mirror, TakesOverWhatOthersChangeAndIsThenQuiet)
     EXPECT_TRUE(holdsSoon([&] { return Karvex::getRating(known).valueOr(0) == 4.5; }));
     EXPECT_TRUE(holdsSoon([&] { return tagsOf(bare) == list("theirs"); }));
 
-    // The last tag goes with its attribute.
+    // The last tag goes with its attribute; once it is known that the two agreed.
+    folder.catchUp();
     ASSERT_FALSE(XPExtendedAttributes::remove(bare, KarvexFacts::desktopTagsKey));
     EXPECT_TRUE(holdsSoon([&] { return tagsOf(bare).isEmpty(); }));
 
@@ -232,7 +279,8 @@ TEST_F(Mirror, ImportBringsTheLibraryInLine)
     const QString ours = folder.file(QStringLiteral("ours"));
     const QString theirs = folder.file(QStringLiteral("theirs"));
     turn(false);
-    ASSERT_FALSE(Karvex::setUserTags(QStringList{QStringLiteral("a"), QStringLiteral("b,c")}, ours));
+    ASSERT_FALSE(
+        Karvex::setUserTags(QStringList{QStringLiteral("a"), QStringLiteral("b,c")}, ours));
     foreign(theirs, KarvexFacts::desktopTagsKey, "t");
     const auto run = [&](bool isDryRun) {
         QStringList changed;

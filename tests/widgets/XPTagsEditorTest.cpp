@@ -117,8 +117,7 @@ TEST(TagsEditor, TakesASuggestionByOneKey)
     QTest::keyClicks(editor.entry(), QStringLiteral("inv"));
     QTest::qWait(1);
     EXPECT_EQ(editor.entry()->text(), u"inv");
-    for (const char *key :
-         {"KPShowSuggestionWindow", "KPCompletionDelay", "XPSkipTagAutoComplete"})
+    for (const char *key : {"KPShowSuggestionWindow", "KPCompletionDelay", "XPSkipTagAutoComplete"})
         defaults.remove(QLatin1String(key));
 }
 

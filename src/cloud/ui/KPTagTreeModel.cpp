@@ -2,6 +2,8 @@
 
 #include "XPPath.h"
 
+#include <QFontMetrics>
+#include <QGuiApplication>
 #include <QLocale>
 
 void KPTagTreeModel::setTree(KPTagTree tree)
@@ -25,18 +27,21 @@ QModelIndex KPTagTreeModel::index(int row, int column, const QModelIndex &parent
     return createIndex(row, column, static_cast<quintptr>(children[static_cast<size_t>(row)]));
 }
 
+QModelIndex KPTagTreeModel::indexOf(int node) const
+{
+    return node == KPTagTree::root
+               ? QModelIndex()
+               : createIndex(m_tree.node(node).row, 0, static_cast<quintptr>(node));
+}
+
 QModelIndex KPTagTreeModel::parent(const QModelIndex &child) const
 {
-    const int parent = m_tree.node(nodeOf(child)).parent;
-    return parent <= KPTagTree::root
-               ? QModelIndex()
-               : createIndex(m_tree.node(parent).row, 0, static_cast<quintptr>(parent));
+    return indexOf(std::max(KPTagTree::root, m_tree.node(nodeOf(child)).parent));
 }
 
 int KPTagTreeModel::rowCount(const QModelIndex &parent) const
 {
-    return parent.column() > 0 ? 0
-                               : static_cast<int>(m_tree.node(nodeOf(parent)).children.size());
+    return parent.column() > 0 ? 0 : static_cast<int>(m_tree.node(nodeOf(parent)).children.size());
 }
 
 QVariant KPTagTreeModel::data(const QModelIndex &index, int role) const
@@ -53,6 +58,10 @@ QVariant KPTagTreeModel::data(const QModelIndex &index, int role) const
         if (!isCount)
             return XPPath::printable(node.name);
         return count > 0 ? QLocale().toString(count) : QString();
+    }
+    case Qt::SizeHintRole: {
+        constexpr int air = 8;
+        return QSize(0, QFontMetrics(QGuiApplication::font()).height() + air);
     }
     case Qt::ToolTipRole:
         return XPPath::printable(node.tag);

@@ -15,7 +15,8 @@ public:
     using QAbstractItemModel::QAbstractItemModel;
 
     void setTree(KPTagTree tree);
-    qsizetype tagCount() const { return m_tree.size() - 1; }
+    const KPTagTree &tree() const { return m_tree; }
+    QModelIndex indexOf(int node) const; // invalid: of the root
 
     QModelIndex index(int row, int column, const QModelIndex &parent = {}) const override;
     QModelIndex parent(const QModelIndex &child) const override;

@@ -9,13 +9,13 @@
 #include "XPText.h"
 
 #include <QCheckBox>
-#include <QCloseEvent>
 #include <QGuiApplication>
 #include <QHeaderView>
+#include <QHideEvent>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPointer>
-#include <QSortFilterProxyModel>
 #include <QTreeView>
 #include <QVBoxLayout>
 
@@ -23,42 +23,9 @@ static const QString availableKey = QStringLiteral("KPTagsWindowOnlyShowAvailabl
 static const QString frameKey = QStringLiteral("KPTagsWindowGeometry");
 static constexpr std::chrono::milliseconds refreshPause{300};
 
-namespace {
-
-// What holds the text, case and accents aside, with what is above it.
-class TagFilter : public QSortFilterProxyModel
-{
-public:
-    explicit TagFilter(QObject *parent) : QSortFilterProxyModel(parent)
-    {
-        setRecursiveFilteringEnabled(true);
-    }
-    void setText(const QString &text)
-    {
-        m_text = foldText(text);
-        invalidateFilter();
-    }
-
-protected:
-    bool filterAcceptsRow(int row, const QModelIndex &parent) const override
-    {
-        return m_text.isEmpty() ||
-               foldText(sourceModel()
-                            ->index(row, 0, parent)
-                            .data(KPTagTreeModel::tagRole)
-                            .toString())
-                   .contains(m_text);
-    }
-
-private:
-    QString m_text;
-};
-
-} // namespace
-
 KPTagsWindow::KPTagsWindow(KPNavigator &navigator, QWidget *window)
     : QDialog(window, Qt::Tool), m_navigator(navigator), m_model(new KPTagTreeModel(this)),
-      m_shown(new TagFilter(this)), m_filter(new QLineEdit), m_view(new QTreeView),
+      m_filter(new QLineEdit), m_view(new QTreeView),
       m_available(new QCheckBox(qtTrId("KPTagsWindowAvailable"))), m_counts(new QLabel)
 {
     setObjectName(QStringLiteral("KPTagsWindow"));
@@ -81,8 +48,7 @@ void KPTagsWindow::build()
     m_filter->setAccessibleName(qtTrId("KPCloudFilter"));
     m_filter->setClearButtonEnabled(true);
     m_filter->installEventFilter(this);
-    m_shown->setSourceModel(m_model);
-    m_view->setModel(m_shown);
+    m_view->setModel(m_model);
     m_view->setAccessibleName(qtTrId("KPTagsWindowTitle"));
     m_view->setUniformRowHeights(true);
     m_view->setAlternatingRowColors(false);
@@ -100,7 +66,8 @@ void KPTagsWindow::build()
     column->addWidget(m_counts);
     connect(m_filter, &QLineEdit::textChanged, this, &KPTagsWindow::filter);
     connect(m_view, &QTreeView::activated, this, [this](const QModelIndex &index) {
-        click(index, QGuiApplication::keyboardModifiers().testFlag(Qt::AltModifier));
+        click(index.data(KPTagTreeModel::tagRole).toString(),
+              QGuiApplication::keyboardModifiers().testFlag(Qt::AltModifier));
     });
     connect(m_view, &QWidget::customContextMenuRequested, this, &KPTagsWindow::showMenu);
     connect(m_available, &QCheckBox::clicked, this, [](bool on) {
@@ -162,28 +129,26 @@ void KPTagsWindow::readLibrary()
 
 void KPTagsWindow::showTree(KPTagTree tree)
 {
-    const QString current = m_view->currentIndex().data(KPTagTreeModel::tagRole).toString();
-    m_model->setTree(std::move(tree));
+    m_tree = std::move(tree);
     filter();
-    const auto found = m_shown->match(m_shown->index(0, 0), KPTagTreeModel::tagRole, current, 1,
-                                      Qt::MatchExactly | Qt::MatchRecursive);
-    if (!current.isEmpty() && !found.isEmpty())
-        m_view->setCurrentIndex(found.first());
-    m_counts->setText(qtTrId("KPTagsWindowCount", static_cast<int>(m_model->tagCount()))
-                          .arg(QLocale().toString(m_model->tagCount())));
+    const int count = m_tree.size() - 1;
+    m_counts->setText(qtTrId("KPTagsWindowCount", count).arg(QLocale().toString(count)));
 }
 
 void KPTagsWindow::filter()
 {
-    static_cast<TagFilter *>(m_shown)->setText(m_filter->text());
-    constexpr qsizetype mostExpanded = 2000; // more are no overview
-    if (m_model->tagCount() <= mostExpanded)
+    const QString current = m_view->currentIndex().data(KPTagTreeModel::tagRole).toString();
+    m_model->setTree(m_tree.filtered(foldText(m_filter->text())));
+    const KPTagTree &shown = m_model->tree();
+    constexpr int mostExpanded = 2000; // more are no overview
+    if (shown.size() <= mostExpanded)
         m_view->expandAll();
+    if (const int found = current.isEmpty() ? KPTagTree::root : shown.find(current))
+        m_view->setCurrentIndex(m_model->indexOf(found));
 }
 
-void KPTagsWindow::click(const QModelIndex &index, bool excludes)
+void KPTagsWindow::click(const QString &tag, bool excludes)
 {
-    const QString tag = index.data(KPTagTreeModel::tagRole).toString();
     if (KPTagName *name = KPTagName::tagNameForUserEnteredTag(tag))
         m_navigator.setSearchStateAndUpdateUI(
             KPTagClicks::click(m_navigator.searcher().searchState(), name, excludes), true);
@@ -204,23 +169,23 @@ bool KPTagsWindow::eventFilter(QObject *watched, QEvent *event)
         if (key == Qt::Key_Down) {
             m_view->setFocus(Qt::OtherFocusReason);
             if (!m_view->currentIndex().isValid())
-                m_view->setCurrentIndex(m_shown->index(0, 0));
+                m_view->setCurrentIndex(m_model->index(0, 0));
             return true;
         }
         if (key == Qt::Key_Return || key == Qt::Key_Enter) {
-            const auto first = m_shown->match(m_shown->index(0, 0), KPTagTreeModel::tagRole,
-                                              m_filter->text(), 1,
-                                              Qt::MatchContains | Qt::MatchRecursive);
-            if (!m_filter->text().isEmpty() && !first.isEmpty())
-                click(first.first(), false);
+            const QString text = foldText(m_filter->text());
+            if (const int first = text.isEmpty() ? KPTagTree::root : m_tree.findHolding(text))
+                click(m_tree.node(first).tag, false);
             return true;
         }
     }
     return QDialog::eventFilter(watched, event);
 }
 
-void KPTagsWindow::closeEvent(QCloseEvent *event)
+// However it is closed.
+void KPTagsWindow::hideEvent(QHideEvent *event)
 {
-    UserDefaults::standard().setValue(frameKey, saveGeometry());
-    QDialog::closeEvent(event);
+    if (!event->spontaneous())
+        UserDefaults::standard().setValue(frameKey, saveGeometry());
+    QDialog::hideEvent(event);
 }

@@ -1,18 +1,17 @@
 #pragma once
 
 #include "KPNavigator.h"
+#include "KPTagTree.h"
 #include "XPNotificationCenter.h"
 
 #include <QDialog>
 #include <QTimer>
 #include <vector>
 
-class KPTagTree;
 class KPTagTreeModel;
 class QCheckBox;
 class QLabel;
 class QLineEdit;
-class QSortFilterProxyModel;
 class QTreeView;
 
 // The window of all tags: a sorted tree with the number of documents, and a filter. With the
@@ -31,7 +30,7 @@ public:
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
-    void closeEvent(QCloseEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
 
 private:
     void build();
@@ -40,12 +39,12 @@ private:
     void readLibrary();
     void showTree(KPTagTree tree);
     void filter();
-    void click(const QModelIndex &index, bool excludes);
+    void click(const QString &tag, bool excludes);
     void showMenu(const QPoint &at);
 
     KPNavigator &m_navigator;
-    KPTagTreeModel *m_model;
-    QSortFilterProxyModel *m_shown;
+    KPTagTree m_tree;        // all of them
+    KPTagTreeModel *m_model; // those that pass the filter
     QLineEdit *m_filter;
     QTreeView *m_view;
     QCheckBox *m_available;

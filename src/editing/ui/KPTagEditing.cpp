@@ -79,11 +79,10 @@ void KPTagEditing::editTags(const QStringList &paths)
 XPTagEditorController &KPTagEditing::panel()
 {
     if (!m_panel) {
-        m_panel = std::make_unique<XPTagEditorController>(m_window,
-                                                          XPTagEditorController::Form::Panel);
+        m_panel =
+            std::make_unique<XPTagEditorController>(m_window, XPTagEditorController::Form::Panel);
         connect(m_panel.get(), &XPTagEditorController::edited, this, &KPTagEditing::perform);
-        connect(m_panel.get(), &XPTagEditorController::nextWanted, this,
-                &KPTagEditing::nextWanted);
+        connect(m_panel.get(), &XPTagEditorController::nextWanted, this, &KPTagEditing::nextWanted);
     }
     return *m_panel;
 }
@@ -110,8 +109,8 @@ void KPTagEditing::selectionChanged(const QStringList &paths)
 void KPTagEditing::searchForTags()
 {
     if (!m_search) {
-        m_search = std::make_unique<XPTagEditorController>(m_window,
-                                                           XPTagEditorController::Form::Search);
+        m_search =
+            std::make_unique<XPTagEditorController>(m_window, XPTagEditorController::Form::Search);
         connect(m_search.get(), &XPTagEditorController::searchWanted, this,
                 &KPTagEditing::searchWanted);
     }

@@ -53,7 +53,7 @@ private:
     KPBatchEdit m_batch;
     QWidget *m_window;
     std::unique_ptr<XPTagEditorController> m_editor;
-    std::unique_ptr<XPTagEditorController> m_panel;  // these two are made when first asked for
+    std::unique_ptr<XPTagEditorController> m_panel; // these two are made when first asked for
     std::unique_ptr<XPTagEditorController> m_search;
     QProgressDialog *m_progress = nullptr;
     std::function<QStringList()> m_missingRoots;

@@ -65,8 +65,8 @@ void KPTagRenameDialog::start()
 KPTagRename KPTagRenameDialog::wanted() const
 {
     const QStringList pieces = KPTagName::cleanUpTagStringArray({m_name->text()});
-    KPTagRename rename{
-        m_tag, pieces.size() == 1 ? KPTagName::CleanAndTrimTag(pieces.first()) : QString()};
+    KPTagRename rename{m_tag,
+                       pieces.size() == 1 ? KPTagName::CleanAndTrimTag(pieces.first()) : QString()};
     for (int row = 0; row < m_spellings->count(); ++row) {
         if (m_spellings->item(row)->checkState() == Qt::Checked)
             rename.alsoFrom.append(m_offered.at(row));
@@ -105,11 +105,15 @@ void KPTagRenameDialog::showPreview(const KPTagPlan &plan)
 {
     if (plan.rename != wanted())
         return;
-    m_plan = plan;
     offerSpellings(plan.otherSpellings);
+    if (plan.rename != wanted()) { // one that was ticked is offered no more
+        edited();
+        return;
+    }
+    m_plan = plan;
     m_preview->setText(describe(plan));
-    m_rename->setEnabled(!plan.isEmpty() && (plan.rename.to != plan.rename.from ||
-                                             !plan.rename.alsoFrom.isEmpty()));
+    m_rename->setEnabled(!plan.isEmpty() &&
+                         (plan.rename.to != plan.rename.from || !plan.rename.alsoFrom.isEmpty()));
 }
 
 QString KPTagRenameDialog::describe(const KPTagPlan &plan)

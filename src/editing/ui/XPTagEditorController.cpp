@@ -13,6 +13,7 @@
 #include "XPTagsTokenFieldController.h"
 
 #include <QDialogButtonBox>
+#include <QHideEvent>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -285,11 +286,12 @@ void XPTagEditorController::showSuggestions(const QStringList &suggestions)
 
 void XPTagEditorController::showGroups()
 {
-    XPTagsTokenFieldController::rebuildFavoriteTagButtons(m_groups, [this](const QStringList &tags) {
-        for (const QString &tag : tags)
-            m_tags->addTag(tag);
-        m_tags->focusEntry();
-    });
+    XPTagsTokenFieldController::rebuildFavoriteTagButtons(m_groups,
+                                                          [this](const QStringList &tags) {
+                                                              for (const QString &tag : tags)
+                                                                  m_tags->addTag(tag);
+                                                              m_tags->focusEntry();
+                                                          });
 }
 
 // Writing.
@@ -363,8 +365,9 @@ bool XPTagEditorController::eventFilter(QObject *watched, QEvent *event)
     return QDialog::eventFilter(watched, event);
 }
 
-void XPTagEditorController::closeEvent(QCloseEvent *event)
+void XPTagEditorController::hideEvent(QHideEvent *event)
 {
-    UserDefaults::standard().setValue(frameKey(), saveGeometry());
-    QDialog::closeEvent(event);
+    if (!event->spontaneous() && m_remembersPlace)
+        UserDefaults::standard().setValue(frameKey(), saveGeometry());
+    QDialog::hideEvent(event);
 }

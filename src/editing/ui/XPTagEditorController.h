@@ -50,7 +50,9 @@ Q_SIGNALS:
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
-    void closeEvent(QCloseEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+    // One that is placed by others does not.
+    void setRemembersPlace(bool on) { m_remembersPlace = on; }
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
@@ -68,6 +70,7 @@ private:
     void finish();
 
     const Form m_form;
+    bool m_remembersPlace = true; // between one time and the next
     KPCommonTags m_files;
     QStringList m_takenFromAll; // of the tags that some have
     std::optional<double> m_newRating;

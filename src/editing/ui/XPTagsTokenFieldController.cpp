@@ -5,8 +5,8 @@
 #include "KPRecentTagGroups.h"
 #include "KPTagName.h"
 #include "KPTagSuggestions.h"
-#include "XPTagEntry.h"
 #include "XPMutex.h"
+#include "XPTagEntry.h"
 
 #include <QAction>
 #include <QEvent>
@@ -129,10 +129,9 @@ void XPTagsTokenFieldController::readCompany()
         return;
     m_companyOf = tags;
     auto read = std::make_shared<KPTagCompletion::Counts>();
-    KPDocServices::current().runFileWork(
-        [read, tags] { *read = KPTagCompletion::usedWith(tags); },
-        [self = QPointer(this), read, tags] {
-            if (self && self->m_companyOf == tags)
-                self->m_together = *read;
-        });
+    KPDocServices::current().runFileWork([read, tags] { *read = KPTagCompletion::usedWith(tags); },
+                                         [self = QPointer(this), read, tags] {
+                                             if (self && self->m_companyOf == tags)
+                                                 self->m_together = *read;
+                                         });
 }

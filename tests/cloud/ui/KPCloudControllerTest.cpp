@@ -1,5 +1,6 @@
 #include "KPCloudController.h"
 
+#include "CloudNavigator.h"
 #include "IndexedFolder.h"
 #include "KPDocServices.h"
 #include "Karvex.h"
@@ -13,30 +14,6 @@
 #include <gtest/gtest.h>
 
 namespace {
-
-// A window that shows nothing but what the searcher finds.
-class Navigator : public KPNavigator
-{
-public:
-    explicit Navigator(IndexSource &source) : m_searcher(source)
-    {
-        KPDocMetaData::holdFilledValues();
-    }
-    KPSearcher &searcher() override { return m_searcher; }
-    void setSearchStateAndUpdateUI(const KPSearchState::Ptr &state, bool addToHistory,
-                                   const SourceItem &, const LocationItem &) override
-    {
-        m_searcher.setSearchState(KPSearcher::allDocumentsOf(state), addToHistory);
-    }
-    void doSearch(const QString &, bool, bool) override {}
-    void showSimilarDocuments(const KPDoc::Docs &) override {}
-    bool userIsCurrentlyTyping() const override { return false; }
-    void manageWindowTitle() override {}
-    void showTagMenu(KPTagName *, const QPoint &) override {}
-
-private:
-    KPSearcher m_searcher;
-};
 
 struct Services : KPDocServices
 {
@@ -58,7 +35,7 @@ protected:
         tagged("a.txt", {QStringLiteral("invoice"), QStringLiteral("paid")});
         tagged("b.txt", {QStringLiteral("invoice")});
         tagged("c.png", {QStringLiteral("Photo"), QStringLiteral("invoice-like")});
-        m_navigator = std::make_unique<Navigator>(m_folder.index());
+        m_navigator = std::make_unique<CloudNavigator>(m_folder.index());
         m_cloud = std::make_unique<KPCloudController>(*m_navigator);
         m_cloud->resize(220, 400);
         m_cloud->show();
@@ -100,7 +77,7 @@ protected:
     const QString paid = QStringLiteral("paid");
     const QString photo = QStringLiteral("Photo");
     IndexedFolder m_folder;
-    std::unique_ptr<Navigator> m_navigator;
+    std::unique_ptr<CloudNavigator> m_navigator;
     std::unique_ptr<KPCloudController> m_cloud;
 };
 

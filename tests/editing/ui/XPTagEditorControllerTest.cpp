@@ -154,8 +154,8 @@ TEST(TagsTokenField, TurnsTagsIntoTypedTextAndBack)
     EXPECT_EQ(Field::displayStringToUserString(QStringLiteral(" two words")), u"\"two words\"");
     EXPECT_EQ(Field::displayStringToUserString(QStringLiteral("one")), u"one");
     EXPECT_EQ(Field::userStringToDisplayString(QStringLiteral("\"two \"words\"")), u"two words");
-    const QStringList typed{QStringLiteral("\"Token two\""), QStringLiteral("TOKEN TWO"), {},
-                            QStringLiteral("b")};
+    const QStringList typed{
+        QStringLiteral("\"Token two\""), QStringLiteral("TOKEN TWO"), {}, QStringLiteral("b")};
     const QString first = QStringLiteral("Token two");
     EXPECT_EQ(Field::tagDisplayNamesForEditingStrings(typed, true, false),
               (QStringList{first, QStringLiteral("b")}));
