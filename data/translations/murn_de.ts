@@ -1680,7 +1680,7 @@ Absturzberichte erlauben?</translation>
         <translation>Andere Programme auf diesem Rechner versehen Dateien mit eigenen Schlagwörtern und Bewertungen. Murn kann die Ihren auch dort eintragen und übernehmen, was dort geändert wird. In den Einstellungen können Sie das jederzeit ändern.</translation>
     </message>
     <message id="KPMirrorQuestionTitle">
-        <translation>Ihre Schlagwörter und die der Dateiverwaltung gleich halten?</translation>
+        <translation>Ihre Schlagwörter und die des Dateimanagers gleich halten?</translation>
     </message>
     <message id="KPMirrorQuestionYes">
         <translation>Gleich halten</translation>

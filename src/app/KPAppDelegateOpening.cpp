@@ -16,8 +16,8 @@
 #include "XPFolders.h"
 #include "XPGlobalShortcut.h"
 #include "XPLog.h"
-#include "XPPath.h"
 #include "XPPasteboardSupport.h"
+#include "XPPath.h"
 #include "XPPrompts.h"
 
 #include <QClipboard>
@@ -221,10 +221,10 @@ bool KPAppDelegate::handleOpenUrl(const QString &url)
 static void askToFile(const QStringList &paths) XP_REQUIRES(xpGuiThread)
 {
     XPPrompts::Question question;
-    question.title = paths.size() == 1
-                         ? qtTrId("XPFileTitleSingle")
-                               .arg(XPPath::printable(XPPath::fileName(paths.first())))
-                         : qtTrId("XPFileTitleMultiple").arg(QLocale().toString(paths.size()));
+    question.title =
+        paths.size() == 1
+            ? qtTrId("XPFileTitleSingle").arg(XPPath::printable(XPPath::fileName(paths.first())))
+            : qtTrId("XPFileTitleMultiple").arg(QLocale().toString(paths.size()));
     const QString folder = XPFiledDocuments::filedDocumentsRootIfPresent();
     question.text =
         qtTrId("XPFileComment").arg(XPPath::printable(XPFolders::abbreviateWithTilde(folder)));

@@ -64,7 +64,8 @@ KPController::KPController(IndexSource &source, const QStringList &folders, KPIn
     m_filing = std::make_unique<KPFilingCommands>(*m_library, *m_edits);
     m_documents = std::make_unique<KPDocumentCommands>(
         *m_library, m_library->currentSearchController(), *m_edits);
-    m_archive = std::make_unique<KPArchiveCommands>(*m_library, [this] { return pathsOfResults(); });
+    m_archive =
+        std::make_unique<KPArchiveCommands>(*m_library, [this] { return pathsOfResults(); });
     m_sides = std::make_unique<KPSidePanels>(*this, source, *m_edits);
     m_preview = std::make_unique<KPPreviewController>(*m_library, m_looks, this);
     buildCommands();
@@ -115,8 +116,8 @@ void KPController::buildCommands()
 {
     for (const QList<KPCommand> &table :
          {fileCommands(), editCommands(), m_library->commands(), documentCommands(),
-           m_preview->commands(), m_filing->commands(), m_documents->commands(), searchCommands(),
-           panelCommands(), goCommands(), m_sides->commands(), tagCommands(), helpCommands()})
+          m_preview->commands(), m_filing->commands(), m_documents->commands(), searchCommands(),
+          panelCommands(), goCommands(), m_sides->commands(), tagCommands(), helpCommands()})
         m_commands->add(table);
     if (KPAppDelegate *delegate = KPAppDelegate::instance())
         m_commands->add(delegate->commands());

@@ -78,6 +78,8 @@ void KPController::connectEditing()
         xpGuiThread.assertHere();
         m_filing->removeOrDeleteSelected(commandKey);
     });
+    connect(m_filing.get(), &KPFilingCommands::clipboardChanged, m_commands.get(),
+            qOverload<>(&KPCommands::update));
     connect(library, &KPLibraryController::dropped, this,
             [this](const QMimeData *dropped, bool copies) {
                 importDropped(dropped, {.copies = copies});

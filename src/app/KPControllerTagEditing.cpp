@@ -11,13 +11,13 @@ void KPController::connectTagEditing()
 {
     m_edits->restore();
     m_tagEditing = std::make_unique<KPTagEditing>(m_edits.get(), m_worker.get(), this);
-    connect(m_tagEditing.get(), &KPTagEditing::nextWanted, this, [this] {
-        m_library->currentSearchController().modifySelectedBy(1, false, false);
-    });
+    connect(m_tagEditing.get(), &KPTagEditing::nextWanted, this,
+            [this] { m_library->currentSearchController().modifySelectedBy(1, false, false); });
     connect(m_tagEditing.get(), &KPTagEditing::searchWanted, this, [this](const QStringList &tags) {
         const auto state = m_searcher->searchState();
         setSearchStateAndUpdateUI(
-            (state ? state : KPSearchState::blankSearchState())->searchStateWithNewTags(tags), true);
+            (state ? state : KPSearchState::blankSearchState())->searchStateWithNewTags(tags),
+            true);
     });
     if (!m_index)
         return;

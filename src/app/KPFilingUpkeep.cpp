@@ -2,6 +2,7 @@
 
 #include "UserDefaults.h"
 #include "XPArrivals.h"
+#include "XPFilePromise.h"
 #include "XPFiledDocuments.h"
 #include "XPFilingWork.h"
 #include "XPLog.h"
@@ -34,21 +35,20 @@ KPFilingUpkeep::~KPFilingUpkeep() = default;
 void KPFilingUpkeep::watchInbox()
 {
     xpGuiThread.assertHere();
-    XPFilingWork::run([] { return XPFiledDocuments::pendingDocsFolder(); },
-                      [self = QPointer(this)](const QString &folder) {
-                          if (!self)
-                              return;
-                          self->m_arrivals = std::make_unique<XPArrivals>(folder);
-                          connect(self->m_arrivals.get(), &XPArrivals::arrived, self.data(), [] {
-                              xpGuiThread.assertHere();
-                              if (qGuiApp->applicationState() == Qt::ApplicationActive)
-                                  XPFilingWork::run(
-                                      [] {
-                                          return XPFiledDocuments::movePendingFilesToFiledDocuments();
-                                      },
-                                      &logProblems);
-                          });
-                      });
+    XPFilingWork::run(
+        [] { return XPFiledDocuments::pendingDocsFolder(); },
+        [self = QPointer(this)](const QString &folder) {
+            if (!self)
+                return;
+            self->m_arrivals = std::make_unique<XPArrivals>(folder);
+            connect(self->m_arrivals.get(), &XPArrivals::arrived, self.data(), [] {
+                xpGuiThread.assertHere();
+                if (qGuiApp->applicationState() == Qt::ApplicationActive)
+                    XPFilingWork::run(
+                        [] { return XPFiledDocuments::movePendingFilesToFiledDocuments(); },
+                        &logProblems);
+            });
+        });
 }
 
 void KPFilingUpkeep::becomeActive()
@@ -59,6 +59,9 @@ void KPFilingUpkeep::becomeActive()
         [] {
             XPFileReport report = XPFiledDocuments::movePendingFilesToFiledDocuments();
             report.steps += XPFiledDocuments::moveDocsAtRootOfFiledDocumentsToToday().steps;
+            for (const int days : {0, -1})
+                XPFilePromise::takeLeftBehind(XPFiledDocuments::filedDocumentsPathForDate(
+                    QDateTime::currentDateTime().addDays(days)));
             return report;
         },
         &logProblems);

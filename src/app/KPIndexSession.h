@@ -12,8 +12,8 @@
 #include <memory>
 
 // The metadata index for as long as the application runs, with what follows it: the reading of
-// documents, the healing of lost tags, the mirror of the desktop's, the types and the search folders.
-// Threads: main. It opens at once and loads behind the user's back.
+// documents, the healing of lost tags, the mirror of the desktop's, the types and the search
+// folders. Threads: main. It opens at once and loads behind the user's back.
 class KPIndexSession : public QObject
 {
     Q_OBJECT

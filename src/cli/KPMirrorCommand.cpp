@@ -111,8 +111,8 @@ static int switchTo(bool isOn, KPCommandOutput &output)
 static int run(const KPCommandLine &line, KPCommandOutput &output)
 {
     const QString action = line.operands().value(0);
-    const bool isKnown = action == u"on" || action == u"off" || action == u"status" ||
-                         action == u"import";
+    const bool isKnown =
+        action == u"on" || action == u"off" || action == u"status" || action == u"import";
     if (!isKnown || line.operands().size() != 1)
         return kpReportUsage(&kpMirrorCommand,
                              QStringLiteral("one of on, off, status and import is needed"));

@@ -19,7 +19,8 @@ XPDropZoneChoices::XPDropZoneChoices(const QStringList &folders,
 {
     const Row back{Kind::Back, qtTrId("KPDropZoneBack"), {}, {}, {}};
     for (const QString &folder : folders.first(std::min(folders.size(), mostBelow)))
-        m_folders.append({Kind::Folder, XPPath::printable(XPPath::fileName(folder)),
+        m_folders.append({Kind::Folder,
+                          XPPath::printable(XPPath::fileName(folder)),
                           XPPath::printable(XPFolders::abbreviateWithTilde(XPPath::folder(folder))),
                           {folder, {}},
                           {}});

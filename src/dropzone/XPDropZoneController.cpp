@@ -5,6 +5,8 @@
 #include "XPDragWatch.h"
 #include "XPDropZoneTagEditorController.h"
 #include "XPFiledDocuments.h"
+#include "XPFolders.h"
+#include "XPPath.h"
 #include "XPRecentDestinations.h"
 
 #include <QCursor>
@@ -19,8 +21,8 @@ static const QString leftKey = QStringLiteral("KPDropZoneLeftEdge");
 static const QString overlapKey = QStringLiteral("KPDropZoneOverlapWithScreen");
 static const QString yKey = QStringLiteral("KPDropZoneY");
 
-static constexpr int slideDuration = 140;  // milliseconds
-static constexpr int awayDelay = 1500;     // after a drag that may still be dropped
+static constexpr int slideDuration = 140; // milliseconds
+static constexpr int awayDelay = 1500;    // after a drag that may still be dropped
 
 static XPDropZoneController *theZone = nullptr;
 
@@ -112,12 +114,11 @@ XPDropZoneGeometry XPDropZoneController::geometry() const
 void XPDropZoneController::followSettings()
 {
     for (const QString &key : {showKey, alwaysKey, leftKey, overlapKey})
-        m_observations.push_back(
-            UserDefaults::standard().addObserver(QStringLiteral("values.") + key,
-                                                 [this](const PropertyValue &) {
-                                                     showAsWanted();
-                                                     reposition();
-                                                 }));
+        m_observations.push_back(UserDefaults::standard().addObserver(
+            QStringLiteral("values.") + key, [this](const PropertyValue &) {
+                showAsWanted();
+                reposition();
+            }));
 }
 
 // Screens that come and go, change their size or density, or get a panel of the desktop's.
@@ -142,6 +143,7 @@ void XPDropZoneController::reposition()
         return;
     m_slide.stop();
     const XPDropZoneGeometry place = geometry();
+    m_view.setEdge(setting(leftKey) ? Qt::LeftEdge : Qt::RightEdge);
     m_view.move((m_slidOnscreen ? place.onscreen() : place.offscreen()).topLeft());
 }
 
@@ -196,12 +198,11 @@ void XPDropZoneController::slideOnscreen()
     m_away.stop();
     if (m_slidOnscreen)
         return;
+    if (!m_view.isVisible())
+        reposition(); // settings and screens may be others than the last time
     m_slidOnscreen = true;
-    if (isPanel()) {
-        if (!m_view.isVisible())
-            m_view.move(geometry().offscreen().topLeft());
+    if (isPanel())
         slideTo(geometry().onscreen());
-    }
     m_view.show();
     m_view.raise();
 }
@@ -224,9 +225,12 @@ void XPDropZoneController::slideOffscreen()
 
 void XPDropZoneController::setChoices()
 {
-    const QString today = XPFiledDocuments::datedFolder(QDateTime::currentDateTime());
-    m_view.setChoices({XPRecentDestinations::paths(), KPRecentTagGroups::groups(), today,
-                       m_view.sizeHint()});
+    // Without a managed folder documents go to the desktop.
+    const QString today = XPFiledDocuments::usesFiledDocuments()
+                              ? XPFiledDocuments::datedFolder(QDateTime::currentDateTime())
+                              : XPPath::printable(XPPath::fileName(XPFolders::desktop()));
+    m_view.setChoices(
+        {XPRecentDestinations::paths(), KPRecentTagGroups::groups(), today, m_view.sizeHint()});
 }
 
 void XPDropZoneController::dragBegan()
@@ -259,8 +263,13 @@ void XPDropZoneController::performDragOperation(const QMimeData *data,
                                                 const XPDropZoneDestination &destination)
 {
     m_dragWasToDropZone = true;
-    // Before a question, or the editor, comes to the front.
-    m_appToActivateWhenInlineEditorCloses = XPFrontWindow::ofAnotherProgram();
+    const auto isEditing = [this] {
+        return m_tagEditorController && m_tagEditorController->isVisible();
+    };
+    // Before a question, or the editor, comes to the front. While the editor is there it is in
+    // front, and the program of the first drop stays the one to go back to.
+    if (auto front = XPFrontWindow::ofAnotherProgram(); front || !isEditing())
+        m_appToActivateWhenInlineEditorCloses = front;
     m_away.stop();
     m_view.setStatus(qtTrId("KPDropZoneFiling"));
     const QPointer<XPDropZoneController> self = this; // the program may end meanwhile
@@ -270,7 +279,7 @@ void XPDropZoneController::performDragOperation(const QMimeData *data,
         return;
     if (!isTaken)
         slideOffscreen();
-    else if (!m_tagEditorController || !m_tagEditorController->isVisible())
+    else if (!isEditing())
         m_away.start(); // it comes back with the documents
 }
 

@@ -34,7 +34,8 @@ XPDropZoneGeometry::XPDropZoneGeometry(const QList<Screen> &screens, const Wishe
 QPoint XPDropZoneGeometry::beside(const QSize &window) const
 {
     constexpr int gap = 12;
-    const int x = m_isLeft ? m_onscreen.right() + 1 + gap : m_onscreen.left() - gap - window.width();
+    const int x =
+        m_isLeft ? m_onscreen.right() + 1 + gap : m_onscreen.left() - gap - window.width();
     const auto within = [](int wish, int first, int end, int size) {
         return std::max(first, std::min(wish, end - size));
     };

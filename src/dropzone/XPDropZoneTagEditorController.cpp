@@ -3,7 +3,8 @@
 #include "KPBatchEdit.h"
 #include "XPFrontWindow.h"
 
-#include <QCloseEvent>
+#include <QHideEvent>
+#include <QShowEvent>
 #include <QTimer>
 
 XPDropZoneTagEditorController::XPDropZoneTagEditorController(
@@ -11,6 +12,7 @@ XPDropZoneTagEditorController::XPDropZoneTagEditorController(
     : XPTagEditorController(nullptr), m_place(std::move(place))
 {
     setWindowFlag(Qt::WindowStaysOnTopHint);
+    setRemembersPlace(false); // where the window's own editor stands is not to be changed
     connect(this, &XPTagEditorController::edited, this, [](const KPFileEdit &edit) {
         xpGuiThread.assertHere();
         if (KPBatchEdit *edits = KPBatchEdit::current())
@@ -36,10 +38,4 @@ void XPDropZoneTagEditorController::hideEvent(QHideEvent *event)
     XPTagEditorController::hideEvent(event);
     if (!event->spontaneous())
         Q_EMIT tagEditorDidGoAway();
-}
-
-// Where the window's own editor stands is not to be changed by this one.
-void XPDropZoneTagEditorController::closeEvent(QCloseEvent *event)
-{
-    QDialog::closeEvent(event);
 }

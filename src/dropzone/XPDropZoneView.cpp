@@ -17,8 +17,7 @@ using Kind = XPDropZoneChoices::Kind;
 static constexpr int radius = 12;
 static constexpr int iconSize = 20;
 
-XPDropZoneView::XPDropZoneView(QWidget *parent)
-    : QWidget(parent), m_choices({}, {}, {}, sizeHint())
+XPDropZoneView::XPDropZoneView(QWidget *parent) : QWidget(parent), m_choices({}, {}, {}, sizeHint())
 {
     setAcceptDrops(true);
     setAccessibleName(qtTrId("KPDropZone"));
@@ -54,15 +53,36 @@ void XPDropZoneView::setStatus(const QString &status)
 
 // --- Drawing
 
+// At the edge of the screen it goes on.
+QRectF XPDropZoneView::outline() const
+{
+    return QRectF(rect()).adjusted(m_edge == Qt::LeftEdge ? -radius : 0, 0,
+                                   m_edge == Qt::RightEdge ? radius : 0, 0);
+}
+
 // Round at the corners; without a compositor a window cannot be transparent there.
+void XPDropZoneView::followOutline()
+{
+    if (!m_edge)
+        return;
+    QPainterPath path;
+    path.addRoundedRect(outline(), radius, radius);
+    setMask(QRegion(path.toFillPolygon().toPolygon()) & rect());
+}
+
+void XPDropZoneView::setEdge(Qt::Edge edge)
+{
+    if (m_edge == edge)
+        return;
+    m_edge = edge;
+    followOutline();
+    update();
+}
+
 void XPDropZoneView::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
-    if (!windowFlags().testFlag(Qt::FramelessWindowHint))
-        return;
-    QPainterPath path;
-    path.addRoundedRect(QRectF(rect()), radius, radius);
-    setMask(QRegion(path.toFillPolygon().toPolygon()));
+    followOutline();
 }
 
 void XPDropZoneView::paintEvent(QPaintEvent *)
@@ -71,7 +91,8 @@ void XPDropZoneView::paintEvent(QPaintEvent *)
     painter.setRenderHint(QPainter::Antialiasing);
     painter.fillRect(rect(), palette().window());
     painter.setPen(QPen(KPLook::line(palette()), 1));
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
+    if (m_edge)
+        painter.drawRoundedRect(outline().adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
     const QRect head(XPDropZoneChoices::margin + 4, 0, width() - 2 * XPDropZoneChoices::margin - 4,
                      XPDropZoneChoices::headHeight);
     painter.setFont(KPLook::font(KPLook::Type::Title));

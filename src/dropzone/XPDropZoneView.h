@@ -18,6 +18,7 @@ public:
 
     void setChoices(const XPDropZoneChoices &choices);
     const XPDropZoneChoices &choices() const { return m_choices; }
+    void setEdge(Qt::Edge edge); // of the screen, that it touches; a window touches none
     void setStatus(const QString &status); // instead of the title; empty: the title
     QSize sizeHint() const override;
 
@@ -43,11 +44,14 @@ protected:
     void mouseReleaseEvent(QMouseEvent *event) override;
 
 private:
+    QRectF outline() const;
+    void followOutline();
     void hover(const QPoint &point);
     void setHovered(int row);
     void paintRow(QPainter &painter, const XPDropZoneChoices::Row &row, bool isHovered) const;
 
     XPDropZoneChoices m_choices;
+    std::optional<Qt::Edge> m_edge;
     QString m_status;
     QTimer m_spring;
     QPoint m_last; // where the drag is

@@ -119,4 +119,5 @@ void KPBatchEdit::reported(const KPEditReport &report)
         XPNotificationCenter::instance().post(changingRatings, {}, paths);
     if (edit.changesTags())
         XPNotificationCenter::instance().post(changingTags, {}, paths);
+    Q_EMIT finished(edit);
 }

@@ -43,6 +43,7 @@ Q_SIGNALS:
     void progressed(qsizetype done, qsizetype total);
     void ended();
     void toReport(QObject *view, const QString &text);
+    void finished(const KPFileEdit &edit); // written, as far as it could be
 
 private:
     void perform(const KPFileEdit &edit, QObject *view);

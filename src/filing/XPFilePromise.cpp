@@ -3,6 +3,7 @@
 #include "XPFileDescriptor.h"
 #include "XPFileInfo.h"
 #include "XPFileUrls.h"
+#include "XPFolderNames.h"
 #include "XPFolders.h"
 #include "XPFreeNames.h"
 #include "XPLog.h"
@@ -25,9 +26,11 @@ static constexpr mode_t newFolder = 0777; // likewise: other programs of the use
 static constexpr int mostRaces = 16;      // somebody else takes the name meanwhile
 static constexpr int asking = 100;        // milliseconds between looks at whether to stop
 
+static const QString hiddenPrefix = QStringLiteral(".murn-promise-");
+
 static QString newHiddenFolder(const QString &folder)
 {
-    const QString hidden = folder + QStringLiteral("/.murn-promise-") +
+    const QString hidden = folder + u'/' + hiddenPrefix +
                            QString::number(QRandomGenerator::global()->generate64(), 16);
     return ::mkdir(XPPath::encode(hidden).constData(), newFolder) == 0 ? hidden : QString();
 }
@@ -53,15 +56,21 @@ XPFilePromise::~XPFilePromise()
 QString XPFilePromise::nameOf(const QByteArray &said)
 {
     constexpr qsizetype longest = 200; // bytes
-    const QByteArray leaf = said.mid(said.lastIndexOf('/') + 1).left(longest);
+    QByteArray leaf = said.mid(said.lastIndexOf('/') + 1);
+    if (leaf.size() > longest) { // less what a cut would leave of a character
+        qsizetype end = longest;
+        while (end > 0 && (static_cast<uchar>(leaf[end]) & 0xc0) == 0x80)
+            --end;
+        leaf.truncate(end);
+    }
     const QString name = XPPasteboardSupport::cleanupDocTitle(XPPath::decode(leaf)).trimmed();
     return name.isEmpty() ? qtTrId("KPDocumentTitle") : name;
 }
 
 static std::optional<XPError> writeFile(const QString &path, const QByteArray &bytes)
 {
-    XPFileDescriptor file(::open(XPPath::encode(path).constData(),
-                                 O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, newFile));
+    XPFileDescriptor file(
+        ::open(XPPath::encode(path).constData(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, newFile));
     if (!file.isOpen())
         return XPError::fromErrno(errno, path);
     for (QByteArrayView left(bytes); !left.isEmpty();) {
@@ -196,4 +205,41 @@ XPResult<QString> XPFilePromise::take()
             return *error;
     }
     return XPError::fromErrno(EEXIST, m_folder);
+}
+
+// --- What came too late
+
+static QStringList pathsIn(const QString &folder, const QString &prefix)
+{
+    QStringList paths;
+    XPFolderNames::forEach(AT_FDCWD, XPPath::encode(folder).constData(), [&](QByteArrayView name) {
+        if (name.startsWith(prefix.toLatin1()))
+            paths.append(folder + u'/' + XPPath::decode(name));
+        return true;
+    });
+    return paths;
+}
+
+QStringList XPFilePromise::takeLeftBehind(const QString &folder, std::chrono::seconds age)
+{
+    const auto now = std::chrono::system_clock::now().time_since_epoch();
+    const auto isQuiet = [&](const QString &path) {
+        const auto info = XPFileInfo::read(path);
+        return info && now - std::chrono::nanoseconds(info->changed) >= age;
+    };
+    QStringList taken;
+    for (const QString &hidden : pathsIn(folder, hiddenPrefix)) {
+        if (!isQuiet(hidden))
+            continue;
+        const QStringList files = pathsIn(hidden, {});
+        for (const QString &file : files) {
+            XPFilePromise promise(folder, XPPath::fileName(file), hidden);
+            const auto path = isQuiet(file) ? promise.take() : XPResult<QString>(QString());
+            if (path && !path->isEmpty())
+                taken.append(*path);
+        }
+        if (files.isEmpty())
+            ::rmdir(XPPath::encode(hidden).constData());
+    }
+    return taken;
 }

@@ -2,7 +2,7 @@
 
 #include "XPDataOffer.h"
 
-#include <QString>
+#include <QStringList>
 #include <chrono>
 #include <functional>
 #include <optional>
@@ -32,6 +32,11 @@ public:
     std::optional<XPError> wait(const std::function<bool()> &isStopped);
     // The file under the first name that is free, as a document of the library.
     XPResult<QString> take();
+
+    // Files that came too late, or when the program had ended: takes them out of the hidden folders
+    // in which nothing happened for `age`, as documents of the library. Answers their paths.
+    static QStringList takeLeftBehind(const QString &folder,
+                                      std::chrono::seconds age = std::chrono::minutes(2));
 
     const QString &name() const { return m_name; }
 

@@ -45,9 +45,8 @@ QStringList XPPasteboard::mimeTypes(Kind kind)
 static QString formatOf(const QStringList &formats, Kind kind)
 {
     const QStringList types = XPPasteboard::mimeTypes(kind);
-    const auto found = std::find_if(types.begin(), types.end(), [&](const QString &type) {
-        return formats.contains(type);
-    });
+    const auto found = std::find_if(types.begin(), types.end(),
+                                    [&](const QString &type) { return formats.contains(type); });
     return found == types.end() ? QString() : *found;
 }
 

@@ -90,8 +90,8 @@ static Paths missing(const char *what)
     return XPError::malformed(QStringLiteral("the %1 cannot be read").arg(QLatin1String(what)));
 }
 
-XPResult<std::optional<XPFilePromise>>
-XPPasteboardSupport::importFilePromise(XPDataOffer &sender, const QString &folder)
+XPResult<std::optional<XPFilePromise>> XPPasteboardSupport::importFilePromise(XPDataOffer &sender,
+                                                                              const QString &folder)
 {
     const auto name = sender.promisedName();
     if (!name)

@@ -11,11 +11,12 @@ class QMimeData;
 // Documents from what a clipboard or a drag carries: which kind of file is written, how it is
 // called, and that it is a document of the library then.
 //
-// The first that matches is imported: a file that the source promises to write, a mail message (".eml"), a picture (".png"), styled text with
-// its pictures (".odt"), files (which stay where they are), text (".rtf", ".webloc" for an http
-// address, ".txt" from 21 characters on) and PDF. A file is written whole or not at all, under a
-// name that is free, and marked; one that cannot be marked stays, and is reported.
-// Threads: what takes a QMimeData main; everything else any, blocking file calls.
+// The first that matches is imported: a file that the source promises to write, a mail message
+// (".eml"), a picture (".png"), styled text with its pictures (".odt"), files (which stay where
+// they are), text (".rtf", ".webloc" for an http address, ".txt" from 21 characters on) and PDF. A
+// file is written whole or not at all, under a name that is free, and marked; one that cannot be
+// marked stays, and is reported. Threads: what takes a QMimeData main; everything else any,
+// blocking file calls.
 class XPPasteboardSupport
 {
 public:

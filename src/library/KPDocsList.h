@@ -43,7 +43,7 @@ Q_SIGNALS:
     void flagClicked(KPDoc *doc);
     void ratingClicked(KPDoc *doc, int stars);
     void dropped(const QMimeData *data, bool copies); // valid in the call only
-    void dragRequested(int row); // by the pointer, with what is selected
+    void dragRequested(int row);                      // by the pointer, with what is selected
 
 protected:
     void showEvent(QShowEvent *event) override;

@@ -1,7 +1,9 @@
 #include "XPDropZoneController.h"
 
 #include "KPDocIcons.h"
+#include "TestHome.h"
 #include "UserDefaults.h"
+#include "XPTagEditorController.h"
 #include "XPTranslations.h"
 
 #include <QApplication>
@@ -113,4 +115,25 @@ TEST_F(DropZoneController, RemembersWhereItWasMovedAlone)
     const double y = UserDefaults::standard().doubleValue(yKey);
     XPDropZoneController again(&delegate);
     EXPECT_EQ(again.dropZoneY(), y);
+}
+
+TEST_F(DropZoneController, OpensTheTagEditorAndGoesWithIt)
+{
+    const TestFolder folder;
+    XPDropZoneController zone(&delegate);
+    zone.editTagsForFilePaths({});
+    EXPECT_FALSE(zone.isSlidOnscreen());
+    zone.editTagsForFilePaths({folder.file(QStringLiteral("a")), folder.file(QStringLiteral("b"))});
+    EXPECT_TRUE(zone.isSlidOnscreen());
+    EXPECT_EQ(zone.window()->accessibleDescription(), u"2 documents filed");
+    QWidget *editor = nullptr;
+    for (QWidget *window : QApplication::topLevelWidgets()) {
+        if (qobject_cast<XPTagEditorController *>(window) != nullptr)
+            editor = window;
+    }
+    ASSERT_TRUE(editor && editor->isVisible());
+    editor->close();
+    EXPECT_FALSE(zone.isSlidOnscreen());
+    EXPECT_FALSE(UserDefaults::standard().isSaved(QStringLiteral("XPTagsWindowFrame")))
+        << "where the window's own editor stands";
 }

@@ -1,7 +1,7 @@
 #include "XPDropZoneView.h"
 
-#include "KPDocPasteboard.h"
 #include "KPDocIcons.h"
+#include "KPDocPasteboard.h"
 #include "XPTranslations.h"
 
 #include <QApplication>
@@ -42,6 +42,7 @@ protected:
     }
     void drop(const QPoint &at)
     {
+        EXPECT_TRUE(enters(text, at));
         QDropEvent event(at, Qt::CopyAction | Qt::MoveAction, &text, Qt::LeftButton, {});
         QApplication::sendEvent(&view, &event);
         EXPECT_EQ(event.dropAction(), Qt::CopyAction);
@@ -51,8 +52,8 @@ protected:
     {
         enters(text, middle(row));
         const auto before = view.choices().rows().first().kind;
-        EXPECT_TRUE(QTest::qWaitFor(
-            [&] { return view.choices().rows().first().kind != before; }, 20'000));
+        EXPECT_TRUE(
+            QTest::qWaitFor([&] { return view.choices().rows().first().kind != before; }, 20'000));
     }
 
     XPDropZoneView view;
@@ -76,8 +77,11 @@ TEST_F(DropZone, SpringsOpenWhereADragStays)
     drop(middle(2)); // did not wait
     drop({1, 1});    // beside the rows
     const QList<XPDropZoneDestination> expected = {
-        {}, {QStringLiteral("/home/a/Letters"), {}},
-        {{}, {QStringLiteral("tax"), QStringLiteral("2026")}}, {}, {}};
+        {},
+        {QStringLiteral("/home/a/Letters"), {}},
+        {{}, {QStringLiteral("tax"), QStringLiteral("2026")}},
+        {},
+        {}};
     EXPECT_EQ(destinations, expected);
 }
 

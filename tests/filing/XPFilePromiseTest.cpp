@@ -107,6 +107,23 @@ TEST_F(FilePromise, OfASourceThatNeverWritesOrRefusesLeavesNothing)
     EXPECT_EQ(there().size(), 1);
 }
 
+// The program ended before the source had written it.
+TEST_F(FilePromise, ThatNobodyTookIsADocumentAllTheSame)
+{
+    const QString folder = m_folder.path(QStringLiteral("in"));
+    patience = 0ms;
+    sender.writes = {};
+    EXPECT_EQ(kept("late.pdf"), u"(the other program has not written the file)");
+    EXPECT_EQ(there().size(), 0);
+    ASSERT_TRUE(QDir().mkdir(QString::fromUtf8(sender.path).section(u'/', 0, -2)));
+    writeTo(sender.path);
+    EXPECT_EQ(XPFilePromise::takeLeftBehind(folder), QStringList()) << "it may be at work still";
+    const QStringList taken = XPFilePromise::takeLeftBehind(folder, 0s);
+    EXPECT_EQ(taken, QStringList{folder + QStringLiteral("/late.pdf")});
+    EXPECT_TRUE(XPFiledDocuments::isManaged(taken.value(0)));
+    EXPECT_EQ(there(), QStringList{QStringLiteral("late.pdf")});
+}
+
 TEST_F(FilePromise, MayBeReadInstead)
 {
     sender.answer = Answer::WantsToBeRead;
@@ -125,7 +142,8 @@ TEST_F(FilePromise, GoesNowhereElseWhateverItIsCalled)
          {Row{"../../x.pdf", "x.pdf"}, Row{"/etc/passwd", "passwd"}, Row{"", "document"},
           Row{"..", "document"}, Row{"folder/", "document"}, Row{".hidden", "hidden"},
           Row{QByteArray("a\0b\nc\x1b.pdf", 10), "a b c .pdf"}, Row{"a\\b.pdf", "a b.pdf"}}) {
-        EXPECT_EQ(XPFilePromise::nameOf(row.said).toStdString(), row.name) << row.said.toStdString();
+        EXPECT_EQ(XPFilePromise::nameOf(row.said).toStdString(), row.name)
+            << row.said.toStdString();
     }
     EXPECT_LE(XPPath::encode(XPFilePromise::nameOf(QByteArray(5000, 'x'))).size(), 255);
     const QByteArray undecodable("a\xff.pdf");

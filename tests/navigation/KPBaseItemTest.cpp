@@ -214,8 +214,8 @@ TEST(SourceItem, TakesDocumentsOfTheLibraryAlone)
         EXPECT_FALSE(item->acceptDrop(foreign, Qt::CopyAction, -1, nullptr));
         EXPECT_TRUE(item->acceptDrop(ours, Qt::CopyAction, -1, nullptr));
     }
-    EXPECT_EQ(tagged, (QStringList{QStringLiteral("flagged ") + path,
-                                   QStringLiteral("hidden ") + path}));
+    EXPECT_EQ(tagged,
+              (QStringList{QStringLiteral("flagged ") + path, QStringLiteral("hidden ") + path}));
     const auto all = make<KPAllDocumentsItem>();
     EXPECT_EQ(all->validateDropOfType(Qt::MoveAction, -1, nullptr, ours), Qt::IgnoreAction);
     KPDocServices::install(std::make_unique<KPDocServices>());

@@ -25,8 +25,16 @@ KPFilingCommands::KPFilingCommands(KPDocumentTargets &targets, QUndoStack &histo
     : QObject(parent), m_targets(targets), m_history(history)
 {
     XPSelectionOffer::followDrops();
-    connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this,
-            [this] { m_canPaste.reset(); });
+    // The clipboard's owner is asked when somebody may want to know.
+    const auto tell = [this] {
+        if (!m_canPaste && QGuiApplication::applicationState() == Qt::ApplicationActive)
+            Q_EMIT clipboardChanged();
+    };
+    connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, [this, tell] {
+        m_canPaste.reset();
+        tell();
+    });
+    connect(qGuiApp, &QGuiApplication::applicationStateChanged, this, tell);
 }
 
 QStringList KPFilingCommands::paths() const

@@ -17,10 +17,10 @@ class QUndoStack;
 // What becomes of that which is pasted or dropped.
 struct KPImport
 {
-    QString folder = {}; // empty: today's, or where files that come are, as the user prefers
-    QStringList tags = {};  // for the documents
-    bool isDrop = false;    // what another program drags and drops at this moment
-    bool copies = false;    // of files: the originals stay
+    QString folder = {};   // empty: today's, or where files that come are, as the user prefers
+    QStringList tags = {}; // for the documents
+    bool isDrop = false;   // what another program drags and drops at this moment
+    bool copies = false;   // of files: the originals stay
     // Told of the documents; else they are shown in the library.
     std::function<void(const QStringList &paths)> done = {};
 };
@@ -72,6 +72,9 @@ public:
     // Thrown away without a question where none is wanted; more are always asked about.
     static constexpr qsizetype mostDeletedUnasked = 9;
 
+Q_SIGNALS:
+    void clipboardChanged(); // there may be something else to paste, or nothing
+
 private:
     QStringList paths() const;
     QMenu *recentMenu(bool doCopy);
@@ -85,7 +88,9 @@ private:
     void importFetched(const KPPasteboardFetch::Fetched &fetched, const KPImport &how)
         XP_REQUIRES(xpGuiThread);
     void importFiles(const QStringList &paths, const KPImport &how) XP_REQUIRES(xpGuiThread);
+    void moveFiles(const QStringList &paths, const KPImport &how) XP_REQUIRES(xpGuiThread);
     void imported(const QStringList &paths, const KPImport &how) XP_REQUIRES(xpGuiThread);
+    static void tell(const QStringList &paths, const KPImport &how);
     void made(const XPResult<QStringList> &paths, const KPImport &how) XP_REQUIRES(xpGuiThread);
     bool canPaste();
 

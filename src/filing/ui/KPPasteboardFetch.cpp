@@ -25,6 +25,7 @@ KPPasteboardFetch::KPPasteboardFetch(std::unique_ptr<XPSelectionOffer> offer, co
 {
     m_task->title = qtTrId("KPFetchingTitle");
     m_task->note = qtTrId("XPStopIsSafe");
+    m_task->isBeside = true;
     XPProgress::current().begin(m_task);
     connect(this, &KPPasteboardFetch::finished, this, &KPPasteboardFetch::tell,
             Qt::QueuedConnection);

@@ -3,6 +3,7 @@
 #include "KPDocServices.h"
 #include "KPFilingCommands.h"
 #include "UserDefaults.h"
+#include "XPFileInfo.h"
 #include "XPFileTransfers.h"
 #include "XPFiledDocuments.h"
 #include "XPFilingWork.h"
@@ -118,6 +119,15 @@ void KPFilingCommands::made(const XPResult<QStringList> &paths, const KPImport &
     imported(*paths, how);
 }
 
+static std::optional<XPError> missingAmong(const QStringList &paths)
+{
+    for (const QString &path : paths) {
+        if (const auto info = XPFileInfo::read(path); !info)
+            return info.error();
+    }
+    return {};
+}
+
 void KPFilingCommands::importFiles(const QStringList &paths, const KPImport &how)
 {
     const auto self = QPointer(this);
@@ -132,6 +142,19 @@ void KPFilingCommands::importFiles(const QStringList &paths, const KPImport &how
             });
         return;
     }
+    XPFilingWork::run([paths] { return missingAmong(paths); },
+                      [self, paths, how](const std::optional<XPError> &missing) {
+                          xpGuiThread.assertHere();
+                          if (self && missing) // deleted before it was dropped
+                              self->made(*missing, how);
+                          else if (self)
+                              self->moveFiles(paths, how);
+                      });
+}
+
+void KPFilingCommands::moveFiles(const QStringList &paths, const KPImport &how)
+{
+    const auto self = QPointer(this);
     const bool warn =
         UserDefaults::standard().boolValue(QStringLiteral("KPFinderConfirmMoveorCopy"));
     XPFileTransfers::moveCopyFilesProgressUI(
@@ -156,8 +179,24 @@ void KPFilingCommands::imported(const QStringList &paths, const KPImport &how)
     if (paths.isEmpty())
         return;
     KPBatchEdit *edits = KPBatchEdit::current();
-    if (!how.tags.isEmpty() && edits != nullptr)
-        edits->replaceOriginalTags({paths, KPFileEdit::Tags{{}, how.tags}, {}}, false);
+    if (how.tags.isEmpty() || edits == nullptr) {
+        tell(paths, how);
+        return;
+    }
+    // They are shown with their tags.
+    const KPFileEdit wanted{paths, KPFileEdit::Tags{{}, how.tags}, {}};
+    const auto written = std::make_shared<QMetaObject::Connection>();
+    *written = connect(edits, &KPBatchEdit::finished, this, [=, this](const KPFileEdit &edit) {
+        if (edit != wanted)
+            return;
+        disconnect(*written);
+        tell(paths, how);
+    });
+    edits->replaceOriginalTags(wanted, false);
+}
+
+void KPFilingCommands::tell(const QStringList &paths, const KPImport &how)
+{
     if (how.done)
         how.done(paths);
     else

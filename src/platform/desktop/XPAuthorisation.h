@@ -53,7 +53,8 @@ public:
     // Sets the attribute (full name without the `user.` namespace), or removes it when there is
     // no value. Asks as obtain() does when there are no rights (any more). Fails with the POSIX
     // error of the call, or Kind::InvalidArgument for what the writer refuses: names that are
-    // not com.apple.metadata:kMDItem… nor the desktop's three, values over 4096 bytes, paths that are not absolute.
+    // not com.apple.metadata:kMDItem… nor the desktop's three, values over 4096 bytes, paths that
+    // are not absolute.
     std::optional<XPError> writeAttribute(const QString &path, const QString &name,
                                           const std::optional<QByteArray> &value,
                                           const QString &reason) XP_EXCLUDES(m_mutex);

@@ -56,8 +56,7 @@ bool XPDragWatch::isButtonDown()
     const std::unique_ptr<xcb_query_pointer_reply_t, decltype(&std::free)> pointer(
         xcb_query_pointer_reply(connection, xcb_query_pointer(connection, XPX11::root()), nullptr),
         &std::free);
-    constexpr unsigned buttons =
-        XCB_BUTTON_MASK_1 | XCB_BUTTON_MASK_2 | XCB_BUTTON_MASK_3;
+    constexpr unsigned buttons = XCB_BUTTON_MASK_1 | XCB_BUTTON_MASK_2 | XCB_BUTTON_MASK_3;
     return pointer && (pointer->mask & buttons) != 0;
 }
 
@@ -66,9 +65,8 @@ bool XPDragWatch::nativeEventFilter(const QByteArray &type, void *message, qintp
     if (type != "xcb_generic_event_t")
         return false;
     const auto *event = static_cast<const xcb_xfixes_selection_notify_event_t *>(message);
-    if ((event->response_type & 0x7f) != m_notice ||
-        event->selection != XPX11::atom(selection) || event->owner == XCB_NONE ||
-        XPX11::isOurs(event->owner) || !isButtonDown())
+    if ((event->response_type & 0x7f) != m_notice || event->selection != XPX11::atom(selection) ||
+        event->owner == XCB_NONE || XPX11::isOurs(event->owner) || !isButtonDown())
         return false;
     const bool isNew = !m_look.isActive();
     m_look.start();

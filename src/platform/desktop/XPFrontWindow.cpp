@@ -42,8 +42,7 @@ bool XPFrontWindow::isFullScreen(const QScreen &screen)
 {
     const uint32_t window = active();
     if (window == 0 || XPX11::isOurs(window) ||
-        !XPX11::property(window, "_NET_WM_STATE").contains(
-            XPX11::atom("_NET_WM_STATE_FULLSCREEN")))
+        !XPX11::property(window, "_NET_WM_STATE").contains(XPX11::atom("_NET_WM_STATE_FULLSCREEN")))
         return false;
     // Screens keep their corner in the server's pixels; only their size is scaled.
     const QRect points = screen.geometry();

@@ -16,8 +16,9 @@
 using namespace std::chrono_literals;
 
 static constexpr std::chrono::milliseconds usualPatience = 5s;
-static constexpr uint32_t pieceUnits = 1 << 18; // of 4 bytes: how much of a property is read at once
-static constexpr qint64 longestName = 4096;     // that a source promises
+static constexpr uint32_t pieceUnits = 1
+                                       << 18; // of 4 bytes: how much of a property is read at once
+static constexpr qint64 longestName = 4096;   // that a source promises
 
 // --- Who drops
 
@@ -30,8 +31,8 @@ public:
     bool nativeEventFilter(const QByteArray &type, void *message, qintptr *) override
     {
         const auto *event = static_cast<const xcb_client_message_event_t *>(message);
-        if (type == "xcb_generic_event_t" &&
-            (event->response_type & 0x7f) == XCB_CLIENT_MESSAGE && event->type == m_drop) {
+        if (type == "xcb_generic_event_t" && (event->response_type & 0x7f) == XCB_CLIENT_MESSAGE &&
+            event->type == m_drop) {
             source = event->data.data32[0];
             time = event->data.data32[2];
         }
@@ -169,8 +170,8 @@ XPResult<XPSelectionOffer::Event> XPSelectionOffer::nextEvent()
             return gone(sourceIsGone());
         const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
             deadline - std::chrono::steady_clock::now());
-        std::array<pollfd, 2> waiting{{{xcb_get_file_descriptor(m_connection), POLLIN, 0},
-                                       {m_cancelled.get(), POLLIN, 0}}};
+        std::array<pollfd, 2> waiting{
+            {{xcb_get_file_descriptor(m_connection), POLLIN, 0}, {m_cancelled.get(), POLLIN, 0}}};
         const int ready =
             ::poll(waiting.data(), waiting.size(), static_cast<int>(std::max(left, 0ms).count()));
         if ((waiting[1].revents & POLLIN) != 0)
@@ -216,8 +217,8 @@ XPResult<XPSelectionOffer::Property> XPSelectionOffer::readPieces()
         if (!event)
             return event.error();
         const auto *change = static_cast<const xcb_property_notify_event_t *>(event->get());
-        if (typeOf(event->get()) != XCB_PROPERTY_NOTIFY ||
-            change->atom != atom("MURN_TRANSFER") || change->state != XCB_PROPERTY_NEW_VALUE)
+        if (typeOf(event->get()) != XCB_PROPERTY_NOTIFY || change->atom != atom("MURN_TRANSFER") ||
+            change->state != XCB_PROPERTY_NEW_VALUE)
             continue;
         const auto piece = takeProperty(m_window, change->atom, true);
         if (!piece)

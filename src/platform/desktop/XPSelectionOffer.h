@@ -77,7 +77,7 @@ private:
     xcb_connection_t *m_connection = nullptr;
     uint32_t m_window = 0;
     uint32_t m_owner = 0;
-    XPFileDescriptor m_cancelled; // an eventfd, readable from cancel() on
+    XPFileDescriptor m_cancelled;     // an eventfd, readable from cancel() on
     std::optional<XPError> m_failure; // nothing more is asked
     QHash<QByteArray, uint32_t> m_atoms;
 };

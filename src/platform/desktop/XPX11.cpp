@@ -53,8 +53,8 @@ bool XPX11::isOurs(uint32_t window)
 QList<uint32_t> XPX11::property(uint32_t window, const char *name)
 {
     constexpr uint32_t most = 256;
-    const auto cookie = xcb_get_property(connection(), 0, window, atom(name),
-                                         XCB_GET_PROPERTY_TYPE_ANY, 0, most);
+    const auto cookie =
+        xcb_get_property(connection(), 0, window, atom(name), XCB_GET_PROPERTY_TYPE_ANY, 0, most);
     const auto reply = owned(xcb_get_property_reply(connection(), cookie, nullptr));
     if (!reply || reply->format != 32)
         return {};

@@ -261,8 +261,7 @@ TEST_F(FilingCommands, WhatIsDroppedGoesWhereItIsDropped)
 {
     xpGuiThread.assertHere();
     QStringList done;
-    KPImport how{.isDrop = true,
-                 .done = [&done](const QStringList &paths) { done = paths; }};
+    KPImport how{.isDrop = true, .done = [&done](const QStringList &paths) { done = paths; }};
     QMimeData strange, text, files;
     strange.setData(QStringLiteral("application/x-strange"), "?");
     EXPECT_FALSE(commands.import(&strange, how));
@@ -299,4 +298,24 @@ TEST_F(FilingCommands, FilesDroppedAreRoutedAsTheUserPrefers)
     commands.import(&files, how);
     EXPECT_EQ(done, QStringList{path});
     EXPECT_TRUE(XPFiledDocuments::isManaged(path));
+}
+
+// Dragged, and deleted before it was dropped.
+TEST_F(FilingCommands, AFileThatVanishedIsSaidAndNothingElse)
+{
+    xpGuiThread.assertHere();
+    QMimeData files;
+    files.setData(QStringLiteral("text/uri-list"), "file:///nowhere/a.pdf\r\n");
+    QStringList done;
+    KPImport how{.isDrop = true, .done = [&done](const QStringList &paths) { done = paths; }};
+    setFlag(XPFiledDocuments::askKey, false);
+    file("to/other.pdf");
+    for (const QString &folder : {QString(), m_folder.path(QStringLiteral("to"))}) {
+        said->alerts.clear();
+        how.folder = folder;
+        EXPECT_TRUE(commands.import(&files, how));
+        EXPECT_EQ(said->alerts.size(), 1) << folder.toStdString();
+    }
+    EXPECT_TRUE(done.isEmpty());
+    EXPECT_FALSE(history.canUndo());
 }

@@ -2,10 +2,10 @@
 // administrator's rights that pkexec gave it after asking.
 //
 // A root program, so it can do as little as possible: set or remove an extended attribute whose
-// name is one of the metadata convention's or of the desktop's for the same facts, at an absolute path, of a value that the convention
-// allows; it follows no link in the last place and reads no environment or file. It needs nothing
-// but the C library. It ends when its caller does (end of input), and by itself after some idle
-// minutes, so that a forgotten right does not live on.
+// name is one of the metadata convention's or of the desktop's for the same facts, at an absolute
+// path, of a value that the convention allows; it follows no link in the last place and reads no
+// environment or file. It needs nothing but the C library. It ends when its caller does (end of
+// input), and by itself after some idle minutes, so that a forgotten right does not live on.
 //
 // With other arguments it is another program, which pkexec asks for apart: it moves one file to the
 // trash or removes it, as FileVerbs.h says, and ends.

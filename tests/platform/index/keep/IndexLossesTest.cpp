@@ -51,7 +51,8 @@ TEST_F(Losses, AreFilesThatLackSomethingOfTheOneBefore)
     IndexRecord folder = fileWith({}, 2);
     folder.info.mode = S_IFDIR | 0755;
     m_losses.replaced(path, before, folder, true);
-    const IndexRecord desktops = fileWith({QStringLiteral("xdg.tags"), QStringLiteral("baloo.rating")});
+    const IndexRecord desktops =
+        fileWith({QStringLiteral("xdg.tags"), QStringLiteral("baloo.rating")});
     m_losses.replaced(path, desktops, fileWith({}, 2), true); // not ours to put back
     EXPECT_TRUE(m_found.empty());
     m_losses.replaced(path, before, fileWith({QStringLiteral("a")}, 2), true);
