@@ -115,7 +115,7 @@ TEST(TagsEditor, TakesASuggestionByOneKey)
     set("XPSkipTagAutoComplete", PropertyValue::boolean(true));
     editor.entry()->clear();
     QTest::keyClicks(editor.entry(), QStringLiteral("inv"));
-    QTest::qWait(1);
+    QCoreApplication::processEvents();
     EXPECT_EQ(editor.entry()->text(), u"inv");
     for (const char *key : {"KPShowSuggestionWindow", "KPCompletionDelay", "XPSkipTagAutoComplete"})
         defaults.remove(QLatin1String(key));

@@ -25,13 +25,16 @@ SENTENCE = re.compile(r"(?:^|[\s:;,(])[a-zA-Z']{2,}(?:,? [a-zA-Z'%0-9]+){2,}")
 NOT_FOR_PEOPLE = re.compile(r"XPError|malformed|fail\(|\bqC(?:Debug|Info|Warning|Critical)\(|xpLog|"
                             r"static_assert|Q_ASSERT|\b(?:SELECT|PRAGMA|INSERT|CREATE|DELETE|DROP)\b")
 # The programs of the shell speak English, and say it themselves.
-SPEAKS_ENGLISH = ("src/cli/", "src/importer/", "src/scanner/", "src/app/program/")
+SPEAKS_ENGLISH = ("src/cli/", "src/service/", "src/importer/", "src/scanner/", "src/app/program/")
 # Literals that became an error's message in another statement, or texts fixed by a convention.
 SENTENCES_KNOWN = {
+    "src/app/KPControllerCommands.cpp": "a report for those who make the program",
     "src/documents/KPDocNames.cpp": "errors",
     "src/filing/XPMoveRecovery.cpp": "the log of what was put right",
     "src/platform/base/XPPropertyListBinaryReader.cpp": "errors",
     "src/platform/base/XPPropertyListXmlReader.cpp": "errors",
+    "src/platform/base/XPSetting.cpp": "errors, and what the shell says of a setting",
+    "src/platform/capture/XPBrowserProcess.cpp": "errors",
     "src/platform/importing/CagedImporter.cpp": "errors and what the cage lacks",
     "src/platform/importing/ImportAttempts.cpp": "errors",
     "src/platform/importing/ImportProcess.cpp": "errors",
@@ -43,11 +46,13 @@ SENTENCES_KNOWN = {
     "src/tags/KPTagHealer.cpp": "the log of healings",
     "src/tags/KarvexBackup.cpp": "errors and the log",
     "src/tags/KarvexErrors.cpp": "errors of the convention",
+    "src/tags/KarvexMirror.cpp": "the log of what stays as it is",
     "src/tags/KarvexRestore.cpp": "errors",
     "src/types/KPFileTypeNames.cpp": "an id",
 }
 SLEEP = re.compile(r"\b(?:sleep_for|sleep_until|usleep|nanosleep|qWait)\s*\(|\b[mu]?sleep\(\d")
 SLEEPS_KNOWN = {
+    "tests/filing/XPFilePromiseTest.cpp": "a source that writes late",
     "tests/platform/index/keep/IndexTestKept.h": "looks again until a condition holds",
     "tests/platform/index/keep/IndexKillTest.cpp": "the moment of the kill, at random",
 }

@@ -88,7 +88,7 @@ void XPTagEditorController::build()
     m_note->setForegroundRole(QPalette::PlaceholderText);
     m_rating->setForegroundRole(QPalette::PlaceholderText);
     buildRating(column);
-    column->addWidget(caption(isSearch ? "KPTagSearchLabel" : "KPTags", m_tags));
+    column->addWidget(caption(isSearch ? QT_TRID_NOOP("KPTagSearchLabel") : "KPTags", m_tags));
     column->addWidget(m_tags);
     m_tags->setHint(XPTagEntry::hint(), qtTrId("KPTags"));
     m_tags->entry()->installEventFilter(this);
@@ -97,7 +97,7 @@ void XPTagEditorController::build()
     column->addWidget(m_note);
     column->addStretch(1);
     auto *buttons = new QDialogButtonBox;
-    auto *done = buttons->addButton(qtTrId(isSearch ? "KPTagSearchButton" : "KPTagEditorDone"),
+    auto *done = buttons->addButton(isSearch ? qtTrId("KPTagSearchButton") : qtTrId("KPTagEditorDone"),
                                     QDialogButtonBox::AcceptRole);
     done->setAutoDefault(false);
     if (m_form == Form::Panel) {

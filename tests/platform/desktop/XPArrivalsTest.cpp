@@ -20,7 +20,7 @@ TEST(Arrivals, AreToldWhenTheFilesAreWhole)
     ASSERT_TRUE(open.open(QIODevice::WriteOnly));
     open.write("half");
     open.flush();
-    QTest::qWait(0);
+    QCoreApplication::processEvents();
     EXPECT_EQ(told.size(), 0);
     open.close();
     for (int i = 0; i < 100; ++i)
@@ -39,6 +39,6 @@ TEST(Arrivals, OfAFolderThatIsNotThereAreNone)
     const XPArrivals file(folder.file(QStringLiteral("a")));
     QSignalSpy told(&arrivals, &XPArrivals::arrived);
     (void)folder.file(QStringLiteral("missing/b"));
-    QTest::qWait(0);
+    QCoreApplication::processEvents();
     EXPECT_EQ(told.size(), 0);
 }
