@@ -38,6 +38,13 @@ XPTagsEditor::XPTagsEditor(Purpose purpose, QWidget *parent)
     m_entry->installEventFilter(this);
 }
 
+// The entry loses the focus when it goes, which would be taken for the user leaving it.
+XPTagsEditor::~XPTagsEditor()
+{
+    m_entry->removeEventFilter(this);
+    m_entry->disconnect(this);
+}
+
 void XPTagsEditor::setHint(const QString &hint, const QString &accessibleName)
 {
     m_hint = hint;

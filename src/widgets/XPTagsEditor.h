@@ -29,6 +29,7 @@ class XPTagsEditor : public QFrame
 public:
     enum class Purpose { Edit, Filter };
     explicit XPTagsEditor(Purpose purpose, QWidget *parent = nullptr);
+    ~XPTagsEditor() override;
 
     // Shows these; says nothing. What is being typed stays.
     void setTags(const QStringList &tags);

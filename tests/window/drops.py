@@ -247,8 +247,8 @@ class Drops(Scene):
         self.end_other()
 
 
-STEPS = ["first_start", "text_on_the_zone", "each_kind", "promises", "escape_and_leave",
-         "files_on_the_zone", "tags_by_waiting", "a_film_fills_the_screen", "pastes"]
+STEPS = ["first_start", "pastes", "text_on_the_zone", "each_kind", "promises",
+         "escape_and_leave", "files_on_the_zone", "tags_by_waiting", "a_film_fills_the_screen"]
 
 
 def main():
