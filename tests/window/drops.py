@@ -110,7 +110,7 @@ class Drops(Scene):
             return file.read()
 
     def ends_editor(self, *tags):
-        field = self.one("text", "Tags")
+        field = self.one("text", "Tags", root=self.one("dialog", begins="Tags of"))
         until(lambda: field.get_state_set().contains(self.atspi.StateType.FOCUSED),
               "the keyboard in the tag editor")
         for tag in tags:
@@ -145,7 +145,7 @@ class Drops(Scene):
         time.sleep(0.3)
         self.shot("zone")
         self.drop_on_zone()
-        self.one("text", "Tags")
+        self.one("dialog", begins="Tags of")
         self.shot("editor")
         self.ends_editor("note", "dragged")
         path = until(lambda: self.filed().get("A note that somebody dragged over here.txt"), "it")
@@ -206,7 +206,7 @@ class Drops(Scene):
         self.shot("sprung")
         self.drop_at(x + 110, y + 112)
         self.shot("with-tags")
-        self.one("text", "Tags")
+        self.one("dialog", begins="Tags of")
         self.ends_editor()
         path = self.filed()["This one gets the tags of the last group.txt"]
         until(lambda: self.murnctl("tags", path).split(), "the tags of the group")
