@@ -30,7 +30,8 @@ static OpenedPtr open(const QStringList &paths, const XPProgress::Task &task)
             break;
         auto attachment = XPMail::open(path);
         if (attachment) {
-            opened->size += XPFileInfo::read(path)->size;
+            if (const auto info = XPFileInfo::read(path)) // it may be gone by now
+                opened->size += info->size;
             opened->attachments.push_back(std::move(attachment).value());
         } else {
             opened->failures.append(attachment.error());
