@@ -2462,6 +2462,12 @@ Absturzberichte erlauben?</translation>
     <message id="KPPrintTitle">
         <translation>Drucken</translation>
     </message>
+    <message id="KPPrinterFailed">
+        <translation>Der Drucker nimmt keine Seiten mehr an</translation>
+    </message>
+    <message id="KPPrinterFailedText">
+        <translation>Er ist vielleicht ausgeschaltet oder entfernt worden, oder es ist kein Platz für die Datei. Seiten, die er vorher annahm, sind vielleicht gedruckt.</translation>
+    </message>
     <message id="KPPrintingPages">
         <translation>Es wird gedruckt</translation>
     </message>

@@ -2464,6 +2464,12 @@ Allow crash reporting?</translation>
     <message id="KPPrintTitle">
         <translation>Print</translation>
     </message>
+    <message id="KPPrinterFailed">
+        <translation>The printer takes no more pages</translation>
+    </message>
+    <message id="KPPrinterFailedText">
+        <translation>It may be switched off or have been removed, or there is no room for the file. Pages that it took before may have been printed.</translation>
+    </message>
     <message id="KPPrintingPages">
         <translation>Printing</translation>
     </message>

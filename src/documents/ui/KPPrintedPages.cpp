@@ -96,7 +96,8 @@ class Paper
 {
 public:
     Paper(QPrinter *printer, bool takesAll)
-        : m_printer(printer), m_takesAll(takesAll), m_painter(printer)
+        : m_printer(printer), m_takesAll(takesAll), m_painter(printer),
+          m_isTaking(m_painter.isActive())
     {
     }
     // Null: this page is not wanted.
@@ -106,9 +107,10 @@ public:
         if (!isWanted())
             return nullptr;
         if (std::exchange(m_isUsed, true))
-            m_printer->newPage();
-        return m_painter.isActive() ? &m_painter : nullptr;
+            m_isTaking = m_isTaking && m_printer->newPage();
+        return m_isTaking ? &m_painter : nullptr;
     }
+    bool isTaking() const { return m_isTaking; }
     QRectF area() const { return m_painter.viewport(); }
 
 private:
@@ -126,6 +128,7 @@ private:
     QPrinter *const m_printer;
     const bool m_takesAll;
     QPainter m_painter;
+    bool m_isTaking;
     int m_number = 0;
     bool m_isUsed = false;
 };
@@ -175,13 +178,15 @@ static void drawText(Paper &paper, QPrinter *printer, const QString &title, cons
     }
 }
 
-void KPPrintedPages::paint(QPrinter *printer, bool isPreview, const XPProgress::Task &task) const
+bool KPPrintedPages::paint(QPrinter *printer, bool isPreview, const XPProgress::Task &task) const
 {
     Paper paper(printer, isPreview);
     for (const Sheet &sheet : m_sheets) {
+        if (!paper.isTaking())
+            break;
         if (task->isStopAsked) {
             printer->abort();
-            return;
+            return true;
         }
         if (const auto *picture = std::get_if<Picture>(&sheet)) {
             if (QPainter *painter = paper.next())
@@ -192,4 +197,5 @@ void KPPrintedPages::paint(QPrinter *printer, bool isPreview, const XPProgress::
         }
         ++task->done;
     }
+    return paper.isTaking();
 }

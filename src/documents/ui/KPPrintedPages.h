@@ -32,8 +32,9 @@ public:
     const QList<XPError> &failures() const { return m_failures; }
 
     // Draws everything, on the pages that the user chose; `isPreview`: all, from the small
-    // pictures. Stops early, with an incomplete print given up, where the task says so.
-    void paint(QPrinter *printer, bool isPreview, const XPProgress::Task &task) const;
+    // pictures. Stops early, with an incomplete print given up, where the task says so. False: the
+    // printer is not there, or gave up.
+    bool paint(QPrinter *printer, bool isPreview, const XPProgress::Task &task) const;
 
 private:
     struct Picture

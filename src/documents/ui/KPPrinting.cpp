@@ -80,13 +80,17 @@ void Preview::print(QPrinter *paper)
     m_work.run(
         task,
         [pages = m_pages, paper, task, over] {
-            pages->paint(paper, false, task);
+            const bool isPrinted = pages->paint(paper, false, task);
             over->set_value();
-            return true;
+            return isPrinted;
         },
-        [loop = QPointer(&loop)](bool) {
+        [loop = QPointer(&loop)](bool isPrinted) {
+            xpGuiThread.assertHere();
             if (loop)
                 loop->quit();
+            if (!isPrinted)
+                XPPrompts::current().alert(qtTrId("KPPrinterFailed"),
+                                           qtTrId("KPPrinterFailedText"));
         });
     loop.exec();
     task->isStopAsked = true; // if the loop ended before

@@ -2,6 +2,7 @@
 #include "KPDoc.h"
 #include "KPDocCache.h"
 #include "KPPrintInfo.h"
+#include "KPPrintedPages.h"
 #include "KPResultsExport.h"
 #include "Karvex.h"
 #include "TestHome.h"
@@ -114,4 +115,22 @@ TEST_F(DocumentsUi, ThePaperIsRemembered)
     EXPECT_EQ(next.pageLayout().orientation(), QPageLayout::Landscape);
     EXPECT_NEAR(next.pageLayout().margins(QPageLayout::Millimeter).bottom(), 23, 0.5);
     EXPECT_EQ(next.colorMode(), QPrinter::GrayScale);
+}
+
+TEST_F(DocumentsUi, WhatIsNotPrintedIsKnown)
+{
+    const auto task = std::make_shared<XPProgressTask>();
+    const QString gone = m_folder.path(QStringLiteral("gone.pdf"));
+    const auto pages = KPPrintedPages::make({gone}, task);
+    EXPECT_TRUE(pages->isEmpty());
+    ASSERT_EQ(pages->failures().size(), 1);
+    EXPECT_EQ(pages->failures().first().path, gone);
+    const auto paints = [&](const QString &to) {
+        QPrinter printer;
+        printer.setOutputFormat(QPrinter::PdfFormat);
+        printer.setOutputFileName(to);
+        return pages->paint(&printer, false, task);
+    };
+    EXPECT_TRUE(paints(m_folder.path(QStringLiteral("paper.pdf"))));
+    EXPECT_FALSE(paints(m_folder.path(QStringLiteral("absent/paper.pdf"))));
 }
