@@ -146,11 +146,13 @@ KPPictureMaker::Job KPPictureMaker::takeJob()
     return job;
 }
 
-void KPPictureMaker::deliver(Result result)
+// It ends here: whoever asks again once he has the result is to get another.
+void KPPictureMaker::deliver(Result result, const std::stop_source &stop)
 {
     bool isFirst = false;
     {
         const XPLocker locker(m_mutex);
+        end(stop);
         m_results.push_back(std::move(result));
         isFirst = m_results.size() == 1;
     }
@@ -182,7 +184,7 @@ void KPPictureMaker::work(int number)
                                      : slot.lookUp(job.request, prefs);
         const bool isDone = result.has_value();
         if (result)
-            deliver(*std::move(result));
+            deliver(*std::move(result), stop);
         slot.store();
         locker.lock();
         end(stop);

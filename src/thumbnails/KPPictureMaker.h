@@ -100,7 +100,7 @@ private:
     void end(const std::stop_source &stop) XP_REQUIRES(m_mutex);
     bool isWanted(const QString &key, int side) const XP_REQUIRES(m_mutex);
     bool isBegun(const Request &request) const XP_REQUIRES(m_mutex);
-    void deliver(Result result) XP_EXCLUDES(m_mutex);
+    void deliver(Result result, const std::stop_source &stop) XP_EXCLUDES(m_mutex);
 
     const Setup m_setup;
     const KPSharedThumbnails m_shared;

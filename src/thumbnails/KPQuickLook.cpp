@@ -119,9 +119,13 @@ void KPQuickLook::rebuild(const QList<KPDoc *> &docs)
         stems.insert(doc->cacheID());
         m_rebuilt.insert(doc->filePath(), std::time(nullptr));
     }
+    const auto isOne = [&](const QString &key) {
+        return stems.contains(key.left(key.indexOf(QChar(0))));
+    };
+    m_held.removeIf([&](const auto &each) { return isOne(each.key()); });
     const QStringList keys = m_cache.keys();
     for (const QString &key : keys) {
-        if (stems.contains(key.left(key.indexOf(QChar(0)))))
+        if (isOne(key))
             m_cache.remove(key);
     }
     m_unreadable.clear();
@@ -132,6 +136,7 @@ void KPQuickLook::rebuildAll()
 {
     m_rebuilt.clear();
     m_rebuiltAll = std::time(nullptr);
+    m_held.clear();
     m_cache.clear();
     m_unreadable.clear();
     ask();

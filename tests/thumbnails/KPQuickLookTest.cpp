@@ -89,6 +89,28 @@ TEST_F(QuickLook, ShowsWhatTheImporterDraws)
     EXPECT_EQ(m_pause.reasons(), 0U);
 }
 
+// Also those that a preview holds beside the cache.
+TEST_F(QuickLook, MakesPicturesAnewWhenTold)
+{
+    KPQuickLook looks(setup());
+    const QString name = QStringLiteral("again.svg");
+    KPDoc *doc = document(name, svg("red"));
+    const auto colours = [&] {
+        looks.want(&m_view, {{doc, 64}, {doc, 400, 1, true}});
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !looks.isBusy(); }, 30000));
+        return QList<QColor>{middle(looks.look(*doc).picture),
+                             middle(looks.heldLook(*doc).picture)};
+    };
+    EXPECT_EQ(colours(), QList<QColor>(2, QColor(Qt::red)));
+    // Nobody says that the file changed.
+    (void)m_folder.file(name, svg("lime"));
+    looks.rebuild({doc});
+    EXPECT_EQ(colours(), QList<QColor>(2, QColor(Qt::green)));
+    (void)m_folder.file(name, svg("blue"));
+    looks.rebuildAll();
+    EXPECT_EQ(colours(), QList<QColor>(2, QColor(Qt::blue)));
+}
+
 // The desktop's cache serves the next run, and a program that has no importer at all.
 TEST_F(QuickLook, SharesWhatWasSlowToMake)
 {
