@@ -2,10 +2,10 @@
 
 #include "KPDoc.h"
 #include "KPDocIcons.h"
+#include "KPNameOrder.h"
 #include "XPPath.h"
 
 #include <QAction>
-#include <QCollator>
 #include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QLabel>
@@ -111,14 +111,13 @@ void KPCombineDialog::removeRow()
 
 void KPCombineDialog::sortByName()
 {
-    QCollator collator;
-    collator.setNumericMode(true);
+    const KPNameKeys keys;
     QList<QListWidgetItem *> rows;
     while (m_list->count() > 0)
         rows.append(m_list->takeItem(m_list->count() - 1));
     std::stable_sort(rows.begin(), rows.end(),
                      [&](const QListWidgetItem *a, const QListWidgetItem *b) {
-                         return collator.compare(a->text(), b->text()) < 0;
+                         return keys.key(a->text()) < keys.key(b->text());
                      });
     for (QListWidgetItem *row : rows)
         m_list->addItem(row);
