@@ -15,6 +15,7 @@ _murnctl_options() {
         tag-rename) printf '%s\n' --dry-run --yes --spellings --only --waiting --drop-waiting --print0 --help ;;
         tag-delete) printf '%s\n' --dry-run --yes --branch --print0 --help ;;
         rate) printf '%s\n' --help ;;
+        comment) printf '%s\n' --write --json --print0 --help ;;
         find) printf '%s\n' --contents --metadata --names-only --tag --not-tag --tagged --untagged \
             --managed --type --not-type --date --rating --in --not-in --list-folder --deep --state \
             --sort --group --explain --print-state --count --limit --live --json --print0 --help ;;
@@ -54,7 +55,7 @@ _murnctl() {
         if [[ $cur == -* ]]; then
             _murnctl_offer < <(_murnctl_options)
         else
-            _murnctl_offer <<<$'tags\ntag\ntag-rename\ntag-delete\nrate\nfind\ninfo\ntypes\nquery\nfile\nmanage\nunmanage\npaste\nbackup\nrestore\nhealed\nmirror\nexport\nimport-archive\nduplicates\ncapture\nimport\nthumbnail\nscan\nocr\ncombine\nopen\nreveal\nindex\ndefaults'
+            _murnctl_offer <<<$'tags\ntag\ntag-rename\ntag-delete\nrate\ncomment\nfind\ninfo\ntypes\nquery\nfile\nmanage\nunmanage\npaste\nbackup\nrestore\nhealed\nmirror\nexport\nimport-archive\nduplicates\ncapture\nimport\nthumbnail\nscan\nocr\ncombine\nopen\nreveal\nindex\ndefaults'
         fi
         return
     fi
@@ -106,7 +107,7 @@ _murnctl() {
     elif [[ $command == index ]]; then
         compopt -o filenames
         mapfile -t COMPREPLY < <(compgen -d -- "$cur")
-    elif [[ $command == tag* || $command == rate || $command == export || $command == import-archive || $command == info || $command == types ]]; then
+    elif [[ $command == tag* || $command == rate || $command == comment || $command == export || $command == import-archive || $command == info || $command == types ]]; then
         compopt -o filenames
         mapfile -t COMPREPLY < <(compgen -f -- "$cur")
     fi

@@ -40,6 +40,7 @@ extern const KPCommand kpTagCommand;
 extern const KPCommand kpTagRenameCommand;
 extern const KPCommand kpTagDeleteCommand;
 extern const KPCommand kpRateCommand;
+extern const KPCommand kpCommentCommand;
 extern const KPCommand kpFindCommand;
 extern const KPCommand kpInfoCommand;
 extern const KPCommand kpTypesCommand;

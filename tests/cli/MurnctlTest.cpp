@@ -44,6 +44,8 @@ TEST_F(MurnctlFiles, AnswersWrongUsageWithTwoAndChangesNothing)
                                     {"tags", "--json", "--print0", "a"},
                                     {"tags", "--recent", "a"},
                                     {"tag", "a"},
+                                    {"comment"},
+                                    {"comment", "--json", "--write", "x", "a"},
                                     {"tag", "--add", "x"},
                                     {"tag", "--add"},
                                     {"tag", "--add", "  ", "a"},
@@ -343,4 +345,20 @@ TEST_F(MurnctlFiles, ShowsTheRecordsOfFiles)
     EXPECT_TRUE(text.contains("\nType:     com.adobe.pdf (PDF document)\nSize:     5 bytes\n"));
     EXPECT_TRUE(text.contains("\nTags:     Tax, 2024\nRating:   2.5\nKeywords: rent\n"));
     EXPECT_TRUE(text.contains("\n\nPath:     ")) << "between two files";
+}
+
+TEST_F(MurnctlFiles, ShowsAndWritesComments)
+{
+    EXPECT_EQ(run({"comment", "--write", "two\nlines", "a", "b"}).status, 0);
+    EXPECT_EQ(run({"comment", "a"}).out, "two\nlines\n");
+    EXPECT_EQ(run({"comment", "--print0", "a", "b"}).out,
+              QByteArray("a\0two\nlines\0b\0two\nlines\0", 24));
+    EXPECT_EQ(run({"comment", "--write", "", "b"}).status, 0);
+    EXPECT_EQ(run({"comment", "--json", "a", "b"}).out,
+              "{\n  \"a\": \"two\\nlines\",\n  \"b\": \"\"\n}\n");
+    // What cannot be read stays.
+    const QString name = Karvex::spotlightKey(Karvex::commentKey);
+    ASSERT_FALSE(XPExtendedAttributes::write(b, name, "bplist00garbage"));
+    EXPECT_EQ(run({"comment", "--write", "new", "b"}).status, 1);
+    EXPECT_EQ(XPExtendedAttributes::read(b, name).valueOr({}), QByteArray("bplist00garbage"));
 }
