@@ -191,7 +191,7 @@ void KPPreviewController::showDocument(KPDoc *doc)
     m_page = 1;
     m_isNew = true;
     m_contents.reset();
-    m_reader.want(doc->filePath(), true);
+    m_asked.clear();
     show();
 }
 

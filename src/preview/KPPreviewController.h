@@ -80,8 +80,9 @@ private:
     bool m_isSheet = false;
     bool m_isNew = false; // nothing of this document was shown yet
     QStringList m_tags;   // as they were shown last
-    QString m_shownWords; // whose words are shown
+    QString m_asked;      // the state of the file whose contents were asked for
     KPContentsReader::ContentsPtr m_contents;
+    KPContentsReader::ContentsPtr m_shownWords;
     KPContentsReader m_reader;
     QTimer m_showing; // a burst of changes is shown once
     std::vector<XPObservation> m_observations;

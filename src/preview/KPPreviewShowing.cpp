@@ -47,6 +47,10 @@ void KPPreviewController::show()
         takeSelection(); // without it
         return;
     }
+    // A file that another program writes while it is looked at is read again.
+    const QString state = m_doc->cacheID() + m_doc->filePath();
+    if (std::exchange(m_asked, state) != state)
+        m_reader.want(m_doc->filePath(), true);
     const auto look = m_pictures.look(*m_doc);
     m_uti = m_contents && !m_contents->uti.isEmpty() ? m_contents->uti
             : !look.uti.isEmpty()
@@ -146,8 +150,7 @@ void KPPreviewController::showWords()
                            ? KPDocumentFacts::ofContents(*m_doc, m_contents.get())
                            : QList<KPDocumentFacts::Fact>(),
                        {});
-    const QString state = m_doc->cacheID() + m_doc->filePath();
-    if (std::exchange(m_shownWords, state) != state)
+    if (std::exchange(m_shownWords, m_contents) != m_contents)
         m_window->words().setText(QString::fromUtf8(m_contents->answer.text.utf8()),
                                   KPContentTypes::typeTree(m_uti));
     m_window->setShows(Shows::Words);
