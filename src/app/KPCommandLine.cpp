@@ -41,8 +41,8 @@ static void addTo(QCommandLineParser *parser, Options *options)
         hidden->setFlags(Option::HiddenFromHelp);
     parser->addOptions({options->folder, options->search, options->searchSelection,
                         options->fileClipboard, options->show, options->tag, options->file,
-                        options->newInstance, options->help,
-                        options->version, options->screenshot, options->select, options->colours});
+                        options->newInstance, options->help, options->version, options->screenshot,
+                        options->select, options->colours});
     parser->addPositionalArgument(QStringLiteral("FILE"), qtTrId("KPOptionFiles"),
                                   QStringLiteral("[FILE|URL]..."));
 }
@@ -68,8 +68,7 @@ static std::optional<XPError> takeFolders(const QStringList &folders, KPCommandL
 static bool isUrl(const QString &text)
 {
     return text.startsWith(u"murn:", Qt::CaseInsensitive) || text.startsWith(u"http://") ||
-           text.startsWith(u"https://") ||
-           text.startsWith(u"file:", Qt::CaseInsensitive);
+           text.startsWith(u"https://") || text.startsWith(u"file:", Qt::CaseInsensitive);
 }
 
 static std::optional<XPError> takeFiles(const QStringList &texts, KPCommandLine *result)

@@ -17,7 +17,7 @@ struct KPCommandLine
     QStringList urls;    // to open: addresses as they were given, files and folders as `file:`
     std::optional<QString> searchText; // empty: what is selected or copied
     bool filesClipboard = false;
-    QString documentsAction; // what is to be done with `urls`, as XPApplicationBus calls it
+    QString documentsAction;    // what is to be done with `urls`, as XPApplicationBus calls it
     bool isNewInstance = false; // beside one that runs
     QString screenshot;         // where to put a picture of the window; empty: none
     QString selection;          // for that picture: select the documents whose names begin so

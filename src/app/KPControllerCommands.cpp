@@ -3,8 +3,8 @@
 #include "KPArchiveCommands.h"
 #include "KPController.h"
 #include "KPCrumbController.h"
-#include "KPDocsView.h"
 #include "KPDocCache.h"
+#include "KPDocsView.h"
 #include "KPEditHistory.h"
 #include "KPIndexMonitor.h"
 #include "KPInstalledFiles.h"
@@ -26,29 +26,31 @@ static constexpr auto ctrlShift = Qt::CTRL | Qt::SHIFT;
 QList<KPCommand> KPController::fileCommands()
 {
     return QList<KPCommand>{
-        {.id = QT_TRID_NOOP("KPOpenFolder"),
-         .menu = Menu::File,
-         .shortcut = QKeySequence::Open,
-         .run = [this] { openFolder(); }},
-        {.id = QT_TRID_NOOP("KPIndexFolder"),
-         .menu = Menu::File,
-         .run = [this] { indexFolders(); },
-         .state = [this] { return KPCommandState{.isEnabled = !foldersNotIndexed().isEmpty()}; },
-         .endsGroup = true},
-        {.id = QT_TRID_NOOP("KPScanAction"),
-         .menu = Menu::File,
-         .shortcut = QKeySequence(ctrlShift | Qt::Key_N),
-         .run = [this] { scanAction(); },
-         .symbol = "scan"},
-        {.id = QT_TRID_NOOP("KPCaptureWebPage"),
-         .menu = Menu::File,
-         .run =
-             [this] {
-                 xpGuiThread.assertHere();
-                 KPWebCapture::ask(this);
-             },
-         .endsGroup = true},
-    } + m_archive->commands();
+               {.id = QT_TRID_NOOP("KPOpenFolder"),
+                .menu = Menu::File,
+                .shortcut = QKeySequence::Open,
+                .run = [this] { openFolder(); }},
+               {.id = QT_TRID_NOOP("KPIndexFolder"),
+                .menu = Menu::File,
+                .run = [this] { indexFolders(); },
+                .state =
+                    [this] { return KPCommandState{.isEnabled = !foldersNotIndexed().isEmpty()}; },
+                .endsGroup = true},
+               {.id = QT_TRID_NOOP("KPScanAction"),
+                .menu = Menu::File,
+                .shortcut = QKeySequence(ctrlShift | Qt::Key_N),
+                .run = [this] { scanAction(); },
+                .symbol = "scan"},
+               {.id = QT_TRID_NOOP("KPCaptureWebPage"),
+                .menu = Menu::File,
+                .run =
+                    [this] {
+                        xpGuiThread.assertHere();
+                        KPWebCapture::ask(this);
+                    },
+                .endsGroup = true},
+           } +
+           m_archive->commands();
 }
 
 // The last ones of the first menu.

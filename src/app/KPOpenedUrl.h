@@ -6,8 +6,8 @@
 #include <variant>
 
 // What an address asks for that was handed to the program: a file (RFC 8089), documents with tags
-// (murn://tags/a/b) or with words (murn://search/some%20text, whatever the host is called), or a web
-// page (http, https) that is to be captured.
+// (murn://tags/a/b) or with words (murn://search/some%20text, whatever the host is called), or a
+// web page (http, https) that is to be captured.
 //
 // Addresses come from web pages and mails: the most that one does unasked is search.
 // Threads: any; nothing is looked up.

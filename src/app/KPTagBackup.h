@@ -11,8 +11,8 @@
 class IndexSource;
 
 // Has the tags and ratings backed up while the application runs: once some minutes after its
-// launch, then every hour in which it is active. Not without the setting "KPSyncTagsForBackup". When
-// the last one that worked was, the setting "KPLastBackup" says.
+// launch, then every hour in which it is active. Not without the setting "KPSyncTagsForBackup".
+// When the last one that worked was, the setting "KPLastBackup" says.
 //
 // A backup is made by KarvexSync, on its thread, and asks nobody anything; the last one is ended by
 // the destructor.

@@ -123,8 +123,8 @@ void KPWebCapture::failed(const XPError &error)
     XPProgress::current().end(m_task);
     deleteLater();
     const bool isMissing = error.kind == XPError::Kind::Unsupported;
-    XPPrompts::current().alert(qtTrId("KPCaptureFailed"),
-                               isMissing ? qtTrId("KPCaptureNoBrowser")
-                                         : XPPath::printable(m_address) + QStringLiteral(": ") +
-                                               error.reason());
+    XPPrompts::current().alert(qtTrId("KPCaptureFailed"), isMissing ? qtTrId("KPCaptureNoBrowser")
+                                                                    : XPPath::printable(m_address) +
+                                                                          QStringLiteral(": ") +
+                                                                          error.reason());
 }

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "XPMutex.h"
 #include "XPProgress.h"
 #include "XPURLToPDF.h"
-#include "XPMutex.h"
 
 #include <QTimer>
 

@@ -119,16 +119,17 @@ Error Export::addParts(const QString &folder, const QString &path, int depth)
     if (depth > deepestPart)
         return XPError::make(Kind::TooLarge, QStringLiteral("is nested too deeply"), folder);
     QStringList names;
-    const int problem = XPFolderNames::forEach(
-        AT_FDCWD, XPPath::encode(folder).constData(), [&names](QByteArrayView name) {
-            names.append(XPPath::decode(name));
-            return true;
-        });
+    const int problem = XPFolderNames::forEach(AT_FDCWD, XPPath::encode(folder).constData(),
+                                               [&names](QByteArrayView name) {
+                                                   names.append(XPPath::decode(name));
+                                                   return true;
+                                               });
     Error error = problem == 0 ? Error() : XPError::fromErrno(problem, folder);
     names.sort();
     for (const QString &name : names) {
         if (!error && !m_failure)
-            error = addPart(folder + u'/' + name, path.isEmpty() ? name : path + u'/' + name, depth);
+            error =
+                addPart(folder + u'/' + name, path.isEmpty() ? name : path + u'/' + name, depth);
     }
     return error;
 }

@@ -3,7 +3,8 @@
 #include "KarvexBackupFile.h"
 #include "XPArchivedFile.h"
 
-// What an archive says that stands on a file, brought to that file. Any thread; blocking file calls.
+// What an archive says that stands on a file, brought to that file. Any thread; blocking file
+// calls.
 namespace XPImportedFacts {
 
 // Tags and rating, as the rule of backups wants them; what cannot be understood is none.

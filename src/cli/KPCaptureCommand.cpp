@@ -8,9 +8,8 @@
 #include <QEventLoop>
 
 // Nothing: interrupted.
-static std::optional<XPResult<XPURLToPDF::Page>> capture(const QString &address,
-                                                         const XPURLToPDF::Options &options,
-                                                         KPInterrupt &interrupt)
+static std::optional<XPResult<XPURLToPDF::Page>>
+capture(const QString &address, const XPURLToPDF::Options &options, KPInterrupt &interrupt)
 {
     XPURLToPDF capture(options);
     QEventLoop loop;

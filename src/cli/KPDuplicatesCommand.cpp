@@ -21,10 +21,10 @@ static void print(const XPDuplicates::Result &result, KPCommandOutput &output)
     if (output.isJson())
         output.write("[\n" + groups.join(",\n") + "\n]\n");
     else if (!output.isSeparatingByNul())
-        output.write(QStringLiteral("%1 groups; %2 bytes are kept more than once\n")
-                         .arg(QString::number(result.groups.size()),
-                              QString::number(result.bytesToFree()))
-                         .toUtf8());
+        output.write(
+            QStringLiteral("%1 groups; %2 bytes are kept more than once\n")
+                .arg(QString::number(result.groups.size()), QString::number(result.bytesToFree()))
+                .toUtf8());
 }
 
 static int run(const KPCommandLine &line, KPCommandOutput &output)
@@ -64,8 +64,10 @@ const KPCommand kpDuplicatesCommand = {
     "duplicates",
     "[--in DIR]… [--state FILE]… [--json | --print0]",
     "Prints documents of the same contents, in groups.",
-    "By size first, then by their bytes. Those that take most room come first; an empty line (with\n"
-    "--print0 an empty record) ends each group. Empty files are left out, and further names of one\n"
+    "By size first, then by their bytes. Those that take most room come first; an empty line "
+    "(with\n"
+    "--print0 an empty record) ends each group. Empty files are left out, and further names of "
+    "one\n"
     "file count once. Nothing is ever deleted.\n",
     {{"--in", "DIR", "only in this folder, or these"},
      {"--state", "FILE", "only among the documents of a search state"},

@@ -69,8 +69,7 @@ static QList<qint64> numbersOf(const QString &word, bool accepts, const QList<KP
     QList<qint64> numbers;
     for (const KPHealing &healing : cases) {
         const bool isOpen = KPHealingChoice::isOpen(healing, accepts);
-        const bool isAll =
-            word == u"all" && (accepts ? healing.state == State::Pending : isOpen);
+        const bool isAll = word == u"all" && (accepts ? healing.state == State::Pending : isOpen);
         if (isAll || (isOpen && QString::number(healing.number) == word))
             numbers.append(healing.number);
     }

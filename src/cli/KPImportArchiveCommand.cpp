@@ -74,9 +74,8 @@ void Import::printJson(const Step &step)
 {
     m_output.write(QByteArray(m_isFirst ? "{\"steps\": [\n" : ",\n") +
                    "  {\"path\": " + KPCommandOutput::json(step.path) + ", \"action\": \"" +
-                   actionNames[static_cast<int>(step.action)] +
-                   "\", \"before\": " + jsonOf(step.before) + ", \"after\": " +
-                   jsonOf(step.after) + ", \"error\": " +
+                   actionNames[static_cast<int>(step.action)] + "\", \"before\": " +
+                   jsonOf(step.before) + ", \"after\": " + jsonOf(step.after) + ", \"error\": " +
                    (step.problem ? KPCommandOutput::json(step.problem->reason()) : "null") + '}');
     m_isFirst = false;
 }
@@ -131,8 +130,8 @@ void Import::printEnd(const Summary &summary)
         if (summary.counts[i] > 0)
             counts.append(QByteArray::number(summary.counts[i]) + ' ' + actionNames[i]);
     }
-    m_output.write("of " + QByteArray::number(summary.documents) + " documents: " +
-                   (counts.isEmpty() ? QByteArray("none") : counts.join(", ")) +
+    m_output.write("of " + QByteArray::number(summary.documents) +
+                   " documents: " + (counts.isEmpty() ? QByteArray("none") : counts.join(", ")) +
                    (m_isDryRun ? " (nothing was changed)\n" : "\n"));
 }
 

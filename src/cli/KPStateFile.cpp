@@ -98,7 +98,8 @@ static QByteArrayList entriesJson(const PropertyValue::Dictionary &dictionary)
 {
     QByteArrayList entries;
     for (auto entry = dictionary.cbegin(); entry != dictionary.cend(); ++entry)
-        entries.append(KPCommandOutput::json(entry.key()) + ": " + KPStateFile::json(entry.value()));
+        entries.append(KPCommandOutput::json(entry.key()) + ": " +
+                       KPStateFile::json(entry.value()));
     return entries;
 }
 

@@ -70,10 +70,10 @@ void TagChange::describe(const KPTagPlan &plan)
                                              "one")
                                   .arg(XPPath::printable(plan.rename.to)));
     for (const QString &tag : plan.otherSpellings)
-        KPCommandOutput::note(
-            (m_takesSpellings ? QStringLiteral("this spelling gets the new name too: %1")
-                              : QStringLiteral("there is another spelling: %1"))
-                .arg(XPPath::printable(tag)));
+        KPCommandOutput::note((m_takesSpellings
+                                   ? QStringLiteral("this spelling gets the new name too: %1")
+                                   : QStringLiteral("there is another spelling: %1"))
+                                  .arg(XPPath::printable(tag)));
 }
 
 bool TagChange::ask(const KPTagPlan &plan)

@@ -18,7 +18,7 @@ public:
 
     void setChoices(const XPDropZoneChoices &choices);
     const XPDropZoneChoices &choices() const { return m_choices; }
-    void setEdge(Qt::Edge edge); // of the screen, that it touches; a window touches none
+    void setEdge(Qt::Edge edge);           // of the screen, that it touches; a window touches none
     void setStatus(const QString &status); // instead of the title; empty: the title
     QSize sizeHint() const override;
 

@@ -31,8 +31,8 @@ XPUnnamedFile &XPUnnamedFile::operator=(XPUnnamedFile &&other) noexcept
 int XPUnnamedFile::open(XPFileDescriptor folder)
 {
     m_folder = std::move(folder);
-    m_file = XPFileDescriptor(
-        ::openat(m_folder.get(), ".", O_TMPFILE | O_RDWR | O_CLOEXEC, newFile));
+    m_file =
+        XPFileDescriptor(::openat(m_folder.get(), ".", O_TMPFILE | O_RDWR | O_CLOEXEC, newFile));
     if (m_file.isOpen() || (errno != EOPNOTSUPP && errno != EISDIR && errno != EINVAL))
         return m_file.isOpen() ? 0 : errno;
     m_hidden = ".murn-new-" + QByteArray::number(QRandomGenerator::global()->generate64(), 16);

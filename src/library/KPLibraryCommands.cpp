@@ -91,10 +91,9 @@ void KPLibraryController::openSelectedWithOtherAction()
 {
     auto *dialog = new KPProgramDialog(XPApplications::all(), window());
     dialog->setAttribute(Qt::WA_DeleteOnClose);
-    connect(dialog, &QDialog::accepted, dialog,
-            [dialog, paths = pathsOf(m_docs.selectedDocs())] {
-                openWith(paths, dialog->desktopEntry());
-            });
+    connect(dialog, &QDialog::accepted, dialog, [dialog, paths = pathsOf(m_docs.selectedDocs())] {
+        openWith(paths, dialog->desktopEntry());
+    });
     dialog->open();
 }
 

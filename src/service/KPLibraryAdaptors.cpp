@@ -93,7 +93,11 @@ QList<KPRunnerMatch> KPRunnerAdaptor::Match(const QString &query)
         if (!document)
             continue;
         const double relevance = best - 0.01 * static_cast<double>(matches.size());
-        matches.append({address, document->name, document->icon, possible, relevance,
+        matches.append({address,
+                        document->name,
+                        document->icon,
+                        possible,
+                        relevance,
                         {{QStringLiteral("subtext"), describe(*document)},
                          {QStringLiteral("urls"), QStringList{address}}}});
     }

@@ -27,8 +27,9 @@ QStringList KPLibraryAnswers::search(const QString &text, qsizetype most) const
         return {};
     const auto until = std::chrono::steady_clock::now() + patience;
     m_index.waitUntilLoaded([until] { return std::chrono::steady_clock::now() > until; });
-    const auto state = KPSearchState::searchStateWithNativeDictionary({})
-                           ->searchStateWithNewSearchString(text, false, false, true);
+    const auto state =
+        KPSearchState::searchStateWithNativeDictionary({})->searchStateWithNewSearchString(
+            text, false, false, true);
     const KPIndexFilter filter(KPSearcher::allDocumentsOf(state));
     const auto query = MDQuery::create(m_index.source(), filter.text());
     if (!query)
@@ -73,8 +74,7 @@ std::optional<KPLibraryAnswers::Document> KPLibraryAnswers::document(const QStri
     document.path = path;
     document.name = XPPath::printable(name);
     document.folder = XPPath::printable(XPFolders::abbreviateWithTilde(XPPath::folder(path)));
-    document.icon =
-        QMimeDatabase().mimeTypeForFile(name, QMimeDatabase::MatchExtension).iconName();
+    document.icon = QMimeDatabase().mimeTypeForFile(name, QMimeDatabase::MatchExtension).iconName();
     document.tags = tags;
     return document;
 }
@@ -91,9 +91,9 @@ static void askWindow(const QString &action, const QVariantList &parameters)
 void KPLibraryAnswers::reveal(const QStringList &addresses)
 {
     if (!addresses.isEmpty())
-        askWindow(XPApplicationBus::revealAction, {addresses.first(mostResults < addresses.size()
-                                                                       ? mostResults
-                                                                       : addresses.size())});
+        askWindow(
+            XPApplicationBus::revealAction,
+            {addresses.first(mostResults < addresses.size() ? mostResults : addresses.size())});
 }
 
 void KPLibraryAnswers::searchInWindow(const QString &text)

@@ -38,8 +38,7 @@ static int endingSignals()
 
 static bool publish(QDBusConnection &bus, const char *place, QObject *object)
 {
-    return bus.registerObject(QString::fromLatin1(place), object,
-                              QDBusConnection::ExportAdaptors);
+    return bus.registerObject(QString::fromLatin1(place), object, QDBusConnection::ExportAdaptors);
 }
 
 int main(int argc, char **argv)

@@ -103,8 +103,8 @@ static KarvexBackupRecord merged(const KarvexBackupRecord &backup, const Present
 }
 
 // Under the file's lock.
-static std::optional<XPError> write(const KarvexBackupRecord &before, const KarvexBackupRecord &after,
-                                    const QString &path)
+static std::optional<XPError> write(const KarvexBackupRecord &before,
+                                    const KarvexBackupRecord &after, const QString &path)
 {
     std::optional<XPError> error;
     if (after.tagDate && (after.tags != before.tags || after.tagDate != before.tagDate))

@@ -120,7 +120,8 @@ TEST_F(MurnctlFindState, ExplainsItself)
 {
     const QByteArray path = folder.path().toUtf8();
     EXPECT_EQ(find({"--explain", "--in", ".", "--tag", "a"}).out,
-              "(((kMDItemKXUserTags == \"a\"cd) || (kMDItemKeywords == \"a\"cd)) && "
+              "((((kMDItemKXUserTags == \"a\"cd) || (kMDItemKeywords == \"a\"cd)) || "
+              "((kMDItemKXUserTags == \"a/*\"cd) || (kMDItemKeywords == \"a/*\"cd))) && "
               "(kMDItemSupportFileType != MDSystemFile))\n" +
                   path + '\n');
     // Nothing is asked of the index for a folder alone.

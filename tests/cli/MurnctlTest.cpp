@@ -355,7 +355,7 @@ TEST_F(MurnctlFiles, ShowsAndWritesComments)
               QByteArray("a\0two\nlines\0b\0two\nlines\0", 24));
     EXPECT_EQ(run({"comment", "--write", "", "b"}).status, 0);
     EXPECT_EQ(run({"comment", "--json", "a", "b"}).out,
-              "{\n  \"a\": \"two\\nlines\",\n  \"b\": \"\"\n}\n");
+              "{\n  \"a\": \"two\\u000alines\",\n  \"b\": \"\"\n}\n");
     // What cannot be read stays.
     const QString name = Karvex::spotlightKey(Karvex::commentKey);
     ASSERT_FALSE(XPExtendedAttributes::write(b, name, "bplist00garbage"));

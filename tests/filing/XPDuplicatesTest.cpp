@@ -26,8 +26,8 @@ TEST(Duplicates, AreFilesOfTheSameBytes)
     const QString link = folder.path(QStringLiteral("link"));
     EXPECT_EQ(::link(XPPath::encode(other).constData(), XPPath::encode(hardLink).constData()), 0);
     EXPECT_EQ(::symlink("a", XPPath::encode(link).constData()), 0);
-    const QStringList all = {first, second,    late,     small, alsoSmall,
-                             other, hardLink,  link,     empty, alsoEmpty};
+    const QStringList all = {first, second,   late, small, alsoSmall,
+                             other, hardLink, link, empty, alsoEmpty};
 
     const auto result = XPDuplicates::find(all + QStringList{folder.path(QStringLiteral("gone"))});
     EXPECT_EQ(result.failures.size(), 1);

@@ -1,6 +1,6 @@
+#include "KPRestoreWindow.h"
 #include "IndexSetup.h"
 #include "KPRestoreModel.h"
-#include "KPRestoreWindow.h"
 #include "Karvex.h"
 #include "KarvexBackupFile.h"
 #include "MetadataIndex.h"

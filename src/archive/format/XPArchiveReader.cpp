@@ -24,8 +24,7 @@ XPArchiveReader::XPArchiveReader(int file, const QString &folder)
 
 XPError XPArchiveReader::malformed(const char *what) const
 {
-    return XPError::malformed(QStringLiteral("the archive is damaged: ") +
-                                  QString::fromUtf8(what),
+    return XPError::malformed(QStringLiteral("the archive is damaged: ") + QString::fromUtf8(what),
                               m_gzip->offset());
 }
 
@@ -138,9 +137,9 @@ Error XPArchiveReader::contents(const Dictionary &record)
 {
     const QByteArray bytes = record.value(contentsKey).data();
     m_left -= bytes.size();
-    m_checksum = static_cast<quint32>(::crc32(m_checksum,
-                                              reinterpret_cast<const Bytef *>(bytes.constData()),
-                                              static_cast<uInt>(bytes.size())));
+    m_checksum =
+        static_cast<quint32>(::crc32(m_checksum, reinterpret_cast<const Bytef *>(bytes.constData()),
+                                     static_cast<uInt>(bytes.size())));
     const bool isDropped = record.value(droppedKey).boolValue();
     const bool goesOn = record.value(moreKey).boolValue();
     if (m_left < 0 || (goesOn && bytes.isEmpty()))
@@ -198,8 +197,8 @@ static XPFileDescriptor openBelow(const QString &folder, const QString &path)
     const QByteArray last = names.takeLast();
     for (const QByteArray &name : names) {
         if (place.isOpen())
-            place = XPFileDescriptor(
-                ::openat(place.get(), name.constData(), asFolder | O_NOFOLLOW));
+            place =
+                XPFileDescriptor(::openat(place.get(), name.constData(), asFolder | O_NOFOLLOW));
     }
     if (!place.isOpen())
         return place;

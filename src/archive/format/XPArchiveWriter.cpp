@@ -79,9 +79,9 @@ Error XPArchiveWriter::addContents(const QByteArray &bytes)
         const qsizetype size = sizeOf(m_record);
         error = push(std::exchange(m_record, {}), size);
     }
-    m_checksum = static_cast<quint32>(::crc32(m_checksum,
-                                              reinterpret_cast<const Bytef *>(bytes.constData()),
-                                              static_cast<uInt>(bytes.size())));
+    m_checksum =
+        static_cast<quint32>(::crc32(m_checksum, reinterpret_cast<const Bytef *>(bytes.constData()),
+                                     static_cast<uInt>(bytes.size())));
     m_record.insert(contentsKey, bytes);
     return error;
 }

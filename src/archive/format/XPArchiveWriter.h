@@ -20,7 +20,8 @@ public:
     std::optional<XPError> begin(const XPArchivedFile &document);
     std::optional<XPError> beginPart(const XPArchivedFile &part);
     std::optional<XPError> addContents(const QByteArray &bytes); // at most pieceSize
-    // `dropped`: the document could not be read to its end; whoever reads the archive leaves it out.
+    // `dropped`: the document could not be read to its end; whoever reads the archive leaves it
+    // out.
     std::optional<XPError> end(bool dropped = false);
     std::optional<XPError> endPackage(bool dropped = false);
     std::optional<XPError> finish();

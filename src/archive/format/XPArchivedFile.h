@@ -20,8 +20,8 @@ struct XPArchivedFile
     // other value is one whose binary property list they are.
     PropertyValue::Dictionary attributes;
 
-    // The file as it is. Links are no documents (InvalidArgument), and neither are pipes and devices.
-    // Where the file system keeps no attributes there are none.
+    // The file as it is. Links are no documents (InvalidArgument), and neither are pipes and
+    // devices. Where the file system keeps no attributes there are none.
     static XPResult<XPArchivedFile> read(const QString &absolute, const QString &path, Kind kind);
 
     // The bytes of such an attribute.

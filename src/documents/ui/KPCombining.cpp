@@ -43,7 +43,7 @@ static Outcome combine(const QStringList &paths, const QString &name, const XPPr
 
 static void tell(const Outcome &outcome) XP_REQUIRES(xpGuiThread)
 {
-    KPFailures::tell("KPCannotCombine", outcome.failure.refused);
+    KPFailures::tell(QT_TRID_NOOP("KPCannotCombine"), outcome.failure.refused);
     const auto &error = outcome.failure.error;
     if (error && error->kind != XPError::Kind::Cancelled)
         XPPrompts::current().alert(qtTrId("KPNotCombined"), error->reason());

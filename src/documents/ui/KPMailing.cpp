@@ -56,7 +56,7 @@ static void compose(const OpenedPtr &opened) XP_REQUIRES(xpGuiThread)
 
 static void ask(const OpenedPtr &opened) XP_REQUIRES(xpGuiThread)
 {
-    KPFailures::tell("KPCannotMail", opened->failures);
+    KPFailures::tell(QT_TRID_NOOP("KPCannotMail"), opened->failures);
     const auto count = static_cast<qsizetype>(opened->attachments.size());
     if (count == 0)
         return;

@@ -108,7 +108,7 @@ static void preview(const Pages &pages, KPLongWork &work, QWidget *window) XP_RE
 // What there is to say before anything is shown.
 static void present(const Pages &pages, KPLongWork &work, QWidget *window) XP_REQUIRES(xpGuiThread)
 {
-    KPFailures::tell("KPCannotPrint", pages->failures());
+    KPFailures::tell(QT_TRID_NOOP("KPCannotPrint"), pages->failures());
     if (pages->isEmpty())
         return;
     if (!pages->isCutOff()) {

@@ -118,12 +118,12 @@ public:
     void undo() override
     {
         xpGuiThread.assertHere();
-        const auto task = makeTask("KPUnrecognising", m_layers->size());
+        const auto task = makeTask(QT_TRID_NOOP("KPUnrecognising"), m_layers->size());
         m_work.run(
             task, [layers = *m_layers, task] { return takeOff(layers, task); },
             [](const Outcome &outcome) {
                 xpGuiThread.assertHere();
-                KPFailures::tell("KPCannotUnrecognise", outcome.failures);
+                KPFailures::tell(QT_TRID_NOOP("KPCannotUnrecognise"), outcome.failures);
             });
     }
     void redo() override
@@ -134,13 +134,13 @@ public:
         QList<KPDoc *> docs;
         for (const Layers &each : std::as_const(*m_layers))
             docs.append(each.doc);
-        const auto task = makeTask("KPRecognising", docs.size());
+        const auto task = makeTask(QT_TRID_NOOP("KPRecognising"), docs.size());
         m_work.run(
             task, [docs, task] { return recogniseAll(docs, task); },
             [layers = m_layers, said = m_said](const Outcome &outcome) {
                 xpGuiThread.assertHere();
                 *layers = outcome.done;
-                KPFailures::tell("KPCannotRecognise", outcome.failures);
+                KPFailures::tell(QT_TRID_NOOP("KPCannotRecognise"), outcome.failures);
                 said(summary(outcome.done));
             });
     }
@@ -165,12 +165,12 @@ void KPTextRecognising::start(const QList<KPDoc *> &docs, KPLongWork &work, QUnd
                                                                   : qtTrId("KPNoTextRecognition"));
         return;
     }
-    const auto task = makeTask("KPRecognising", pdfs.size());
+    const auto task = makeTask(QT_TRID_NOOP("KPRecognising"), pdfs.size());
     work.run(
         task, [pdfs, task] { return recogniseAll(pdfs, task); },
         [history = QPointer(&history), &work, said](const Outcome &outcome) {
             xpGuiThread.assertHere();
-            KPFailures::tell("KPCannotRecognise", outcome.failures);
+            KPFailures::tell(QT_TRID_NOOP("KPCannotRecognise"), outcome.failures);
             said(summary(outcome.done));
             if (history && !outcome.done.isEmpty())
                 history->push(new RecogniseCommand(outcome.done, work, said));

@@ -97,8 +97,9 @@ void XPTagEditorController::build()
     column->addWidget(m_note);
     column->addStretch(1);
     auto *buttons = new QDialogButtonBox;
-    auto *done = buttons->addButton(isSearch ? qtTrId("KPTagSearchButton") : qtTrId("KPTagEditorDone"),
-                                    QDialogButtonBox::AcceptRole);
+    auto *done =
+        buttons->addButton(isSearch ? qtTrId("KPTagSearchButton") : qtTrId("KPTagEditorDone"),
+                           QDialogButtonBox::AcceptRole);
     done->setAutoDefault(false);
     if (m_form == Form::Panel) {
         auto *next = buttons->addButton(qtTrId("KPTagEditorNext"), QDialogButtonBox::ActionRole);

@@ -104,8 +104,7 @@ void KPDuplicatesWindow::showGroups(const XPDuplicates::Result &result)
                        : qtTrId("KPDuplicatesFound", static_cast<int>(result.groups.size()))
                              .arg(QLocale().formattedDataSize(result.bytesToFree()));
     if (!result.failures.isEmpty())
-        text += u'\n' +
-                qtTrId("KPDuplicatesUnread", static_cast<int>(result.failures.size()));
+        text += u'\n' + qtTrId("KPDuplicatesUnread", static_cast<int>(result.failures.size()));
     m_text->setText(text);
 }
 

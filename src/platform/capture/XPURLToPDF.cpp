@@ -95,9 +95,8 @@ void XPURLToPDF::start(const QString &address)
     ask(QStringLiteral("Browser.setDownloadBehavior"),
         {{QStringLiteral("behavior"), QStringLiteral("deny")}}, [](const QJsonObject &) {});
     ask(QStringLiteral("Target.createTarget"),
-        {{QStringLiteral("url"), QStringLiteral("about:blank")}}, [this](const QJsonObject &made) {
-            attach(made[QStringLiteral("targetId")].toString());
-        });
+        {{QStringLiteral("url"), QStringLiteral("about:blank")}},
+        [this](const QJsonObject &made) { attach(made[QStringLiteral("targetId")].toString()); });
 }
 
 void XPURLToPDF::attach(const QString &target)
@@ -146,8 +145,8 @@ void XPURLToPDF::told(const QString &event, const QJsonObject &parameters)
         constexpr int firstFailure = 400; // RFC 9110
         const QJsonObject response = parameters[QStringLiteral("response")].toObject();
         const int status = response[QStringLiteral("status")].toInt();
-        const bool isOfPage = parameters[QStringLiteral("requestId")] ==
-                              parameters[QStringLiteral("loaderId")];
+        const bool isOfPage =
+            parameters[QStringLiteral("requestId")] == parameters[QStringLiteral("loaderId")];
         if (isOfPage && status >= firstFailure)
             fail(Kind::NotFound, QStringLiteral("the server answers %1").arg(status));
     } else if (event == u"Page.loadEventFired" && !m_isLoaded) {
@@ -161,10 +160,10 @@ void XPURLToPDF::told(const QString &event, const QJsonObject &parameters)
 
 void XPURLToPDF::look()
 {
-    const QString script = QStringLiteral(
-        "JSON.stringify({title: document.title, url: location.href, height: "
-        "Math.max(document.documentElement.scrollHeight, document.body ? "
-        "document.body.scrollHeight : 0)})");
+    const QString script =
+        QStringLiteral("JSON.stringify({title: document.title, url: location.href, height: "
+                       "Math.max(document.documentElement.scrollHeight, document.body ? "
+                       "document.body.scrollHeight : 0)})");
     ask(QStringLiteral("Runtime.evaluate"), {{QStringLiteral("expression"), script}},
         [this](const QJsonObject &result) {
             const QString text =
@@ -172,8 +171,7 @@ void XPURLToPDF::look()
             const QJsonObject facts = QJsonDocument::fromJson(text.toUtf8()).object();
             m_page.title = facts[QStringLiteral("title")].toString().simplified();
             // A page may say what it likes of its address, but not that it is no page.
-            m_page.url =
-                addressFrom(facts[QStringLiteral("url")].toString()).value_or(m_address);
+            m_page.url = addressFrom(facts[QStringLiteral("url")].toString()).value_or(m_address);
             print(facts[QStringLiteral("height")].toDouble());
         });
 }

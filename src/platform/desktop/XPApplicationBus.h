@@ -28,9 +28,9 @@ public:
     static const QString fileAction;   // "CreateFiledFile"
     // Of files that come as addresses in its first parameter, a list: to see them in the window, to
     // change their tags, to file them. What writes asks.
-    static const QString revealAction;       // "RevealDocuments"
-    static const QString tagAction;          // "TagDocuments"
-    static const QString fileIntoAction;     // "FileDocuments"
+    static const QString revealAction;   // "RevealDocuments"
+    static const QString tagAction;      // "TagDocuments"
+    static const QString fileIntoAction; // "FileDocuments"
 
     static constexpr qsizetype mostUris = 100'000;
     static constexpr qsizetype longestText = 65'536; // UTF-16 units of an address or a text

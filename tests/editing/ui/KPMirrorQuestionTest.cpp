@@ -41,10 +41,7 @@ protected:
         KPDoc::stopMetaDataSearching();
         forget();
     }
-    static void forget()
-    {
-        UserDefaults::standard().remove(KarvexMirror::settingsKey);
-    }
+    static void forget() { UserDefaults::standard().remove(KarvexMirror::settingsKey); }
     void foreignRating()
     {
         EXPECT_FALSE(XPExtendedAttributes::write(rated, KarvexFacts::desktopRatingKey, "8"));

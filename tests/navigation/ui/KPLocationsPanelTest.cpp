@@ -102,9 +102,13 @@ TEST_F(LocationsPanel, TakesDocumentsOfTheLibrary)
     KPDocPasteboard::setPaths(documents, {m_folder.path(words("a/1.txt"))});
     EXPECT_TRUE(m_model->canDropMimeData(&documents, Qt::MoveAction, -1, 0, b));
     EXPECT_FALSE(m_model->canDropMimeData(&documents, Qt::MoveAction, -1, 0, {}));
+    // What other programs drag becomes a document, or is nothing to us.
     QMimeData text;
     text.setText(words("words"));
-    EXPECT_FALSE(m_model->canDropMimeData(&text, Qt::MoveAction, -1, 0, b));
+    EXPECT_TRUE(m_model->canDropMimeData(&text, Qt::MoveAction, -1, 0, b));
+    QMimeData strange;
+    strange.setData(words("application/x-strange"), "?");
+    EXPECT_FALSE(m_model->canDropMimeData(&strange, Qt::MoveAction, -1, 0, b));
 }
 
 // Checked against a table that is looked through in the plain way.

@@ -404,7 +404,8 @@ static void expectInOrder(const IndexCatalog &catalog)
     double last = 0;
     for (const IndexSlot slot :
          IndexOrder(created, true).first(catalog, catalog.alive().rows(), 0)) {
-        const double date = IndexRowAttributes::value(catalog, slot, created).date().secondsSince2001;
+        const double date =
+            IndexRowAttributes::value(catalog, slot, created).date().secondsSince2001;
         ASSERT_GE(date, last);
         last = date;
     }

@@ -28,6 +28,10 @@ Found read(const QByteArray &folder, bool ownDirectory)
         IndexFolderReader reader(std::make_shared<IndexRules>(),
                                  {.local = true, .ownDirectory = ownDirectory});
         IndexFolderReader::Hooks hooks;
+        hooks.opened = [](const QByteArray &, int) {};
+        hooks.compare = [](const IndexListing &, std::span<IndexFolderReader::Seen>) {
+            return IndexFolderReader::Hooks::Known();
+        };
         hooks.deliver = [&](const IndexListing &listing) {
             for (size_t i = 0; i < listing.changes.size(); ++i) {
                 const IndexRecord &record = listing.changes[i].record;
