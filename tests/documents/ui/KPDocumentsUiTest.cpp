@@ -7,6 +7,7 @@
 #include "Karvex.h"
 #include "TestHome.h"
 #include "XPFactorySettings.h"
+#include "XPPath.h"
 
 #include <QFile>
 #include <QLineEdit>
@@ -75,7 +76,9 @@ TEST_F(DocumentsUi, ListsAreTablesWhateverTheNames)
     for (const Row &row : {Row{QStringLiteral("plain.txt"), "\"plain.txt\""},
                            Row{QStringLiteral("a, \"b\".txt"), "\"a, \"\"b\"\".txt\""},
                            Row{QStringLiteral("=1+1.txt"), "\"'=1+1.txt\""},
-                           Row{QStringLiteral("ä.txt"), "\"ä.txt\""}}) {
+                           Row{QStringLiteral("ä.txt"), "\"ä.txt\""},
+                           Row{QStringLiteral("a\r\nb.txt"), "\"a\\r\\nb.txt\""},
+                           Row{XPPath::decode("a\xFF.txt"), "\"a\\xff.txt\""}}) {
         const QByteArray line = KPResultsExport::lineOf(*doc(row.name));
         EXPECT_TRUE(line.startsWith(row.cell + ",0,")) << line.constData();
         EXPECT_TRUE(line.endsWith("\"\r\n")) << line.constData();
