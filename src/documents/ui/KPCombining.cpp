@@ -8,6 +8,7 @@
 #include "KPLongWork.h"
 #include "XPCombinedPDF.h"
 #include "XPFiledDocuments.h"
+#include "XPFolders.h"
 #include "XPPath.h"
 #include "XPPrompts.h"
 
@@ -30,6 +31,8 @@ struct Outcome
 static Outcome combine(const QStringList &paths, const QString &name, const XPProgress::Task &task)
 {
     const QString path = XPFiledDocuments::unusedDestinationPath(name + QStringLiteral(".pdf"));
+    if (auto error = XPFolders::create(XPPath::folder(path)))
+        return {{}, {{}, std::move(error)}, {}};
     auto result = XPCombinedPDF::combine(paths, path, [&](qsizetype done) {
         task->done = done;
         return !task->isStopAsked;

@@ -35,8 +35,10 @@ Found read(const QByteArray &folder, bool ownDirectory)
         hooks.deliver = [&](const IndexListing &listing) {
             for (size_t i = 0; i < listing.changes.size(); ++i) {
                 const IndexRecord &record = listing.changes[i].record;
-                found.records[record.name] = record;
-                found.descends[record.name] = listing.descend[i];
+                // Its bytes are those of the listing.
+                const QByteArray name(record.name.constData(), record.name.size());
+                found.records[name] = record;
+                found.descends[name] = listing.descend[i];
             }
             if (listing.error)
                 found.error = listing.error;
