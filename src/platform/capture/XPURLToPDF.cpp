@@ -132,6 +132,9 @@ void XPURLToPDF::navigate()
             if (!error.isEmpty())
                 fail(Kind::NotFound,
                      QStringLiteral("the page cannot be reached, or is none (%1)").arg(error));
+            m_loader = result[QStringLiteral("loaderId")].toString();
+            if (m_loaded.contains(m_loader))
+                settle();
         });
 }
 
@@ -149,13 +152,22 @@ void XPURLToPDF::told(const QString &event, const QJsonObject &parameters)
             parameters[QStringLiteral("requestId")] == parameters[QStringLiteral("loaderId")];
         if (isOfPage && status >= firstFailure)
             fail(Kind::NotFound, QStringLiteral("the server answers %1").arg(status));
-    } else if (event == u"Page.loadEventFired" && !m_isLoaded) {
-        m_isLoaded = true;
-        m_settling.start(mostSettling);
-    } else if (event == u"Page.lifecycleEvent" && name == u"networkIdle" && m_isLoaded &&
-               m_settling.isActive()) {
-        m_settling.start(0);
+    } else if (event == u"Page.lifecycleEvent") {
+        // The empty page that stood there first tells of itself too.
+        const QString loader = parameters[QStringLiteral("loaderId")].toString();
+        if (name == u"load")
+            m_loaded.insert(loader);
+        if (name == u"load" && loader == m_loader)
+            settle();
+        else if (name == u"networkIdle" && loader == m_loader && m_settling.isActive())
+            m_settling.start(0);
     }
+}
+
+void XPURLToPDF::settle()
+{
+    if (!std::exchange(m_isLoaded, true) && !m_isEnded)
+        m_settling.start(mostSettling);
 }
 
 void XPURLToPDF::look()

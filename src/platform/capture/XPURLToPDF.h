@@ -3,6 +3,7 @@
 #include "XPBrowserProcess.h"
 
 #include <QObject>
+#include <QSet>
 #include <QTimer>
 #include <memory>
 
@@ -49,6 +50,7 @@ private:
     void attach(const QString &target);
     void navigate();
     void told(const QString &event, const QJsonObject &parameters);
+    void settle();
     void look();
     void print(double height);
     void readPdf(const QString &stream);
@@ -58,7 +60,9 @@ private:
     std::unique_ptr<XPBrowserProcess> m_browser;
     QString m_session;
     QTimer m_patience;
-    QTimer m_settling; // what a page fetches once it is there
+    QTimer m_settling;      // what a page fetches once it is there
+    QString m_loader;       // of the page that was asked for
+    QSet<QString> m_loaded; // loaders whose pages are there
     bool m_isLoaded = false;
     bool m_isEnded = false;
     Page m_page;

@@ -6,6 +6,7 @@
 #include <QTimer>
 #include <arpa/inet.h>
 #include <gtest/gtest.h>
+#include <list>
 #include <netinet/in.h>
 #include <sys/socket.h>
 #include <thread>
@@ -13,7 +14,8 @@
 
 namespace {
 
-// Pages of this machine, one connection after the other.
+// Pages of this machine. A browser opens connections ahead on which it says nothing, so that each
+// has a thread of its own.
 class Server
 {
 public:
@@ -51,17 +53,22 @@ private:
         return "HTTP/1.0 200 OK\r\nContent-Type: text/html; charset=utf-8\r\n\r\n"
                "<title>Ein  Titel</title><body style='height: 3000px'><p>The words of the page.";
     }
+    static void answer(const XPFileDescriptor &caller)
+    {
+        QByteArray request(4096, '\0');
+        const ssize_t got = ::recv(caller.get(), request.data(), 4096, 0);
+        const QByteArray answer = answerTo(request.first(std::max<ssize_t>(got, 0)));
+        (void)::send(caller.get(), answer.constData(), static_cast<size_t>(answer.size()),
+                     MSG_NOSIGNAL);
+    }
     void serve() const
     {
+        std::list<std::jthread> callers;
         for (;;) {
-            const XPFileDescriptor caller(::accept(m_socket.get(), nullptr, nullptr));
+            XPFileDescriptor caller(::accept(m_socket.get(), nullptr, nullptr));
             if (!caller.isOpen())
                 return;
-            QByteArray request(4096, '\0');
-            const ssize_t got = ::recv(caller.get(), request.data(), 4096, 0);
-            const QByteArray answer = answerTo(request.first(std::max<ssize_t>(got, 0)));
-            (void)::send(caller.get(), answer.constData(), static_cast<size_t>(answer.size()),
-                         MSG_NOSIGNAL);
+            callers.emplace_back([caller = std::move(caller)] { answer(caller); });
         }
     }
 
