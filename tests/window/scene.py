@@ -31,7 +31,8 @@ def missing_tools():
 
 
 def until(answer, what, deadline=DEADLINE):
-    """The first true answer; Failed when there is none in time."""
+    """The first true answer; Failed when there is none in time. What was expected is said in
+    words, or by a call when the words have to be read from the screen, which may fail too."""
     end = time.monotonic() + deadline
     trouble = None
     while time.monotonic() < end:
@@ -39,13 +40,15 @@ def until(answer, what, deadline=DEADLINE):
             trouble = None
             if value := answer():
                 return value
+        # GLib's errors are RuntimeErrors: a widget that went away while it was read.
         except (OSError, RuntimeError, LookupError, subprocess.CalledProcessError) as error:
             trouble = error
-        except Exception as error:  # GLib's errors: a widget that went away while it was read
-            if type(error).__name__ != "Error":
-                raise
-            trouble = error
         time.sleep(0.03)
+    if callable(what):
+        try:
+            what = what()
+        except Exception as error:
+            what, trouble = "something that cannot be read", error
     raise Failed(f"not in {deadline} s: {what}" + (f" ({trouble})" if trouble else ""))
 
 
@@ -226,3 +229,8 @@ class Scene:
         for key in keys:
             command += ["keyup", key]
         subprocess.run(command, check=True, timeout=DEADLINE)
+
+    def click_on(self, role, name=None, begins=None):
+        """Looks for it again when it is made anew between being found and being clicked."""
+        until(lambda: self.click(self.one(role, name, begins)) or True,
+              f"a click on {role} {name or begins}")

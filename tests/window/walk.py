@@ -53,7 +53,7 @@ class Walk(Scene):
 
     def shows(self, *names, deadline=DEADLINE):
         until(lambda: sorted(self.documents()) == sorted(names),
-              f"exactly {names} in sight, not {self.documents()}", deadline)
+              lambda: f"exactly {names} in sight, not {self.documents()}", deadline)
 
     def facts(self, path):
         answer = json.loads(self.murnctl("info", "--json", path))[0]
@@ -61,7 +61,7 @@ class Walk(Scene):
 
     def holds(self, path, tags, rating):
         until(lambda: self.facts(path) == (sorted(tags), rating),
-              f"{tags} and {rating} stars on {path}, not {self.facts(path)}")
+              lambda: f"{tags} and {rating} stars on {path}, not {self.facts(path)}")
 
     def search(self, text):
         self.press("ctrl+f")
@@ -70,8 +70,7 @@ class Walk(Scene):
         until(lambda: self.text_of(self.one("text", "Search")) == text, "the words in the field")
 
     def select(self, name):
-        item = self.one("list item", begins=name)
-        self.click(item)
+        self.click_on("list item", begins=name)
         until(lambda: self.one("list item", begins=name).get_state_set().contains(
             self.atspi.StateType.SELECTED), f"{name} selected")
 
@@ -203,7 +202,7 @@ class Walk(Scene):
         self.one("list item", begins="rome.pdf")
         self.stop()
         self.start("murn://tags/harbour")
-        self.click(self.one("push button", "No"))  # to crash reports, asked for by now
+        self.click_on("push button", "No")  # to crash reports, asked for by now
         self.gone("push button", "No")
         self.shows("invoice 1.pdf")
 
@@ -246,7 +245,7 @@ def main():
             print(step.__name__, flush=True)
             try:
                 step()
-            except (Failed, AssertionError):
+            except (Failed, AssertionError, RuntimeError):
                 traceback.print_exc()
                 walk.shot("failed-" + step.__name__)
                 print("in sight:", walk.documents())
