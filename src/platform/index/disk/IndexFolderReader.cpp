@@ -212,10 +212,11 @@ void IndexFolderReader::readAttributes(const char *name, IndexRecord::Attributes
     }
 }
 
-void IndexFolderReader::complete(const QByteArray &folder, const Seen &seen, IndexRecord &record)
+void IndexFolderReader::complete(const Seen &seen, IndexRecord &record)
 {
     record.info = seen.info;
-    record.type = m_types.type(folder, QByteArrayView(seen.name, seen.nameSize), seen.info.mode);
+    record.type = m_types.type(m_path, m_folder.get(), QByteArrayView(seen.name, seen.nameSize),
+                               seen.info.mode);
     if (seen.info.isRegular() || seen.info.isDirectory())
         readAttributes(seen.name, record.attributes);
 }
@@ -246,7 +247,7 @@ void IndexFolderReader::fillListing(IndexListing &listing)
         record.name = QByteArray::fromRawData(listing.names.constData() + listing.names.size(),
                                               seen.nameSize);
         listing.names.append(seen.name, seen.nameSize + 1);
-        complete(listing.folder, seen, record);
+        complete(seen, record);
         listing.descend[at++] = seen.descend;
     }
 }
@@ -351,7 +352,7 @@ XPResult<IndexFolderReader::Entry> IndexFolderReader::readEntry(const QByteArray
     entry.record.name = name;
     seen.name = name.constData();
     seen.nameSize = static_cast<quint32>(name.size());
-    complete(folder, seen, entry.record);
+    complete(seen, entry.record);
     return entry;
 }
 

@@ -94,7 +94,7 @@ private:
     void fillListing(IndexListing &listing);
     const char *attributePath(const char *name);
     void readAttributes(const char *name, IndexRecord::Attributes &attributes);
-    void complete(const QByteArray &folder, const Seen &seen, IndexRecord &record);
+    void complete(const Seen &seen, IndexRecord &record);
 
     std::shared_ptr<const IndexRules> m_rules;
     const Options m_options;

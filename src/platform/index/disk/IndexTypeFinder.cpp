@@ -3,6 +3,7 @@
 #include "KPContentTypes.h"
 #include "KPFileType.h"
 #include "XPPath.h"
+#include "XPVolumes.h"
 
 #include <sys/stat.h>
 
@@ -33,7 +34,8 @@ static QString typeByExtension(const QString &extension)
     return KPContentTypes::identifier(only);
 }
 
-QString IndexTypeFinder::type(const QByteArray &folder, QByteArrayView name, quint32 mode)
+QString IndexTypeFinder::type(const QByteArray &folder, int opened, QByteArrayView name,
+                              quint32 mode)
 {
     if (S_ISLNK(mode))
         return KPFileType::aliasUTI;
@@ -58,7 +60,9 @@ QString IndexTypeFinder::type(const QByteArray &folder, QByteArrayView name, qui
         if (!found->isEmpty())
             return *found;
     }
-    const QString path = XPPath::decode(folder) + u'/' + XPPath::decode(name);
+    QString path = XPPath::decode(folder) + u'/' + XPPath::decode(name);
+    if (!XPVolumes::isOnSlowVolume(path)) // there nothing is read, and the path tells so
+        path = QStringLiteral("/proc/self/fd/%1/").arg(opened) + XPPath::decode(name);
     const KPFileType::WithoutIndex ownJudgement;
     KPFileType::forgetPath(path);
     QString type = KPFileType::utiForPath(path, XPPath::decode(extension), mode);

@@ -3,7 +3,9 @@
 #include "TestHome.h"
 #include "XPPath.h"
 
+#include <QFile>
 #include <fcntl.h>
+#include <functional>
 #include <gtest/gtest.h>
 #include <map>
 #include <sys/stat.h>
@@ -21,14 +23,15 @@ struct Found
 };
 
 // A reader wants a thread of its own.
-Found read(const QByteArray &folder, bool ownDirectory)
+Found read(
+    const QByteArray &folder, bool ownDirectory, const std::function<void()> &opened = [] {})
 {
     Found found;
     std::thread([&] {
         IndexFolderReader reader(std::make_shared<IndexRules>(),
                                  {.local = true, .ownDirectory = ownDirectory});
         IndexFolderReader::Hooks hooks;
-        hooks.opened = [](const QByteArray &, int) {};
+        hooks.opened = [&](const QByteArray &, int) { opened(); };
         hooks.compare = [](const IndexListing &, std::span<IndexFolderReader::Seen>) {
             return IndexFolderReader::Hooks::Known();
         };
@@ -104,6 +107,27 @@ TEST_P(FolderReader, KeepsTheBytesOfWhatItCannotDecode)
     EXPECT_EQ(record.attributes.value(QStringLiteral("kMDItemKXUserTags")).data(), "bplist00 torn");
     EXPECT_FALSE(record.attributes.contains(QStringLiteral("user.other")));
     EXPECT_FALSE(record.attributes.contains(QStringLiteral("other")));
+}
+
+// Another folder may stand at its path by then: what is told is told of the one that was opened.
+TEST_P(FolderReader, LooksIntoTheFolderThatItOpened)
+{
+    const auto make = [&](const char *folder, QByteArrayView content) {
+        const QByteArray path = m_path + '/' + folder;
+        ASSERT_EQ(::mkdir(path.constData(), 0700), 0);
+        QFile file(XPPath::decode(path + "/noEnding"));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(content.data(), content.size());
+    };
+    make("meant", "%PDF-1.4\n%\xe2\xe3\xcf\xd3\n");
+    make("other", "\x89PNG\r\n\x1a\n");
+    const QByteArray meant = m_path + "/meant";
+    const Found found = read(meant, GetParam(), [&] {
+        ASSERT_EQ(::rename(meant.constData(), (m_path + "/moved").constData()), 0);
+        ASSERT_EQ(::rename((m_path + "/other").constData(), meant.constData()), 0);
+    });
+    ASSERT_EQ(found.records.size(), 1);
+    EXPECT_EQ(found.records.at("noEnding").type, QStringLiteral("com.adobe.pdf"));
 }
 
 TEST_P(FolderReader, SaysWhenAFolderIsGoneOrNone)
