@@ -60,7 +60,7 @@ KPController::KPController(IndexSource &source, const QStringList &folders, KPIn
     m_inspection = std::make_unique<KPInspectorController>(*m_inspector, m_looks);
     Q_ASSERT_X(!theController, "KPController", "There is already an KPController present!");
     theController = this;
-    m_searcher->setShowsAllDocuments(true);
+    m_searcher->setAnswersForView(true);
     m_filing = std::make_unique<KPFilingCommands>(*m_library, *m_edits);
     m_documents = std::make_unique<KPDocumentCommands>(
         *m_library, m_library->currentSearchController(), *m_edits);

@@ -161,7 +161,7 @@ bool KPLibraryController::isSelectionFlagged() const
 
 bool KPLibraryController::isSelectionHidden() const
 {
-    KPTagName *hidden = KPTagName::tagNameForUserEnteredTag(QStringLiteral("hidden"));
+    KPTagName *hidden = KPTagName::hiddenUserTag();
     return areAllSelected([hidden](const KPDoc &doc) { return doc.hasUserEnteredTag(hidden); });
 }
 

@@ -180,7 +180,7 @@ void KPRowCounts::Worker::takeRows()
 
 void KPRowCounts::Worker::start(Row &row)
 {
-    const KPSearchState::Ptr state = KPSearcher::allDocumentsOf(row.state);
+    const KPSearchState::Ptr state = KPSearcher::shownOf(row.state);
     if (state->isFileListSearch() || state->isFinderListing())
         return;
     KPIndexFilter filter(state);

@@ -36,9 +36,16 @@ KPIndexFilter::Scope KPIndexFilter::scopeOf(const KPSearchState &state)
     return scope;
 }
 
+// Of a document whose tags cannot be read nobody knows that it lacks a tag. "hidden" alone is left
+// out by every view, and such a document must not get lost there.
+static bool needsReadableTags(const KPSearchState &state)
+{
+    return !state.excludeTags().isEmpty() && !state.excludeHiddenOnly();
+}
+
 KPIndexFilter::KPIndexFilter(KPSearchState::Ptr state)
     : m_state(std::move(state)), m_tests(m_state->searchStateWithNewExcludeTags({})),
-      m_scope(scopeOf(*m_state)), m_hidesUnreadableTags(!m_state->excludeTags().isEmpty())
+      m_scope(scopeOf(*m_state)), m_hidesUnreadableTags(needsReadableTags(*m_state))
 {
     setRoots(m_scope.folders);
 }
@@ -129,7 +136,7 @@ std::unique_ptr<KPIndexFilter> KPIndexFilter::unreadable() const
     const QString &rating = Karvex::starRatingKey;
     const bool asksWords = !m_state->searchString().isEmpty() && m_state->searchMetaData();
     QStringList clauses;
-    if (asksWords || !m_state->searchTags().isEmpty() || !m_state->excludeTags().isEmpty() ||
+    if (asksWords || !m_state->searchTags().isEmpty() || needsReadableTags(*m_state) ||
         m_state->isShowingUntaggedDocuments())
         clauses.append(QStringLiteral("(%1 == * && !(%1 == \"*\"))").arg(tags));
     if (!m_state->ratingConditions().isEmpty())

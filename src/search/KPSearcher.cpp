@@ -110,6 +110,17 @@ KPSearchState::Ptr KPSearcher::allDocumentsOf(const KPSearchState::Ptr &state)
                                                  false, true);
 }
 
+KPSearchState::Ptr KPSearcher::shownOf(const KPSearchState::Ptr &state)
+{
+    const KPSearchState::Ptr all = allDocumentsOf(state);
+    const QString hidden = KPTagName::hiddenUserTag()->displayName();
+    // What has no tags is not hidden, and excluding a tag would end that mode.
+    if (!all || all->isFileListSearch() || all->isShowingUntaggedDocuments() ||
+        all->hasSearchTag(hidden) || all->hasExcludeTag(hidden))
+        return all;
+    return all->searchStateByAddingExcludeTag(hidden);
+}
+
 KPSearchState::Ptr KPSearcher::stateToChange(bool clearFirst) const
 {
     return m_searchState && !clearFirst ? m_searchState : KPSearchState::blankSearchState();
@@ -216,8 +227,8 @@ void KPSearcher::restartSearchAction()
     clearSearchTimers();
     const KPSearchState::Ptr before = m_searched;
     KPSearchState::Ptr state = m_isStopped ? nullptr : entireSearchState();
-    if (m_showsAllDocuments)
-        state = allDocumentsOf(state);
+    if (m_answersForView)
+        state = shownOf(state);
     if (state && !state->isSearchGoodEnoughToPerformSearch())
         state = nullptr;
     if (state && std::exchange(m_forceNewSearch, false))

@@ -30,12 +30,16 @@ public:
     void setSearchStateAddToHistoryIfChanged(const KPSearchState::Ptr &state);
     // With the settings of the kinds of tags put in; null without a state.
     KPSearchState::Ptr entireSearchState() const;
-    // A state without any criterion shows all documents, as a window does; else nothing.
-    void setShowsAllDocuments(bool showsAll) { m_showsAllDocuments = showsAll; }
+    // Answers as a view does (see shownOf()); else a state without any criterion shows nothing.
+    void setAnswersForView(bool forView) { m_answersForView = forView; }
 
     // A state without any criterion asks the index for nothing; this one is the same and asks for
     // all documents of its folders.
     static KPSearchState::Ptr allDocumentsOf(const KPSearchState::Ptr &state);
+    // What a view shows for a state: allDocumentsOf() it, without the documents that the user has
+    // hidden, unless the state asks for these or names its files. The state that is remembered,
+    // compared and saved stays the user's own.
+    static KPSearchState::Ptr shownOf(const KPSearchState::Ptr &state);
 
     void addWithTag(const QString &tag, bool addToHistory);
     void addExcludeTag(const QString &tag, bool addToHistory);
@@ -151,7 +155,7 @@ private:
     KPSearchState::Ptr m_searchState;
     KPSearchState::Ptr m_searched; // the entire state last handed over
     std::optional<KPSortOrder> m_order;
-    bool m_showsAllDocuments = false;
+    bool m_answersForView = false;
     bool m_isStopped = false;
     bool m_isSearching = false;
     bool m_forceNewSearch = false;

@@ -30,7 +30,7 @@ QStringList KPLibraryAnswers::search(const QString &text, qsizetype most) const
     const auto state =
         KPSearchState::searchStateWithNativeDictionary({})->searchStateWithNewSearchString(
             text, false, false, true);
-    const KPIndexFilter filter(KPSearcher::allDocumentsOf(state));
+    const KPIndexFilter filter(KPSearcher::shownOf(state));
     const auto query = MDQuery::create(m_index.source(), filter.text());
     if (!query)
         return {};

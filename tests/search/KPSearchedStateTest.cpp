@@ -219,6 +219,40 @@ TEST_F(IndexedState, TakesNothingUnreadableForAbsent)
     EXPECT_EQ(problems, QStringList()) << "the document tells itself";
 }
 
+// Views leave out what the user has hidden, and nothing else: not what cannot be read.
+TEST_F(IndexedState, ShowsWhatIsHiddenOnlyWhereItIsAskedFor)
+{
+    const Names before = found(KPSearcher::shownOf(all));
+    EXPECT_TRUE(before.contains(damaged) && before.contains(late));
+    const QString file = path("late.txt");
+    ASSERT_FALSE(Karvex::addUserTags({text("hidden")}, file));
+    folder.catchUp();
+    Names without = before;
+    without.removeOne(late);
+    QStringList problems;
+    EXPECT_EQ(found(KPSearcher::shownOf(all), &problems), without);
+    EXPECT_EQ(problems, QStringList());
+    const struct
+    {
+        Ptr state;
+        bool isShown;
+    } cases[] = {
+        {all, false},
+        {all->searchStateWithNewTags({text("Hidden")}), true},
+        {all->searchStateWithNewTags({text("old")}), false},
+        {all->searchStateWithNewTaggedFiles(true), false},
+        {all->searchStateWithNewUntaggedFiles(true), false},
+        {all->searchStateWithNewFileList(QStringList{file}), true},
+        {all->searchStateWithNewSearchString(text("late"), false, false, true), false},
+    };
+    for (const auto &each : cases) {
+        EXPECT_EQ(found(KPSearcher::shownOf(each.state)).contains(late), each.isShown);
+    }
+    ASSERT_FALSE(Karvex::clearUserTags({text("hidden")}, file));
+    folder.catchUp();
+    EXPECT_EQ(found(KPSearcher::shownOf(all)), before);
+}
+
 TEST_F(IndexedState, FollowsWhatComesAndGoes)
 {
     const Ptr state = all->searchStateWithNewExcludeTags({text("old")})
