@@ -31,7 +31,8 @@ void KPInspector::show(const KPSelectionFacts &facts, const Appearance &appearan
 {
     const KPDoc::Docs &documents = facts.documents();
     if (documents != m_documents) {
-        m_comment->commit(); // of those before
+        m_comment->commit(); // what is being typed is for those before
+        m_tags->takeTyped();
         m_nameField->stop();
         m_documents = documents;
     }

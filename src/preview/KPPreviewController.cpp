@@ -17,9 +17,8 @@
 using namespace std::chrono_literals;
 
 KPPreviewController::KPPreviewController(KPLibraryController &library, KPQuickLook &pictures,
-                                         QWidget *window)
-    : m_library(library), m_pictures(pictures), m_parent(window),
-      m_reader(KPContentsReader::usualImporter())
+                                         QWidget *window, const QByteArray &importer)
+    : m_library(library), m_pictures(pictures), m_parent(window), m_reader(importer)
 {
     m_showing.setSingleShot(true);
     connect(&m_showing, &QTimer::timeout, this, &KPPreviewController::show);
@@ -85,6 +84,7 @@ void KPPreviewController::makeWindow()
             showDocument(m_window->sheet().current());
     });
     connect(m_window, &KPPreviewWindow::closed, this, [this] {
+        m_window->tags().takeTyped();
         m_doc = nullptr;
         m_contents.reset();
         m_pictures.want(this, {});
@@ -187,6 +187,7 @@ void KPPreviewController::showDocument(KPDoc *doc)
         show();
         return;
     }
+    m_window->tags().takeTyped(); // what is being typed is for the one before
     m_doc = doc;
     m_page = 1;
     m_isNew = true;

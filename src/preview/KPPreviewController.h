@@ -27,7 +27,8 @@ class KPPreviewController : public QObject
     Q_OBJECT
 
 public:
-    KPPreviewController(KPLibraryController &library, KPQuickLook &pictures, QWidget *window);
+    KPPreviewController(KPLibraryController &library, KPQuickLook &pictures, QWidget *window,
+                        const QByteArray &importer = KPContentsReader::usualImporter());
     ~KPPreviewController() override;
 
     bool isVisible() const;

@@ -64,6 +64,23 @@ const QString home = QStringLiteral("home");
 
 } // namespace
 
+// Somebody else takes the document away while its tag is being typed: the next one is selected.
+TEST_F(Inspector, TakesWhatIsBeingTypedForTheDocumentsItWasMeantFor)
+{
+    KPDoc *first = document("a", {work}, 0);
+    m_inspector.show(KPSelectionFacts({first}), {});
+    m_inspector.focusTags();
+    QTest::keyClicks(tags()->entry(), QStringLiteral("tax"));
+    m_inspector.show(KPSelectionFacts({document("b", {home}, 0)}), {});
+    ASSERT_EQ(m_asked.count(), 1);
+    const KPFileEdit edit = asked();
+    EXPECT_EQ(edit.paths, QStringList{first->filePath()});
+    ASSERT_TRUE(edit.tags);
+    EXPECT_EQ(edit.tags->after, (QStringList{work, QStringLiteral("tax")}));
+    EXPECT_EQ(tags()->entry()->text(), QString());
+    EXPECT_EQ(tags()->tags(), QStringList{home});
+}
+
 TEST_F(Inspector, SaysSoWhenNothingIsSelected)
 {
     EXPECT_EQ(texts(), qtTrId("KPNothingSelected"));

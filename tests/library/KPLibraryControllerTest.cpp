@@ -3,8 +3,8 @@
 #include "KPDocsList.h"
 #include "KPDocsView.h"
 #include "KPLibraryModel.h"
-#include "KPNavigator.h"
 #include "KPQuickLook.h"
+#include "LibraryNavigator.h"
 #include "ShownSearch.h"
 #include "TestDocs.h"
 #include "UserDefaults.h"
@@ -18,27 +18,6 @@
 #include <gtest/gtest.h>
 
 namespace {
-
-struct Navigator : public KPNavigator
-{
-    explicit Navigator(KPSearcher &own) : m_searcher(own) {}
-    KPSearcher &searcher() override { return m_searcher; }
-    void setSearchStateAndUpdateUI(const KPSearchState::Ptr &state, bool, const SourceItem &,
-                                   const LocationItem &) override
-    {
-        asked = state;
-    }
-    void doSearch(const QString &, bool, bool) override {}
-    void showSimilarDocuments(const KPDoc::Docs &) override {}
-    bool userIsCurrentlyTyping() const override { return false; }
-    void manageWindowTitle() override {}
-    void showTagMenu(KPTagName *, const QPoint &) override {}
-
-    KPSearchState::Ptr asked;
-
-private:
-    KPSearcher &m_searcher;
-};
 
 struct Asked : public XPPrompts
 {
@@ -101,7 +80,7 @@ protected:
     }
 
     ShownSearch search;
-    Navigator navigator{search.searcher};
+    LibraryNavigator navigator{search.searcher};
     KPLibraryModel model{&search.searcher};
     KPQuickLook pictures{{}};
     QList<XPPrompts::Question> questions;

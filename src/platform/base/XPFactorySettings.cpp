@@ -293,11 +293,11 @@ static PropertyValue colour(double red, double green, double blue, double alpha)
 // As the settings keep them: "~/Documents" unless the desktop calls it something else.
 static QStringList searchFolders()
 {
-    QStringList folders;
+    QStringList paths;
     for (const QString &folder :
          {XPFolders::documents(), XPFolders::desktop(), XPFolders::downloads()})
-        folders.append(XPFolders::abbreviateWithTilde(folder));
-    return folders;
+        paths.append(XPFolders::abbreviateWithTilde(folder));
+    return paths;
 }
 
 static QString customWords()
