@@ -23,9 +23,11 @@ public:
                              const std::stop_token &) override
     {
         const auto info = XPFileInfo::read(XPPath::decode(path));
+        if (!info)
+            return info.error();
         QFile file; // a name may be no text
         const int descriptor = ::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-        if (!info || !info->isRegular() ||
+        if (!info->isRegular() ||
             !file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
             return XPError::make(XPError::Kind::Io, QStringLiteral("cannot be read"), {});
         Content content{file.read(1 << 20), {}, info->modified, info->size};

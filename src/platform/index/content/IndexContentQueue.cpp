@@ -83,6 +83,10 @@ void IndexContentQueue::add(IndexItem item)
 
 void IndexContentQueue::forget(IndexItem item)
 {
+    {
+        const XPLocker lock(m_mutex);
+        m_missed.remove(item);
+    }
     if (m_store.hasText(item))
         add(item);
 }
@@ -101,6 +105,19 @@ void IndexContentQueue::addBacklog(std::vector<Waiting> &&items)
             }
         }
         m_hasBacklog = true;
+    }
+    m_wake.notify_one();
+}
+
+void IndexContentQueue::folderMoved()
+{
+    {
+        const XPLocker lock(m_mutex);
+        ++m_moves;
+        if (m_missed.isEmpty())
+            return;
+        m_changed.insert(m_changed.end(), m_missed.cbegin(), m_missed.cend());
+        m_missed.clear();
     }
     m_wake.notify_one();
 }
@@ -210,6 +227,7 @@ bool IndexContentQueue::mayEndRenewal() const
 void IndexContentQueue::takeTasks()
 {
     m_work = {};
+    m_work.moves = m_moves;
     const Clock::time_point now = Clock::now();
     if (m_pausedUntil && *m_pausedUntil > now)
         return;
@@ -281,6 +299,7 @@ void IndexContentQueue::finishWork(Clock::time_point began)
             m_restUntil.insert(m_work.tasks[i].waiting.item, now + rest);
     }
     putBack(m_work.finished);
+    keepMissed();
     if (!m_work.stored)
         return;
     m_store.publish(**m_work.stored);
@@ -292,6 +311,18 @@ void IndexContentQueue::finishWork(Clock::time_point began)
     if (!m_work.batch.empty())
         m_callbacks.done(std::move(m_work.batch));
     renewIfWorthIt();
+}
+
+// A folder above may have moved since its path was looked up, of which its files get no word.
+void IndexContentQueue::keepMissed()
+{
+    const XPLocker lock(m_mutex);
+    for (const IndexItem item : m_work.missed) {
+        if (m_work.moves == m_moves)
+            m_missed.insert(item);
+        else
+            m_changed.push_back(item);
+    }
 }
 
 // Tasks from `first` on were not done.
@@ -402,10 +433,13 @@ void IndexContentQueue::importOne(const Task &task)
         return;
     }
     auto content = task.importer->import(task.file->path, task.file->type, m_stop.get_token());
-    // Gone: the catalog will hear of it. Not readable: as it was, until it changes or the next
-    // start.
-    if (!content || m_stop.stop_requested())
+    // Gone: the catalog will hear of it, or of a folder that moved. Not readable: as it was, until
+    // it changes or the next start.
+    if (!content || m_stop.stop_requested()) {
+        if (!content && content.error().kind == XPError::Kind::NotFound)
+            m_work.missed.push_back(item);
         return;
+    }
     IndexChange change;
     change.kind = IndexChange::Kind::Import;
     change.record.item = item;

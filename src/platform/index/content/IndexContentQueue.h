@@ -4,6 +4,7 @@
 #include "IndexTextStore.h"
 
 #include <QHash>
+#include <QSet>
 #include <atomic>
 #include <condition_variable>
 #include <deque>
@@ -64,7 +65,9 @@ public:
     void add(IndexItem item); // changed just now
     void addBacklog(std::vector<Waiting> &&items);
     void forget(IndexItem item); // the file is gone, or its type no longer accepted
-    void retry();                // now, what could not be stored (there is room again)
+    // Folders may stand elsewhere now: what was not found below its old path is read again.
+    void folderMoved();
+    void retry(); // now, what could not be stored (there is room again)
     // Somebody found the store's file damaged: it is set aside, if it still is that one.
     void storeIsDamaged(quint64 inode);
     qsizetype waiting() const;   // what can be done now; 0: all of it is done and stored
@@ -83,8 +86,10 @@ private:
     {
         std::vector<Task> tasks;
         bool isBacklog = false;
+        quint64 moves = 0;   // that were known when the paths were looked up
         size_t finished = 0; // of the tasks; the others were not looked at
         std::vector<IndexTextStore::Text> texts;
+        std::vector<IndexItem> missed; // not found at their paths
         IndexBatch batch;
         std::optional<XPResult<IndexTextStore::Documents>> stored;
     };
@@ -96,6 +101,7 @@ private:
     void takeChanged(Clock::time_point now) XP_REQUIRES(m_mutex);
     void lookUpTasks();
     void finishWork(Clock::time_point began);
+    void keepMissed();
     void putBack(size_t first);
     void storeFailed(const XPError &error);
     void startOver();
@@ -121,6 +127,8 @@ private:
     std::vector<Waiting> m_backlog XP_GUARDED_BY(m_mutex); // a heap, newest on top
     // Files that changed again too soon after they were imported.
     std::multimap<Clock::time_point, IndexItem> m_resting XP_GUARDED_BY(m_mutex);
+    QSet<IndexItem> m_missed XP_GUARDED_BY(m_mutex); // not found, and not known to be gone
+    quint64 m_moves XP_GUARDED_BY(m_mutex) = 0;
     std::optional<Clock::time_point> m_pausedUntil XP_GUARDED_BY(m_mutex); // storing failed
     qsizetype m_atWork XP_GUARDED_BY(m_mutex) = 0;
     bool m_hasBacklog XP_GUARDED_BY(m_mutex) = false; // addBacklog() was called

@@ -27,7 +27,8 @@ public:
     // Asked once for each type.
     virtual bool accepts(const QString &type) const = 0;
     // An error means that the file cannot be read now; it is tried again when it changes and at
-    // the next start. `stop`: give up soon, with any error.
+    // the next start; where none is found (NotFound), also when a folder moved. `stop`: give up
+    // soon, with any error.
     virtual XPResult<Content> import(const QByteArray &path, const QString &type,
                                      const std::stop_token &stop) = 0;
 };

@@ -65,6 +65,7 @@ void IndexContents::applied(const IndexBatch &batch)
     if (!m_importer)
         return;
     std::vector<IndexContentQueue::Waiting> backlog;
+    bool hasFolders = false;
     for (const IndexChange &change : batch) {
         const IndexItem item = change.record.item;
         if (change.kind == IndexChange::Kind::Remove) {
@@ -73,6 +74,7 @@ void IndexContents::applied(const IndexBatch &batch)
         }
         if (change.kind != IndexChange::Kind::Put && change.kind != IndexChange::Kind::Move)
             continue;
+        hasFolders = hasFolders || change.record.info.isDirectory();
         const IndexSlot slot = m_writer.catalog().slotOf(item);
         if (wantsContent(slot)) {
             if (m_writer.isBulk())
@@ -86,6 +88,8 @@ void IndexContents::applied(const IndexBatch &batch)
     }
     if (!backlog.empty())
         m_importer->addBacklog(std::move(backlog));
+    if (hasFolders)
+        m_importer->folderMoved();
 }
 
 bool IndexContents::wantsContent(IndexSlot slot) const

@@ -40,6 +40,11 @@ public:
         const XPLocker lock(m_mutex);
         m_files.erase(item);
     }
+    void movedTo(IndexItem item, const std::string &path)
+    {
+        const XPLocker lock(m_mutex);
+        m_files[item].path = QByteArray::fromStdString(path);
+    }
     QString storePath() const { return m_folder.path(QStringLiteral("text")); }
 
     IndexContentQueue::Callbacks callbacks()
@@ -213,6 +218,30 @@ TEST(IndexContentQueue, FollowsFilesThatChangeAndGo)
     queue.add(4);
     ASSERT_TRUE(drained(queue));
     EXPECT_EQ(files.order(), Items{});
+}
+
+// Of a folder that moves, its files get no word of their own.
+TEST(IndexContentQueue, FindsFilesAgainWhoseFolderMovedMeanwhile)
+{
+    Files files;
+    const auto store = *IndexTextStore::open(files.storePath(), true);
+    IndexContentQueue queue(*store, files.callbacks());
+    files.write(1, "text below");
+    files.write(2, "gone for good");
+    const std::filesystem::path folder =
+        std::filesystem::path(files.storePath().toStdString()).parent_path();
+    std::filesystem::rename(folder / "1", folder / "elsewhere");
+    std::filesystem::remove(folder / "2");
+    queue.add(1);
+    queue.add(2);
+    ASSERT_TRUE(drained(queue));
+    EXPECT_EQ(found(*store, "*"), Items{});
+    files.movedTo(1, (folder / "elsewhere").string());
+    files.remove(2);
+    queue.forget(2);
+    queue.folderMoved();
+    ASSERT_TRUE(drained(queue));
+    EXPECT_EQ(found(*store, "*"), Items{1});
 }
 
 TEST(IndexContentQueue, StopsWithinAFileAndGoesOnAtTheNextStart)
