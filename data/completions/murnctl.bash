@@ -17,8 +17,9 @@ _murnctl_options() {
         rate) printf '%s\n' --help ;;
         comment) printf '%s\n' --write --json --print0 --help ;;
         find) printf '%s\n' --contents --metadata --names-only --tag --not-tag --tagged --untagged \
-            --managed --type --not-type --date --rating --in --not-in --list-folder --deep --state \
+            --managed --type --group-of-types --not-type --date --rating --in --not-in --list-folder --deep --state \
             --sort --group --explain --print-state --count --limit --live --json --print0 --help ;;
+        bookmarks) printf '%s\n' --state --yes --sort --group --count --limit --live --json --print0 --help ;;
         query) printf '%s\n' --in --count --limit --live --json --print0 --help ;;
         file) printf '%s\n' --to --copy --pending --yes --dry-run --json --print0 --help ;;
         paste) printf '%s\n' --to --type --name --json --print0 --help ;;
@@ -55,7 +56,7 @@ _murnctl() {
         if [[ $cur == -* ]]; then
             _murnctl_offer < <(_murnctl_options)
         else
-            _murnctl_offer <<<$'tags\ntag\ntag-rename\ntag-delete\nrate\ncomment\nfind\ninfo\ntypes\nquery\nfile\nmanage\nunmanage\npaste\nbackup\nrestore\nhealed\nmirror\nexport\nimport-archive\nduplicates\ncapture\nimport\nthumbnail\nscan\nocr\ncombine\nopen\nreveal\nindex\ndefaults'
+            _murnctl_offer <<<$'tags\ntag\ntag-rename\ntag-delete\nrate\ncomment\nfind\nbookmarks\ninfo\ntypes\nquery\nfile\nmanage\nunmanage\npaste\nbackup\nrestore\nhealed\nmirror\nexport\nimport-archive\nduplicates\ncapture\nimport\nthumbnail\nscan\nocr\ncombine\nopen\nreveal\nindex\ndefaults'
         fi
         return
     fi
@@ -90,6 +91,10 @@ _murnctl() {
             _murnctl_offer < <(printf '%s\n' {,-}{name,type,size,modified,created,added,rating,tags,folder})
             return
             ;;
+        --group-of-types)
+            _murnctl_offer < <("${COMP_WORDS[0]}" types --groups 2>/dev/null | cut -f2)
+            return
+            ;;
         --rating | --limit | --extension | --type | --not-type) return ;;
     esac
     if [[ $cur == -* ]]; then
@@ -98,6 +103,10 @@ _murnctl() {
         _murnctl_offer <<<$'0\n1\n2\n3\n4\n5'
     elif [[ $command == index && $COMP_CWORD == 2 ]]; then
         _murnctl_offer < <(printf '%s\n' status sync verify rebuild pause resume roots add remove exclude include)
+    elif [[ $command == bookmarks && $COMP_CWORD == 2 ]]; then
+        _murnctl_offer <<<$'list\nrun\nadd\nremove'
+    elif [[ $command == bookmarks && ${COMP_WORDS[2]} != add ]]; then
+        _murnctl_offer < <("${COMP_WORDS[0]}" bookmarks 2>/dev/null | cut -f1)
     elif [[ $command == defaults && $COMP_CWORD == 2 ]]; then
         _murnctl_offer <<<$'read\nwrite\ndelete'
     elif [[ $command == defaults && $COMP_CWORD == 3 ]]; then

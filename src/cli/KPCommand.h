@@ -42,6 +42,7 @@ extern const KPCommand kpTagDeleteCommand;
 extern const KPCommand kpRateCommand;
 extern const KPCommand kpCommentCommand;
 extern const KPCommand kpFindCommand;
+extern const KPCommand kpBookmarksCommand;
 extern const KPCommand kpInfoCommand;
 extern const KPCommand kpTypesCommand;
 extern const KPCommand kpQueryCommand;

@@ -1,5 +1,6 @@
 #include "KPFindOptions.h"
 
+#include "KPFileTypeRegistry.h"
 #include "XPFolders.h"
 #include "XPPath.h"
 
@@ -49,6 +50,23 @@ static XPResult<QString> ratingCondition(const QString &text)
     return comparison + u' ' + QString::number(*stars, 'g', QLocale::FloatingPointShortest);
 }
 
+// As it is called here, or as a built-in one is called everywhere.
+static XPResult<QStringList> typesOfGroup(const QString &name)
+{
+    KPFileTypeRegistry &registry = KPFileTypeRegistry::instance();
+    registry.readFileTypesPlist();
+    QStringList names;
+    for (const auto &group : registry.fileTypeGroupsArray()) {
+        names.append(XPPath::printable(group->displayName()));
+        const bool isMeant = group->displayName().compare(name, Qt::CaseInsensitive) == 0 ||
+                             group->builtInName().compare(name, Qt::CaseInsensitive) == 0;
+        if (isMeant && !name.isEmpty() && !group->utiArray().isEmpty())
+            return group->utiArray();
+    }
+    return kpUsageError(QStringLiteral("no group of types \"%1\"; there are: %2")
+                            .arg(XPPath::printable(name), names.join(QStringLiteral(", "))));
+}
+
 // --- All options
 
 std::vector<KPCommandOption> KPFindOptions::commandOptions()
@@ -65,6 +83,8 @@ std::vector<KPCommandOption> KPFindOptions::commandOptions()
         {"--type", "UTI",
          "of this content type (or those of further --type);\n"
          "                    tree_UTI: of all types that conform to it"},
+        {"--group-of-types", "NAME",
+         "of a type of this group (or of those of --type): see 'murnctl types --groups'"},
         {"--not-type", "UTI", "of another type than this (and those of further --not-type)"},
         {"--date", "KEY",
          "changed then: today, yesterday, last7Days, last30Days, last365Days,\n"
@@ -137,7 +157,14 @@ std::optional<XPError> KPFindOptions::parseTypes()
             return kpUsageError(
                 QStringLiteral("%1 needs the identifier of a type").arg(QLatin1String(option)));
     }
-    m_types = KPTagName::arrayOfUTIsToKPTagNames(m_line.values("--type"));
+    QStringList wanted = m_line.values("--type");
+    for (const QString &name : m_line.values("--group-of-types")) {
+        const auto types = typesOfGroup(name);
+        if (!types)
+            return types.error();
+        wanted += *types;
+    }
+    m_types = KPTagName::arrayOfUTIsToKPTagNames(wanted);
     m_excludedTypes = KPTagName::arrayOfUTIsToKPTagNames(m_line.values("--not-type"));
     return {};
 }
@@ -176,7 +203,7 @@ KPSearchState::Ptr KPFindOptions::applyTo(KPSearchState::Ptr state) const
         state = state->searchStateWithNewTags(m_tags);
     if (m_line.has("--not-tag"))
         state = state->searchStateWithNewExcludeTags(m_excludedTags);
-    if (m_line.has("--type"))
+    if (m_line.has("--type") || m_line.has("--group-of-types"))
         state = state->searchStateWithNewUTIs(m_types);
     if (m_line.has("--not-type"))
         state = state->searchStateWithNewExcludeUTIs(m_excludedTypes);

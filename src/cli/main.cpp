@@ -22,14 +22,14 @@
 #include <memory>
 
 static constexpr std::array commands = {
-    &kpTagsCommand,     &kpTagCommand,           &kpTagRenameCommand, &kpTagDeleteCommand,
-    &kpRateCommand,     &kpCommentCommand,       &kpFindCommand,      &kpInfoCommand,
-    &kpTypesCommand,    &kpQueryCommand,         &kpFileCommand,      &kpManageCommand,
-    &kpUnmanageCommand, &kpPasteCommand,         &kpBackupCommand,    &kpRestoreCommand,
-    &kpHealedCommand,   &kpMirrorCommand,        &kpCaptureCommand,   &kpDuplicatesCommand,
-    &kpExportCommand,   &kpImportArchiveCommand, &kpImportCommand,    &kpThumbnailCommand,
-    &kpScanCommand,     &kpOcrCommand,           &kpCombineCommand,   &kpOpenCommand,
-    &kpRevealCommand,   &kpIndexCommand,         &kpDefaultsCommand};
+    &kpTagsCommand,       &kpTagCommand,      &kpTagRenameCommand,     &kpTagDeleteCommand,
+    &kpRateCommand,       &kpCommentCommand,  &kpFindCommand,          &kpBookmarksCommand,
+    &kpInfoCommand,       &kpTypesCommand,    &kpQueryCommand,         &kpFileCommand,
+    &kpManageCommand,     &kpUnmanageCommand, &kpPasteCommand,         &kpBackupCommand,
+    &kpRestoreCommand,    &kpHealedCommand,   &kpMirrorCommand,        &kpCaptureCommand,
+    &kpDuplicatesCommand, &kpExportCommand,   &kpImportArchiveCommand, &kpImportCommand,
+    &kpThumbnailCommand,  &kpScanCommand,     &kpOcrCommand,           &kpCombineCommand,
+    &kpOpenCommand,       &kpRevealCommand,   &kpIndexCommand,         &kpDefaultsCommand};
 
 // A closed standard stream must not let the next file that is opened take its number.
 static void keepStandardStreamsTaken()
