@@ -3,6 +3,7 @@
 #include "KPEditHistory.h"
 #include "KPSearcher.h"
 #include "KPTagBranchMenu.h"
+#include "KPTagClicks.h"
 #include "KPTagEditing.h"
 #include "XPPath.h"
 
@@ -13,14 +14,9 @@ static const QString typePrefix = QStringLiteral("uti:");
 
 void KPController::tagButtonShow(KPTagName *tag, bool isWanted)
 {
-    const QString name = tag->displayName();
     const KPSearchState::Ptr state = m_searcher->searchState();
-    if (state && (state->hasSearchTag(name) || state->hasExcludeTag(name)))
-        m_searcher->clearTagName(name, true);
-    if (isWanted)
-        m_searcher->addWithTag(name, true);
-    else
-        m_searcher->addExcludeTag(name, true);
+    m_searcher->setSearchStateAddToHistoryIfChanged(
+        isWanted ? KPTagClicks::showWith(state, tag) : KPTagClicks::showWithout(state, tag));
 }
 
 void KPController::removeTagFromSelected(KPTagName *tag)

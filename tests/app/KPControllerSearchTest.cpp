@@ -5,6 +5,7 @@
 #include "UserDefaults.h"
 
 #include <QAccessible>
+#include <QMenu>
 #include <QMenuBar>
 #include <QSignalSpy>
 
@@ -153,6 +154,35 @@ TEST_F(Searching, GoesToAllAndToUntaggedDocuments)
     ASSERT_TRUE(shows(2));
     run("KPAllDocuments");
     ASSERT_TRUE(shows(3));
+}
+
+// A kind is no tag of that name; and turning from one to the other is one step back.
+TEST_F(Searching, TheMenuOfATagNarrowsByKindsAndTags)
+{
+    ASSERT_FALSE(Karvex::setUserTags(QStringList{work}, m_paths[0]));
+    open();
+    const auto choose = [&](KPTagName *tag, int which) {
+        m_window->showTagMenu(tag, {10, 10});
+        auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+        ASSERT_TRUE(menu);
+        menu->actions().at(which)->trigger();
+        menu->close();
+    };
+    constexpr int with = 0, without = 1;
+    KPTagName *pdf = KPTagName::arrayOfUTIsToKPTagNames({QStringLiteral("com.adobe.pdf")}).first();
+    KPTagName *tag = KPTagName::tagNameForUserEnteredTag(work);
+    choose(pdf, with);
+    EXPECT_TRUE(shows(1));
+    choose(pdf, without);
+    EXPECT_TRUE(shows(2));
+    choose(tag, with);
+    EXPECT_TRUE(shows(1));
+    const qsizetype before = backCount();
+    choose(tag, without);
+    EXPECT_TRUE(shows(1)) << "no PDF, no work";
+    EXPECT_EQ(backCount(), before + 1);
+    choose(tag, without);
+    EXPECT_EQ(backCount(), before + 1) << "it is so already";
 }
 
 TEST_F(Searching, PanelsAreShownAsTheSettingsSay)
