@@ -199,6 +199,12 @@ qsizetype IndexContents::waiting() const
     return contents ? contents->waiting() + contents->postponed() : 0;
 }
 
+void IndexContents::retry()
+{
+    if (m_importer)
+        m_importer->retry();
+}
+
 bool IndexContents::isAtRest() const
 {
     return !m_importer || m_importer->waiting() == 0;

@@ -25,6 +25,7 @@ public:
     // Queues what an earlier run left to import; a step, from this row on.
     bool queueWaiting(IndexSlot from);
     void applied(const IndexBatch &batch);
+    void retry();          // what could not be stored: somebody waits for it
     bool isAtRest() const; // nothing can be imported now that was not
 
     qsizetype waiting() const; // files; any thread

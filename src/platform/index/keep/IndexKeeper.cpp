@@ -126,6 +126,8 @@ void IndexKeeper::whenQuiet(bool contents, std::function<void()> done)
     ++m_asking; // before looking: whoever comes to rest meanwhile says so
     m_keeping.jobs.post(
         [this, contents, done = std::move(done)] {
+            if (contents)
+                m_contents.retry();
             m_waiting.push_back({contents, done});
             return true;
         },
