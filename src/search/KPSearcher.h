@@ -26,10 +26,7 @@ public:
 
     KPSearchState::Ptr searchState() const { return m_searchState; } // null before the first
     void setSearchState(const KPSearchState::Ptr &state, bool addToHistory);
-    void setSearchStateObject(const KPSearchState::Ptr &state); // stores it, no more
     void setSearchStateAddToHistoryIfChanged(const KPSearchState::Ptr &state);
-    // With the settings of the kinds of tags put in; null without a state.
-    KPSearchState::Ptr entireSearchState() const;
     // Answers as a view does (see shownOf()); else a state without any criterion shows nothing.
     void setAnswersForView(bool forView) { m_answersForView = forView; }
 
@@ -61,13 +58,9 @@ public:
     bool isSearching() const { return m_isSearching; }
     void restartSearchAction();
     void restartSearchFromScratch(); // leaves a stop
-    // The state is answered by looking at the disk.
-    bool needToRedoNonLiveSearches() const;
     void forceNewSearchNextTime();
-    void clearSearchTimers();
     // How the results are sorted and grouped from now on; as they are found before the first call.
     void setResultsOrder(const KPSortOrder &order);
-    const std::optional<KPSortOrder> &resultsOrder() const { return m_order; }
     // Tags of documents changed: where no query watches them they are judged again.
     void metaDataHasChanged();
     // A record moved with its file; a document was deleted.
@@ -143,6 +136,12 @@ Q_SIGNALS:
 
 private:
     KPSearchState::Ptr stateToChange(bool clearFirst) const;
+    void setSearchStateObject(const KPSearchState::Ptr &state); // stores it, no more
+    // With the settings of the kinds of tags put in; null without a state.
+    KPSearchState::Ptr entireSearchState() const;
+    // The state is answered by looking at the disk.
+    bool needToRedoNonLiveSearches() const;
+    void clearSearchTimers();
     void observeSettings();
     void updatedResults(const KPResultsDelivery::Ptr &delivery) override;
     void actuallySetResults();
