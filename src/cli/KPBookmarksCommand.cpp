@@ -6,46 +6,21 @@
 #include "KPStatePaths.h"
 #include "XPPath.h"
 
-namespace {
-
-// One of the list, with the names of the folders it is in: "Work/Invoices".
-struct Named
-{
-    QString name;
-    const KPBookmark *bookmark;
-};
-
-} // namespace
-
-// NOLINTNEXTLINE(misc-no-recursion): the depth of the stored list is limited
-static void collect(const KPBookmark &folder, const QString &prefix, QList<Named> *all)
-{
-    for (const KPBookmark &child : folder.children) {
-        const QString name = prefix + child.title;
-        all->append({name, &child});
-        collect(child, name + u'/', all);
-    }
-}
-
-static QList<Named> allOf(const KPBookmarks &bookmarks)
-{
-    QList<Named> all;
-    collect(bookmarks.root(), {}, &all);
-    return all;
-}
+using Named = KPBookmarks::Named;
 
 // By its identifier, its name with the folders, or its title where no other has the same.
 static XPResult<Named> findNamed(const KPBookmarks &bookmarks, const QString &wanted)
 {
-    const QList<Named> all = allOf(bookmarks);
+    const QList<Named> all = bookmarks.all();
+    const QString name = wanted.simplified(); // as titles are
     const auto isSame = [&](const QString &text) {
-        return text.compare(wanted, Qt::CaseInsensitive) == 0;
+        return text.compare(name, Qt::CaseInsensitive) == 0;
     };
     QList<Named> found;
     for (const Named &each : all) {
         if (each.bookmark->identifier == wanted)
             return each;
-        if (isSame(each.name))
+        if (isSame(each.name) || (each.bookmark->isFolder && isSame(each.name + u'/')))
             found.append(each);
     }
     for (const Named &each : found.isEmpty() ? all : QList<Named>()) {
@@ -69,7 +44,7 @@ static XPResult<Named> findNamed(const KPBookmarks &bookmarks, const QString &wa
 static int list(const KPBookmarks &bookmarks, KPCommandOutput &output)
 {
     QByteArrayList objects;
-    for (const Named &each : allOf(bookmarks)) {
+    for (const Named &each : bookmarks.all()) {
         const KPBookmark &bookmark = *each.bookmark;
         const KPSearchState::Ptr state = bookmark.searchState();
         if (output.isJson())
@@ -98,11 +73,7 @@ static int runOne(const KPBookmark &bookmark, const KPResultsRun::Options &how,
         output.fail(bookmark.title, QStringLiteral("a folder of saved searches, not one of them"));
         return output.exitStatus();
     }
-    KPIndexSession session(output);
-    const bool asksIndex = !state->isFinderListing() && !state->isFileListSearch();
-    if (asksIndex && !session.catchUp(KPStatePaths::needsContents(*state)))
-        return KPExitInterrupted;
-    return KPResultsRun(how, session, output).search(state);
+    return KPResultsRun::print(state, how, output);
 }
 
 static int add(KPBookmarks &bookmarks, const QString &name, const KPCommandLine &line,
@@ -111,13 +82,14 @@ static int add(KPBookmarks &bookmarks, const QString &name, const KPCommandLine 
     const KPSearchState::Ptr state = KPStatePaths::stateOfFiles(line.values("--state"), output);
     if (!state)
         return output.exitStatus();
-    for (const Named &each : allOf(bookmarks)) {
-        if (each.name.compare(name, Qt::CaseInsensitive) == 0) {
+    const KPBookmark made = KPBookmark::search(name, *state);
+    for (const Named &each : bookmarks.all()) {
+        if (each.name.compare(made.title, Qt::CaseInsensitive) == 0) {
             output.fail(name, QStringLiteral("there is one of that name already"));
             return output.exitStatus();
         }
     }
-    if (const auto error = bookmarks.insert({KPBookmark::search(name, *state)}))
+    if (const auto error = bookmarks.insert({made}))
         output.fail(name, "not saved", *error);
     return output.exitStatus();
 }
@@ -146,7 +118,9 @@ static std::optional<QString> misuse(const QString &action, const KPCommandLine 
              .contains(action))
         return QStringLiteral("no action \"%1\"").arg(XPPath::printable(action));
     if (line.operands().size() > (takesName ? 2 : 1))
-        return QStringLiteral("takes one name; one of several words is written in quotes");
+        return takesName
+                   ? QStringLiteral("takes one name; one of several words is written in quotes")
+                   : QStringLiteral("list takes no name");
     if (takesName && line.operands().value(1).trimmed().isEmpty())
         return QStringLiteral("needs a name");
     if (action == u"add" && !line.has("--state"))
@@ -175,7 +149,7 @@ static int run(const KPCommandLine &line, KPCommandOutput &output)
     KPBookmarks bookmarks;
     if (const auto &problem = bookmarks.problem()) {
         output.fail(KPBookmarks::filePath(), "the saved searches cannot be read", *problem);
-        if (action != u"list")
+        if (action == u"add" || action == u"remove")
             return output.exitStatus();
     }
     const QString name = line.operands().value(1);

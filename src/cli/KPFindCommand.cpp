@@ -36,17 +36,6 @@ static int explain(const KPSearchState::Ptr &state, KPCommandOutput &output)
     return output.exitStatus();
 }
 
-static int search(const KPSearchState::Ptr &state, const KPResultsRun::Options &how,
-                  KPCommandOutput &output)
-{
-    KPIndexSession session(output);
-    // A listing looks at the disk itself.
-    const bool asksIndex = !state->isFinderListing() && !state->isFileListSearch();
-    if (asksIndex && !session.catchUp(KPStatePaths::needsContents(*state)))
-        return KPExitInterrupted;
-    return KPResultsRun(how, session, output).search(state);
-}
-
 static int run(const KPCommandLine &line, KPCommandOutput &output)
 {
     const auto options = KPFindOptions::parse(line);
@@ -67,7 +56,8 @@ static int run(const KPCommandLine &line, KPCommandOutput &output)
         return explain(state, output);
     for (const XPError &error : options->missingFolders())
         output.fail(error.path, error.reason());
-    return options->isWithoutFolder() ? output.exitStatus() : search(state, *how, output);
+    return options->isWithoutFolder() ? output.exitStatus()
+                                      : KPResultsRun::print(state, *how, output);
 }
 
 static std::vector<KPCommandOption> findOptions()

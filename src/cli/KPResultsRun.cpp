@@ -4,6 +4,7 @@
 #include "KPIndexCoverage.h"
 #include "KPSearcher.h"
 #include "KPSortedResults.h"
+#include "KPStatePaths.h"
 #include "MDQueryParser.h"
 #include "XPFolders.h"
 #include "XPPath.h"
@@ -164,6 +165,17 @@ void KPResultsRun::end()
 }
 
 // --- The documents of a state
+
+int KPResultsRun::print(const KPSearchState::Ptr &state, const Options &options,
+                        KPCommandOutput &output)
+{
+    KPIndexSession session(output);
+    // A listing looks at the disk itself.
+    const bool asksIndex = !state->isFinderListing() && !state->isFileListSearch();
+    if (asksIndex && !session.catchUp(KPStatePaths::needsContents(*state)))
+        return KPExitInterrupted;
+    return KPResultsRun(options, session, output).search(state);
+}
 
 int KPResultsRun::search(const KPSearchState::Ptr &state)
 {

@@ -32,6 +32,10 @@ public:
 
     KPResultsRun(const Options &options, KPIndexSession &session, KPCommandOutput &output);
 
+    // All of it for the documents of a state: brings the index up to date, where it is asked.
+    static int print(const KPSearchState::Ptr &state, const Options &options,
+                     KPCommandOutput &output);
+
     // Run the event loop; answer the exit status. The documents of a state, with word of tags that
     // cannot be read, and in JSON with tags, rating and group; all that a query's text matches
     // below the folders (none: everywhere), be it a document, a folder or hidden.

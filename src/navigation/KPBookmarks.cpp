@@ -107,20 +107,20 @@ const KPBookmark *KPBookmarks::find(const QString &identifier) const
 }
 
 // NOLINTNEXTLINE(misc-no-recursion): the depth of a property list is limited
-static const KPBookmark *byTitle(const KPBookmark &above, const QString &title)
+static void collect(const KPBookmark &folder, const QString &prefix, QList<KPBookmarks::Named> *all)
 {
-    for (const KPBookmark &child : above.children) {
-        if (child.title.compare(title, Qt::CaseInsensitive) == 0)
-            return &child;
-        if (const KPBookmark *found = byTitle(child, title))
-            return found;
+    for (const KPBookmark &child : folder.children) {
+        const QString name = prefix + child.title;
+        all->append({name, &child});
+        collect(child, name + u'/', all);
     }
-    return nullptr;
 }
 
-const KPBookmark *KPBookmarks::findByTitle(const QString &title) const
+QList<KPBookmarks::Named> KPBookmarks::all() const
 {
-    return byTitle(m_root, title);
+    QList<Named> all;
+    collect(m_root, {}, &all);
+    return all;
 }
 
 // NOLINTNEXTLINE(misc-no-recursion): the depth of a property list is limited

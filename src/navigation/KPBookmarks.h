@@ -34,8 +34,14 @@ public:
     // Its children are the list (_bookmarksAndFoldersArray).
     const KPBookmark &root() const { return m_root; }
     const KPBookmark *find(const QString &identifier) const;
-    // The first of that title, case aside, in the order of the list; null: there is none.
-    const KPBookmark *findByTitle(const QString &title) const;
+    // One of the list, with the titles of the folders it is in: "Work/Invoices". Valid until the
+    // list changes.
+    struct Named
+    {
+        QString name;
+        const KPBookmark *bookmark;
+    };
+    QList<Named> all() const; // in the order of the list, a folder before what is in it
     // Why the list is empty, or cannot be changed; nothing: it is as the file has it.
     const std::optional<XPError> &problem() const { return m_problem; }
     void reload();

@@ -1,4 +1,5 @@
 #include "KPBookmarks.h"
+#include "TitledBookmark.h"
 
 #include "KPBookmarkItems.h"
 #include "KPDocPasteboard.h"
@@ -40,7 +41,7 @@ class Bookmarks : public testing::Test
 protected:
     QString id(const char *title, const KPBookmarks &list) const
     {
-        const KPBookmark *found = list.findByTitle(QString::fromUtf8(title));
+        const KPBookmark *found = titled(list, QString::fromUtf8(title));
         return found ? found->identifier : QString();
     }
     TestFolder m_folder;
@@ -74,7 +75,7 @@ TEST_F(Bookmarks, AreMovedRenamedUpdatedAndRemoved)
     ASSERT_FALSE(list.rename(id("c", list), QStringLiteral("C2")));
     ASSERT_FALSE(list.setState(id("d", list), tagged("new")->searchStateDictionary()));
     EXPECT_TRUE(
-        list.findByTitle(QStringLiteral("D"))->searchState()->hasSearchTag(QStringLiteral("new")));
+        titled(list, QStringLiteral("d"))->searchState()->hasSearchTag(QStringLiteral("new")));
     ASSERT_FALSE(list.remove({f}));
     EXPECT_EQ(shape(list.root()), QStringLiteral("C2"));
     EXPECT_EQ(list.rename(f, QStringLiteral("x"))->kind, XPError::Kind::NotFound);

@@ -180,7 +180,6 @@ TEST_F(Preview, GoesThroughTheLibraryAndThroughASet)
 
 TEST_F(Preview, EndsAsItsKeysSay)
 {
-    search.deliver();
     KPDoc *doc = add("a.svg", square);
     search.deliver();
     select({doc});

@@ -8,6 +8,7 @@
 #include "KPDocPasteboard.h"
 #include "KPSearchStateKeys.h"
 #include "TestNavigator.h"
+#include "TitledBookmark.h"
 #include "UserDefaults.h"
 #include "XPAtomicFile.h"
 
@@ -54,10 +55,7 @@ protected:
         QObject::connect(&m_commands, &KPBookmarkCommands::failed,
                          [this](const QString &, const XPError &error) { m_failed = error; });
     }
-    QString id(const char *title) const
-    {
-        return m_bookmarks.findByTitle(words(title))->identifier;
-    }
+    QString id(const char *title) const { return titled(m_bookmarks, words(title))->identifier; }
     QString shape() const { return ::shape(m_bookmarks.root()); }
     const KPSearchState &state() const { return *m_navigator.state(); }
 

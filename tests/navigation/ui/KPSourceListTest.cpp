@@ -8,6 +8,7 @@
 #include "KPRowCounts.h"
 #include "Karvex.h"
 #include "TestNavigator.h"
+#include "TitledBookmark.h"
 #include "UserDefaults.h"
 
 #include <QMimeData>
@@ -130,7 +131,7 @@ TEST_F(SourceList, FollowsTheSavedSearchesAndRenamesThem)
     EXPECT_TRUE(m_navigator.state()->hasSearchTag(words("x")));
     EXPECT_TRUE(
         view->model()->setData(row(*view, words("Inside")), words("Renamed"), Qt::EditRole));
-    EXPECT_TRUE(m_bookmarks.findByTitle(words("Renamed")));
+    EXPECT_TRUE(titled(m_bookmarks, words("Renamed")));
     EXPECT_TRUE(row(*view, words("Renamed")).isValid());
 }
 
