@@ -13,6 +13,7 @@ using MaybeError = std::optional<XPError>;
 KPBookmarks::KPBookmarks(const QString &file, QObject *parent) : QObject(parent), m_file(file)
 {
     connect(&m_watcher, &QFileSystemWatcher::fileChanged, this, &KPBookmarks::reload);
+    connect(&m_watcher, &QFileSystemWatcher::directoryChanged, this, &KPBookmarks::reload);
     m_root.isFolder = true;
     reload();
 }
@@ -52,6 +53,7 @@ XPResult<KPBookmark> KPBookmarks::readFile()
 void KPBookmarks::reload()
 {
     m_problem.reset();
+    watch(); // first, so that nothing that happens from here on is missed
     const auto root = readFile();
     if (root)
         take(*root);
@@ -60,11 +62,20 @@ void KPBookmarks::reload()
     watch();
 }
 
-// A file that was replaced is another one, which is not watched yet.
+// A file that was replaced is another one, which is not watched yet. Where there is none, its
+// folder tells when one comes.
 void KPBookmarks::watch()
 {
-    if (m_watcher.files().isEmpty() && m_file.isValidUtf16())
+    if (!m_file.isValidUtf16())
+        return;
+    if (m_watcher.files().isEmpty())
         m_watcher.addPath(m_file);
+    const bool isThere = !m_watcher.files().isEmpty();
+    const QStringList folders = m_watcher.directories();
+    if (isThere && !folders.isEmpty())
+        m_watcher.removePaths(folders);
+    else if (!isThere && folders.isEmpty())
+        m_watcher.addPath(XPPath::folder(m_file));
 }
 
 void KPBookmarks::take(const KPBookmark &root)

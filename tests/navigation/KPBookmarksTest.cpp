@@ -1,16 +1,19 @@
 #include "KPBookmarks.h"
-#include "TitledBookmark.h"
 
 #include "KPBookmarkItems.h"
 #include "KPDocPasteboard.h"
 #include "KPLocationItem.h"
 #include "KPSearchFolders.h"
 #include "TestHome.h"
+#include "TitledBookmark.h"
 #include "XPAtomicFile.h"
 #include "XPPath.h"
 #include "XPTranslations.h"
 
+#include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QEventLoop>
+#include <QFile>
 #include <QLocale>
 #include <QMimeData>
 #include <QThread>
@@ -47,6 +50,27 @@ protected:
     TestFolder m_folder;
     const QString m_file = m_folder.path(QStringLiteral("bookmarks.plist"));
 };
+
+// What another program does: the first search that is ever saved, the next, and all taken away.
+TEST_F(Bookmarks, NoticesWhatOthersChange)
+{
+    KPBookmarks ours(m_file);
+    KPBookmarks theirs(m_file);
+    const auto becomes = [&](const char *wanted) {
+        const QDeadlineTimer deadline(20'000);
+        while (shape(ours.root()) != QLatin1String(wanted) && !deadline.hasExpired())
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+        return shape(ours.root()) == QLatin1String(wanted);
+    };
+    ASSERT_FALSE(theirs.insert({search("a")}));
+    EXPECT_TRUE(becomes("a"));
+    ASSERT_FALSE(theirs.insert({search("b")}));
+    EXPECT_TRUE(becomes("a b"));
+    ASSERT_TRUE(QFile::remove(m_file));
+    EXPECT_TRUE(becomes(""));
+    ASSERT_FALSE(theirs.insert({search("c")}));
+    EXPECT_TRUE(becomes("c"));
+}
 
 TEST_F(Bookmarks, KeepsWhatWasSavedWhateverItsNames)
 {
