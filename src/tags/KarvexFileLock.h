@@ -25,7 +25,8 @@ public:
 
     // Whether this thread is in the middle of changing some file.
     static bool isHeldByThisThread();
-    // The lock file. It may be deleted at any time.
+    // The lock file. It may be deleted at any time: who holds a lock of it then and who takes one
+    // after that do not exclude each other this once.
     static QString path();
 
 private:
