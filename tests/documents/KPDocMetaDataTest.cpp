@@ -41,7 +41,8 @@ public:
             {{QStringLiteral("kMDItemKeywords"), QStringList{QStringLiteral("coast")}},
              {KPDocMetaData::key(KPDocMetaData::XmpKeywords), QStringList{QStringLiteral("sea")}}},
             info->modified,
-            info->size};
+            info->size,
+            info->inode};
     }
 };
 

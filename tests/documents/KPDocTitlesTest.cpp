@@ -23,6 +23,7 @@ public:
         Content content;
         content.modified = info->modified;
         content.size = info->size;
+        content.inode = info->inode;
         if (info->size > 0)
             content.attributes.insert(QStringLiteral("kMDItemTitle"),
                                       QStringLiteral("size\n%1 ").arg(info->size));

@@ -39,6 +39,16 @@ bool CagedImporter::accepts(const QString &type) const
     return !known || known->reads(KPContentTypes::typeTree(type));
 }
 
+static IndexImporter::Content contentWith(const ImportDocument &document, QByteArray text,
+                                          PropertyValue::Dictionary attributes)
+{
+    return {.text = std::move(text),
+            .attributes = std::move(attributes),
+            .modified = document.modified,
+            .size = document.size,
+            .inode = static_cast<quint64>(document.inode)};
+}
+
 XPResult<IndexImporter::Content> CagedImporter::contentOf(const ImportDocument &document,
                                                           const ImportFrame &frame)
 {
@@ -51,7 +61,7 @@ XPResult<IndexImporter::Content> CagedImporter::contentOf(const ImportDocument &
     if (answer->failure == DocumentFailure::Unreadable)
         return XPError::make(XPError::Kind::Io, QStringLiteral("cannot be read"),
                              XPPath::decode(document.path));
-    return Content{answer->text.utf8(), answer->allAttributes(), document.modified, document.size};
+    return contentWith(document, answer->text.utf8(), answer->allAttributes());
 }
 
 XPResult<IndexImporter::Content> CagedImporter::import(const QByteArray &path, const QString &type,
@@ -65,7 +75,7 @@ XPResult<IndexImporter::Content> CagedImporter::import(const QByteArray &path, c
     for (;;) {
         const ImportAttempts::Case *held = m_attempts.caseOf(*document);
         if (held && held->isLeftAlone())
-            return Content{{}, {}, document->modified, document->size};
+            return contentWith(*document, {}, {});
         m_attempts.begin(*document);
         const auto outcome = m_worker.run(document->job(), document->descriptor.get(), stop);
         if (const auto *frame = std::get_if<ImportFrame>(&outcome))

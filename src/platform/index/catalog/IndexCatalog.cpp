@@ -200,6 +200,15 @@ void IndexCatalog::bury(IndexSlot slot)
     chunk.setFlag(row, IndexChunk::Dead, true);
 }
 
+// Files that were unpacked together may share time and size. An inode's number alone says nothing
+// where each mount gives new ones.
+bool IndexCatalog::isOtherFile(IndexSlot slot, const XPFileInfo &info) const
+{
+    const IndexChunk &chunk = chunkOf(slot);
+    const quint32 row = rowOf(slot);
+    return chunk.inodes[row] != info.inode && chunk.changed[row] != info.changed;
+}
+
 void IndexCatalog::setFacts(IndexSlot slot, const IndexRecord &record)
 {
     IndexChunk &chunk = changeable(slot);
@@ -211,7 +220,8 @@ void IndexCatalog::setFacts(IndexSlot slot, const IndexRecord &record)
         ++m_typesVersion;
         setImported(slot, false); // another importer's business now
     }
-    if (chunk.modified[row] != record.info.modified || chunk.sizes[row] != record.info.size)
+    if (chunk.modified[row] != record.info.modified || chunk.sizes[row] != record.info.size ||
+        isOtherFile(slot, record.info))
         setImported(slot, false);
     chunk.setFacts(row, record.info, type, deviceNumber(record.info.device));
 }
@@ -237,6 +247,7 @@ void IndexCatalog::renameTo(IndexSlot old, const IndexRecord &record)
     const IndexChunk &chunk = chunkOf(old);
     const bool imported = chunk.hasFlag(rowOf(old), IndexChunk::Imported) &&
                           isImported(old, record.info.modified, record.info.size) &&
+                          !isOtherFile(old, record.info) &&
                           d->types[chunk.types[rowOf(old)]] == record.type;
     bury(old);
     const IndexSlot slot = append(record);

@@ -199,6 +199,7 @@ private:
     void setValues(IndexSlot slot, QByteArray values);
     IndexAttributePostings &postingsOf(quint32 name);
     IndexSlot append(const IndexRecord &record);
+    bool isOtherFile(IndexSlot slot, const XPFileInfo &info) const;
     void setFacts(IndexSlot slot, const IndexRecord &record);
     void renameTo(IndexSlot old, const IndexRecord &record);
     void attach(IndexSlot slot);

@@ -18,6 +18,9 @@ static constexpr qsizetype bytesATime = 2 << 20;
 static constexpr auto shortestRest = 200ms;
 static constexpr auto longestRest = 5s;
 static constexpr int restFactor = 20;
+// A second change within one tick of the disk's clock does not show in a file's time: files are
+// read when that is over. The slowest kernels tick a hundred times a second.
+static constexpr auto tick = 20ms;
 // After a failure to store, doubled with each.
 static constexpr auto shortestPause = 5s;
 static constexpr auto longestPause = 2min;
@@ -25,6 +28,12 @@ static constexpr auto longestPause = 2min;
 static bool isOlder(const IndexContentQueue::Waiting &a, const IndexContentQueue::Waiting &b)
 {
     return a.modified != b.modified ? a.modified < b.modified : a.item < b.item;
+}
+
+static bool isInTick(qint64 modified, std::chrono::system_clock::time_point now)
+{
+    const auto age = now.time_since_epoch() - std::chrono::nanoseconds(modified);
+    return age < tick && age > -tick; // a time far in the future does not come to be over
 }
 
 IndexContentQueue::IndexContentQueue(IndexTextStore &store, Callbacks callbacks,
@@ -270,7 +279,9 @@ void IndexContentQueue::lookUpTasks()
 {
     // A file that rests may have been put off several times, and a backlog holds what was
     // imported meanwhile.
-    std::erase_if(m_work.tasks, [this](Task &task) {
+    const auto now = std::chrono::system_clock::now();
+    std::vector<IndexItem> early;
+    std::erase_if(m_work.tasks, [&](Task &task) {
         const IndexItem item = task.waiting.item;
         task.file = m_callbacks.lookUp(item);
         task.importer = task.file ? importerFor(task.file->type) : nullptr;
@@ -278,11 +289,24 @@ void IndexContentQueue::lookUpTasks()
             task.file.reset();
             return !m_store.hasText(item);
         }
-        return task.file->imported && m_store.isStored(item, task.file->modified, task.file->size);
+        if (task.file->imported && m_store.isStored(item, task.file->modified, task.file->size))
+            return true;
+        if (!isInTick(task.file->modified, now))
+            return false;
+        early.push_back(item);
+        return true;
     });
+    rest(early);
     std::stable_sort(m_work.tasks.begin(), m_work.tasks.end(), [](const Task &a, const Task &b) {
         return a.waiting.modified > b.waiting.modified;
     });
+}
+
+void IndexContentQueue::rest(const std::vector<IndexItem> &early)
+{
+    const XPLocker lock(m_mutex);
+    for (const IndexItem item : early)
+        m_resting.insert({Clock::now() + tick, item});
 }
 
 void IndexContentQueue::finishWork(Clock::time_point began)
@@ -300,6 +324,7 @@ void IndexContentQueue::finishWork(Clock::time_point began)
     }
     putBack(m_work.finished);
     keepMissed();
+    rest(m_work.early);
     if (!m_work.stored)
         return;
     m_store.publish(**m_work.stored);
@@ -317,6 +342,8 @@ void IndexContentQueue::finishWork(Clock::time_point began)
 void IndexContentQueue::keepMissed()
 {
     const XPLocker lock(m_mutex);
+    for (size_t i = 0; i < m_work.finished && !m_missed.isEmpty(); ++i)
+        m_missed.remove(m_work.tasks[i].waiting.item);
     for (const IndexItem item : m_work.missed) {
         if (m_work.moves == m_moves)
             m_missed.insert(item);
@@ -432,6 +459,7 @@ void IndexContentQueue::importOne(const Task &task)
         m_work.texts.push_back({item, {}});
         return;
     }
+    const auto began = std::chrono::system_clock::now();
     auto content = task.importer->import(task.file->path, task.file->type, m_stop.get_token());
     // Gone: the catalog will hear of it, or of a folder that moved. Not readable: as it was, until
     // it changes or the next start.
@@ -440,11 +468,20 @@ void IndexContentQueue::importOne(const Task &task)
             m_work.missed.push_back(item);
         return;
     }
+    // While folders move, another file may stand at the path. Its time and size tell little, as
+    // files that were unpacked together share them; so this is not taken for done.
+    const bool isOther = content->inode != task.file->inode;
+    const bool isEarly = isInTick(content->modified, began);
+    if (isEarly)
+        m_work.early.push_back(item);
+    else if (isOther || content->modified != task.file->modified ||
+             content->size != task.file->size)
+        m_work.missed.push_back(item);
     IndexChange change;
     change.kind = IndexChange::Kind::Import;
     change.record.item = item;
     change.record.importedModified = content->modified;
-    change.record.importedSize = content->size;
+    change.record.importedSize = isOther || isEarly ? -1 : content->size;
     change.record.imported = std::move(content->attributes);
     m_work.batch.push_back(std::move(change));
     m_work.texts.push_back({item, std::move(content->text), content->modified, content->size});

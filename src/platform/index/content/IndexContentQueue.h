@@ -33,6 +33,7 @@ public:
         QString type;
         qint64 modified = 0; // as the catalog has it
         qint64 size = 0;
+        quint64 inode = 0;
         bool imported = false; // the catalog holds what was found in that state of the file
     };
     struct Callbacks
@@ -65,7 +66,8 @@ public:
     void add(IndexItem item); // changed just now
     void addBacklog(std::vector<Waiting> &&items);
     void forget(IndexItem item); // the file is gone, or its type no longer accepted
-    // Folders may stand elsewhere now: what was not found below its old path is read again.
+    // Folders may stand elsewhere now: what was not found below its old path, or found there in the
+    // place of another file, is read again.
     void folderMoved();
     void retry(); // now, what could not be stored (there is room again)
     // Somebody found the store's file damaged: it is set aside, if it still is that one.
@@ -89,7 +91,8 @@ private:
         quint64 moves = 0;   // that were known when the paths were looked up
         size_t finished = 0; // of the tasks; the others were not looked at
         std::vector<IndexTextStore::Text> texts;
-        std::vector<IndexItem> missed; // not found at their paths
+        std::vector<IndexItem> missed; // not found at their paths, or not as they are known
+        std::vector<IndexItem> early;  // read too soon after they changed
         IndexBatch batch;
         std::optional<XPResult<IndexTextStore::Documents>> stored;
     };
@@ -103,6 +106,7 @@ private:
     void finishWork(Clock::time_point began);
     void keepMissed();
     void putBack(size_t first);
+    void rest(const std::vector<IndexItem> &early);
     void storeFailed(const XPError &error);
     void startOver();
     void pause(const XPError &error);
@@ -125,7 +129,7 @@ private:
     std::condition_variable_any m_wake;
     std::deque<IndexItem> m_changed XP_GUARDED_BY(m_mutex);
     std::vector<Waiting> m_backlog XP_GUARDED_BY(m_mutex); // a heap, newest on top
-    // Files that changed again too soon after they were imported.
+    // Files that changed again too soon after they were imported, or just now.
     std::multimap<Clock::time_point, IndexItem> m_resting XP_GUARDED_BY(m_mutex);
     QSet<IndexItem> m_missed XP_GUARDED_BY(m_mutex); // not found, and not known to be gone
     quint64 m_moves XP_GUARDED_BY(m_mutex) = 0;

@@ -18,9 +18,10 @@ public:
     {
         QByteArray text; // UTF-8, cut to the index's limit; empty: none to be had
         PropertyValue::Dictionary attributes; // "kMDItemTitle", "kMDItemNumberOfPages", …
-        // The state of the file that was read, as it was before reading and after.
+        // The state of the file that was read, as it was before reading.
         qint64 modified = 0;
         qint64 size = 0;
+        quint64 inode = 0;
     };
 
     virtual ~IndexImporter() = default;

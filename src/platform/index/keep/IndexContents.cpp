@@ -121,8 +121,9 @@ std::optional<IndexContentQueue::File> IndexContents::contentFile(IndexItem item
     if (!record.info.isRegular())
         return {};
     return IndexContentQueue::File{
-        catalog.path(slot), record.type, record.info.modified, record.info.size,
-        catalog.isImported(slot, record.info.modified, record.info.size)};
+        catalog.path(slot),   record.type,
+        record.info.modified, record.info.size,
+        record.info.inode,    catalog.isImported(slot, record.info.modified, record.info.size)};
 }
 
 // What was imported of a file that has become another meanwhile is worth nothing.

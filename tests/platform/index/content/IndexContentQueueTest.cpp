@@ -16,6 +16,16 @@
 
 using Items = std::vector<IndexItem>;
 
+using namespace std::chrono_literals;
+
+static void setTime(const QString &path, std::chrono::system_clock::time_point time)
+{
+    const auto since = time.time_since_epoch();
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(since);
+    const timespec times[] = {{0, UTIME_OMIT}, {seconds.count(), (since - seconds) / 1ns}};
+    ::utimensat(AT_FDCWD, XPPath::encode(path).constData(), times, 0);
+}
+
 namespace {
 
 // What the keeper is to a queue: files by item, and what was imported of them.
@@ -26,6 +36,7 @@ public:
     {
         const QString path = m_folder.file(QString::number(item), bytes);
         const XPLocker lock(m_mutex);
+        setTime(path, std::chrono::system_clock::now() - 1h); // long enough ago to be read at once
         IndexContentQueue::File &file = m_files[item];
         file.path = XPPath::encode(path);
         file.type = QString::fromLatin1(type);
@@ -33,6 +44,7 @@ public:
         ::stat(file.path.constData(), &facts);
         file.modified = qint64{facts.st_mtim.tv_sec} * 1'000'000'000 + facts.st_mtim.tv_nsec;
         file.size = facts.st_size;
+        file.inode = facts.st_ino;
         file.imported = false;
     }
     void remove(IndexItem item)
@@ -63,7 +75,9 @@ public:
                     change.record.imported.value(QStringLiteral("kMDItemTitle"));
                 auto file = m_files.find(change.record.item);
                 if (file != m_files.end())
-                    file->second.imported = change.record.importedModified == file->second.modified;
+                    file->second.imported =
+                        change.record.importedModified == file->second.modified &&
+                        change.record.importedSize == file->second.size;
             }
         };
         callbacks.idle = [] {};
@@ -106,6 +120,29 @@ private:
     std::map<IndexItem, PropertyValue> m_titles XP_GUARDED_BY(m_mutex);
     std::vector<std::optional<XPError>> m_problems XP_GUARDED_BY(m_mutex);
     bool m_startedOver XP_GUARDED_BY(m_mutex) = false;
+};
+
+// Writes the file anew when it has read it the first time, within the same tick of the clock.
+class OvertakenImporter : public TestTextImporter
+{
+public:
+    XPResult<Content> import(const QByteArray &path, const QString &type,
+                             const std::stop_token &stop) override
+    {
+        const QString name = XPPath::decode(path);
+        const auto now = std::chrono::system_clock::now();
+        if (m_reads++ == 0)
+            setTime(name, now);
+        auto content = TestTextImporter::import(path, type, stop);
+        if (m_reads == 1) {
+            std::ofstream(path.toStdString()) << "later";
+            setTime(name, now);
+        }
+        return content;
+    }
+
+private:
+    int m_reads = 0;
 };
 
 // Stands at its gate until the test opens it, so that an order can be prepared.
@@ -242,6 +279,42 @@ TEST(IndexContentQueue, FindsFilesAgainWhoseFolderMovedMeanwhile)
     queue.folderMoved();
     ASSERT_TRUE(drained(queue));
     EXPECT_EQ(found(*store, "*"), Items{1});
+}
+
+// The same while another folder takes its place, with a file of the same name, time and size.
+TEST(IndexContentQueue, DoesNotTakeAnotherFileAtThePathForItsOwn)
+{
+    Files files;
+    const auto store = *IndexTextStore::open(files.storePath(), true);
+    IndexContentQueue queue(*store, files.callbacks());
+    files.write(1, "mine");
+    const std::filesystem::path folder =
+        std::filesystem::path(files.storePath().toStdString()).parent_path();
+    std::filesystem::rename(folder / "1", folder / "elsewhere");
+    std::ofstream(folder / "1") << "your";
+    std::filesystem::last_write_time(folder / "1",
+                                     std::filesystem::last_write_time(folder / "elsewhere"));
+    queue.add(1);
+    ASSERT_TRUE(drained(queue));
+    files.movedTo(1, (folder / "elsewhere").string());
+    queue.folderMoved();
+    ASSERT_TRUE(drained(queue));
+    EXPECT_EQ(found(*store, "mine"), Items{1});
+    EXPECT_EQ(found(*store, "your"), Items{});
+}
+
+TEST(IndexContentQueue, ReadsAgainWhatMayHaveChangedWithoutASign)
+{
+    Files files;
+    const auto store = *IndexTextStore::open(files.storePath(), true);
+    IndexContentQueue::Importers importers;
+    importers.push_back(std::make_unique<OvertakenImporter>());
+    IndexContentQueue queue(*store, files.callbacks(), std::move(importers));
+    files.write(1, "early");
+    queue.add(1);
+    ASSERT_TRUE(drained(queue));
+    EXPECT_EQ(found(*store, "early"), Items{});
+    EXPECT_EQ(found(*store, "later"), Items{1});
 }
 
 TEST(IndexContentQueue, StopsWithinAFileAndGoesOnAtTheNextStart)

@@ -9,6 +9,7 @@
 #include <atomic>
 #include <chrono>
 #include <csignal>
+#include <filesystem>
 #include <random>
 #include <sys/prctl.h>
 #include <thread>
@@ -106,4 +107,33 @@ TEST(IndexKill, IsRightAgainAfterAnyMoment)
         ASSERT_TRUE(kept.settle());
         ASSERT_EQ(indexDisagreement(kept.source(), tree.root()), "");
     }
+}
+
+// As where files were unpacked together.
+TEST(IndexKeeping, ReadsAFileThatReplacedOneOfTheSameTimeAndSize)
+{
+    const TestFolder folder;
+    const TestFolder tree;
+    const QString store = folder.path(QStringLiteral("store/index.sqlite"));
+    const QByteArray root = XPPath::encode(tree.path());
+    const QString live = tree.file(QStringLiteral("live.txt"), "kz1");
+    const QString later = tree.file(QStringLiteral("later.txt"), "kz2");
+    const auto replace = [&](const QString &path, const QByteArray &text) {
+        const std::filesystem::path old = XPPath::encode(path).toStdString();
+        const std::filesystem::path fresh =
+            XPPath::encode(folder.file(QStringLiteral("fresh"), text)).toStdString();
+        std::filesystem::last_write_time(fresh, std::filesystem::last_write_time(old));
+        std::filesystem::rename(fresh, old);
+    };
+    {
+        IndexTestKept kept(store, tree.path());
+        ASSERT_TRUE(kept.settle());
+        replace(live, "kz3");
+        ASSERT_TRUE(kept.settle());
+        EXPECT_EQ(indexDisagreement(kept.source(), root), "");
+    }
+    replace(later, "kz4");
+    IndexTestKept kept(store, tree.path());
+    ASSERT_TRUE(kept.settle());
+    EXPECT_EQ(indexDisagreement(kept.source(), root), "");
 }

@@ -29,6 +29,7 @@ public:
         IndexSetup setup;
         setup.path = store;
         setup.roots = {root};
+        setup.waitedFor = true; // a busy machine leaves nothing to what is idle
         m_index = MetadataIndex::open(setup);
     }
     bool isOpen() const { return m_index->isKeptHere(); }
