@@ -7,6 +7,14 @@ support=$root/tools/support
 say() { printf '%s: %s\n' "${0##*/}" "$*" >&2; }
 die() { say "$*"; exit 1; }
 
+# Every script says at its head what it does and takes.
+case ${1:-} in
+-h | --help)
+    awk 'NR > 1 { if (!/^#/) exit; if (!/shellcheck/) print substr($0, 3) }' "$0"
+    exit 0
+    ;;
+esac
+
 # packages GROUP…: the names of these groups, as packages.txt lists them.
 packages() {
     local group
