@@ -137,11 +137,17 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPBookmarkExport">
         <translation>Exportieren …</translation>
     </message>
+    <message id="KPBookmarkExportFile">
+        <translation>Gesicherte Suchen exportieren …</translation>
+    </message>
     <message id="KPBookmarkFiles">
         <translation>Gesicherte Suchen (*.plist)</translation>
     </message>
     <message id="KPBookmarkImport">
         <translation>Importieren …</translation>
+    </message>
+    <message id="KPBookmarkImportFile">
+        <translation>Gesicherte Suchen importieren …</translation>
     </message>
     <message id="KPBookmarkLooksFor">
         <translation>Sucht nach</translation>
@@ -1550,6 +1556,42 @@ Absturzberichte erlauben?</translation>
     <message id="KPKeepExtension">
         <translation>.%1 behalten</translation>
     </message>
+    <message id="KPKindsAddHint">
+        <translation>Endung oder Name, oder oben eine Datei ablegen</translation>
+    </message>
+    <message id="KPKindsDelete">
+        <translation>Löschen</translation>
+    </message>
+    <message id="KPKindsDeleteText">
+        <translation>Nur die Gruppe verschwindet. Die Dokumente bleiben, wie sie sind.</translation>
+    </message>
+    <message id="KPKindsDeleteTitle">
+        <translation>Die Gruppe „%1“ löschen?</translation>
+    </message>
+    <message id="KPKindsGroups">
+        <translation>Gruppen</translation>
+    </message>
+    <message id="KPKindsHeading">
+        <translation>Gruppen von Typen</translation>
+    </message>
+    <message id="KPKindsHint">
+        <translation>Eingeschaltete Gruppen stehen in der Seitenleiste unter Arten. Jede kann beliebige Typen haben.</translation>
+    </message>
+    <message id="KPKindsNew">
+        <translation>Neue Gruppe</translation>
+    </message>
+    <message id="KPKindsNewName">
+        <translation>Neue Art</translation>
+    </message>
+    <message id="KPKindsNotSaved">
+        <translation>Die Gruppen konnten nicht gesichert werden: %1</translation>
+    </message>
+    <message id="KPKindsTypes">
+        <translation>Typen in dieser Gruppe</translation>
+    </message>
+    <message id="KPKindsUnknown">
+        <translation>„%1“ ist weder eine Endung noch ein bekannter Typ.</translation>
+    </message>
     <message id="KPLibraryFlaggedItem">
         <translation>Markiert</translation>
     </message>
@@ -2197,6 +2239,9 @@ Absturzberichte erlauben?</translation>
     </message>
     <message id="KPPrefPageIndex">
         <translation>Index</translation>
+    </message>
+    <message id="KPPrefPageKinds">
+        <translation>Arten von Dokumenten</translation>
     </message>
     <message id="KPPrefPageLibrary">
         <translation>Bibliothek und Ordner</translation>
@@ -3508,6 +3553,9 @@ Was ist geschehen, und was hatten Sie erwartet?
     </message>
     <message id="KPTrashingItems">
         <translation>%1 Objekte werden in den Papierkorb gelegt</translation>
+    </message>
+    <message id="KPTypeWithItsKinds">
+        <translation>%1 (alle Arten)</translation>
     </message>
     <message id="KPTypicalTags">
         <translation>Rechnung,Quittung,Vertrag,Brief,Steuer,Versicherung,Bank,Kontoauszug,Gehalt,Lohn,Miete,Gesundheit,Auto,Reise,Fahrkarte,Buchung,Schule,Zeugnis,Anleitung,Garantie,Bericht,Protokoll,Haushalt,Angebot,Bestellung,Lieferschein,Foto,Rezept,Bewerbung,Recht,Rente</translation>

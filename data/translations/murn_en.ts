@@ -139,11 +139,17 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPBookmarkExport">
         <translation>Export…</translation>
     </message>
+    <message id="KPBookmarkExportFile">
+        <translation>Export Saved Searches…</translation>
+    </message>
     <message id="KPBookmarkFiles">
         <translation>Saved searches (*.plist)</translation>
     </message>
     <message id="KPBookmarkImport">
         <translation>Import…</translation>
+    </message>
+    <message id="KPBookmarkImportFile">
+        <translation>Import Saved Searches…</translation>
     </message>
     <message id="KPBookmarkLooksFor">
         <translation>Looks for</translation>
@@ -1552,6 +1558,42 @@ Allow crash reporting?</translation>
     <message id="KPKeepExtension">
         <translation>Keep .%1</translation>
     </message>
+    <message id="KPKindsAddHint">
+        <translation>Extension or name, or drop a file above</translation>
+    </message>
+    <message id="KPKindsDelete">
+        <translation>Delete</translation>
+    </message>
+    <message id="KPKindsDeleteText">
+        <translation>Only the group goes. The documents stay as they are.</translation>
+    </message>
+    <message id="KPKindsDeleteTitle">
+        <translation>Delete the group “%1”?</translation>
+    </message>
+    <message id="KPKindsGroups">
+        <translation>Groups</translation>
+    </message>
+    <message id="KPKindsHeading">
+        <translation>Groups of types</translation>
+    </message>
+    <message id="KPKindsHint">
+        <translation>Groups that are switched on stand in the sidebar below Kinds. Each may have any types.</translation>
+    </message>
+    <message id="KPKindsNew">
+        <translation>New Group</translation>
+    </message>
+    <message id="KPKindsNewName">
+        <translation>New Kind</translation>
+    </message>
+    <message id="KPKindsNotSaved">
+        <translation>The groups could not be saved: %1</translation>
+    </message>
+    <message id="KPKindsTypes">
+        <translation>Types in this group</translation>
+    </message>
+    <message id="KPKindsUnknown">
+        <translation>“%1” is neither an extension nor a type that is known.</translation>
+    </message>
     <message id="KPLibraryFlaggedItem">
         <translation>Flagged</translation>
     </message>
@@ -2199,6 +2241,9 @@ Allow crash reporting?</translation>
     </message>
     <message id="KPPrefPageIndex">
         <translation>Index</translation>
+    </message>
+    <message id="KPPrefPageKinds">
+        <translation>Kinds of Documents</translation>
     </message>
     <message id="KPPrefPageLibrary">
         <translation>Library and Folders</translation>
@@ -3510,6 +3555,9 @@ What happened, and what did you expect?
     </message>
     <message id="KPTrashingItems">
         <translation>Moving %1 items to the trash</translation>
+    </message>
+    <message id="KPTypeWithItsKinds">
+        <translation>%1 (all kinds)</translation>
     </message>
     <message id="KPTypicalTags">
         <translation>invoice,receipt,contract,letter,tax,insurance,bank,statement,salary,payslip,rent,health,car,travel,ticket,booking,school,certificate,manual,warranty,report,minutes,budget,quote,order,delivery,photo,recipe,application,legal,pension</translation>

@@ -1,5 +1,6 @@
 #include "KPAppearance.h"
 
+#include "KPIndicatorStyle.h"
 #include "XPLog.h"
 
 #include <QApplication>
@@ -23,8 +24,11 @@ static constexpr uint prefersLight = 2;
 static constexpr int patienceMs = 100;
 
 KPAppearance::KPAppearance(KPCommandLine::ColourScheme scheme, QDBusConnection bus, QObject *parent)
-    : QObject(parent), m_bus(std::move(bus)), m_original(QApplication::palette())
+    : QObject(parent), m_bus(std::move(bus)), m_original(QApplication::palette()),
+      m_desktopHasAStyle(QApplication::style()->objectName() != u"fusion")
 {
+    if (!m_desktopHasAStyle)
+        QApplication::setStyle(new KPIndicatorStyle);
     if (scheme == KPCommandLine::ColourScheme::Desktop)
         ask();
     else
@@ -69,12 +73,6 @@ QPalette paletteOf(const Tones &tones)
     return palette;
 }
 
-// Where the desktop brings no style of its own, its palette is Qt's grey.
-bool desktopHasAStyle()
-{
-    return QApplication::style()->objectName() != u"fusion";
-}
-
 } // namespace
 
 QPalette KPAppearance::lightPalette()
@@ -98,7 +96,7 @@ void KPAppearance::apply(bool dark)
         return;
     m_isDark = dark;
     // The desktop's own palette where it is of that kind: it may have the user's accent.
-    const bool keepsOriginal = desktopHasAStyle() && isDark(m_original) == dark;
+    const bool keepsOriginal = m_desktopHasAStyle && isDark(m_original) == dark;
     QApplication::setPalette(keepsOriginal ? m_original : dark ? darkPalette() : lightPalette());
     // Style sheets that name roles of the palette are not asked again by themselves.
     for (QWidget *widget : QApplication::allWidgets()) {

@@ -36,5 +36,6 @@ private:
 
     QDBusConnection m_bus;
     const QPalette m_original;
-    std::optional<bool> m_isDark; // what was applied
+    const bool m_desktopHasAStyle; // where it brings none, its palette is Qt's grey
+    std::optional<bool> m_isDark;  // what was applied
 };

@@ -84,10 +84,10 @@ QList<KPCommand> KPSidePanels::commands()
          .run = [this] { m_bookmarkCommands->saveCurrent(); },
          .state = [this] { return KPCommandState{.isEnabled = m_bookmarkCommands->canSave()}; },
          .symbol = "bookmark-add"},
-        {.id = QT_TRID_NOOP("KPBookmarkImport"),
+        {.id = QT_TRID_NOOP("KPBookmarkImportFile"),
          .menu = Menu::File,
          .run = [this] { m_bookmarkCommands->importFile(); }},
-        {.id = QT_TRID_NOOP("KPBookmarkExport"),
+        {.id = QT_TRID_NOOP("KPBookmarkExportFile"),
          .menu = Menu::File,
          .run = [this] { m_bookmarkCommands->exportFile(); },
          .state =

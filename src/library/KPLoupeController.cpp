@@ -120,6 +120,8 @@ bool KPLoupeController::eventFilter(QObject *watched, QEvent *event)
         m_pointer.reset();
         update();
         break;
+    case QEvent::ToolTip: // would stand right where one looks
+        return isShown();
     default:
         break;
     }

@@ -2,6 +2,7 @@
 
 #include "KPBackupSection.h"
 #include "KPDocIcons.h"
+#include "KPFileTypesSection.h"
 #include "KPFolderSections.h"
 #include "KPForgetting.h"
 #include "KPIndexMonitor.h"
@@ -9,7 +10,7 @@
 #include "KPLook.h"
 #include "KPPreferencePage.h"
 #include "KPSettingRow.h"
-#include "UserDefaults.h"
+#include "KPWindowFrame.h"
 #include "XPFactorySettings.h"
 
 #include <QCloseEvent>
@@ -18,7 +19,6 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
-#include <QScreen>
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
@@ -40,6 +40,7 @@ struct PageInfo
 constexpr PageInfo pageInfos[] = {
     {Page::Library, QT_TRID_NOOP("KPPrefPageLibrary"), "folders"},
     {Page::Appearance, QT_TRID_NOOP("KPPrefPageAppearance"), "eye"},
+    {Page::Kinds, QT_TRID_NOOP("KPPrefPageKinds"), "kinds"},
     {Page::Tags, QT_TRID_NOOP("KPPrefPageTags"), "tag"},
     {Page::Filing, QT_TRID_NOOP("KPPrefPageFiling"), "file-into"},
     {Page::DropZone, QT_TRID_NOOP("KPPrefPageDropZone"), "move-to"},
@@ -57,8 +58,7 @@ KPPreferencesWindow::KPPreferencesWindow(Setup setup, QWidget *parent)
 {
     setWindowTitle(qtTrId("KPPrefTitle"));
     setObjectName(QStringLiteral("KPPreferencesWindow"));
-    if (!restoreGeometry(UserDefaults::standard().value(frameKey).data()))
-        resize(usualSize.boundedTo(screen()->availableSize()));
+    KPWindowFrame::restore(*this, frameKey, usualSize);
     build();
     addPages();
     m_list->setCurrentRow(0);
@@ -100,14 +100,17 @@ void KPPreferencesWindow::addPages()
         const bool hasSettings =
             std::any_of(XPFactorySettings::all().begin(), XPFactorySettings::all().end(),
                         [&](const XPSetting &setting) { return setting.page == info.page; });
-        if (!hasSettings || (info.page == Page::Index && !m_setup.index))
+        if ((!hasSettings && info.page != Page::Kinds) ||
+            (info.page == Page::Index && !m_setup.index))
             continue;
         const QString title = qtTrId(info.title);
         auto *page = new KPPreferencePage(title);
         if (info.page == Page::Index)
             page->add(qtTrId("KPPrefIndexState"), new KPIndexStatusSection(*m_setup.index));
         addSettings(page, info.page);
-        if (info.page == Page::Backup)
+        if (info.page == Page::Kinds)
+            page->add(qtTrId("KPKindsHeading"), new KPFileTypesSection);
+        else if (info.page == Page::Backup)
             addBackup(page);
         else if (info.page == Page::Index)
             addIndexTools(page);
@@ -225,6 +228,6 @@ void KPPreferencesWindow::keyPressEvent(QKeyEvent *event)
 
 void KPPreferencesWindow::closeEvent(QCloseEvent *event)
 {
-    UserDefaults::standard().setValue(frameKey, saveGeometry());
+    KPWindowFrame::save(*this, frameKey);
     QWidget::closeEvent(event);
 }

@@ -8,7 +8,7 @@
 #include "KPPreviewPicture.h"
 #include "KPPreviewSheet.h"
 #include "KPPreviewText.h"
-#include "UserDefaults.h"
+#include "KPWindowFrame.h"
 #include "XPStarsEditor.h"
 #include "XPTagsEditor.h"
 
@@ -84,8 +84,7 @@ KPPreviewWindow::KPPreviewWindow(KPQuickLook &pictures, QWidget *window)
     column->addWidget(m_stack, 1);
     column->addWidget(m_footer);
     connectKeys();
-    if (!restoreGeometry(UserDefaults::standard().value(frameKey).data()))
-        resize(usualSize);
+    KPWindowFrame::restore(*this, frameKey, usualSize);
 }
 
 KPPreviewWindow::~KPPreviewWindow() = default;
@@ -319,7 +318,7 @@ void KPPreviewWindow::closeEvent(QCloseEvent *event)
 {
     if (isFullScreen())
         toggleFullScreen();
-    UserDefaults::standard().setValue(frameKey, saveGeometry());
+    KPWindowFrame::save(*this, frameKey);
     QWidget::closeEvent(event);
     Q_EMIT closed();
 }

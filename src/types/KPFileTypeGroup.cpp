@@ -84,6 +84,42 @@ void KPFileTypeGroup::removeUTI(const QString &uti)
     m_utis.removeAll(uti);
 }
 
+static QString entryFor(KPContentTypes::Number type)
+{
+    for (KPContentTypes::Number other = 1; other <= KPContentTypes::count(); ++other) {
+        if (other != type && KPContentTypes::conforms(other, type))
+            return treePrefix + KPContentTypes::identifier(type);
+    }
+    return KPContentTypes::identifier(type);
+}
+
+QStringList KPFileTypeGroup::entriesForText(const QString &typed)
+{
+    const QString text = typed.trimmed();
+    const bool isExtension = text.startsWith(u'.');
+    if (const auto type = KPContentTypes::numberOf(text); type != KPContentTypes::none)
+        return {entryFor(type)};
+    for (KPContentTypes::Number type = 1; !isExtension && type <= KPContentTypes::count(); ++type) {
+        const QString name = KPFileType::displayNameForUTI(KPContentTypes::identifier(type));
+        if (name.compare(text, Qt::CaseInsensitive) == 0)
+            return {entryFor(type)};
+    }
+    const QString extension = isExtension ? text.mid(1) : text;
+    const bool isWord = !extension.isEmpty() &&
+                        std::none_of(extension.begin(), extension.end(), [](QChar character) {
+                            return character.isSpace() || character == u'/' || character == u'.';
+                        });
+    return isWord ? KPFileType::allUTIsForExtension(extension, false) : QStringList();
+}
+
+QString KPFileTypeGroup::nameOfEntry(const QString &entry)
+{
+    if (!entry.startsWith(treePrefix))
+        return KPFileType::displayNameForUTI(entry);
+    return qtTrId("KPTypeWithItsKinds")
+        .arg(KPFileType::displayNameForUTI(entry.mid(treePrefix.size())));
+}
+
 bool KPFileTypeGroup::containsType(const QString &uti) const
 {
     return std::any_of(m_utis.begin(), m_utis.end(), [&](const QString &entry) {

@@ -27,6 +27,12 @@ public:
     void addUTI(const QString &uti); // empty and known ones are passed over
     void addUTIsForExtensions(const QStringList &extensions);
     void removeUTI(const QString &uti);
+    // The entries that a person means by what is typed: an extension (with its dot if it is also a
+    // name), a type's identifier or its name in the user's language, in any case of letters. A type
+    // that others conform to stands for all of these. Empty: nothing that could be one.
+    static QStringList entriesForText(const QString &typed);
+    // An entry as it is shown.
+    static QString nameOfEntry(const QString &entry);
     // Whether a document of this type belongs to the group.
     bool containsType(const QString &uti) const;
 

@@ -91,6 +91,30 @@ TEST(KPFileTypeGroup, WrongKindsCountAsMissingAndAnEmptyGroupIsRepaired)
     EXPECT_FALSE(off.enabled());
 }
 
+TEST(KPFileTypeGroup, UnderstandsWhatPeopleCallATypeBy)
+{
+    const struct
+    {
+        const char *typed;
+        QStringList entries;
+    } cases[] = {
+        {" com.adobe.PDF ", {text("com.adobe.pdf")}},
+        {"public.image", {text("tree_public.image")}}, // with all that are one
+        {"pdf DOCUMENT", {text("com.adobe.pdf")}},
+        {"pdf", {text("com.adobe.pdf")}},
+        {".zzy9", {KPDynamicType::forExtension(text("zzy9"))}},
+        {"zzy9", {KPDynamicType::forExtension(text("zzy9"))}},
+        {"no such type", {}},
+        {"a/b", {}},
+        {".", {}},
+        {"", {}},
+    };
+    for (const auto &each : cases)
+        EXPECT_EQ(KPFileTypeGroup::entriesForText(text(each.typed)), each.entries) << each.typed;
+    EXPECT_NE(KPFileTypeGroup::nameOfEntry(text("tree_public.image")),
+              KPFileTypeGroup::nameOfEntry(text("public.image")));
+}
+
 TEST(KPBuiltInGroups, NameOnlyDeclaredTypesAndHaveAPicture)
 {
     for (const auto &group : KPBuiltInGroups::groups()) {

@@ -5,6 +5,7 @@
 #include "KPSearcher.h"
 #include "KPTagClicks.h"
 #include "KPTagTreeModel.h"
+#include "KPWindowFrame.h"
 #include "UserDefaults.h"
 #include "XPText.h"
 
@@ -31,8 +32,7 @@ KPTagsWindow::KPTagsWindow(KPNavigator &navigator, QWidget *window)
     setObjectName(QStringLiteral("KPTagsWindow"));
     setWindowTitle(qtTrId("KPTagsWindowTitle"));
     build();
-    resize(300, 460);
-    restoreGeometry(UserDefaults::standard().value(frameKey).data());
+    KPWindowFrame::restore(*this, frameKey, {300, 460});
     m_refresh.setSingleShot(true);
     m_refresh.setInterval(refreshPause);
     connect(&m_refresh, &QTimer::timeout, this, &KPTagsWindow::refresh);
@@ -186,6 +186,6 @@ bool KPTagsWindow::eventFilter(QObject *watched, QEvent *event)
 void KPTagsWindow::hideEvent(QHideEvent *event)
 {
     if (!event->spontaneous())
-        UserDefaults::standard().setValue(frameKey, saveGeometry());
+        KPWindowFrame::save(*this, frameKey);
     QDialog::hideEvent(event);
 }

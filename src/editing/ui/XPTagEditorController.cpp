@@ -5,6 +5,7 @@
 #include "KPEditSummary.h"
 #include "KPLook.h"
 #include "KPTagSuggestions.h"
+#include "KPWindowFrame.h"
 #include "Karvex.h"
 #include "UserDefaults.h"
 #include "XPPath.h"
@@ -49,8 +50,10 @@ XPTagEditorController::XPTagEditorController(QWidget *window, Form form)
                   : form == Form::Panel ? QStringLiteral("XPTagEditorHUDWindow")
                                         : QStringLiteral("XPTagSearchWindow"));
     build();
-    resize(form == Form::Window ? QSize(460, 340) : QSize(340, form == Form::Panel ? 320 : 160));
-    restoreGeometry(UserDefaults::standard().value(frameKey()).data());
+    KPWindowFrame::restore(*this, frameKey(),
+                           form == Form::Window  ? QSize(460, 340)
+                           : form == Form::Panel ? QSize(340, 320)
+                                                 : QSize(340, 160));
     connect(m_stars, &XPStarsEditor::rated, this, [this](int stars) {
         m_newRating = stars;
         showRating();
@@ -369,6 +372,6 @@ bool XPTagEditorController::eventFilter(QObject *watched, QEvent *event)
 void XPTagEditorController::hideEvent(QHideEvent *event)
 {
     if (!event->spontaneous() && m_remembersPlace)
-        UserDefaults::standard().setValue(frameKey(), saveGeometry());
+        KPWindowFrame::save(*this, frameKey());
     QDialog::hideEvent(event);
 }

@@ -238,27 +238,27 @@ void KPBookmarkCommands::move(const QStringList &identifiers, const KPBookmarkPl
 
 void KPBookmarkCommands::importFile()
 {
-    auto *dialog = new QFileDialog(m_window, qtTrId("KPBookmarkImport"));
+    auto *dialog = new QFileDialog(m_window, qtTrId("KPBookmarkImportFile"));
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setNameFilter(qtTrId("KPBookmarkFiles"));
     dialog->setFileMode(QFileDialog::ExistingFile);
     connect(dialog, &QFileDialog::fileSelected, this, [this](const QString &path) {
         if (const auto error = m_bookmarks.importFile(path))
-            Q_EMIT failed(qtTrId("KPBookmarkImport"), *error);
+            Q_EMIT failed(qtTrId("KPBookmarkImportFile"), *error);
     });
     dialog->open();
 }
 
 void KPBookmarkCommands::exportFile(const QStringList &identifiers)
 {
-    auto *dialog = new QFileDialog(m_window, qtTrId("KPBookmarkExport"));
+    auto *dialog = new QFileDialog(m_window, qtTrId("KPBookmarkExportFile"));
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setNameFilter(qtTrId("KPBookmarkFiles"));
     dialog->setAcceptMode(QFileDialog::AcceptSave);
     dialog->setDefaultSuffix(QStringLiteral("plist"));
     connect(dialog, &QFileDialog::fileSelected, this, [this, identifiers](const QString &path) {
         if (const auto error = m_bookmarks.exportFile(path, identifiers))
-            Q_EMIT failed(qtTrId("KPBookmarkExport"), *error);
+            Q_EMIT failed(qtTrId("KPBookmarkExportFile"), *error);
     });
     dialog->open();
 }

@@ -31,6 +31,7 @@ struct XPSetting
         None, // not in the window: what the program remembers, or few would want to change
         Library,
         Appearance,
+        Kinds, // the groups of types, which are kept elsewhere
         Tags,
         Filing,
         DropZone,

@@ -1,6 +1,7 @@
 #include "XPScanController.h"
 
 #include "KPDocIcons.h"
+#include "KPWindowFrame.h"
 #include "UserDefaults.h"
 #include "XPPageLoader.h"
 #include "XPPaperSizes.h"
@@ -35,8 +36,7 @@ XPScanController::XPScanController(Hooks hooks)
     : m_hooks(std::move(hooks)), m_loader(std::make_unique<XPPageLoader>())
 {
     setWindowTitle(qtTrId("KPScanWindowTitle"));
-    resize(980, 720);
-    (void)restoreGeometry(UserDefaults::standard().value(frameKey).data());
+    KPWindowFrame::restore(*this, frameKey, {980, 720});
     m_view = new XPScanImageView(this);
     auto *middle = new QWidget(this);
     auto *column = new QVBoxLayout(middle);
@@ -78,7 +78,7 @@ XPScanController::XPScanController(Hooks hooks)
 
 XPScanController::~XPScanController()
 {
-    UserDefaults::standard().setValue(frameKey, saveGeometry());
+    KPWindowFrame::save(*this, frameKey);
 }
 
 void XPScanController::buildToolbar()

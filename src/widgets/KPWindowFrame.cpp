@@ -1,0 +1,26 @@
+#include "KPWindowFrame.h"
+
+#include "UserDefaults.h"
+
+#include <QScreen>
+#include <QWidget>
+#include <algorithm>
+
+void KPWindowFrame::restore(QWidget &window, const QString &key, const QSize &usual)
+{
+    if (window.restoreGeometry(UserDefaults::standard().value(key).data()))
+        return;
+    const QRect room = window.screen()->availableGeometry();
+    window.resize(usual.boundedTo(room.size()));
+    if (!window.parentWidget())
+        return;
+    QRect frame(QPoint(), window.size());
+    frame.moveCenter(window.parentWidget()->window()->frameGeometry().center());
+    window.move(std::clamp(frame.left(), room.left(), room.right() + 1 - frame.width()),
+                std::clamp(frame.top(), room.top(), room.bottom() + 1 - frame.height()));
+}
+
+void KPWindowFrame::save(const QWidget &window, const QString &key)
+{
+    UserDefaults::standard().setValue(key, window.saveGeometry());
+}

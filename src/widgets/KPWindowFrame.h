@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QSize>
+#include <QString>
+
+class QWidget;
+
+// Where a window stands, from one time it is open to the next.
+// Threads: main.
+namespace KPWindowFrame {
+
+// As it was saved under that setting; else of that size, as far as the screen has room, in the
+// middle of its parent's window (a window without one is placed by the desktop).
+void restore(QWidget &window, const QString &key, const QSize &usual);
+void save(const QWidget &window, const QString &key);
+
+} // namespace KPWindowFrame

@@ -1,0 +1,114 @@
+#include "KPFileTypesSection.h"
+
+#include "KPFileTypeRegistry.h"
+#include "TestHome.h"
+#include "XPFileUrls.h"
+
+#include <QDropEvent>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMimeData>
+#include <QPushButton>
+#include <QTest>
+#include <gtest/gtest.h>
+
+namespace {
+
+class FileTypesSection : public testing::Test
+{
+protected:
+    FileTypesSection() { registry().readFileTypesPlist(); }
+    ~FileTypesSection() override
+    {
+        QFile::remove(KPFileTypeRegistry::filePath());
+        registry().readFileTypesPlist();
+    }
+
+    static KPFileTypeRegistry &registry() { return KPFileTypeRegistry::instance(); }
+    static QListWidget *list(const KPFileTypesSection &section, const char *name)
+    {
+        for (auto *each : section.findChildren<QListWidget *>()) {
+            if (each->accessibleName() == qtTrId(name))
+                return each;
+        }
+        return nullptr;
+    }
+    static QPushButton *button(const KPFileTypesSection &section, const char *text)
+    {
+        for (auto *each : section.findChildren<QPushButton *>()) {
+            if (each->text() == qtTrId(text))
+                return each;
+        }
+        return nullptr;
+    }
+    static QStringList stored(const QString &name)
+    {
+        registry().readFileTypesPlist();
+        for (const auto &group : registry().fileTypeGroupsArray()) {
+            if (group->displayName() == name)
+                return group->utiArray();
+        }
+        return {};
+    }
+};
+
+} // namespace
+
+TEST_F(FileTypesSection, MakesAGroupOfWhatIsTypedAndDropped)
+{
+    const TestFolder folder;
+    const QString dropped = folder.file(QStringLiteral("page.html"), "<html></html>");
+    const QString name = qtTrId("KPKindsNewName");
+    {
+        KPFileTypesSection section;
+        section.show();
+        QListWidget *groups = list(section, "KPKindsGroups");
+        QListWidget *types = list(section, "KPKindsTypes");
+        button(section, "KPKindsNew")->click();
+        ASSERT_TRUE(QTest::qWaitFor([&] { return groups->currentItem()->text() == name; }));
+        EXPECT_EQ(types->count(), 0);
+        auto *field = section.findChild<QLineEdit *>();
+        QTest::keyClicks(field, QStringLiteral("no such type"));
+        QTest::keyClick(field, Qt::Key_Return);
+        EXPECT_EQ(field->text(), QStringLiteral("no such type")) << "to be corrected";
+        field->setText(QStringLiteral(".pdf"));
+        QTest::keyClick(field, Qt::Key_Return);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return types->count() == 1; }));
+        const std::unique_ptr<QMimeData> data(XPFileUrls::mimeData({dropped}));
+        QDropEvent drop({10, 10}, Qt::MoveAction, data.get(), Qt::LeftButton, Qt::NoModifier);
+        drop.setDropAction(Qt::MoveAction);
+        QCoreApplication::sendEvent(types->viewport(), &drop);
+        EXPECT_EQ(drop.dropAction(), Qt::CopyAction) << "the file stays where it is";
+        ASSERT_TRUE(QTest::qWaitFor([&] { return types->count() == 2; }));
+        // A group keeps one type at least.
+        types->selectAll();
+        EXPECT_FALSE(button(section, "KPPrefRemove")->isEnabled());
+        types->clearSelection();
+        types->item(0)->setSelected(true);
+        button(section, "KPPrefRemove")->click();
+        ASSERT_TRUE(QTest::qWaitFor([&] { return types->count() == 1; }));
+    }
+    EXPECT_EQ(stored(name), QStringList{QStringLiteral("public.html")});
+}
+
+TEST_F(FileTypesSection, ABuiltInGroupIsEditedAndComesBack)
+{
+    const QString before = registry().fileTypeGroupsArray().first()->displayName();
+    KPFileTypesSection section;
+    section.show();
+    QListWidget *groups = list(section, "KPKindsGroups");
+    QPushButton *reset = button(section, "KPPrefReset");
+    EXPECT_FALSE(button(section, "KPKindsDelete")->isEnabled());
+    EXPECT_TRUE(reset->isHidden());
+    groups->item(0)->setText(QStringLiteral("Papers"));
+    groups->item(0)->setCheckState(Qt::Unchecked);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !reset->isHidden(); }));
+    EXPECT_EQ(registry().fileTypeGroupsArray().first()->displayName(), QStringLiteral("Papers"));
+    EXPECT_FALSE(registry().fileTypeGroupsArray().first()->enabled());
+    groups->item(0)->setText(QStringLiteral("  "));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return groups->item(0)->text() == u"Papers"; }));
+    reset->click();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return groups->item(0)->text() == before; }));
+    EXPECT_EQ(groups->item(0)->checkState(), Qt::Checked);
+    EXPECT_TRUE(reset->isHidden());
+}
