@@ -27,7 +27,7 @@ if(MURN_SANITIZE)
     endif()
 endif()
 
-# Clang checks the lock annotations of XPMutex.h; the analyse preset makes a fault an error.
+# Clang checks the lock annotations of XPMutex.h.
 if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
     target_compile_options(murn_compiler INTERFACE -Wthread-safety)
 endif()

@@ -482,7 +482,7 @@ void IndexContentQueue::importOne(const Task &task)
     change.record.item = item;
     change.record.importedModified = content->modified;
     change.record.importedSize = isOther || isEarly ? -1 : content->size;
-    change.record.imported = std::move(content->attributes);
+    change.record.imported = content->attributes;
     m_work.batch.push_back(std::move(change));
-    m_work.texts.push_back({item, std::move(content->text), content->modified, content->size});
+    m_work.texts.push_back({item, content->text, content->modified, content->size});
 }
