@@ -142,6 +142,7 @@ QWidget *KPFileTypesSection::makeTypes()
     m_types->setAcceptDrops(true);
     m_types->viewport()->installEventFilter(this);
     connect(m_types, &QListWidget::itemSelectionChanged, this, &KPFileTypesSection::updateButtons);
+    m_field->setObjectName(QStringLiteral("KPKindsField"));
     m_field->setPlaceholderText(qtTrId("KPKindsAddHint"));
     m_field->setAccessibleName(qtTrId("KPKindsAddHint"));
     auto *completer = new QCompleter(allNames(), m_field);
@@ -357,7 +358,7 @@ bool KPFileTypesSection::eventFilter(QObject *watched, QEvent *event)
         return QWidget::eventFilter(watched, event);
     auto *drop = static_cast<QDropEvent *>(event);
     const QStringList paths = XPFileUrls::paths(drop->mimeData());
-    if (paths.isEmpty() || !group())
+    if (paths.isEmpty() || !group() || !(drop->possibleActions() & Qt::CopyAction))
         return QWidget::eventFilter(watched, event);
     // Nothing happens to the files.
     drop->setDropAction(Qt::CopyAction);

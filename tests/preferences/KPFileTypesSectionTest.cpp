@@ -67,7 +67,10 @@ TEST_F(FileTypesSection, MakesAGroupOfWhatIsTypedAndDropped)
         button(section, "KPKindsNew")->click();
         ASSERT_TRUE(QTest::qWaitFor([&] { return groups->currentItem()->text() == name; }));
         EXPECT_EQ(types->count(), 0);
-        auto *field = section.findChild<QLineEdit *>();
+        groups->setFocus(); // the name is not changed
+        const auto fields = section.findChildren<QLineEdit *>(QStringLiteral("KPKindsField"));
+        ASSERT_EQ(fields.size(), 1);
+        QLineEdit *field = fields.first();
         QTest::keyClicks(field, QStringLiteral("no such type"));
         QTest::keyClick(field, Qt::Key_Return);
         EXPECT_EQ(field->text(), QStringLiteral("no such type")) << "to be corrected";
@@ -75,7 +78,12 @@ TEST_F(FileTypesSection, MakesAGroupOfWhatIsTypedAndDropped)
         QTest::keyClick(field, Qt::Key_Return);
         ASSERT_TRUE(QTest::qWaitFor([&] { return types->count() == 1; }));
         const std::unique_ptr<QMimeData> data(XPFileUrls::mimeData({dropped}));
-        QDropEvent drop({10, 10}, Qt::MoveAction, data.get(), Qt::LeftButton, Qt::NoModifier);
+        QDragEnterEvent enter({10, 10}, Qt::CopyAction | Qt::MoveAction, data.get(), Qt::LeftButton,
+                              Qt::NoModifier);
+        QCoreApplication::sendEvent(types->viewport(), &enter);
+        ASSERT_TRUE(enter.isAccepted());
+        QDropEvent drop({10, 10}, Qt::CopyAction | Qt::MoveAction, data.get(), Qt::LeftButton,
+                        Qt::NoModifier);
         drop.setDropAction(Qt::MoveAction);
         QCoreApplication::sendEvent(types->viewport(), &drop);
         EXPECT_EQ(drop.dropAction(), Qt::CopyAction) << "the file stays where it is";
