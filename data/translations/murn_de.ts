@@ -1557,7 +1557,7 @@ Absturzberichte erlauben?</translation>
         <translation>.%1 behalten</translation>
     </message>
     <message id="KPKindsAddHint">
-        <translation>Endung oder Name, oder oben eine Datei ablegen</translation>
+        <translation>Endung, Name, abgelegte Datei</translation>
     </message>
     <message id="KPKindsDelete">
         <translation>Löschen</translation>

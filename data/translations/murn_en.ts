@@ -1559,7 +1559,7 @@ Allow crash reporting?</translation>
         <translation>Keep .%1</translation>
     </message>
     <message id="KPKindsAddHint">
-        <translation>Extension or name, or drop a file above</translation>
+        <translation>Extension, name or dropped file</translation>
     </message>
     <message id="KPKindsDelete">
         <translation>Delete</translation>

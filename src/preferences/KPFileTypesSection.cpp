@@ -68,8 +68,8 @@ KPFileTypesSection::KPFileTypesSection(QWidget *parent)
 {
     auto *columns = new QHBoxLayout;
     columns->setSpacing(16);
-    columns->addWidget(makeGroups(), 2);
-    columns->addWidget(makeTypes(), 3);
+    columns->addWidget(makeGroups(), 2, Qt::AlignTop);
+    columns->addWidget(makeTypes(), 3, Qt::AlignTop);
     auto *hint = new QLabel(qtTrId("KPKindsHint"));
     hint->setWordWrap(true);
     hint->setFont(KPLook::font(KPLook::Type::Facts));

@@ -2,6 +2,7 @@
 
 #include "UserDefaults.h"
 
+#include <QApplication>
 #include <QScreen>
 #include <QWidget>
 #include <algorithm>
@@ -12,10 +13,12 @@ void KPWindowFrame::restore(QWidget &window, const QString &key, const QSize &us
         return;
     const QRect room = window.screen()->availableGeometry();
     window.resize(usual.boundedTo(room.size()));
-    if (!window.parentWidget())
+    const QWidget *near =
+        window.parentWidget() ? window.parentWidget()->window() : QApplication::activeWindow();
+    if (!near)
         return;
     QRect frame(QPoint(), window.size());
-    frame.moveCenter(window.parentWidget()->window()->frameGeometry().center());
+    frame.moveCenter(near->frameGeometry().center());
     window.move(std::clamp(frame.left(), room.left(), room.right() + 1 - frame.width()),
                 std::clamp(frame.top(), room.top(), room.bottom() + 1 - frame.height()));
 }

@@ -10,7 +10,7 @@ class QWidget;
 namespace KPWindowFrame {
 
 // As it was saved under that setting; else of that size, as far as the screen has room, in the
-// middle of its parent's window (a window without one is placed by the desktop).
+// middle of its parent's window, or of the one that is in use.
 void restore(QWidget &window, const QString &key, const QSize &usual);
 void save(const QWidget &window, const QString &key);
 
