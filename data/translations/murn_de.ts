@@ -1577,6 +1577,9 @@ Absturzberichte erlauben?</translation>
     <message id="KPKindsHint">
         <translation>Eingeschaltete Gruppen stehen in der Seitenleiste unter Arten. Jede kann beliebige Typen haben.</translation>
     </message>
+    <message id="KPKindsKnown">
+        <translation>„%1“ gehört schon zu dieser Gruppe.</translation>
+    </message>
     <message id="KPKindsNew">
         <translation>Neue Gruppe</translation>
     </message>

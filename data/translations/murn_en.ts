@@ -1579,6 +1579,9 @@ Allow crash reporting?</translation>
     <message id="KPKindsHint">
         <translation>Groups that are switched on stand in the sidebar below Kinds. Each may have any types.</translation>
     </message>
+    <message id="KPKindsKnown">
+        <translation>“%1” belongs to this group already.</translation>
+    </message>
     <message id="KPKindsNew">
         <translation>New Group</translation>
     </message>

@@ -47,6 +47,7 @@ constexpr Tones lightTones{0xFFF5F4F1, 0xFFFAF9F7, 0xFFFFFFFF, 0xFFDAD8D2, 0xFF2
 constexpr Tones darkTones{0xFF26272A, 0xFF2C2D31, 0xFF1F2023, 0xFF3A3B40, 0xFFE9E7E1,
                           0xFFA09E97, 0xFF5AA9DE, 0xFF10202C, 0xFF34353A};
 
+// Every role of every group, so that no field keeps the other kind's colours.
 QPalette paletteOf(const Tones &tones)
 {
     const QColor window(tones.window);
@@ -75,16 +76,6 @@ QPalette paletteOf(const Tones &tones)
 
 } // namespace
 
-QPalette KPAppearance::lightPalette()
-{
-    return paletteOf(lightTones);
-}
-
-QPalette KPAppearance::darkPalette()
-{
-    return paletteOf(darkTones);
-}
-
 static bool isDark(const QPalette &palette)
 {
     return palette.color(QPalette::Window).lightnessF() < 0.5F;
@@ -97,7 +88,7 @@ void KPAppearance::apply(bool dark)
     m_isDark = dark;
     // The desktop's own palette where it is of that kind: it may have the user's accent.
     const bool keepsOriginal = m_desktopHasAStyle && isDark(m_original) == dark;
-    QApplication::setPalette(keepsOriginal ? m_original : dark ? darkPalette() : lightPalette());
+    QApplication::setPalette(keepsOriginal ? m_original : paletteOf(dark ? darkTones : lightTones));
     // Style sheets that name roles of the palette are not asked again by themselves.
     for (QWidget *widget : QApplication::allWidgets()) {
         if (const QString sheet = widget->styleSheet(); !sheet.isEmpty()) {

@@ -22,10 +22,6 @@ public:
                           QDBusConnection bus = QDBusConnection::sessionBus(),
                           QObject *parent = nullptr);
 
-    // Every role of every group, so that no field keeps the other kind's colours.
-    static QPalette darkPalette();
-    static QPalette lightPalette();
-
 private Q_SLOTS:
     void settingChanged(const QString &area, const QString &key, const QDBusVariant &value);
 

@@ -23,6 +23,7 @@
 #include "KPTagEditing.h"
 #include "KPTagsWindow.h"
 #include "KPToolBar.h"
+#include "KPWindowFrame.h"
 #include "UserDefaults.h"
 #include "XPFiledDocuments.h"
 #include "XPLog.h"
@@ -185,8 +186,7 @@ void KPController::observe()
 void KPController::restoreSettings()
 {
     const UserDefaults &defaults = UserDefaults::standard();
-    if (!restoreGeometry(defaults.value(geometryKey).data()))
-        resize(usualSize);
+    KPWindowFrame::restore(*this, geometryKey, usualSize);
     m_searchField->setRecentSearches(defaults.value(QStringLiteral("KPRecentSearches")).strings());
     m_status->setZoom(m_library->currentSliderMagnification());
     m_status->setZoomShown(m_library->libraryMode() != KPLibraryController::LibraryMode_List);
@@ -197,7 +197,7 @@ void KPController::restoreSettings()
 void KPController::writeOutStateWhenQuiting()
 {
     UserDefaults &defaults = UserDefaults::standard();
-    defaults.setValue(geometryKey, saveGeometry());
+    KPWindowFrame::save(*this, geometryKey);
     m_panels->saveWidths();
     m_sides->writeOutState();
     m_library->writeOutStateWhenQuiting();

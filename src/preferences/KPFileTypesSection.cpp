@@ -95,6 +95,7 @@ KPFileTypesSection::KPFileTypesSection(QWidget *parent)
         });
     refresh();
     m_groups->setCurrentRow(0);
+    offerNames();
 }
 
 KPFileTypesSection::~KPFileTypesSection()
@@ -145,10 +146,6 @@ QWidget *KPFileTypesSection::makeTypes()
     m_field->setObjectName(QStringLiteral("KPKindsField"));
     m_field->setPlaceholderText(qtTrId("KPKindsAddHint"));
     m_field->setAccessibleName(qtTrId("KPKindsAddHint"));
-    auto *completer = new QCompleter(allNames(), m_field);
-    completer->setCaseSensitivity(Qt::CaseInsensitive);
-    completer->setFilterMode(Qt::MatchContains);
-    m_field->setCompleter(completer);
     connect(m_field, &QLineEdit::returnPressed, this, &KPFileTypesSection::addTyped);
     auto *add = button(QT_TRID_NOOP("KPPrefAddRule"));
     connect(add, &QPushButton::clicked, this, &KPFileTypesSection::addTyped);
@@ -171,6 +168,23 @@ QWidget *KPFileTypesSection::makeTypes()
     column->addLayout(entry);
     column->addLayout(line);
     return part;
+}
+
+// In another language than English the names stand in hundreds of files.
+void KPFileTypesSection::offerNames()
+{
+    xpGuiThread.assertHere();
+    const auto names = std::make_shared<QStringList>();
+    KPDocServices::current().runFileWork([names] { *names = allNames(); },
+                                         [self = QPointer(this), names] {
+                                             if (!self)
+                                                 return;
+                                             auto *completer =
+                                                 new QCompleter(*names, self->m_field);
+                                             completer->setCaseSensitivity(Qt::CaseInsensitive);
+                                             completer->setFilterMode(Qt::MatchContains);
+                                             self->m_field->setCompleter(completer);
+                                         });
 }
 
 // --- What is shown
@@ -295,44 +309,56 @@ void KPFileTypesSection::resetGroup()
 
 void KPFileTypesSection::addTyped()
 {
-    const QString text = m_field->text().trimmed();
-    if (text.isEmpty())
-        return;
-    const QStringList entries = KPFileTypeGroup::entriesForText(text);
-    if (entries.isEmpty()) {
-        say(qtTrId("KPKindsUnknown").arg(XPPath::printable(text)));
-        return;
-    }
-    m_field->clear();
-    addEntries(group(), entries);
+    const QString typed = m_field->text().trimmed();
+    if (!typed.isEmpty())
+        addFound([typed] { return KPFileTypeGroup::entriesForText(typed); }, typed);
 }
 
-// The types of files are read where the disk may be waited for.
 void KPFileTypesSection::addFiles(const QStringList &paths)
 {
-    xpGuiThread.assertHere();
-    const auto types = std::make_shared<QStringList>();
-    KPDocServices::current().runFileWork(
-        [paths, types] {
+    addFound(
+        [paths] {
+            QStringList types;
             for (const QString &path : paths)
-                types->append(KPFileType::utiForFile(path));
+                types.append(KPFileType::utiForFile(path));
+            types.removeAll(KPFileType::noFileUTI);
+            return types;
         },
-        [self = QPointer(this), to = group(), types] {
-            if (self)
-                self->addEntries(to, *types);
-        });
+        {});
 }
 
-void KPFileTypesSection::addEntries(const GroupPtr &to, const QStringList &entries)
+// Looked for where the disk may be waited for.
+void KPFileTypesSection::addFound(std::function<QStringList()> find, const QString &typed)
 {
-    say({});
-    if (!to)
+    xpGuiThread.assertHere();
+    const auto found = std::make_shared<QStringList>();
+    KPDocServices::current().runFileWork([find = std::move(find), found] { *found = find(); },
+                                         [self = QPointer(this), to = group(), found, typed] {
+                                             if (self && to)
+                                                 self->addEntries(*to, *found, typed);
+                                         });
+}
+
+void KPFileTypesSection::addEntries(KPFileTypeGroup &to, const QStringList &entries,
+                                    const QString &typed)
+{
+    if (entries.isEmpty() && !typed.isEmpty()) {
+        say(qtTrId("KPKindsUnknown").arg(XPPath::printable(typed)));
         return;
-    for (const QString &entry : entries) {
-        if (entry != KPFileType::noFileUTI)
-            to->addUTI(entry);
     }
-    registry().announceChange();
+    if (m_field->text().trimmed() == typed)
+        m_field->clear();
+    const qsizetype before = to.utiArray().size();
+    for (const QString &entry : entries) {
+        if (!to.containsType(entry))
+            to.addUTI(entry);
+    }
+    const bool isNews = to.utiArray().size() > before;
+    say(isNews || entries.isEmpty()
+            ? QString()
+            : qtTrId("KPKindsKnown").arg(KPFileTypeGroup::nameOfEntry(entries.first())));
+    if (isNews)
+        registry().announceChange();
 }
 
 void KPFileTypesSection::removeTypes()

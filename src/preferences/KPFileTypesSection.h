@@ -4,6 +4,7 @@
 
 #include <QTimer>
 #include <QWidget>
+#include <functional>
 #include <memory>
 
 class KPFileTypeGroup;
@@ -33,6 +34,7 @@ private:
 
     QWidget *makeGroups();
     QWidget *makeTypes();
+    void offerNames();
     GroupPtr group() const; // the one whose types are shown; null: none
     void refresh();
     void showTypes();
@@ -43,7 +45,8 @@ private:
     void resetGroup();
     void addTyped();
     void addFiles(const QStringList &paths);
-    void addEntries(const GroupPtr &to, const QStringList &entries);
+    void addFound(std::function<QStringList()> find, const QString &typed);
+    void addEntries(KPFileTypeGroup &to, const QStringList &entries, const QString &typed);
     void removeTypes();
     void save();
     void say(const QString &problem);

@@ -122,9 +122,10 @@ QString KPFileTypeGroup::nameOfEntry(const QString &entry)
 
 bool KPFileTypeGroup::containsType(const QString &uti) const
 {
+    const QString type = uti.startsWith(treePrefix) ? uti.mid(treePrefix.size()) : uti;
     return std::any_of(m_utis.begin(), m_utis.end(), [&](const QString &entry) {
         return entry.startsWith(treePrefix)
-                   ? KPContentTypes::conformsTo(uti, entry.mid(treePrefix.size()))
+                   ? KPContentTypes::conformsTo(type, entry.mid(treePrefix.size()))
                    : entry == uti;
     });
 }

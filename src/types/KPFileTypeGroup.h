@@ -25,15 +25,15 @@ public:
     const QStringList &utiArray() const { return m_utis; } // in the order added, no repeats
 
     void addUTI(const QString &uti); // empty and known ones are passed over
-    void addUTIsForExtensions(const QStringList &extensions);
     void removeUTI(const QString &uti);
     // The entries that a person means by what is typed: an extension (with its dot if it is also a
     // name), a type's identifier or its name in the user's language, in any case of letters. A type
-    // that others conform to stands for all of these. Empty: nothing that could be one.
+    // that others conform to stands for all of these. Empty: nothing that could be one. Threads:
+    // any; the names of types may have to be read from the disk.
     static QStringList entriesForText(const QString &typed);
     // An entry as it is shown.
     static QString nameOfEntry(const QString &entry);
-    // Whether a document of this type belongs to the group.
+    // Whether a document of this type belongs to the group, or all that such an entry stands for.
     bool containsType(const QString &uti) const;
 
     // Change the field and announce it, so that whatever shows the groups follows.
@@ -67,6 +67,7 @@ public:
     static const QString utisKey;        // "KPUTIStringArray"
 
 private:
+    void addUTIsForExtensions(const QStringList &extensions);
     void addStored(const QString &entry);
     void repair();
 

@@ -84,8 +84,11 @@ TEST(Appearance, FollowsThePortalWhileItRuns)
 
 TEST(Appearance, LeavesNoRoleInTheOtherKindsColours)
 {
+    using Scheme = KPCommandLine::ColourScheme;
+    const QPalette before = QApplication::palette();
     for (const bool dark : {true, false}) {
-        const QPalette palette = dark ? KPAppearance::darkPalette() : KPAppearance::lightPalette();
+        const KPAppearance appearance(dark ? Scheme::Dark : Scheme::Light);
+        const QPalette palette = QApplication::palette();
         for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
             for (const auto role : {QPalette::Window, QPalette::Base, QPalette::AlternateBase,
                                     QPalette::Button, QPalette::ToolTipBase})
@@ -95,6 +98,7 @@ TEST(Appearance, LeavesNoRoleInTheOtherKindsColours)
                 EXPECT_NE(palette.color(group, role).lightnessF() < 0.5F, dark) << role;
         }
     }
+    QApplication::setPalette(before);
 }
 
 #include "KPAppearanceTest.moc"

@@ -5,11 +5,13 @@
 #include "XPFileUrls.h"
 
 #include <QDropEvent>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMimeData>
 #include <QPushButton>
 #include <QTest>
+#include <algorithm>
 #include <gtest/gtest.h>
 
 namespace {
@@ -88,6 +90,15 @@ TEST_F(FileTypesSection, MakesAGroupOfWhatIsTypedAndDropped)
         QCoreApplication::sendEvent(types->viewport(), &drop);
         EXPECT_EQ(drop.dropAction(), Qt::CopyAction) << "the file stays where it is";
         ASSERT_TRUE(QTest::qWaitFor([&] { return types->count() == 2; }));
+        field->setText(QStringLiteral("pdf"));
+        QTest::keyClick(field, Qt::Key_Return);
+        const QString known = qtTrId("KPKindsKnown").arg(types->item(0)->text());
+        ASSERT_TRUE(QTest::qWaitFor([&] {
+            const auto labels = section.findChildren<QLabel *>();
+            return std::any_of(labels.begin(), labels.end(), [&](const QLabel *label) {
+                return label->isVisible() && label->text() == known;
+            });
+        }));
         // A group keeps one type at least.
         types->selectAll();
         EXPECT_FALSE(button(section, "KPPrefRemove")->isEnabled());

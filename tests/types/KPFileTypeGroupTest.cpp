@@ -128,6 +128,8 @@ TEST(KPBuiltInGroups, NameOnlyDeclaredTypesAndHaveAPicture)
     const auto images = KPBuiltInGroups::groupWithName(text("Images"));
     EXPECT_TRUE(images->containsType(text("public.png")));
     EXPECT_FALSE(images->containsType(text("com.adobe.pdf")));
+    EXPECT_TRUE(images->containsType(text("tree_public.camera-raw-image")));
+    EXPECT_FALSE(groupOf({text("public.html")}).containsType(text("tree_public.html")));
 }
 
 class KPFileTypeRegistryTest : public testing::Test

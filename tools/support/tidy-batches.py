@@ -39,7 +39,6 @@ class Batches:
         self.commands = commands
         self.number = 0
         self.told = set()
-        self.texts = []
         os.makedirs(self.folder, exist_ok=True)
 
     def check(self, sources):

@@ -324,7 +324,6 @@ void IndexContentQueue::finishWork(Clock::time_point began)
     }
     putBack(m_work.finished);
     keepMissed();
-    rest(m_work.early);
     if (!m_work.stored)
         return;
     m_store.publish(**m_work.stored);
@@ -468,20 +467,18 @@ void IndexContentQueue::importOne(const Task &task)
             m_work.missed.push_back(item);
         return;
     }
-    // While folders move, another file may stand at the path. Its time and size tell little, as
-    // files that were unpacked together share them; so this is not taken for done.
-    const bool isOther = content->inode != task.file->inode;
-    const bool isEarly = isInTick(content->modified, began);
-    if (isEarly)
-        m_work.early.push_back(item);
-    else if (isOther || content->modified != task.file->modified ||
-             content->size != task.file->size)
+    if (content->inode != task.file->inode || content->modified != task.file->modified ||
+        content->size != task.file->size)
         m_work.missed.push_back(item);
+    // While folders move, another file may stand at the path. Its time and size tell little, as
+    // files that were unpacked together share them; so it is not taken for done, nor is what may
+    // change yet without a sign. The catalog will hear of either.
+    const bool isDone = content->inode == task.file->inode && !isInTick(content->modified, began);
     IndexChange change;
     change.kind = IndexChange::Kind::Import;
     change.record.item = item;
     change.record.importedModified = content->modified;
-    change.record.importedSize = isOther || isEarly ? -1 : content->size;
+    change.record.importedSize = isDone ? content->size : -1;
     change.record.imported = content->attributes;
     m_work.batch.push_back(std::move(change));
     m_work.texts.push_back({item, content->text, content->modified, content->size});

@@ -92,7 +92,6 @@ private:
         size_t finished = 0; // of the tasks; the others were not looked at
         std::vector<IndexTextStore::Text> texts;
         std::vector<IndexItem> missed; // not found at their paths, or not as they are known
-        std::vector<IndexItem> early;  // read too soon after they changed
         IndexBatch batch;
         std::optional<XPResult<IndexTextStore::Documents>> stored;
     };
