@@ -19,8 +19,8 @@ namespace {
 class FileTypesSection : public testing::Test
 {
 protected:
-    FileTypesSection() { registry().readFileTypesPlist(); }
-    ~FileTypesSection() override
+    void SetUp() override { registry().readFileTypesPlist(); }
+    void TearDown() override
     {
         QFile::remove(KPFileTypeRegistry::filePath());
         registry().readFileTypesPlist();

@@ -408,7 +408,7 @@ void IndexCatalog::setValues(IndexSlot slot, QByteArray values)
     }
     if (!values.isEmpty()) {
         values.squeeze();
-        d->values.insert(slot, std::move(values));
+        d->values.insert(slot, values);
     }
 }
 
