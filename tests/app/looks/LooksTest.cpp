@@ -1,0 +1,138 @@
+#include "../ControllerFixture.h"
+#include "KPAppearance.h"
+#include "KPDateRangeDialog.h"
+#include "KPPreferencesWindow.h"
+#include "KPTagRenameDialog.h"
+#include "KPToolBarDialog.h"
+#include "KPWelcome.h"
+#include "PseudoLanguage.h"
+#include "WindowFaults.h"
+#include "XPScanController.h"
+#include "XPTranslations.h"
+
+#include <QDialog>
+
+namespace {
+
+// One way in which somebody uses the program.
+struct Way
+{
+    const char *name;
+    const char *language; // "" is the pseudo-language, mirrored
+    double textSize;      // of the desktop's
+    KPCommandLine::ColourScheme colours;
+};
+
+using Colours = KPCommandLine::ColourScheme;
+
+void useWay(const Way &way)
+{
+    const QByteArray language = way.language;
+    if (language.isEmpty()) {
+        QCoreApplication::installTranslator(new PseudoLanguage);
+        QApplication::setLayoutDirection(Qt::RightToLeft);
+    } else {
+        XPTranslations::install(QLocale(QString::fromLatin1(language)));
+    }
+    QFont font = QApplication::font();
+    font.setPointSizeF(font.pointSizeF() * way.textSize);
+    QApplication::setFont(font);
+}
+
+} // namespace
+
+class Looks : public Controller, public testing::WithParamInterface<Way>
+{
+protected:
+    void SetUp() override
+    {
+        useWay(GetParam());
+        m_colours = std::make_unique<KPAppearance>(GetParam().colours);
+        Controller::SetUp();
+    }
+    void TearDown() override
+    {
+        m_windows.clear();
+        Controller::TearDown();
+    }
+
+    void look(QWidget *window)
+    {
+        window->ensurePolished();
+        for (int round = 0; round < 3; ++round) // labels that wrap ask for their height late
+            QCoreApplication::processEvents();
+        m_faults += WindowFaults::cutTexts(window);
+        m_faults += WindowFaults::namelessControls(window);
+        m_faults += WindowFaults::faintTexts(window);
+    }
+    // One of our own making.
+    void lookAt(std::unique_ptr<QWidget> window)
+    {
+        window->show();
+        look(window.get());
+    }
+    // What a command opens; it is closed again.
+    void lookAtCommand(const char *id)
+    {
+        const QWidgetList before = QApplication::topLevelWidgets();
+        QAction *action = m_window->commands().action(id);
+        ASSERT_TRUE(action) << id;
+        action->trigger();
+        bool wasSeen = false;
+        for (QWidget *window : QApplication::topLevelWidgets()) {
+            if (!window->isVisible() || before.contains(window))
+                continue;
+            wasSeen = true;
+            look(window);
+            window->close();
+        }
+        EXPECT_TRUE(wasSeen) << id;
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+
+    std::unique_ptr<KPAppearance> m_colours;
+    std::vector<std::unique_ptr<QWidget>> m_windows;
+    QStringList m_faults;
+};
+
+TEST_P(Looks, EverythingCanBeRead)
+{
+    openWindow();
+    m_window->resize(1400, 900);
+    for (const char *panel : {"KPTagPanelShown", "KPLocationsPanelShown", "KPInspectorShown"})
+        if (QAction *action = m_window->commands().action(panel); action && !action->isChecked())
+            action->trigger();
+    select(0);
+    typeTag(work);
+    EXPECT_TRUE(until([&] { return m_window->isSettled() && tagsOf(m_paths[0]).contains(work); }));
+    look(m_window.get());
+
+    for (const char *id :
+         {"KPHistoryList", "KPShortcuts", "KPAbout", "KPReport", "KPTagPanel", "KPTagSearchCommand",
+          "KPAllTags", "KPFindDuplicates", "KPCustomiseToolbar", "KPCaptureWebPage"})
+        lookAtCommand(id);
+
+    lookAt(std::make_unique<KPWelcome>(m_window.get()));
+    lookAt(std::make_unique<KPDateRangeDialog>(m_window.get()));
+    lookAt(std::make_unique<KPTagRenameDialog>(work, m_window.get()));
+    lookAt(std::make_unique<XPScanController>(
+        XPScanController::Hooks{.knownTags = [] { return QStringList(); },
+                                .scannerProgram = QByteArrayLiteral("/bin/false")}));
+    using Page = XPSetting::Page;
+    KPPreferencesWindow preferences({.index = m_monitor.get()});
+    preferences.show();
+    for (int page = int(Page::Library); page <= int(Page::Privacy); ++page) {
+        preferences.showPage(Page(page));
+        look(&preferences);
+    }
+    m_faults.removeDuplicates();
+    EXPECT_TRUE(m_faults.isEmpty()) << m_faults.join(u'\n').toStdString();
+}
+
+INSTANTIATE_TEST_SUITE_P(Ways, Looks,
+                         testing::Values(Way{"Light", "en", 1, Colours::Light},
+                                         Way{"Dark", "en", 1, Colours::Dark},
+                                         Way{"German", "de", 1, Colours::Light},
+                                         Way{"Mirrored", "", 1, Colours::Dark},
+                                         Way{"LargeText", "en", 2, Colours::Light}),
+                         [](const auto &info) { return std::string(info.param.name); });
