@@ -3806,6 +3806,12 @@ Was ist geschehen, und was hatten Sie erwartet?
     <message id="XPAuthorizeMoveComment">
         <translation>Zum Bewegen einiger Dateien ist eine Freigabe nötig</translation>
     </message>
+    <message id="XPBytes" numerus="yes">
+        <translation>
+            <numerusform>%n Byte</numerusform>
+            <numerusform>%n Bytes</numerusform>
+        </translation>
+    </message>
     <message id="XPCancel">
         <translation>Abbrechen</translation>
     </message>

@@ -3808,6 +3808,12 @@ What happened, and what did you expect?
     <message id="XPAuthorizeMoveComment">
         <translation>We require authorization to move some files</translation>
     </message>
+    <message id="XPBytes" numerus="yes">
+        <translation>
+            <numerusform>%n byte</numerusform>
+            <numerusform>%n bytes</numerusform>
+        </translation>
+    </message>
     <message id="XPCancel">
         <translation>Cancel</translation>
     </message>

@@ -2,6 +2,7 @@
 
 #include "KPDocIcons.h"
 #include "KPLook.h"
+#include "XPFileSize.h"
 #include "XPPath.h"
 #include "XPPrompts.h"
 
@@ -55,7 +56,7 @@ KPStatusLine::KPStatusLine(QWidget *parent)
     }
     setSizeGripEnabled(false);
     setContentsMargins(10, 0, 10, 0);
-    setMinimumHeight(KPLook::statusHeight);
+    setMinimumHeight(std::max(KPLook::statusHeight, m_counts->fontMetrics().height() + 8));
     addWidget(m_counts);
     addWidget(m_index);
     addPermanentWidget(m_problemsButton);
@@ -127,8 +128,7 @@ void KPStatusLine::showCounts(qsizetype documents, qsizetype selected, qint64 si
     QString text =
         selected ? qtTrId("KPCountsSelected").arg(locale.toString(selected), count) : count;
     if (selected && size > 0)
-        text +=
-            QStringLiteral(" · ") + locale.formattedDataSize(size, 1, QLocale::DataSizeSIFormat);
+        text += QStringLiteral(" · ") + xpFileSizeInWords(size);
     m_counts->setText(text);
 }
 

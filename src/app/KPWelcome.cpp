@@ -11,6 +11,7 @@
 #include <QListWidget>
 #include <QPointer>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QVBoxLayout>
 
 // Measures in points, on the grid of 4 that the whole window keeps.
@@ -49,6 +50,30 @@ static QVBoxLayout *makePoint(const QString &title, const QString &text)
     column->addWidget(makeText(text));
     return column;
 }
+
+namespace {
+
+// As high as what is in it, where the screen is; with large letters on a small one it scrolls.
+class Scrolled : public QScrollArea
+{
+public:
+    explicit Scrolled(QWidget *page)
+    {
+        setAccessibleName(qtTrId("KPWelcomeTitle"));
+        setFrameShape(NoFrame);
+        setWidgetResizable(true);
+        setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        setWidget(page);
+        setMinimumWidth(page->minimumSizeHint().width());
+    }
+    QSize sizeHint() const override
+    {
+        const int width = widget()->sizeHint().width();
+        return {width, widget()->heightForWidth(width)};
+    }
+};
+
+} // namespace
 
 KPWelcome::KPWelcome(QWidget *window)
     : QDialog(window), m_folders(new QListWidget),
@@ -93,11 +118,12 @@ KPWelcome::KPWelcome(QWidget *window)
     auto *start = new QPushButton(qtTrId("KPWelcomeStart"));
     start->setDefault(true);
     auto *end = new QHBoxLayout;
+    end->setContentsMargins(margin, 0, margin, margin - 8);
     end->addStretch();
     end->addWidget(start);
 
-    auto *column = new QVBoxLayout(this);
-    column->setContentsMargins(margin, margin, margin, margin - 8);
+    auto *column = new QVBoxLayout;
+    column->setContentsMargins(margin, margin, margin, gap);
     column->setSpacing(gap);
     column->addLayout(head);
     column->addLayout(
@@ -105,7 +131,13 @@ KPWelcome::KPWelcome(QWidget *window)
     column->addLayout(makePoint(qtTrId("KPWelcomeTags"), qtTrId("KPWelcomeTagsText")));
     column->addLayout(makePoint(qtTrId("KPWelcomePrivate"), qtTrId("KPWelcomePrivateText")));
     column->addLayout(look);
-    column->addLayout(end);
+    auto *page = new QWidget;
+    page->setLayout(column);
+    auto *all = new QVBoxLayout(this);
+    all->setContentsMargins(0, 0, 0, 0);
+    all->setSpacing(0);
+    all->addWidget(new Scrolled(page));
+    all->addLayout(end);
 
     connect(add, &QPushButton::clicked, this, &KPWelcome::addFolder);
     connect(m_remove, &QPushButton::clicked, this, &KPWelcome::removeFolder);

@@ -2,6 +2,7 @@
 #include "KPDoc.h"
 #include "KPDocMetaData.h"
 #include "KPFileType.h"
+#include "XPFileSize.h"
 #include "XPFolders.h"
 #include "XPPath.h"
 
@@ -79,7 +80,7 @@ QString KPDoc::compactFilePath() const
 
 QString KPDoc::fileSizeString() const
 {
-    return QLocale().formattedDataSize(fileSize(), 1, QLocale::DataSizeSIFormat);
+    return xpFileSizeInWords(fileSize());
 }
 
 int KPDoc::pageCount() const

@@ -3,9 +3,12 @@
 #include "KPLook.h"
 
 #include <QDesktopServices>
-#include <QFormLayout>
+#include <QGridLayout>
 #include <QLabel>
 #include <QUrl>
+
+static constexpr int narrowestName = 84;
+static constexpr int widestName = 120; // longer ones wrap
 
 QString KPFactsView::breakable(const QString &text)
 {
@@ -22,14 +25,8 @@ QString KPFactsView::breakable(const QString &text)
     return result;
 }
 
-KPFactsView::KPFactsView(QWidget *parent) : QWidget(parent), m_form(new QFormLayout(this))
+KPFactsView::KPFactsView(QWidget *parent) : QWidget(parent)
 {
-    m_form->setContentsMargins(0, 0, 0, 0);
-    m_form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
-    m_form->setRowWrapPolicy(QFormLayout::DontWrapRows);
-    m_form->setLabelAlignment(Qt::AlignLeft | Qt::AlignTop);
-    m_form->setHorizontalSpacing(8);
-    m_form->setVerticalSpacing(4);
 }
 
 static QLabel *nameLabel(const QString &text, const QString &before)
@@ -41,8 +38,7 @@ static QLabel *nameLabel(const QString &text, const QString &before)
     label->setAlignment(Qt::AlignTop);
     label->setForegroundRole(QPalette::PlaceholderText);
     label->setWordWrap(true);
-    label->setMinimumWidth(84);
-    label->setMaximumWidth(120);
+    label->setMaximumWidth(widestName);
     return label;
 }
 
@@ -76,11 +72,25 @@ void KPFactsView::setFacts(const QList<KPDocumentFacts::Fact> &facts)
     if (facts == m_facts)
         return; // what is selected in it stays so
     m_facts = facts;
-    while (m_form->rowCount() > 0)
-        m_form->removeRow(0);
+    delete layout();
+    qDeleteAll(m_labels);
+    m_labels.clear();
+    auto *grid = new QGridLayout(this);
+    grid->setContentsMargins(0, 0, 0, 0);
+    grid->setHorizontalSpacing(8);
+    grid->setVerticalSpacing(4);
+    grid->setColumnStretch(1, 1);
     QString before;
+    int nameWidth = narrowestName;
     for (const KPDocumentFacts::Fact &fact : facts) {
-        m_form->addRow(nameLabel(fact.name, before), valueLabel(fact));
+        const int row = grid->rowCount();
+        QLabel *name = nameLabel(fact.name, before);
+        QLabel *value = valueLabel(fact);
+        grid->addWidget(name, row, 0, Qt::AlignTop);
+        grid->addWidget(value, row, 1);
+        m_labels += {name, value};
+        nameWidth = qMax(nameWidth, name->fontMetrics().horizontalAdvance(fact.name) + 1);
         before = fact.name;
     }
+    grid->setColumnMinimumWidth(0, qMin(nameWidth, widestName));
 }

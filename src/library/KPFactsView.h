@@ -4,7 +4,7 @@
 
 #include <QWidget>
 
-class QFormLayout;
+class QLabel;
 
 // Facts of a document, one a line: the name muted, the value beside it, to be selected and copied;
 // a web address opens in the browser. Nothing in a value is taken for markup.
@@ -24,5 +24,5 @@ public:
 
 private:
     QList<KPDocumentFacts::Fact> m_facts;
-    QFormLayout *m_form;
+    QList<QLabel *> m_labels;
 };

@@ -8,6 +8,7 @@
 #include "KPLibraryModel.h"
 #include "KPNameField.h"
 #include "KPPageTurner.h"
+#include "XPFileSize.h"
 #include "XPFlowLayout.h"
 #include "XPPath.h"
 #include "XPPropertyList.h"
@@ -78,9 +79,7 @@ void KPInspector::showNames(const KPDoc::Docs &documents)
 
 static QList<Fact> factsOfMany(const KPSelectionFacts &facts)
 {
-    QList<Fact> result = {{qtTrId("KPFactTotalSize"),
-                           QLocale().formattedDataSize(facts.size(), 1, QLocale::DataSizeSIFormat),
-                           {}}};
+    QList<Fact> result = {{qtTrId("KPFactTotalSize"), xpFileSizeInWords(facts.size()), {}}};
     const QDate first = facts.oldest();
     const QDate last = facts.newest();
     const auto text = [](const QDate &day) {

@@ -5,9 +5,9 @@
 #include "UserDefaults.h"
 #include "XPFolders.h"
 #include "XPPath.h"
+#include "XPWrappedCheckBox.h"
 
 #include <QBoxLayout>
-#include <QCheckBox>
 #include <QColorDialog>
 #include <QComboBox>
 #include <QFileDialog>
@@ -24,7 +24,7 @@ static constexpr QSize swatchSize{28, 16};
 
 KPSettingRow::Show KPSettingRow::makeBox(QBoxLayout *column)
 {
-    auto *box = new QCheckBox(qtTrId(m_setting.text));
+    auto *box = new XPWrappedCheckBox(qtTrId(m_setting.text));
     if (*m_setting.hint)
         box->setAccessibleDescription(qtTrId(m_setting.hint));
     column->addWidget(box);

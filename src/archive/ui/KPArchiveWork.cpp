@@ -1,5 +1,6 @@
 #include "KPArchiveWork.h"
 
+#include "XPFileSize.h"
 #include "XPFileUtils.h"
 #include "XPFilingWork.h"
 #include "XPFolders.h"
@@ -8,7 +9,6 @@
 #include "XPPrompts.h"
 
 #include <QCoreApplication>
-#include <QLocale>
 #include <array>
 
 using Action = XPDocumentImport::Action;
@@ -62,9 +62,8 @@ static void tellWritten(const Written &written) XP_REQUIRES(xpGuiThread)
                                            written.result.error->reason());
         return;
     }
-    const QLocale locale;
     QStringList lines = {shown(written.archive) + QStringLiteral(" (") +
-                         locale.formattedDataSize(written.result.archiveSize) + u')'};
+                         xpFileSizeInWords(written.result.archiveSize) + u')'};
     if (written.failed > 0)
         lines.append(qtTrId("KPExportLeftOut", static_cast<int>(written.failed)));
     KPArchiveWork::tell(qtTrId("KPExportDone", static_cast<int>(written.result.documents)),

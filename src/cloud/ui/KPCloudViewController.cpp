@@ -1,6 +1,7 @@
 #include "KPCloudViewController.h"
 
 #include "KPDocServices.h"
+#include "KPElidedLabel.h"
 #include "KPTagBranchMenu.h"
 #include "KPTagClicks.h"
 #include "KPTagEditing.h"
@@ -28,7 +29,7 @@ KPCloudViewController::KPCloudViewController(const char *titleKey, QWidget *supe
                                              KPNavigator &navigator)
     : QObject(superView), m_navigator(navigator), m_tagType(tagType),
       m_heading(new QWidget(superView)), m_title(new QToolButton(m_heading)),
-      m_description(new QLabel(m_heading)), m_view(new XPTextCloudView(this, superView))
+      m_description(new KPElidedLabel(m_heading)), m_view(new XPTextCloudView(this, superView))
 {
     m_view->setStatusTemplates(tagType == KPCloudContents::fileTypes ? typeTexts : tagTexts);
     m_view->setAccessibleName(qtTrId(titleKey));
@@ -39,11 +40,8 @@ KPCloudViewController::KPCloudViewController(const char *titleKey, QWidget *supe
     m_title->setStyleSheet(QStringLiteral("QToolButton { border: 0; background: transparent;"
                                           " font-weight: 600; padding: 0; }"));
     m_title->setToolTip(qtTrId("KPCloudSectionTip"));
-    m_description->setTextFormat(Qt::PlainText);
     m_description->setForegroundRole(QPalette::PlaceholderText);
     m_description->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    m_description->setMinimumWidth(1);
-    m_description->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     auto *row = new QHBoxLayout(m_heading);
     row->setContentsMargins(0, 0, 0, 0);
     row->addWidget(m_title);

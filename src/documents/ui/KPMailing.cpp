@@ -4,6 +4,7 @@
 #include "KPLongWork.h"
 #include "UserDefaults.h"
 #include "XPFileInfo.h"
+#include "XPFileSize.h"
 #include "XPMail.h"
 #include "XPPrompts.h"
 
@@ -64,16 +65,15 @@ static void ask(const OpenedPtr &opened) XP_REQUIRES(xpGuiThread)
         compose(opened);
         return;
     }
-    XPPrompts::current().ask(
-        {qtTrId("KPMailManyTitle", static_cast<int>(count)),
-         qtTrId("KPMailManyText").arg(QLocale().formattedDataSize(opened->size)),
-         {qtTrId("KPMailManyButton"), qtTrId("KPCancel")},
-         1},
-        [opened](int button) {
-            xpGuiThread.assertHere();
-            if (button == 0)
-                compose(opened);
-        });
+    XPPrompts::current().ask({qtTrId("KPMailManyTitle", static_cast<int>(count)),
+                              qtTrId("KPMailManyText").arg(xpFileSizeInWords(opened->size)),
+                              {qtTrId("KPMailManyButton"), qtTrId("KPCancel")},
+                              1},
+                             [opened](int button) {
+                                 xpGuiThread.assertHere();
+                                 if (button == 0)
+                                     compose(opened);
+                             });
 }
 
 void KPMailing::start(const QStringList &paths, KPLongWork &work)

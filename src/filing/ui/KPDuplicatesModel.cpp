@@ -1,10 +1,10 @@
 #include "KPDuplicatesModel.h"
 
+#include "XPFileSize.h"
 #include "XPFolders.h"
 #include "XPPath.h"
 
 #include <QCoreApplication>
-#include <QLocale>
 
 // A document's internal number is that of its group and one more, a group's is 0.
 
@@ -57,5 +57,5 @@ QVariant KPDuplicatesModel::data(const QModelIndex &index, int role) const
         return XPPath::printable(XPFolders::abbreviateWithTilde(group.paths[index.row()]));
     return qtTrId("KPDuplicatesGroup", static_cast<int>(group.paths.size()))
         .arg(XPPath::printable(XPPath::fileName(group.paths.first())),
-             QLocale().formattedDataSize(group.size));
+             xpFileSizeInWords(group.size));
 }

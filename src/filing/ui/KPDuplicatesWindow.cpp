@@ -2,11 +2,11 @@
 
 #include "KPDocServices.h"
 #include "KPDuplicatesModel.h"
+#include "XPFileSize.h"
 #include "XPStrandedThreads.h"
 
 #include <QDialogButtonBox>
 #include <QLabel>
-#include <QLocale>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QTreeView>
@@ -102,7 +102,7 @@ void KPDuplicatesWindow::showGroups(const XPDuplicates::Result &result)
     QString text = result.groups.isEmpty()
                        ? qtTrId("KPDuplicatesNone")
                        : qtTrId("KPDuplicatesFound", static_cast<int>(result.groups.size()))
-                             .arg(QLocale().formattedDataSize(result.bytesToFree()));
+                             .arg(xpFileSizeInWords(result.bytesToFree()));
     if (!result.failures.isEmpty())
         text += u'\n' + qtTrId("KPDuplicatesUnread", static_cast<int>(result.failures.size()));
     m_text->setText(text);

@@ -21,7 +21,9 @@ KPLocationsPanel::KPLocationsPanel(KPCrumbController &controller, QWidget *paren
     : QWidget(parent), m_controller(controller), m_model(new KPLocationsModel(controller, this)),
       m_tree(new QTreeView(this)), m_toolBar(new QWidget(this)), m_recent(new QToolButton(this))
 {
-    m_recent->setText(qtTrId("KPLocationsRecent"));
+    m_recent->setIcon(KPDocIcons::symbol(QStringLiteral("clock")));
+    m_recent->setToolTip(qtTrId("KPLocationsRecent"));
+    m_recent->setAccessibleName(qtTrId("KPLocationsRecent"));
     m_recent->setPopupMode(QToolButton::InstantPopup);
     m_recent->setAutoRaise(true);
     m_recent->setMenu(new QMenu(m_recent));

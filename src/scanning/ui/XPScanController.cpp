@@ -7,9 +7,9 @@
 #include "XPPaperSizes.h"
 #include "XPStarsEditor.h"
 #include "XPTagsEditor.h"
+#include "XPWrappedCheckBox.h"
 
 #include <QBoxLayout>
-#include <QCheckBox>
 #include <QComboBox>
 #include <QDockWidget>
 #include <QFormLayout>
@@ -17,6 +17,7 @@
 #include <QListWidget>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QShortcut>
 #include <QSlider>
 #include <QStatusBar>
@@ -138,8 +139,14 @@ void XPScanController::buildToolbar()
 
 QWidget *XPScanController::buildSettings()
 {
-    auto *side = new QWidget(this);
-    side->setFixedWidth(sidebarWidth);
+    auto *scroll = new QScrollArea(this); // with large letters it is higher than a screen
+    scroll->setAccessibleName(qtTrId("KPScanSettings"));
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setWidgetResizable(true);
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll->setFixedWidth(sidebarWidth);
+    auto *side = new QWidget;
+    scroll->setWidget(side);
     auto *form = new QFormLayout(side);
     form->setRowWrapPolicy(QFormLayout::WrapAllRows);
     form->setContentsMargins(16, 16, 16, 16);
@@ -177,7 +184,7 @@ QWidget *XPScanController::buildSettings()
     });
     row(QT_TRID_NOOP("KPScanResolution"), m_resolution);
     const auto box = [&](const char *text, const QString &key) {
-        auto *check = new QCheckBox(qtTrId(text), side);
+        auto *check = new XPWrappedCheckBox(qtTrId(text), side);
         follow(key, [check](const PropertyValue &on) { check->setChecked(on.boolValue()); });
         connect(check, &QCheckBox::toggled, check, [key](bool on) {
             UserDefaults::standard().setValue(key, PropertyValue::boolean(on));
@@ -196,7 +203,7 @@ QWidget *XPScanController::buildSettings()
     form->addRow(qtTrId("KPScanTags"), m_tags);
     m_stars = new XPStarsEditor(side);
     row(QT_TRID_NOOP("KPScanRating"), m_stars);
-    return side;
+    return scroll;
 }
 
 QWidget *XPScanController::buildButtons()

@@ -50,17 +50,12 @@ protected:
         m_colours = std::make_unique<KPAppearance>(GetParam().colours);
         Controller::SetUp();
     }
-    void TearDown() override
-    {
-        m_windows.clear();
-        Controller::TearDown();
-    }
-
     void look(QWidget *window)
     {
         window->ensurePolished();
         for (int round = 0; round < 3; ++round) // labels that wrap ask for their height late
             QCoreApplication::processEvents();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
         m_faults += WindowFaults::cutTexts(window);
         m_faults += WindowFaults::namelessControls(window);
         m_faults += WindowFaults::faintTexts(window);
@@ -91,7 +86,6 @@ protected:
     }
 
     std::unique_ptr<KPAppearance> m_colours;
-    std::vector<std::unique_ptr<QWidget>> m_windows;
     QStringList m_faults;
 };
 
@@ -116,10 +110,14 @@ TEST_P(Looks, EverythingCanBeRead)
     lookAt(std::make_unique<KPDateRangeDialog>(m_window.get()));
     lookAt(std::make_unique<KPTagRenameDialog>(work, m_window.get()));
     lookAt(std::make_unique<XPScanController>(
-        XPScanController::Hooks{.knownTags = [] { return QStringList(); },
+        XPScanController::Hooks{.filed = [](const QString &) {},
+                                .knownTags = [] { return QStringList(); },
                                 .scannerProgram = QByteArrayLiteral("/bin/false")}));
     using Page = XPSetting::Page;
-    KPPreferencesWindow preferences({.index = m_monitor.get()});
+    KPPreferencesWindow preferences({.index = m_monitor.get(),
+                                     .backUp = [] {},
+                                     .restore = [](QWidget *) {},
+                                     .rebuildIndex = [] {}});
     preferences.show();
     for (int page = int(Page::Library); page <= int(Page::Privacy); ++page) {
         preferences.showPage(Page(page));
@@ -135,4 +133,4 @@ INSTANTIATE_TEST_SUITE_P(Ways, Looks,
                                          Way{"German", "de", 1, Colours::Light},
                                          Way{"Mirrored", "", 1, Colours::Dark},
                                          Way{"LargeText", "en", 2, Colours::Light}),
-                         [](const auto &info) { return std::string(info.param.name); });
+                         [](const auto &way) { return std::string(way.param.name); });

@@ -1,5 +1,7 @@
 #include "WindowFaults.h"
 
+#include "KPElidedLabel.h"
+
 #include <QAbstractButton>
 #include <QAbstractScrollArea>
 #include <QAccessible>
@@ -64,7 +66,20 @@ QSize needed(const QWidget *widget)
             return label->sizeHint();
         return {0, label->heightForWidth(label->width())};
     }
+    if (widget->hasHeightForWidth())
+        return {widget->minimumSizeHint().width(), widget->heightForWidth(widget->width())};
     return widget->sizeHint();
+}
+
+bool hasLetters(const QString &text)
+{
+    return std::any_of(text.begin(), text.end(), [](QChar c) { return c.isLetterOrNumber(); });
+}
+
+// Not scrolled out of sight, not even in part.
+bool isWholeInSight(const QWidget *widget)
+{
+    return widget->visibleRegion().boundingRect() == widget->rect();
 }
 
 // As WCAG 2.1 has it.
@@ -111,7 +126,7 @@ QStringList WindowFaults::cutTexts(QWidget *window)
     QStringList faults;
     for (const QWidget *widget : shownIn(window)) {
         const QString text = textOf(widget);
-        if (text.isEmpty())
+        if (text.isEmpty() || qobject_cast<const KPElidedLabel *>(widget))
             continue;
         const QSize need = needed(widget);
         if (widget->width() < need.width() || widget->height() < need.height())
@@ -153,11 +168,9 @@ QStringList WindowFaults::faintTexts(QWidget *window)
     picture.setDevicePixelRatio(1);
     QStringList faults;
     for (const QWidget *widget : shownIn(window)) {
-        if (!widget->isEnabled() || textOf(widget).trimmed().isEmpty() ||
-            widget->visibleRegion().isEmpty())
+        if (!widget->isEnabled() || !hasLetters(textOf(widget)) || !isWholeInSight(widget))
             continue;
-        const QRect place =
-            widget->visibleRegion().boundingRect().translated(widget->mapTo(window, QPoint()));
+        const QRect place = widget->rect().translated(widget->mapTo(window, QPoint()));
         const double found =
             contrastIn(picture.copy(QRect(place.topLeft() * scale, place.size() * scale)));
         const bool isLarge = widget->font().pointSizeF() >= largePoints;
