@@ -23,7 +23,8 @@ _murnctl_options() {
         query) printf '%s\n' --in --count --limit --live --json --print0 --help ;;
         file) printf '%s\n' --to --copy --pending --yes --dry-run --json --print0 --help ;;
         paste) printf '%s\n' --to --type --name --json --print0 --help ;;
-        manage | unmanage) printf '%s\n' --dry-run --json --print0 --help ;;
+        manage) printf '%s\n' --if-unmarked --dry-run --json --print0 --help ;;
+        unmanage) printf '%s\n' --dry-run --json --print0 --help ;;
         backup) printf '%s\n' --to --json --help ;;
         restore) printf '%s\n' --from --dry-run --json --help ;;
         healed) printf '%s\n' --undo --accept --json --help ;;

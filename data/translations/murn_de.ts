@@ -1091,6 +1091,15 @@ Absturzberichte erlauben?</translation>
     <message id="KPFlagged">
         <translation>Markiert</translation>
     </message>
+    <message id="KPFolderMenu">
+        <translation>Ordner darin</translation>
+    </message>
+    <message id="KPFolderMenuNone">
+        <translation>Keine Ordner</translation>
+    </message>
+    <message id="KPFolderMenuReading">
+        <translation>Der Ordner wird gelesen …</translation>
+    </message>
     <message id="KPForward">
         <translation>&amp;Vor</translation>
     </message>

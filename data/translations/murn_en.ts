@@ -1093,6 +1093,15 @@ Allow crash reporting?</translation>
     <message id="KPFlagged">
         <translation>Flagged</translation>
     </message>
+    <message id="KPFolderMenu">
+        <translation>Folders in It</translation>
+    </message>
+    <message id="KPFolderMenuNone">
+        <translation>No folders</translation>
+    </message>
+    <message id="KPFolderMenuReading">
+        <translation>Reading the folder…</translation>
+    </message>
     <message id="KPForward">
         <translation>&amp;Forward</translation>
     </message>

@@ -2,7 +2,7 @@
 #include "KPFileSteps.h"
 #include "XPFilingRun.h"
 
-static int mark(bool managed, const KPCommand &command, const KPCommandLine &line,
+static int mark(XPFilingRun::Marks marks, const KPCommand &command, const KPCommandLine &line,
                 KPCommandOutput &output)
 {
     if (line.operands().isEmpty())
@@ -13,19 +13,21 @@ static int mark(bool managed, const KPCommand &command, const KPCommandLine &lin
     KPProgressLine progress;
     const QStringList paths = KPFileSteps::operands(line.operands());
     XPFilingRun run(KPFileSteps::options(line.has("--dry-run"), paths.size(), interrupt, progress));
-    run.setMarks(paths, managed);
+    run.setMarks(paths, marks);
     progress.clear();
     return KPFileSteps::print(run.report(), output);
 }
 
 static int manage(const KPCommandLine &line, KPCommandOutput &output)
 {
-    return mark(true, kpManageCommand, line, output);
+    return mark(line.has("--if-unmarked") ? XPFilingRun::Marks::ManagedIfNoStateFound
+                                          : XPFilingRun::Marks::Managed,
+                kpManageCommand, line, output);
 }
 
 static int unmanage(const KPCommandLine &line, KPCommandOutput &output)
 {
-    return mark(false, kpUnmanageCommand, line, output);
+    return mark(XPFilingRun::Marks::Unmanaged, kpUnmanageCommand, line, output);
 }
 
 const KPCommand kpManageCommand = {
@@ -33,7 +35,8 @@ const KPCommand kpManageCommand = {
     "[OPTION]… FILE…",
     "Marks files as documents of the library, where they lie.",
     "Prints each file that has the mark then.\n",
-    {{"--dry-run", nullptr, "change nothing, only print what would be"},
+    {{"--if-unmarked", nullptr, "leave files that were marked or unmarked before as they are"},
+     {"--dry-run", nullptr, "change nothing, only print what would be"},
      {"--json", nullptr, "print a list of objects"},
      {"--print0", nullptr, "a NUL after each path"}},
     manage};

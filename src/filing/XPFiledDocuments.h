@@ -67,6 +67,8 @@ public:
 
     // The mark: whether a file is a document of the library.
 
+    // The mark as it stands on the file, which may say no; nothing: there is none.
+    static XPResult<std::optional<bool>> storedMark(const QString &path);
     // False also where the mark cannot be read.
     static bool isManaged(const QString &path);
     // True for no paths.
@@ -77,6 +79,7 @@ public:
     static std::optional<XPError> setManaged(bool managed, const QString &path);
     // Writes it, sees that the index learns of it, and pauses for `pacing`.
     static std::optional<XPError> writeManagedXAttr(bool managed, const QString &path);
+    // A mark of either kind stays.
     static std::optional<XPError> setToManagedIfNoStateFound(const QString &path);
     // Has the index read the file again when it holds another mark, or none.
     static void reImportIfManagedMDItemNotInSync(const QString &path, bool stored);

@@ -28,8 +28,7 @@ void XPFiledDocuments::setPacing(std::chrono::microseconds pacing)
     pacingMicroseconds = pacing.count();
 }
 
-// Nothing: there is none.
-static XPResult<std::optional<bool>> storedMark(const QString &path)
+XPResult<std::optional<bool>> XPFiledDocuments::storedMark(const QString &path)
 {
     const auto stored = Karvex::getXAttrMetaData(Karvex::managedKey, path);
     if (!stored)

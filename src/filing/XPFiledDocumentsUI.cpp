@@ -111,7 +111,7 @@ void XPFiledDocuments::takeMarksAwayUI(const QStringList &paths, Done done)
         qtTrId("XPMarkingItems").arg(count(asked.size())), asked.size(),
         [asked](const XPFileRunOptions &options) {
             XPFilingRun run(options);
-            run.setMarks(asked, false);
+            run.setMarks(asked, XPFilingRun::Marks::Unmanaged);
             return run.takeReport();
         },
         [done](const XPFileReport &report) {

@@ -87,8 +87,9 @@ void XPFilingRun::mark(const QString &path, Step *step) const
     step->mark = step->problem || wasManaged ? Step::Mark::AsBefore : Step::Mark::Set;
 }
 
-XPFileStep XPFilingRun::markInPlace(const QString &path, bool managed) const
+XPFileStep XPFilingRun::markInPlace(const QString &path, Marks marks) const
 {
+    const bool managed = marks != Marks::Unmanaged;
     Step step{path, path, Step::Action::Marked, {}};
     const auto info = XPFileInfo::read(path);
     if (!info)
@@ -97,8 +98,17 @@ XPFileStep XPFilingRun::markInPlace(const QString &path, bool managed) const
         step.problem = XPError::make(XPError::Kind::NotPermitted,
                                      QStringLiteral("lies among files of other programs"), path);
     const bool wasManaged = XPFiledDocuments::isManaged(path);
+    if (!step.problem && marks == Marks::ManagedIfNoStateFound) {
+        const auto stored = XPFiledDocuments::storedMark(path);
+        if (!stored)
+            step.problem = stored.error();
+        else if (*stored) // somebody decided already
+            return {path, path, Step::Action::Skipped, {}, {}};
+    }
     if (!step.problem && !m_options.dryRun)
-        step.problem = XPFiledDocuments::setManaged(managed, path);
+        step.problem = marks == Marks::ManagedIfNoStateFound
+                           ? XPFiledDocuments::setToManagedIfNoStateFound(path)
+                           : XPFiledDocuments::setManaged(managed, path);
     if (!step.problem && wasManaged != managed)
         step.mark = managed ? Step::Mark::Set : Step::Mark::TakenAway;
     if (step.problem) {
@@ -108,11 +118,11 @@ XPFileStep XPFilingRun::markInPlace(const QString &path, bool managed) const
     return step;
 }
 
-void XPFilingRun::setMarks(const QStringList &paths, bool managed)
+void XPFilingRun::setMarks(const QStringList &paths, Marks marks)
 {
     forEach(paths, [&](const QString &path) {
-        m_report.steps.append(markInPlace(path, managed));
-        if (!m_report.steps.last().problem)
+        m_report.steps.append(markInPlace(path, marks));
+        if (m_report.steps.last().action == Step::Action::Marked)
             m_report.paths.append(path);
     });
 }

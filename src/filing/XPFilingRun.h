@@ -28,7 +28,8 @@ public:
     void setToManaged(const QStringList &paths);
     // Marks each where it lies, or takes the mark away. What lies among the files of other programs
     // is not marked (NotPermitted).
-    void setMarks(const QStringList &paths, bool managed);
+    enum class Marks { Managed, ManagedIfNoStateFound, Unmanaged };
+    void setMarks(const QStringList &paths, Marks marks);
     // Copies each and marks the copy; what is in the managed folder already is filed.
     void copyAll(const QStringList &paths);
 
@@ -49,7 +50,7 @@ private:
     std::optional<XPError> move(const QString &path, const QString &target, bool forceMove) const;
     std::optional<XPError> copyToFreeName(const QString &path, Step *step);
     void mark(const QString &path, Step *step) const;
-    Step markInPlace(const QString &path, bool managed) const;
+    Step markInPlace(const QString &path, Marks marks) const;
     void fail(const QString &path, const XPError &error);
 
     const XPFileRunOptions m_options;

@@ -25,7 +25,8 @@ static QString pathOf(const PropertyValue &entry)
 QStringList XPRecentDestinations::paths()
 {
     std::vector<std::pair<double, QString>> found;
-    for (const PropertyValue &entry : UserDefaults::standard().value(key).dictionary()) {
+    const PropertyValue stored = UserDefaults::standard().value(key);
+    for (const PropertyValue &entry : stored.dictionary()) {
         if (const QString path = pathOf(entry); !path.isEmpty())
             found.emplace_back(-lastUse(entry), path);
     }

@@ -16,7 +16,8 @@ static qsizetype mostLocations()
 KPRecentLocations::KPRecentLocations()
 {
     const qsizetype most = mostLocations();
-    for (const PropertyValue &entry : UserDefaults::standard().value(key).array()) {
+    const PropertyValue stored = UserDefaults::standard().value(key);
+    for (const PropertyValue &entry : stored.array()) {
         const auto location =
             std::dynamic_pointer_cast<KPLocationItem>(KPBaseItem::unarchived(entry.dictionary()));
         if (location && !location->folders().isEmpty() && m_locations.size() < most)

@@ -90,7 +90,8 @@ void XPScannedPages::find()
         const PropertyValue::Dictionary saved =
             XPPropertyList::read(*bytes).valueOr({}).dictionary();
         known = saved.value(leftOutKey).strings();
-        for (const PropertyValue &value : saved.value(pagesKey).array()) {
+        const PropertyValue pages = saved.value(pagesKey);
+        for (const PropertyValue &value : pages.array()) {
             const QString name = value.dictionary().value(fileKey).string();
             const QString path = m_folder + u'/' + name;
             known.append(name);

@@ -36,7 +36,8 @@ static std::optional<KPHealing> caseFrom(const Dictionary &dictionary)
     const Dictionary attributes = dictionary.value(attributesKey).dictionary();
     for (auto attribute = attributes.begin(); attribute != attributes.end(); ++attribute)
         healing.attributes.insert(attribute.key(), attribute->data());
-    for (const PropertyValue &odd : dictionary.value(oddAttributesKey).array())
+    const PropertyValue odds = dictionary.value(oddAttributesKey);
+    for (const PropertyValue &odd : odds.array())
         healing.attributes.insert(XPPath::decode(odd.dictionary().value(nameKey).data()),
                                   odd.dictionary().value(bytesKey).data());
     const QString state = dictionary.value(stateKey).string();

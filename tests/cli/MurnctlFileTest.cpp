@@ -116,6 +116,13 @@ TEST_F(MurnctlFile, MarksInPlaceWhateverTheName)
     EXPECT_TRUE(isManaged(path(odd)));
     EXPECT_EQ(run({"unmanage", odd}).status, 0);
     EXPECT_FALSE(isManaged(path(odd)));
+    // What somebody decided stays, as it would in a dry run.
+    for (const bool isDry : {true, false}) {
+        const auto asked = run(isDry ? QByteArrayList{"manage", "--if-unmarked", "--dry-run", odd}
+                                     : QByteArrayList{"manage", "--if-unmarked", odd});
+        EXPECT_EQ(asked.status, 0);
+        EXPECT_EQ(asked.out, "");
+    }
     EXPECT_EQ(run({"manage", "gone"}).status, 1);
 }
 

@@ -28,7 +28,8 @@ protected:
                         false);
         }
         const QString path = m_folder.path(QString::fromLatin1(name));
-        QPDFWriter writer(pdf, QFile::encodeName(path).constData());
+        const QByteArray file = QFile::encodeName(path); // the writer keeps no copy
+        QPDFWriter writer(pdf, file.constData());
         if (isEncrypted)
             writer.setR6EncryptionParameters("user", "owner", true, true, true, true, true, true,
                                              qpdf_r3p_full, true);

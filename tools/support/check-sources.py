@@ -3,6 +3,7 @@
 - the ids of texts used under src/ and those of every data/translations/*.ts;
 - sentences written into the code below the shell's commands, which people could not read in their
   language, and waits for a fixed time in tests;
+- loops over a part of a value that nobody keeps;
 - with a build folder: each *Test.cpp, *Bench.cpp and *Fuzz.cpp on disk and those that its
   compilation database holds, for the kinds that this build has.
 """
@@ -56,6 +57,9 @@ SLEEPS_KNOWN = {
     "tests/platform/index/keep/IndexTestKept.h": "looks again until a condition holds",
     "tests/platform/index/keep/IndexKillTest.cpp": "the moment of the kill, at random",
 }
+# What is looped over lives as long as its last call's answer, not as long as those before it.
+GONE_LOOP = re.compile(r"\bfor \([^;:{}]*[^:]:\s*[^:;{}]*\)\s*"
+                       r"(?:\.(?:array|dictionary|string|data)\(\)|->\w+)\s*\)\s")
 faults = []
 
 
@@ -134,6 +138,13 @@ def check_waits():
             faults.append(f"{path}: waits for a time, not for a signal or condition")
 
 
+def check_loops():
+    for folder in ("src", "tests", "bench", "fuzz"):
+        for path, code in sources(folder):
+            for found in GONE_LOOP.finditer(code):
+                faults.append(f"{path}: \"{' '.join(found[0].split())}\" loops over what is gone")
+
+
 def check_built(build):
     database = json.loads((build / "compile_commands.json").read_text(encoding="utf-8"))
     built = {Path(entry["file"]).resolve() for entry in database}
@@ -147,6 +158,7 @@ def check_built(build):
 check_texts()
 check_sentences()
 check_waits()
+check_loops()
 if len(sys.argv) > 1:
     check_built(Path(sys.argv[1]))
 print("\n".join(faults))

@@ -48,6 +48,7 @@ private:
     void showCount();
     void fill(QMenu *menu, const QList<KPCrumbChoice> &choices);
     void fill(QMenu *menu, const KPCrumb &crumb);
+    void addFolders(QMenu *menu);
     void fillOverflow();
     void choose(const KPCrumbChoice &choice);
     void askForDates();

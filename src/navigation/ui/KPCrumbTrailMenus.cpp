@@ -3,6 +3,8 @@
 #include "KPCrumbController.h"
 #include "KPCrumbTrail.h"
 #include "KPDateRangeDialog.h"
+#include "KPFolderMenu.h"
+#include "KPLocationItem.h"
 
 #include <QGuiApplication>
 #include <QMenu>
@@ -60,10 +62,24 @@ void KPCrumbTrail::fill(QMenu *menu, const KPCrumb &crumb)
                 [this, state = crumb.without] { m_controller.applyState(state); });
     }
     menu->addSeparator();
+    if (crumb.kind == KPCrumb::Kind::Location)
+        addFolders(menu);
     fill(menu, m_crumbs.choices(crumb, m_controller));
     if (crumb.kind == KPCrumb::Kind::Location && !m_controller.recentLocations().isEmpty())
         connect(menu->addAction(qtTrId("KPCrumbClearRecent")), &QAction::triggered, &m_controller,
                 &KPCrumbController::clearRecentLocations);
+}
+
+void KPCrumbTrail::addFolders(QMenu *menu)
+{
+    const auto place = m_controller.currentLocation();
+    if (!place || !place->isSingleFolder)
+        return;
+    auto *folders = new KPFolderMenu(place->path, menu);
+    connect(folders, &KPFolderMenu::chosen, this, [this](const QString &folder) {
+        m_controller.showLocation(KPLocationItem::withFolder(folder));
+    });
+    menu->addMenu(folders);
 }
 
 QMenu *KPCrumbTrail::menuOf(const KPCrumb &crumb)

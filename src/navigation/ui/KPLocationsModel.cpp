@@ -121,7 +121,14 @@ void KPLocationsModel::refresh()
 {
     merge(*m_root, currentRoots());
     QStringList open;
-    std::vector<Node *> nodes;
+    forEachOpen([&](Node &node) { open.append(node.folder.path); });
+    const auto levels = KPActiveFolders(table()).below(open);
+    forEachOpen([&](Node &node) { merge(node, levels.value(node.folder.path)); });
+}
+
+// From the outside in: a level that goes takes what is open in it along.
+void KPLocationsModel::forEachOpen(const std::function<void(Node &)> &act)
+{
     std::vector<Node *> waiting{m_root.get()};
     while (!waiting.empty()) {
         Node *node = waiting.back();
@@ -129,16 +136,9 @@ void KPLocationsModel::refresh()
         for (const auto &below : node->below) {
             if (!below->isRead)
                 continue;
-            open.append(below->folder.path);
-            nodes.push_back(below.get());
+            act(*below);
             waiting.push_back(below.get());
         }
-    }
-    const auto levels = KPActiveFolders(table()).below(open);
-    // From the outside in: a level that is gone takes what was open in it along.
-    for (Node *node : nodes) {
-        if (indexOf(node->folder.path).isValid())
-            merge(*node, levels.value(node->folder.path));
     }
 }
 

@@ -3,6 +3,7 @@
 #include "KPActiveFolders.h"
 
 #include <QAbstractItemModel>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -56,6 +57,7 @@ private:
 
     Node *nodeOf(const QModelIndex &index) const;
     QModelIndex indexOfNode(const Node *node) const;
+    void forEachOpen(const std::function<void(Node &)> &act);
     void merge(Node &node, const QList<Folder> &folders);
     QList<Folder> currentRoots() const;
     const KPActiveFolders::Table &table() const;

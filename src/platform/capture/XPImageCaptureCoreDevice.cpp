@@ -194,8 +194,8 @@ QList<int> XPImageCaptureCoreDevice::functionalUnitsFromPrefsForScanner(const QS
     QList<int> types;
     const PropertyValue::Dictionary found =
         UserDefaults::standard().value(foundScannersKey).dictionary();
-    for (const PropertyValue &type :
-         found.value(name).dictionary().value(functionalUnitsKey).array())
+    const PropertyValue units = found.value(name).dictionary().value(functionalUnitsKey);
+    for (const PropertyValue &type : units.array())
         types.append(static_cast<int>(type.integerValue()));
     return types;
 }

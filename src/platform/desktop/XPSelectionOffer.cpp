@@ -265,7 +265,8 @@ QStringList XPSelectionOffer::namesOf(const QByteArray &atoms)
     constexpr size_t most = 200;
     std::vector<uint32_t> targets(
         std::min(most, static_cast<size_t>(atoms.size()) / sizeof(uint32_t)));
-    std::memcpy(targets.data(), atoms.constData(), targets.size() * sizeof(uint32_t));
+    if (!targets.empty())
+        std::memcpy(targets.data(), atoms.constData(), targets.size() * sizeof(uint32_t));
     std::vector<xcb_get_atom_name_cookie_t> cookies;
     for (const uint32_t target : targets)
         cookies.push_back(xcb_get_atom_name(m_connection, target));

@@ -1,4 +1,4 @@
-#include "../ControllerFixture.h"
+#include "ControllerFixture.h"
 #include "KPAppearance.h"
 #include "KPDateRangeDialog.h"
 #include "KPPreferencesWindow.h"

@@ -4,9 +4,12 @@
 #include "KPCrumbButton.h"
 #include "KPDateRangeDialog.h"
 #include "KPDocIcons.h"
+#include "KPFolderMenu.h"
 #include "KPLibraryItems.h"
+#include "KPLocationItem.h"
 #include "TestNavigator.h"
 
+#include <QDir>
 #include <QLabel>
 #include <QMenu>
 #include <QSignalSpy>
@@ -149,6 +152,42 @@ TEST_F(CrumbTrail, ChangesACriterionInItsMenu)
     EXPECT_TRUE(entry(words("3 stars or more"))->isChecked());
     entry(words("2 stars or more"))->trigger();
     EXPECT_EQ(m_navigator.state()->ratingString(), words(">= 2"));
+}
+
+TEST_F(CrumbTrail, GoesIntoAFolderOfTheOneThatIsShown)
+{
+    for (const char *path : {"Letters/10/a.pdf", "Letters/9 & more/b.pdf", "Letters/.hidden/c.pdf"})
+        m_folder.file(words(path));
+    const QString letters = m_folder.path(words("Letters"));
+    const auto opened = [](QMenu &menu) {
+        auto *folders = menu.findChild<KPFolderMenu *>();
+        Q_EMIT folders->aboutToShow();
+        FollowedSearch::waitFor(
+            [&] { return folders->actions().first()->text() != qtTrId("KPFolderMenuReading"); });
+        return folders;
+    };
+    const auto menuOfPlace = [&] {
+        settle(m_navigator.state());
+        const auto &crumbs = m_trail.crumbs().crumbs();
+        const auto place = std::find_if(crumbs.begin(), crumbs.end(), [](const KPCrumb &crumb) {
+            return crumb.kind == KPCrumb::Kind::Location;
+        });
+        return std::unique_ptr<QMenu>(m_trail.menuOf(*place));
+    };
+    m_navigator.crumbs->showLocation(KPLocationItem::withFolder(letters));
+    auto menu = menuOfPlace();
+    const auto folders = opened(*menu)->actions();
+    ASSERT_EQ(folders.size(), 2);
+    EXPECT_EQ(folders[0]->text(), words("9 && more"));
+    folders[0]->trigger();
+    EXPECT_EQ(m_navigator.crumbs->locationItem()->folders(),
+              QStringList{letters + words("/9 & more")});
+
+    // Gone before it is opened.
+    menu = menuOfPlace();
+    ASSERT_TRUE(QDir(letters + words("/9 & more")).removeRecursively());
+    ASSERT_EQ(opened(*menu)->actions().size(), 1);
+    EXPECT_FALSE(opened(*menu)->actions()[0]->isEnabled());
 }
 
 TEST_F(CrumbTrail, CountsTheDocuments)

@@ -60,7 +60,8 @@ public:
     std::vector<IndexProblem::Kind> problems() const
     {
         std::vector<IndexProblem::Kind> kinds;
-        for (const IndexProblem &problem : index->status()->problems)
+        const auto status = index->status();
+        for (const IndexProblem &problem : status->problems)
             kinds.push_back(problem.kind);
         return kinds;
     }
