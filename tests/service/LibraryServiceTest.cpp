@@ -1,4 +1,3 @@
-#include "IndexSettings.h"
 #include "Karvex.h"
 #include "TestBus.h"
 #include "TestHome.h"
@@ -22,12 +21,12 @@ protected:
             GTEST_SKIP() << "no dbus-daemon";
         m_invoice = m_folder.file(QStringLiteral("Invoice 7 & more.pdf"), "%PDF-1.4\n");
         m_folder.file(QStringLiteral("Other.pdf"), "%PDF-1.4\n");
-        ASSERT_FALSE(Karvex::setUserTags({QStringLiteral("work")}, m_invoice));
-        IndexSettings::setRoots({m_folder.path()});
+        ASSERT_FALSE(Karvex::setUserTags(QStringList{QStringLiteral("work")}, m_invoice));
         // What a search finds is then no matter of when the index has read the folder.
-        ASSERT_EQ(QProcess::execute(QStringLiteral(MURNCTL),
-                                    {QStringLiteral("index"), QStringLiteral("sync")}),
-                  0);
+        for (const QStringList &words :
+             {QStringList{QStringLiteral("index"), QStringLiteral("add"), m_folder.path()},
+              QStringList{QStringLiteral("index"), QStringLiteral("sync")}})
+            ASSERT_EQ(QProcess::execute(QStringLiteral(MURNCTL), words), 0);
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), m_daemon.address());
         m_program.setProcessEnvironment(environment);
