@@ -21,6 +21,7 @@
 #include <QPushButton>
 #include <QScrollArea>
 #include <QToolButton>
+#include <algorithm>
 
 using Fact = KPDocumentFacts::Fact;
 
@@ -31,7 +32,7 @@ static constexpr qsizetype mostSomeTags = 12;
 void KPInspector::show(const KPSelectionFacts &facts, const Appearance &appearance)
 {
     const KPDoc::Docs &documents = facts.documents();
-    if (documents != m_documents) {
+    if (!std::ranges::equal(documents, m_documents)) {
         m_comment->commit(); // what is being typed is for those before
         m_tags->takeTyped();
         m_nameField->stop();
