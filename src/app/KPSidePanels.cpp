@@ -7,6 +7,7 @@
 #include "KPCloudController.h"
 #include "KPController.h"
 #include "KPCrumbTrail.h"
+#include "KPFolderFollower.h"
 #include "KPLocationsPanel.h"
 #include "KPRowCounts.h"
 #include "KPSourceList.h"
@@ -19,6 +20,7 @@ using Menu = KPCommandMenu;
 
 KPSidePanels::KPSidePanels(KPController &window, IndexSource &source, QUndoStack &history)
     : m_window(window), m_bookmarks(std::make_unique<KPBookmarks>()),
+      m_follower(std::make_unique<KPFolderFollower>(window.crumbController(), *m_bookmarks)),
       m_counts(std::make_unique<KPRowCounts>(source)),
       m_bookmarkCommands(std::make_unique<KPBookmarkCommands>(window.crumbController(),
                                                               *m_bookmarks, history, &window))

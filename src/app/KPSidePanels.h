@@ -11,6 +11,7 @@ class KPBookmarks;
 class KPCloudController;
 class KPController;
 class KPCrumbTrail;
+class KPFolderFollower;
 class KPRowCounts;
 class KPSourceList;
 class QUndoStack;
@@ -44,6 +45,7 @@ private:
 
     KPController &m_window;
     std::unique_ptr<KPBookmarks> m_bookmarks;
+    std::unique_ptr<KPFolderFollower> m_follower;
     std::unique_ptr<KPRowCounts> m_counts;
     std::unique_ptr<KPBookmarkCommands> m_bookmarkCommands;
     KPCrumbTrail *m_trail = nullptr;

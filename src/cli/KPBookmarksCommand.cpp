@@ -1,7 +1,10 @@
 // murnctl bookmarks: the saved searches.
 #include "KPBookmarks.h"
 #include "KPCrumbs.h"
+#include "KPFolderFollower.h"
 #include "KPResultsRun.h"
+#include "KPSearchFolders.h"
+#include "KPSearchStateKeys.h"
 #include "KPStateFile.h"
 #include "KPStatePaths.h"
 #include "XPPath.h"
@@ -73,7 +76,7 @@ static int runOne(const KPBookmark &bookmark, const KPResultsRun::Options &how,
         output.fail(bookmark.title, QStringLiteral("a folder of saved searches, not one of them"));
         return output.exitStatus();
     }
-    return KPResultsRun::print(state, how, output);
+    return KPResultsRun::print(KPFolderFollower::stateNow(state), how, output);
 }
 
 static int add(KPBookmarks &bookmarks, const QString &name, const KPCommandLine &line,
@@ -91,6 +94,9 @@ static int add(KPBookmarks &bookmarks, const QString &name, const KPCommandLine 
     }
     if (const auto error = bookmarks.insert({made}))
         output.fail(name, "not saved", *error);
+    else
+        KPSearchFolders::instance().rememberFolders(
+            state->strings(KPSearchStateKey::constraintFolders));
     return output.exitStatus();
 }
 

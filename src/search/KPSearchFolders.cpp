@@ -9,6 +9,7 @@
 #include "KPSearchVolumes.h"
 #include "MDQuery.h"
 #include "MetadataIndex.h"
+#include "XPFileInfo.h"
 #include "XPFiledDocuments.h"
 #include "XPFolders.h"
 #include "XPPath.h"
@@ -144,6 +145,33 @@ void KPSearchFolders::rebuildSearchFoldersList()
         return;
     m_searchFolders = folders;
     m_trackingFolders = outer;
+}
+
+// --- Folders that others keep
+
+void KPSearchFolders::rememberFolders(const QStringList &entries) const
+{
+    QStringList paths;
+    for (const QString &entry : entries) {
+        if (const QString path = XPFolders::expandTilde(entry); path.startsWith(u'/'))
+            paths.append(path);
+    }
+    (void)m_bookmarks->bookmarkedFolderArray(paths);
+}
+
+QStringList KPSearchFolders::foldersNow(const QStringList &entries) const
+{
+    QStringList folders;
+    for (const QString &entry : entries) {
+        const QString path = XPFolders::expandTilde(entry);
+        if (!path.startsWith(u'/') || XPFileInfo::read(path)) {
+            folders.append(entry);
+            continue;
+        }
+        const QString now = m_bookmarks->bookmarkedFolderArray({path}).value(0, path);
+        folders.append(now == path ? entry : now);
+    }
+    return folders;
 }
 
 // --- Volumes

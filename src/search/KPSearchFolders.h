@@ -72,6 +72,14 @@ public:
     void addSearchFolderAction(const QString &path, const std::function<void(bool)> &done)
         XP_REQUIRES(xpGuiThread);
 
+    // --- Folders that others keep, in saved searches and lists of recent places
+
+    // Remembers what they are, so that foldersNow() finds them. Looks at the disk.
+    void rememberFolders(const QStringList &entries) const;
+    // The same list, with the present path of a folder that was remembered and is no longer where
+    // it was. Looks at the disk.
+    QStringList foldersNow(const QStringList &entries) const;
+
     // --- Lists of folders
 
     // The scope of a query for a state's folders; nothing: the query is not restricted, which is

@@ -1,12 +1,8 @@
 #include "KPFolderMenu.h"
 
 #include "KPDocIcons.h"
+#include "XPInBackground.h"
 #include "XPPath.h"
-#include "XPStrandedThreads.h"
-
-#include <QCoreApplication>
-#include <QPointer>
-#include <thread>
 
 static constexpr size_t mostShown = 200; // a menu with more is no way to find one
 
@@ -29,8 +25,7 @@ void KPFolderMenu::read()
         return;
     addAction(qtTrId("KPFolderMenuReading"))->setEnabled(false);
     m_isGone = std::make_shared<std::atomic<bool>>(false);
-    auto hasEnded = std::make_shared<std::atomic<bool>>(false);
-    std::thread reader([self = QPointer(this), folder = m_folder, isGone = m_isGone, hasEnded] {
+    const auto work = [folder = m_folder, isGone = m_isGone] {
         auto listing = KPDirectoryListing::of(
             folder,
             {.invisible = false, .foldersOnly = true, .stop = [isGone] { return isGone->load(); }});
@@ -39,16 +34,10 @@ void KPFolderMenu::read()
             sorted.displayNameSortFinderStyle();
             listing = std::move(sorted);
         }
-        QMetaObject::invokeMethod(
-            QCoreApplication::instance(),
-            [self, listing = std::move(listing)] {
-                if (self)
-                    self->show(listing);
-            },
-            Qt::QueuedConnection);
-        *hasEnded = true;
-    });
-    XPStrandedThreads::adopt(std::move(reader), [hasEnded] { return hasEnded->load(); });
+        return listing;
+    };
+    xpInBackground(this, work,
+                   [this](const XPResult<KPDirectoryListing> &listing) { show(listing); });
 }
 
 void KPFolderMenu::show(const XPResult<KPDirectoryListing> &listing)
