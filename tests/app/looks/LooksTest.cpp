@@ -7,10 +7,12 @@
 #include "KPWelcome.h"
 #include "PseudoLanguage.h"
 #include "WindowFaults.h"
+#include "XPFolders.h"
 #include "XPScanController.h"
 #include "XPTranslations.h"
 
 #include <QDialog>
+#include <QDir>
 
 namespace {
 
@@ -50,12 +52,42 @@ protected:
         m_colours = std::make_unique<KPAppearance>(GetParam().colours);
         Controller::SetUp();
     }
+    // Documents whose place reads the same each time, so that pictures can be compared.
+    void openLibrary()
+    {
+        const QString folder = XPFolders::home() + QStringLiteral("/Documents");
+        QDir().mkpath(folder);
+        m_paths.clear();
+        for (const char *name : {"Contract.odt", "Invoice.pdf", "Notes.txt"}) {
+            m_paths.append(folder + u'/' + QString::fromLatin1(name));
+            QFile file(m_paths.last());
+            ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+            file.write("x");
+        }
+        IndexSettings::setRoots({folder});
+        makeWindow(folder);
+        m_tags = m_window->findChild<KPInspector *>()->findChild<XPTagsEditor *>();
+        ASSERT_TRUE(until([&] { return rows() == 3 && m_window->isSettled(); }));
+    }
+    // For tools/shots, which compares them with those that are kept.
+    void takePicture(QWidget *window)
+    {
+        const QString folder = qEnvironmentVariable("MURN_SHOTS");
+        if (folder.isEmpty())
+            return;
+        const QString kind = QString::fromLatin1(window->metaObject()->className());
+        const QString name = QStringLiteral("%1-%2-%3.png")
+                                 .arg(QString::fromLatin1(GetParam().name), kind)
+                                 .arg(++m_pictures[kind]);
+        EXPECT_TRUE(window->grab().save(folder + u'/' + name));
+    }
     void look(QWidget *window)
     {
         window->ensurePolished();
         for (int round = 0; round < 3; ++round) // labels that wrap ask for their height late
             QCoreApplication::processEvents();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+        takePicture(window);
         m_faults += WindowFaults::cutTexts(window);
         m_faults += WindowFaults::namelessControls(window);
         m_faults += WindowFaults::faintTexts(window);
@@ -87,11 +119,12 @@ protected:
 
     std::unique_ptr<KPAppearance> m_colours;
     QStringList m_faults;
+    QHash<QString, int> m_pictures; // how many of each kind of window
 };
 
 TEST_P(Looks, EverythingCanBeRead)
 {
-    openWindow();
+    openLibrary();
     m_window->resize(1400, 900);
     for (const char *panel : {"KPTagPanelShown", "KPLocationsPanelShown", "KPInspectorShown"})
         if (QAction *action = m_window->commands().action(panel); action && !action->isChecked())
