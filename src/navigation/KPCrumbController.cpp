@@ -143,7 +143,11 @@ void KPCrumbController::writeOutState() const
 {
     UserDefaults &defaults = UserDefaults::standard();
     defaults.setValue(sourceItemKey, m_sourceItem->archive());
-    defaults.setValue(locationItemKey, m_locationItem->archive());
+    // Files that were opened are not shown again, so their name must not stand over others.
+    if (searchState()->isFileListSearch())
+        defaults.remove(locationItemKey);
+    else
+        defaults.setValue(locationItemKey, m_locationItem->archive());
 }
 
 KPCrumbController::SourceItem KPCrumbController::storedSourceItem() const

@@ -18,10 +18,9 @@ class Failed(Exception):
     pass
 
 
-def missing_tools():
+def missing_tools(tools=("Xvfb", "xdotool", "openbox", "dbus-daemon", "import")):
     """What the scene needs and this machine lacks."""
-    absent = [tool for tool in ("Xvfb", "xdotool", "openbox", "dbus-daemon", "import")
-              if shutil.which(tool) is None]
+    absent = [tool for tool in tools if shutil.which(tool) is None]
     try:
         import gi
         gi.require_version("Atspi", "2.0")
@@ -99,10 +98,16 @@ class Scene:
         os.close(writing)
         with os.fdopen(reading) as answer:
             os.environ["DISPLAY"] = ":" + answer.readline().strip()
+        self._start_bus()
+        self._start("openbox", stderr=subprocess.DEVNULL)
+        self._start_looking()
+
+    def _start_bus(self):
         bus = self._start("dbus-daemon", "--session", "--print-address=1", "--nofork",
                           stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
         os.environ["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().decode().strip()
-        self._start("openbox", stderr=subprocess.DEVNULL)
+
+    def _start_looking(self):
         import gi
         gi.require_version("Atspi", "2.0")
         from gi.repository import Atspi
