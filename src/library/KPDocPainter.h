@@ -32,7 +32,6 @@ public:
 
     const KPLibraryColours &colours() const { return m_colours; }
     int textLines() const { return int(m_showsTitle) + int(m_showsTags) + int(m_showsRating); }
-    bool showsTitle() const { return m_showsTitle; }
     double textScale() const { return m_scale; }
     const QFont &titleFont() const { return m_titleFont; }
 
