@@ -28,7 +28,11 @@ KPSearchField::KPSearchField(QWidget *parent)
     m_entry->setClearButtonEnabled(true);
     m_entry->installEventFilter(this);
     setFocusProxy(m_entry);
-    connect(m_entry, &QLineEdit::textEdited, this, &KPSearchField::edited);
+    // Not only what is typed: a screen reader or a voice sets a text as a whole.
+    connect(m_entry, &QLineEdit::textChanged, this, [this](const QString &text) {
+        if (!m_isShowing)
+            Q_EMIT edited(text);
+    });
     connect(m_entry, &QLineEdit::returnPressed, this, &KPSearchField::finished);
     m_note->setForegroundRole(QPalette::PlaceholderText);
     m_note->setFont(KPLook::font(KPLook::Type::Facts));
@@ -60,8 +64,11 @@ void KPSearchField::setText(const QString &text)
     const auto composed = [](const QString &some) {
         return some.normalized(QString::NormalizationForm_C);
     };
-    if (composed(text) != composed(m_entry->text()))
-        m_entry->setText(composed(text));
+    if (composed(text) == composed(m_entry->text()))
+        return;
+    m_isShowing = true;
+    m_entry->setText(composed(text));
+    m_isShowing = false;
 }
 
 void KPSearchField::focusAndSelect()
@@ -152,12 +159,10 @@ bool KPSearchField::keyPressed(int key)
         Q_EMIT left();
         return true;
     case Qt::Key_Escape:
-        if (m_entry->text().isEmpty()) {
+        if (m_entry->text().isEmpty())
             Q_EMIT left();
-        } else {
+        else
             m_entry->clear();
-            Q_EMIT edited({});
-        }
         return true;
     default:
         return false;

@@ -63,4 +63,5 @@ private:
     QList<QAction *> m_modes;
     QStringList m_recent;
     bool m_isFilter = false;
+    bool m_isShowing = false; // a text that is not the user's
 };
