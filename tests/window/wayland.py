@@ -1,5 +1,6 @@
-"""The real program under a Wayland compositor without a screen: start, a search that comes over the
-bus, a document that is handed over, a picture. wayland.py MURN MURNCTL PICTURES FOLDER"""
+"""The real program under a Wayland compositor without a screen, used by the accessible tree alone:
+start, a search that comes over the bus, a document that is handed over, tags, undo, a picture.
+wayland.py MURN MURNCTL PICTURES FOLDER"""
 
 import os
 import subprocess
@@ -26,9 +27,25 @@ class WaylandWalk(Walk):
         os.environ["QT_QPA_PLATFORM"] = "wayland"
         self._start_looking()
 
-    def act(self, role, name):
-        """By the accessible tree alone: there is no pointer."""
-        until(lambda: self.one(role, name).do_action(0), f"{role} {name} to act")
+    # There is neither keyboard nor pointer: everything goes by the accessible tree.
+
+    def act(self, role, name=None, begins=None, action="Press", shown=True):
+        def done():
+            for item in self.all(role, name, begins, shown=shown):
+                names = [item.get_action_name(i) for i in range(item.get_n_actions())]
+                if action in names and item.do_action(names.index(action)):
+                    return True
+            return False
+        until(done, f"{role} {name or begins} to do {action}")
+
+    def menu(self, name=None, begins=None):
+        self.act("menu item", name, begins, shown=False)
+
+    def choose(self, name):
+        self.act("list item", begins=name, action="SetFocus")
+
+    def write(self, field, text):
+        until(lambda: self.one("text", field).set_text_contents(text), f"{text} in {field}")
 
     def shot(self, name):
         """Only the program itself can take a picture here."""
@@ -57,8 +74,34 @@ class WaylandWalk(Walk):
         self.hand_over(self.path("Trips", "rome.pdf"))
         self.one("list item", begins="rome.pdf")
 
-    def takes_a_picture(self):
-        self.stop()
+    def searches_tags_and_takes_back(self):
+        path = self.path("invoice 1.pdf")
+        self.act("push button", "Cancel")  # the tag editor of what was handed over
+        self.menu("All Documents")
+        self.write("Search", "invoice")
+        self.shows("invoice 0.pdf", "invoice 1.pdf", "invoice 2.pdf")
+        self.choose("invoice 1")
+        self.menu("4 stars")
+        self.holds(path, [], 4)
+        self.write("Tags", "harbour")
+        self.choose("invoice 0")  # takes what was written before
+        self.holds(path, ["harbour"], 4)
+        self.menu(begins="Undo")
+        self.holds(path, [], 4)
+        self.choose("invoice 2")
+        self.menu("Move to Trash")
+        self.act("push button", "Move to Trash")
+        until(lambda: not os.path.exists(self.path("invoice 2.pdf")), "the file in the trash")
+        self.menu(begins="Undo")
+        until(lambda: os.path.exists(self.path("invoice 2.pdf")), "the file back in its place")
+        for mode in ("As List", "As Groups", "As Pictures"):
+            self.menu(mode)
+            self.is_on(mode)
+
+    def quits_and_takes_a_picture(self):
+        self.menu("Quit")
+        until(self.has_ended, "the end")
+        self.murn = None
         picture = os.path.join(self.pictures, "wayland.png")
         subprocess.run([self.murn_path, "--screenshot", picture], check=True, timeout=4 * DEADLINE)
         assert os.path.getsize(picture) > 10_000, "a picture of something"
@@ -74,7 +117,8 @@ def main():
         return 77
     walk = WaylandWalk(murn, murnctl, pictures, base)
     try:
-        for step in (walk.first_start, walk.takes_a_picture):
+        for step in (walk.first_start, walk.searches_tags_and_takes_back,
+                     walk.quits_and_takes_a_picture):
             print(step.__name__, flush=True)
             try:
                 step()
