@@ -313,13 +313,21 @@ void KPQuickLook::receive()
     lookAtCage();
     QList<KPDoc *> docs;
     const bool wasBusy = isBusy();
+    bool asksAgain = false;
     for (const KPPictureMaker::Result &result : m_maker.take()) {
+        // Begun before the pictures were to be made anew.
+        if (result.request.notBefore < m_rebuilt.value(result.request.path, m_rebuiltAll)) {
+            asksAgain = true;
+            continue;
+        }
         remember(result);
         const QString &key = result.request.key;
         if (m_missing.value(key) <= result.request.side)
             m_missing.remove(key);
         docs += m_waiting.values(key);
     }
+    if (asksAgain)
+        ask();
     if (!docs.isEmpty())
         Q_EMIT looksReady(docs);
     if (!wasBusy || isBusy())
