@@ -3,6 +3,8 @@
 
 #include <QBuffer>
 #include <QColor>
+#include <QtEndian>
+#include <libheif/heif.h>
 
 // Pictures of pages: which way up, how large, and of which page.
 
@@ -40,7 +42,92 @@ int darkPixels(const QImage &image)
     return dark;
 }
 
+QByteArray heif(const QImage &picture, heif_compression_format format)
+{
+    heif_context *context = heif_context_alloc();
+    heif_encoder *encoder = nullptr;
+    heif_image *image = nullptr;
+    QByteArray bytes;
+    if (heif_context_get_encoder_for_format(context, format, &encoder).code == heif_error_Ok) {
+        heif_image_create(picture.width(), picture.height(), heif_colorspace_RGB,
+                          heif_chroma_interleaved_RGB, &image);
+        heif_image_add_plane(image, heif_channel_interleaved, picture.width(), picture.height(), 8);
+        int stride = 0;
+        uint8_t *plane = heif_image_get_plane(image, heif_channel_interleaved, &stride);
+        const QImage rgb = picture.convertToFormat(QImage::Format_RGB888);
+        for (int y = 0; y < rgb.height(); ++y)
+            std::copy_n(rgb.constScanLine(y), rgb.width() * 3, plane + y * stride);
+        heif_context_encode_image(context, image, encoder, nullptr, nullptr);
+        heif_writer writer = {1, [](heif_context *, const void *data, size_t size, void *to) {
+                                  static_cast<QByteArray *>(to)->append(
+                                      static_cast<const char *>(data),
+                                      static_cast<qsizetype>(size));
+                                  return heif_error{heif_error_Ok, heif_suberror_Unspecified, ""};
+                              }};
+        heif_context_write(context, &writer, &bytes);
+        heif_image_release(image);
+        heif_encoder_release(encoder);
+    }
+    heif_context_free(context);
+    return bytes;
+}
+
+// A camera's own file: TIFF, with a JPEG of what it holds beside data that nobody here reads.
+QByteArray rawWithPreview(const QByteArray &jpeg)
+{
+    struct Entry
+    {
+        quint16 tag, type;
+        quint32 value;
+    };
+    constexpr quint16 shortType = 3;
+    constexpr quint16 longType = 4;
+    constexpr quint32 header = 8;
+    const quint32 entries = 6;
+    const quint32 end = header + 2 + entries * 12 + 4;
+    const Entry fields[entries] = {
+        {0x00FE, longType, 1}, // a smaller picture of another
+        {0x0100, longType, 40},  {0x0101, longType, 20},
+        {0x0103, shortType, 6}, // JPEG
+        {0x0201, longType, end}, {0x0202, longType, static_cast<quint32>(jpeg.size())}};
+    QByteArray bytes("II*\0\x08\0\0\0\x06\0", 10);
+    const auto put = [&](auto value) {
+        const auto little = qToLittleEndian(value);
+        bytes.append(reinterpret_cast<const char *>(&little), sizeof little);
+    };
+    for (const Entry &field : fields) {
+        put(field.tag);
+        put(field.type);
+        put(quint32{1});
+        put(field.value);
+    }
+    put(quint32{0});
+    return bytes + jpeg;
+}
+
 } // namespace
+
+TEST(Pictures, OfCamerasAndTelephonesAreShown)
+{
+    const QImage picture = twoHalves(128, 64);
+    const struct
+    {
+        const char *type;
+        QByteArray bytes;
+    } cases[] = {{"public.heic", heif(picture, heif_compression_HEVC)},
+                 {"public.avif", heif(picture, heif_compression_AV1)},
+                 {"public.camera-raw-image", rawWithPreview(encoded(picture, "JPEG"))}};
+    for (const auto &each : cases) {
+        if (each.bytes.isEmpty())
+            continue; // no encoder for it here
+        const QImage shown = ReaderFile(QString::fromLatin1(each.type), each.bytes).picture(1, 64);
+        ASSERT_EQ(shown.size(), QSize(64, 32)) << each.type;
+        EXPECT_GT(shown.pixelColor(8, 16).red(), 200) << each.type;
+        EXPECT_GT(shown.pixelColor(56, 16).blue(), 200) << each.type;
+        const QByteArray half = each.bytes.left(each.bytes.size() / 2);
+        (void)ReaderFile(QString::fromLatin1(each.type), half).picture(1, 64); // ends
+    }
+}
 
 TEST(Pictures, FitTheSizeAskedForAndAreNotBlownUp)
 {
