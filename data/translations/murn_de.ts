@@ -2879,6 +2879,9 @@ Was ist geschehen, und was hatten Sie erwartet?
     <message id="KPScanAction">
         <translation>Scannen …</translation>
     </message>
+    <message id="KPScanAnyProportion">
+        <translation>Beliebige Form</translation>
+    </message>
     <message id="KPScanApply">
         <translation>Anwenden</translation>
     </message>
@@ -2906,6 +2909,9 @@ Was ist geschehen, und was hatten Sie erwartet?
     <message id="KPScanDeletePage">
         <translation>Löschen einer Seite</translation>
     </message>
+    <message id="KPScanDeleteProfile">
+        <translation>„%1“ löschen</translation>
+    </message>
     <message id="KPScanDone">
         <translation>Fertig</translation>
     </message>
@@ -2920,6 +2926,9 @@ Was ist geschehen, und was hatten Sie erwartet?
     </message>
     <message id="KPScanFeederEmpty">
         <translation>Der Einzug ist leer.</translation>
+    </message>
+    <message id="KPScanFiled">
+        <translation>Abgelegt als „%1“</translation>
     </message>
     <message id="KPScanGrey">
         <translation>Graustufen</translation>
@@ -2951,8 +2960,17 @@ Was ist geschehen, und was hatten Sie erwartet?
     <message id="KPScanMovePage">
         <translation>Verschieben einer Seite</translation>
     </message>
+    <message id="KPScanNextDocument">
+        <translation>Nächstes Dokument</translation>
+    </message>
+    <message id="KPScanNextDocumentTip">
+        <translation>Diese Seiten ablegen und das nächste Dokument beginnen</translation>
+    </message>
     <message id="KPScanNoPages">
         <translation>Es gibt keine Seiten.</translation>
+    </message>
+    <message id="KPScanNoProfile">
+        <translation>Keines</translation>
     </message>
     <message id="KPScanNotWritten">
         <translation>Das Dokument konnte nicht geschrieben werden.</translation>
@@ -2978,8 +2996,23 @@ Was ist geschehen, und was hatten Sie erwartet?
     <message id="KPScanPlaceholderName">
         <translation>Scan DATE_HERE</translation>
     </message>
+    <message id="KPScanProfile">
+        <translation>Profil</translation>
+    </message>
+    <message id="KPScanProfileMenu">
+        <translation>Profile sichern oder löschen</translation>
+    </message>
+    <message id="KPScanProfileName">
+        <translation>Name des Profils:</translation>
+    </message>
+    <message id="KPScanProfileNotSaved">
+        <translation>Die Profile konnten nicht gesichert werden</translation>
+    </message>
     <message id="KPScanProgress">
         <translation>Fortschritt</translation>
+    </message>
+    <message id="KPScanProportion">
+        <translation>Form des Ausschnitts</translation>
     </message>
     <message id="KPScanRating">
         <translation>Bewertung</translation>
@@ -2996,6 +3029,12 @@ Was ist geschehen, und was hatten Sie erwartet?
     <message id="KPScanResolution">
         <translation>Auflösung</translation>
     </message>
+    <message id="KPScanSaveProfile">
+        <translation>Einstellungen als Profil sichern …</translation>
+    </message>
+    <message id="KPScanSaveProfileTitle">
+        <translation>Profil sichern</translation>
+    </message>
     <message id="KPScanScanner">
         <translation>Scanner</translation>
     </message>
@@ -3010,6 +3049,9 @@ Was ist geschehen, und was hatten Sie erwartet?
     </message>
     <message id="KPScanTools">
         <translation>Werkzeuge</translation>
+    </message>
+    <message id="KPScanTurnUpright">
+        <translation>Nach dem Text aufrecht drehen</translation>
     </message>
     <message id="KPScanUndo">
         <translation>Rückgängig</translation>

@@ -2881,6 +2881,9 @@ What happened, and what did you expect?
     <message id="KPScanAction">
         <translation>Scan…</translation>
     </message>
+    <message id="KPScanAnyProportion">
+        <translation>Any Shape</translation>
+    </message>
     <message id="KPScanApply">
         <translation>Apply</translation>
     </message>
@@ -2908,6 +2911,9 @@ What happened, and what did you expect?
     <message id="KPScanDeletePage">
         <translation>Deleting a Page</translation>
     </message>
+    <message id="KPScanDeleteProfile">
+        <translation>Delete “%1”</translation>
+    </message>
     <message id="KPScanDone">
         <translation>Done</translation>
     </message>
@@ -2922,6 +2928,9 @@ What happened, and what did you expect?
     </message>
     <message id="KPScanFeederEmpty">
         <translation>The feeder is empty.</translation>
+    </message>
+    <message id="KPScanFiled">
+        <translation>Filed as “%1”</translation>
     </message>
     <message id="KPScanGrey">
         <translation>Grey</translation>
@@ -2953,8 +2962,17 @@ What happened, and what did you expect?
     <message id="KPScanMovePage">
         <translation>Moving a Page</translation>
     </message>
+    <message id="KPScanNextDocument">
+        <translation>Next Document</translation>
+    </message>
+    <message id="KPScanNextDocumentTip">
+        <translation>File these pages and begin the next document</translation>
+    </message>
     <message id="KPScanNoPages">
         <translation>There are no pages.</translation>
+    </message>
+    <message id="KPScanNoProfile">
+        <translation>None</translation>
     </message>
     <message id="KPScanNotWritten">
         <translation>The document could not be written.</translation>
@@ -2980,8 +2998,23 @@ What happened, and what did you expect?
     <message id="KPScanPlaceholderName">
         <translation>Scan DATE_HERE</translation>
     </message>
+    <message id="KPScanProfile">
+        <translation>Profile</translation>
+    </message>
+    <message id="KPScanProfileMenu">
+        <translation>Save or delete profiles</translation>
+    </message>
+    <message id="KPScanProfileName">
+        <translation>Name of the profile:</translation>
+    </message>
+    <message id="KPScanProfileNotSaved">
+        <translation>The profiles could not be saved</translation>
+    </message>
     <message id="KPScanProgress">
         <translation>Progress</translation>
+    </message>
+    <message id="KPScanProportion">
+        <translation>Shape of the crop</translation>
     </message>
     <message id="KPScanRating">
         <translation>Rating</translation>
@@ -2998,6 +3031,12 @@ What happened, and what did you expect?
     <message id="KPScanResolution">
         <translation>Resolution</translation>
     </message>
+    <message id="KPScanSaveProfile">
+        <translation>Save Settings as Profile…</translation>
+    </message>
+    <message id="KPScanSaveProfileTitle">
+        <translation>Save Profile</translation>
+    </message>
     <message id="KPScanScanner">
         <translation>Scanner</translation>
     </message>
@@ -3012,6 +3051,9 @@ What happened, and what did you expect?
     </message>
     <message id="KPScanTools">
         <translation>Tools</translation>
+    </message>
+    <message id="KPScanTurnUpright">
+        <translation>Turn upright by the text</translation>
     </message>
     <message id="KPScanUndo">
         <translation>Undo</translation>

@@ -64,7 +64,7 @@ static int run(const KPCommandLine &line, KPCommandOutput &output)
     if (!options->toPath.isEmpty() && XPFileInfo::read(options->toPath))
         return kpReportUsage(&kpScanCommand, QStringLiteral("the file of --to is there already"));
     if (line.has("--save-profile")) {
-        if (const auto error = options->saveProfile(line.values("--save-profile").last()))
+        if (const auto error = options->save(line.values("--save-profile").last()))
             output.fail(QStringLiteral("the profile cannot be saved: ") + error->reason());
     }
     XPScannedPages pages;
@@ -118,6 +118,7 @@ const KPCommand kpScanCommand = {
      {"--duplex", nullptr, "both sides, where the feeder can"},
      {"--pages", "N", "no more than these"},
      {"--clean-up", nullptr, "crop to the paper and straighten"},
+     {"--upright", nullptr, "turn pages so that their text stands upright"},
      {"--skip-blank", nullptr, "leave out pages with nothing on them"},
      {"--text", nullptr, "recognise the text, so that it can be searched"},
      {"--profile", "NAME", "as kept under this name; other options come on top"},

@@ -7,17 +7,6 @@
 
 #include <array>
 
-const QString KPScanOptions::profilesKey = QStringLiteral("KPScanProfiles");
-
-static const QString unitKey = QStringLiteral("source");
-static const QString modeKey = QStringLiteral("mode");
-static const QString resolutionKey = QStringLiteral("resolution");
-static const QString paperKey = QStringLiteral("paper");
-static const QString duplexKey = QStringLiteral("duplex");
-static const QString cleansKey = QStringLiteral("cleanUp");
-static const QString blankKey = QStringLiteral("leaveOutBlank");
-static const QString textKey = QStringLiteral("recogniseText");
-
 static std::optional<int> unitNamed(const QString &name)
 {
     static const std::array names = {QStringLiteral("flatbed"), QStringLiteral("transparency"),
@@ -50,47 +39,6 @@ static std::optional<QString> modeNamed(const QString &name)
     return {};
 }
 
-static std::optional<XPError> takeProfile(const QString &name, KPScanOptions &options)
-{
-    const PropertyValue::Dictionary profiles =
-        UserDefaults::standard().value(KPScanOptions::profilesKey).dictionary();
-    if (!profiles.contains(name))
-        return kpUsageError(QStringLiteral("there is no profile %1").arg(XPPath::printable(name)));
-    const PropertyValue::Dictionary profile = profiles.value(name).dictionary();
-    if (profile.contains(unitKey))
-        options.unit = static_cast<int>(profile.value(unitKey).integerValue());
-    if (!profile.value(modeKey).string().isEmpty())
-        options.mode = profile.value(modeKey).string();
-    if (profile.contains(resolutionKey))
-        options.resolution = static_cast<int>(profile.value(resolutionKey).integerValue());
-    if (profile.contains(paperKey))
-        options.paper = static_cast<int>(profile.value(paperKey).integerValue());
-    options.duplex = profile.value(duplexKey).boolValue();
-    options.cleans = profile.value(cleansKey).boolValue();
-    options.leavesOutBlank = profile.value(blankKey).boolValue();
-    options.recognisesText = profile.value(textKey).boolValue();
-    return {};
-}
-
-std::optional<XPError> KPScanOptions::saveProfile(const QString &name) const
-{
-    PropertyValue::Dictionary profile{{modeKey, mode},
-                                      {resolutionKey, PropertyValue::integer(resolution)},
-                                      {duplexKey, PropertyValue::boolean(duplex)},
-                                      {cleansKey, PropertyValue::boolean(cleans)},
-                                      {blankKey, PropertyValue::boolean(leavesOutBlank)},
-                                      {textKey, PropertyValue::boolean(recognisesText)}};
-    if (unit)
-        profile.insert(unitKey, PropertyValue::integer(*unit));
-    if (paper)
-        profile.insert(paperKey, PropertyValue::integer(*paper));
-    UserDefaults &defaults = UserDefaults::standard();
-    PropertyValue::Dictionary profiles = defaults.value(profilesKey).dictionary();
-    profiles.insert(name, profile);
-    defaults.setValue(profilesKey, profiles);
-    return defaults.synchronise();
-}
-
 template <typename Value, typename Find>
 static std::optional<XPError> choose(const KPCommandLine &line, const char *option, Find find,
                                      Value &value)
@@ -110,8 +58,12 @@ XPResult<KPScanOptions> KPScanOptions::parse(const KPCommandLine &line)
 {
     KPScanOptions options;
     if (line.has("--profile")) {
-        if (auto error = takeProfile(line.values("--profile").last(), options))
-            return *error;
+        const QString name = line.values("--profile").last();
+        const auto profile = XPScanProfile::named(name);
+        if (!profile)
+            return kpUsageError(
+                QStringLiteral("there is no profile %1").arg(XPPath::printable(name)));
+        static_cast<XPScanProfile &>(options) = *profile;
     }
     const auto number = [](int least, int most) {
         return [least, most](const QString &word) {
@@ -134,6 +86,7 @@ XPResult<KPScanOptions> KPScanOptions::parse(const KPCommandLine &line)
         options.device = line.values("--device").last();
     options.duplex = options.duplex || line.has("--duplex");
     options.cleans = options.cleans || line.has("--clean-up");
+    options.turnsUpright = options.turnsUpright || line.has("--upright");
     options.leavesOutBlank = options.leavesOutBlank || line.has("--skip-blank");
     options.recognisesText = options.recognisesText || line.has("--text");
     const auto tags = line.tags("--tag");

@@ -3,7 +3,7 @@
 #include "KPCommandOutput.h"
 #include "UserDefaults.h"
 #include "XPNotificationCenter.h"
-#include "XPPageAnalysis.h"
+#include "XPPageCleanUp.h"
 #include "XPScanDocument.h"
 
 #include <QTimer>
@@ -90,8 +90,8 @@ bool KPScanRun::scan(const KPScanOptions &options)
             wait(XPImageCaptureCoreDevice::completeNotification);
         if (m_added == before)
             break; // stopped, failed, or the feeder is empty
-        if (options.cleans || options.leavesOutBlank)
-            cleanUp(m_pages.numberOfPages() - 1);
+        if (options.cleans || options.turnsUpright || options.leavesOutBlank)
+            cleanUp(m_pages.numberOfPages() - 1, options);
     }
     m_progress.clear();
     m_device.releaseScanners();
@@ -102,15 +102,15 @@ bool KPScanRun::scan(const KPScanOptions &options)
     return !m_hasFailed && m_added > 0;
 }
 
-void KPScanRun::cleanUp(int index) const
+void KPScanRun::cleanUp(int index, const KPScanOptions &options) const
 {
     const QImage image = XPScannedPages::rendered(m_pages.pages().at(index).path, {});
-    if (XPPageAnalysis::isBlank(image))
+    const auto cleaned = XPPageCleanUp::of(
+        image, {.cropAndStraighten = options.cleans, .turnUpright = options.turnsUpright});
+    if (cleaned.isBlank)
         m_pages.markBlank(index, true);
-    XPPageEdit edit;
-    edit.crop = XPPageAnalysis::paper(image);
-    edit.straightenAngle = -XPPageAnalysis::angle(image);
-    m_pages.setEdit(index, edit);
+    if (!cleaned.edit.isNone())
+        m_pages.setEdit(index, cleaned.edit);
 }
 
 void KPScanRun::addPageImagePath(const QString &path)

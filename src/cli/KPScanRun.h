@@ -32,7 +32,7 @@ private:
     void find();
     bool chooseScanner(const KPScanOptions &options);
     void wait(const QString &notification);
-    void cleanUp(int index) const;
+    void cleanUp(int index, const KPScanOptions &options) const;
 
     KPCommandOutput &m_output;
     XPScannedPages &m_pages;

@@ -52,6 +52,39 @@ static QStringList usualLanguages()
     return names.isEmpty() ? installed.mid(0, 1) : names;
 }
 
+int XPTextLayer::turnsToUpright(const QImage &image)
+{
+    constexpr int enoughPixels = 1754; // of the longer side: a page at 150 dots an inch
+    constexpr double sure = 2;         // less is often said of pages with little text
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("page.png"));
+    const QImage smaller = std::max(image.width(), image.height()) <= enoughPixels
+                               ? image
+                               : image.scaled(enoughPixels, enoughPixels, Qt::KeepAspectRatio,
+                                              Qt::SmoothTransformation);
+    if (!isAvailable() || !smaller.save(path, "PNG", 80))
+        return 0;
+    QProcess process;
+    process.setStandardErrorFile(QProcess::nullDevice());
+    process.start(program(), {path, QStringLiteral("-"), QStringLiteral("--psm"),
+                              QStringLiteral("0"), QStringLiteral("--dpi"), QStringLiteral("150")});
+    if (!process.waitForFinished(mostMillisecondsAPage)) {
+        process.kill();
+        process.waitForFinished();
+        return 0;
+    }
+    int degrees = 0;
+    double confidence = 0;
+    for (const QByteArray &line : process.readAllStandardOutput().split('\n')) {
+        const auto value = line.mid(line.indexOf(':') + 1).trimmed();
+        if (line.startsWith("Rotate:"))
+            degrees = value.toInt();
+        else if (line.startsWith("Orientation confidence:"))
+            confidence = value.toDouble();
+    }
+    return confidence >= sure ? (degrees / 90) % 4 : 0;
+}
+
 // A PDF of one page that holds nothing but invisible text; an empty path when it failed.
 static QString textOf(const QImage &picture, const QStringList &languages, const QString &folder,
                       int number)

@@ -31,6 +31,10 @@ bool isAvailable();
 // What is installed, "eng", "deu", …; empty where the program is not.
 QStringList languages();
 
+// The quarter turns, clockwise, that make the page's text stand upright; 0 where it does, where no
+// text is seen clearly, and where the program cannot tell.
+int turnsToUpright(const QImage &image);
+
 // Lays text over pages of the document, which is replaced as a whole once all is done and keeps
 // its tags and marks. `picture` gives a page, from 0, as people see it; a null picture leaves it
 // out. Answers the pages that got a layer. `progress` is told of each page and says whether to go

@@ -158,6 +158,7 @@ constexpr Row rows[] = {
     {"KPDuplexScanning", false, Page::Scanning, newScans, QT_TRID_NOOP("KPScanDuplex")},
     {"KPCompressionFactor3", 0.35, Page::Scanning, scannedPages, QT_TRID_NOOP("KPPrefQuality"), QT_TRID_NOOP("KPPrefQualityHint"), {0.05, 1}},
     {"KPScanCleanUp", false, Page::Scanning, scannedPages, QT_TRID_NOOP("KPScanCleanUp")},
+    {"KPScanTurnUpright", false, Page::Scanning, scannedPages, QT_TRID_NOOP("KPScanTurnUpright")},
     {"KPScanLeaveOutBlank", false, Page::Scanning, scannedPages, QT_TRID_NOOP("KPScanLeaveOutBlank")},
     {"KPScanRecogniseText", false, Page::Scanning, scannedPages, QT_TRID_NOOP("KPScanRecogniseText")},
     {"KPSelectedPaper", 3},

@@ -5,6 +5,9 @@
 #include "UserDefaults.h"
 #include "XPPageLoader.h"
 #include "XPPaperSizes.h"
+#include "XPPath.h"
+#include "XPPrompts.h"
+#include "XPScanProfile.h"
 #include "XPStarsEditor.h"
 #include "XPTagsEditor.h"
 #include "XPWrappedCheckBox.h"
@@ -13,8 +16,10 @@
 #include <QComboBox>
 #include <QDockWidget>
 #include <QFormLayout>
+#include <QInputDialog>
 #include <QLabel>
 #include <QListWidget>
+#include <QMenu>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QScrollArea>
@@ -22,13 +27,11 @@
 #include <QSlider>
 #include <QStatusBar>
 #include <QToolBar>
+#include <QToolButton>
 
 static const QString frameKey = QStringLiteral("KPScanWindowFrame");
-static const QString cleanUpKey = QStringLiteral("KPScanCleanUp");
-static const QString skipBlankKey = QStringLiteral("KPScanLeaveOutBlank");
-static const QString textKey = QStringLiteral("KPScanRecogniseText");
-static const QString modeKey = QStringLiteral("KPScanMode");
-static const QString resolutionKey = QStringLiteral("KPScanDPI");
+
+using Profile = XPScanProfile;
 
 static constexpr int stripWidth = 112;
 static constexpr int sidebarWidth = 260;
@@ -155,6 +158,7 @@ QWidget *XPScanController::buildSettings()
         widget->setAccessibleName(qtTrId(label));
         form->addRow(qtTrId(label), widget);
     };
+    row(QT_TRID_NOOP("KPScanProfile"), buildProfiles());
     m_scannerPopup = new QComboBox(side);
     m_scannerPopup->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     row(QT_TRID_NOOP("KPScanScanner"), m_scannerPopup);
@@ -171,14 +175,14 @@ QWidget *XPScanController::buildSettings()
     m_mode->addItem(qtTrId("KPScanColour"), QStringLiteral("Color"));
     m_mode->addItem(qtTrId("KPScanGrey"), QStringLiteral("Gray"));
     m_mode->addItem(qtTrId("KPScanBlackAndWhite"), QStringLiteral("Lineart"));
-    follow(modeKey, [this](const PropertyValue &mode) {
+    follow(Profile::modeKey, [this](const PropertyValue &mode) {
         m_mode->setCurrentIndex(std::max(0, m_mode->findData(mode.string())));
     });
     row(QT_TRID_NOOP("KPScanColours"), m_mode);
     m_resolution = new QComboBox(side);
     for (const int dpi : {150, 300, 400, 600})
         m_resolution->addItem(qtTrId("KPScanDotsPerInch").arg(dpi), dpi);
-    follow(resolutionKey, [this](const PropertyValue &dpi) {
+    follow(Profile::resolutionKey, [this](const PropertyValue &dpi) {
         m_resolution->setCurrentIndex(
             std::max(1, m_resolution->findData(static_cast<int>(dpi.integerValue()))));
     });
@@ -193,9 +197,10 @@ QWidget *XPScanController::buildSettings()
         return check;
     };
     m_duplex = box(QT_TRID_NOOP("KPScanDuplex"), XPImageCaptureCoreDevice::duplexKey);
-    m_cleanUp = box(QT_TRID_NOOP("KPScanCleanUp"), cleanUpKey);
-    m_skipBlank = box(QT_TRID_NOOP("KPScanLeaveOutBlank"), skipBlankKey);
-    m_text = box(QT_TRID_NOOP("KPScanRecogniseText"), textKey);
+    m_cleanUp = box(QT_TRID_NOOP("KPScanCleanUp"), Profile::cleansKey);
+    m_upright = box(QT_TRID_NOOP("KPScanTurnUpright"), Profile::turnsUprightKey);
+    m_skipBlank = box(QT_TRID_NOOP("KPScanLeaveOutBlank"), Profile::leavesOutBlankKey);
+    m_text = box(QT_TRID_NOOP("KPScanRecogniseText"), Profile::recognisesTextKey);
     m_tags = new XPTagsEditor(XPTagsEditor::Purpose::Edit, side);
     m_tags->setHint(qtTrId("KPAddTag"), qtTrId("KPScanTags"));
     if (m_hooks.knownTags)
@@ -204,6 +209,38 @@ QWidget *XPScanController::buildSettings()
     m_stars = new XPStarsEditor(side);
     row(QT_TRID_NOOP("KPScanRating"), m_stars);
     return scroll;
+}
+
+QWidget *XPScanController::buildProfiles()
+{
+    auto *both = new QWidget(this);
+    auto *line = new QHBoxLayout(both);
+    line->setContentsMargins(0, 0, 0, 0);
+    line->setSpacing(4);
+    m_profiles = new QComboBox(both);
+    m_profiles->setAccessibleName(qtTrId("KPScanProfile"));
+    m_profiles->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    m_profileMenu = new QToolButton(both);
+    m_profileMenu->setIcon(KPDocIcons::symbol(QStringLiteral("settings")));
+    m_profileMenu->setAutoRaise(true);
+    m_profileMenu->setPopupMode(QToolButton::InstantPopup);
+    m_profileMenu->setToolTip(qtTrId("KPScanProfileMenu"));
+    m_profileMenu->setAccessibleName(qtTrId("KPScanProfileMenu"));
+    m_profileMenu->setMenu(new QMenu(m_profileMenu));
+    line->addWidget(m_profiles, 1);
+    line->addWidget(m_profileMenu);
+    connect(m_profileMenu->menu(), &QMenu::aboutToShow, this, &XPScanController::fillProfileMenu);
+    connect(m_profiles, &QComboBox::activated, this, [this] {
+        if (const auto profile = Profile::named(m_profiles->currentText())) {
+            profile->useForSettings();
+            showPapers();
+        }
+    });
+    m_observations.push_back(
+        UserDefaults::standard().addObserver(QStringLiteral("values.") + Profile::profilesKey,
+                                             [this](const PropertyValue &) { showProfiles(); }));
+    showProfiles();
+    return both;
 }
 
 QWidget *XPScanController::buildButtons()
@@ -225,18 +262,28 @@ QWidget *XPScanController::buildButtons()
     m_contrast->setMaximumWidth(200);
     m_contrast->setAccessibleName(qtTrId("KPToolbarContrastLabel"));
     m_contrast->hide();
+    m_proportion = new QComboBox(bar);
+    m_proportion->setAccessibleName(qtTrId("KPScanProportion"));
+    m_proportion->setToolTip(qtTrId("KPScanProportion"));
+    m_proportion->addItem(qtTrId("KPScanAnyProportion"), 0);
+    for (const int paper : {1, 5, 11, XPPaperSizes::usLetter, 4}) // A4, A5, A3, Letter, Legal
+        m_proportion->addItem(XPPaperSizes::name(paper), paper);
+    m_proportion->hide();
+    connect(m_proportion, &QComboBox::activated, this, &XPScanController::chooseProportion);
     const auto button = [&](const char *text) { return new QPushButton(qtTrId(text), bar); };
     m_apply = button(QT_TRID_NOOP("KPScanApply"));
     m_leave = button(QT_TRID_NOOP("KPScanLeaveTool"));
     m_stop = button(QT_TRID_NOOP("KPScanStop"));
     m_scan = button(QT_TRID_NOOP("KPScanPage"));
     m_done = button(QT_TRID_NOOP("KPScanDone"));
+    m_next = button(QT_TRID_NOOP("KPScanNextDocument"));
+    m_next->setToolTip(qtTrId("KPScanNextDocumentTip"));
     auto *cancel = button(QT_TRID_NOOP("KPCancel"));
     line->addWidget(m_counter);
     line->addWidget(m_note, 1);
     line->addWidget(m_progress);
-    for (QWidget *each : std::initializer_list<QWidget *>{m_contrast, m_leave, m_apply, m_stop,
-                                                          cancel, m_scan, m_done})
+    for (QWidget *each : std::initializer_list<QWidget *>{
+             m_contrast, m_proportion, m_leave, m_apply, m_stop, cancel, m_scan, m_next, m_done})
         line->addWidget(each);
     m_scan->setDefault(true);
     m_scan->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_N));
@@ -247,7 +294,9 @@ QWidget *XPScanController::buildButtons()
         m_goesOn = false;
         m_device.cancelScan();
     });
+    m_next->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Return));
     connect(m_done, &QPushButton::clicked, this, &XPScanController::doneAction);
+    connect(m_next, &QPushButton::clicked, this, &XPScanController::nextDocumentAction);
     connect(m_apply, &QPushButton::clicked, this, &XPScanController::applyTool);
     connect(m_leave, &QPushButton::clicked, this, [this] { setTool(Tool::None); });
     return bar;
@@ -285,11 +334,11 @@ void XPScanController::connectParts()
             PropertyValue::integer(m_paperPopup->currentData().toInt()));
     });
     connect(m_mode, &QComboBox::activated, this, [this] {
-        UserDefaults::standard().setValue(modeKey, m_mode->currentData().toString());
+        UserDefaults::standard().setValue(Profile::modeKey, m_mode->currentData().toString());
     });
     connect(m_resolution, &QComboBox::activated, this, [this] {
         UserDefaults::standard().setValue(
-            resolutionKey, PropertyValue::integer(m_resolution->currentData().toInt()));
+            Profile::resolutionKey, PropertyValue::integer(m_resolution->currentData().toInt()));
     });
     connect(m_tags, &XPTagsEditor::tagsEdited, this, &XPScanController::tagsEdited);
     connect(m_stars, &XPStarsEditor::rated, this, &XPScanController::tagsEdited);
@@ -335,6 +384,51 @@ void XPScanController::showPapers()
     for (const int paper : m_device.paperSizesForCurrentScanner())
         m_paperPopup->addItem(XPImageCaptureCoreDevice::paperSizeLocalized(paper), paper);
     m_paperPopup->setCurrentIndex(std::max(0, m_paperPopup->findData(selected)));
+}
+
+void XPScanController::showProfiles()
+{
+    const QString chosen = m_profiles->currentText();
+    m_profiles->clear();
+    m_profiles->addItems(Profile::names());
+    m_profiles->setPlaceholderText(qtTrId("KPScanNoProfile"));
+    m_profiles->setCurrentIndex(m_profiles->findText(chosen));
+    m_profiles->setEnabled(m_profiles->count() > 0);
+}
+
+void XPScanController::fillProfileMenu()
+{
+    QMenu *menu = m_profileMenu->menu();
+    menu->clear();
+    menu->addAction(qtTrId("KPScanSaveProfile"), this, &XPScanController::saveProfile);
+    const QString chosen = m_profiles->currentText();
+    if (chosen.isEmpty())
+        return;
+    QString shown = XPPath::printable(chosen);
+    menu->addAction(qtTrId("KPScanDeleteProfile").arg(shown.replace(u'&', QStringLiteral("&&"))),
+                    this, [this, chosen] {
+                        if (const auto error = Profile::remove(chosen))
+                            XPPrompts::current().alert(qtTrId("KPScanProfileNotSaved"),
+                                                       error->reason());
+                    });
+}
+
+void XPScanController::saveProfile()
+{
+    auto *dialog = new QInputDialog(this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setWindowTitle(qtTrId("KPScanSaveProfileTitle"));
+    dialog->setLabelText(qtTrId("KPScanProfileName"));
+    dialog->setTextValue(m_profiles->currentText());
+    connect(dialog, &QInputDialog::textValueSelected, this, [this](const QString &text) {
+        const QString name = text.trimmed();
+        if (name.isEmpty())
+            return;
+        if (const auto error = Profile::ofSettings().save(name))
+            return XPPrompts::current().alert(qtTrId("KPScanProfileNotSaved"), error->reason());
+        m_profiles->setCurrentIndex(m_profiles->findText(name));
+    });
+    dialog->open();
 }
 
 void XPScanController::showStrip()
@@ -421,11 +515,13 @@ void XPScanController::updateButtons()
     m_straighten->setChecked(m_tool == Tool::Straighten);
     m_contrastTool->setChecked(m_tool == Tool::Contrast);
     m_contrast->setVisible(m_tool == Tool::Contrast);
+    m_proportion->setVisible(m_tool == Tool::Crop);
     m_apply->setVisible(m_tool != Tool::None);
     m_leave->setVisible(m_tool != Tool::None);
     m_scan->setVisible(!m_device.nowScanning());
     m_scan->setEnabled(!isBusy && !m_pages.error());
     m_stop->setVisible(m_device.nowScanning());
     m_done->setEnabled(!isBusy);
+    m_next->setEnabled(!isBusy && m_pages.numberOfPages() > 0);
     m_progress->setVisible(isBusy);
 }

@@ -16,7 +16,7 @@ class QListWidget;
 class QProgressBar;
 class QPushButton;
 class QSlider;
-class QSpinBox;
+class QToolButton;
 class XPPageLoader;
 class XPStarsEditor;
 class XPTagsEditor;
@@ -48,6 +48,8 @@ public:
     void askToQuit(std::function<void(bool)> answer);
 
     void scanNewPageAction();
+    // Files the pages as one document and goes on with the next.
+    void nextDocumentAction();
     void nextPageAction();
     void previousPageAction();
     void deletePageAction();
@@ -66,6 +68,7 @@ private:
 
     void buildToolbar();
     QWidget *buildSettings();
+    QWidget *buildProfiles();
     QWidget *buildButtons();
     void connectParts();
 
@@ -75,6 +78,9 @@ private:
     void scanningComplete();
     void showScanners();
     void showPapers();
+    void showProfiles();
+    void fillProfileMenu();
+    void saveProfile();
 
     void addFiles(const QStringList &paths);
     void showPage();
@@ -89,6 +95,7 @@ private:
     void readTags();
     void tagsEdited();
     void finish(const QString &toPath);
+    void chooseProportion();
     void finished(const XPResult<QString> &path);
     void closeForGood(bool proceeds);
 
@@ -104,16 +111,20 @@ private:
     QImage m_shown; // the current page as it came, of the size of a screen
     bool m_isLoading = false;
     bool m_isFiling = false;
-    bool m_goesOn = false; // the feeder may hold more
+    bool m_goesOn = false;    // the feeder may hold more
+    bool m_staysOpen = false; // what is filed is not the last document
 
     XPScanImageView *m_view;
     QListWidget *m_strip;
+    QComboBox *m_profiles;
+    QToolButton *m_profileMenu;
     QComboBox *m_scannerPopup;
     QComboBox *m_paperPopup;
     QComboBox *m_mode;
     QComboBox *m_resolution;
     QCheckBox *m_duplex;
     QCheckBox *m_cleanUp;
+    QCheckBox *m_upright;
     QCheckBox *m_skipBlank;
     QCheckBox *m_text;
     XPTagsEditor *m_tags;
@@ -122,9 +133,11 @@ private:
     QLabel *m_note;
     QProgressBar *m_progress;
     QSlider *m_contrast;
+    QComboBox *m_proportion; // of the crop
     QPushButton *m_scan;
     QPushButton *m_stop;
     QPushButton *m_done;
+    QPushButton *m_next;
     QPushButton *m_apply;
     QPushButton *m_leave;
     QAction *m_rotate = nullptr;

@@ -65,6 +65,15 @@ void XPScanController::doneAction()
     finish({});
 }
 
+void XPScanController::nextDocumentAction()
+{
+    if (m_isFiling || m_device.nowScanning() || m_pages.numberOfPages() == 0)
+        return;
+    leaveAllModes();
+    m_staysOpen = true;
+    finish({});
+}
+
 void XPScanController::finish(const QString &toPath)
 {
     m_isFiling = true;
@@ -103,6 +112,7 @@ void XPScanController::finish(const QString &toPath)
 void XPScanController::finished(const XPResult<QString> &path)
 {
     m_isFiling = false;
+    const bool staysOpen = std::exchange(m_staysOpen, false);
     setEnabled(true);
     updateButtons();
     if (!path) {
@@ -110,10 +120,12 @@ void XPScanController::finished(const XPResult<QString> &path)
         const QString chosen = QFileDialog::getSaveFileName(
             this, path.error().reason(), QStringLiteral("new scan.pdf"),
             qtTrId("KPScanPdfFiles") + QStringLiteral(" (*.pdf)"));
-        if (!chosen.isEmpty())
+        if (!chosen.isEmpty()) {
+            m_staysOpen = staysOpen;
             finish(chosen);
-        else if (auto quit = std::exchange(m_pendingQuit, {}))
+        } else if (auto quit = std::exchange(m_pendingQuit, {})) {
             quit(false);
+        }
         return;
     }
     XPScanDocument::removePlaceholderPDF(m_pages.folder());
@@ -122,7 +134,10 @@ void XPScanController::finished(const XPResult<QString> &path)
     m_stars->setRating(0);
     if (m_hooks.filed)
         m_hooks.filed(*path);
-    closeForGood(true);
+    if (staysOpen)
+        m_note->setText(qtTrId("KPScanFiled").arg(XPPath::printable(XPPath::fileName(*path))));
+    else
+        closeForGood(true);
 }
 
 void XPScanController::cancelAction()

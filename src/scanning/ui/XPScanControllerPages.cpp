@@ -4,7 +4,8 @@
 #include "ImportPagePicture.h"
 #include "KPDocIcons.h"
 #include "UserDefaults.h"
-#include "XPPageAnalysis.h"
+#include "XPPageCleanUp.h"
+#include "XPPaperSizes.h"
 #include "XPPageLoader.h"
 #include "XPPrompts.h"
 
@@ -59,32 +60,22 @@ void XPScanController::addPageImagePath(const QString &path)
 void XPScanController::cleanUpPage(int index)
 {
     const QString path = m_pages.pages().at(index).path;
-    struct Seen
-    {
-        bool isBlank = false;
-        QRectF paper;
-        double angle = 0;
-    };
-    const auto seen = std::make_shared<Seen>();
+    const auto cleaned = std::make_shared<XPPageCleanUp>();
+    const XPPageCleanUp::Wanted wanted{m_cleanUp->isChecked(), m_upright->isChecked()};
     m_loader->run(
-        [path, seen] {
-            const QImage image = XPScannedPages::rendered(path, {});
-            *seen = {XPPageAnalysis::isBlank(image), XPPageAnalysis::paper(image),
-                     XPPageAnalysis::angle(image)};
+        [path, wanted, cleaned] {
+            *cleaned = XPPageCleanUp::of(XPScannedPages::rendered(path, {}), wanted);
         },
-        [this, path, seen] {
+        [this, path, cleaned] {
             const auto at = static_cast<int>(m_pages.scannedImages().indexOf(path));
             if (at < 0)
                 return;
-            if (seen->isBlank)
+            if (cleaned->isBlank)
                 m_pages.markBlank(at, true);
-            XPPageEdit edit = m_pages.edit(at);
-            if (!m_cleanUp->isChecked() || !edit.isNone())
-                return; // switched off, or the user was first
-            edit.crop = seen->paper;
-            edit.straightenAngle = -seen->angle;
+            if (cleaned->edit.isNone() || !m_pages.edit(at).isNone())
+                return; // there is nothing to do, or the user was first
             const int current = m_pages.currentPageNumber();
-            m_pages.setEdit(at, edit);
+            m_pages.setEdit(at, cleaned->edit);
             m_pages.setCurrentPageNumber(current);
         });
 }
@@ -201,8 +192,11 @@ void XPScanController::setTool(Tool tool)
     m_view->setMode(m_tool == Tool::Crop         ? XPScanImageView::Mode::Crop
                     : m_tool == Tool::Straighten ? XPScanImageView::Mode::Straighten
                                                  : XPScanImageView::Mode::Show);
-    if (m_tool == Tool::Crop)
+    if (m_tool == Tool::Crop) {
         m_view->setCropRect(m_edit.crop);
+        m_proportion->setCurrentIndex(0);
+        chooseProportion();
+    }
     if (m_tool == Tool::Straighten) {
         m_edit.crop = QRectF(0, 0, 1, 1); // the whole page is seen while it is turned
         m_note->setText(qtTrId("KPScanDrawLine"));
@@ -217,6 +211,18 @@ void XPScanController::setTool(Tool tool)
     updateButtons();
     if (m_tool != Tool::None)
         m_view->setFocus();
+}
+
+// A paper lies as the page does.
+void XPScanController::chooseProportion()
+{
+    const QSizeF paper = XPPaperSizes::sizeInMM(m_proportion->currentData().toInt());
+    if (paper.isEmpty())
+        return m_view->setProportion({});
+    const double upright = paper.width() / paper.height();
+    const bool isWide = m_shown.width() > m_shown.height();
+    const bool isTurned = m_edit.quarterTurns % 2 != 0;
+    m_view->setProportion(isWide != isTurned ? 1 / upright : upright);
 }
 
 void XPScanController::applyTool()

@@ -6,6 +6,8 @@
 #include "XPFiledDocuments.h"
 #include "XPFolders.h"
 #include "XPPrompts.h"
+#include "XPScanProfile.h"
+#include "XPScannedPages.h"
 #include "XPTagsEditor.h"
 #include "XPTranslations.h"
 
@@ -85,10 +87,23 @@ struct Scene
     {
         return controller->findChild<QAction *>(QLatin1String(name));
     }
+    QString firstPage() const
+    {
+        const QString folder = XPScannedPages::folderStoragePath();
+        return folder + u'/' + QDir(folder).entryList({QStringLiteral("*.tiff")}).value(0);
+    }
     int pages() const { return controller->findChild<QListWidget *>()->count(); }
+    QComboBox *list(const char *name) const
+    {
+        for (auto *each : controller->findChildren<QComboBox *>()) {
+            if (each->accessibleName() == qtTrId(name))
+                return each;
+        }
+        return nullptr;
+    }
     bool hasScanner() const
     {
-        const auto *popup = controller->findChild<QComboBox *>();
+        const auto *popup = list("KPScanScanner");
         return QTest::qWaitFor([&] { return popup->isEnabled(); }, 20'000);
     }
     bool scan() const
@@ -135,6 +150,46 @@ TEST(ScanController, PaperBecomesATaggedDocument)
               0);
 }
 
+TEST(ScanController, OneDocumentFollowsTheOther)
+{
+    Scene scene;
+    ASSERT_TRUE(scene.hasScanner());
+    EXPECT_FALSE(scene.button("KPScanNextDocument")->isEnabled()) << "there is no page yet";
+    for (qsizetype document = 1; document <= 2; ++document) {
+        ASSERT_TRUE(scene.scan());
+        scene.controller->findChild<XPTagsEditor *>()->addTag(QString::number(document));
+        QTest::mouseClick(scene.button("KPScanNextDocument"), Qt::LeftButton);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return scene.filed.size() == document; }, 20'000));
+        EXPECT_TRUE(scene.controller->isVisible());
+        EXPECT_EQ(scene.pages(), 0);
+    }
+    EXPECT_EQ(Karvex::getUserTags(scene.filed.last()).valueOr({}),
+              QStringList{QStringLiteral("2")});
+}
+
+TEST(ScanController, ProfilesKeepWhatIsChosen)
+{
+    Scene scene;
+    auto *mode = scene.list("KPScanColours");
+    auto *profiles = scene.list("KPScanProfile");
+    const auto choose = [](QComboBox *list, int row) {
+        list->setCurrentIndex(row);
+        Q_EMIT list->activated(row);
+    };
+    choose(mode, 2);
+    const QString name = QStringLiteral("Bills & more");
+    ASSERT_FALSE(XPScanProfile::ofSettings().save(name));
+    choose(mode, 0);
+    EXPECT_EQ(XPScanProfile::ofSettings().mode, QStringLiteral("Color"));
+    ASSERT_EQ(profiles->findText(name), 0);
+    choose(profiles, 0);
+    EXPECT_EQ(mode->currentIndex(), 2);
+    EXPECT_EQ(XPScanProfile::ofSettings().mode, QStringLiteral("Lineart"));
+    ASSERT_FALSE(XPScanProfile::remove(name));
+    EXPECT_EQ(profiles->count(), 0);
+    EXPECT_FALSE(XPScanProfile::named(name));
+}
+
 TEST(ScanController, QuittingWithPagesAsks)
 {
     Scene scene;
@@ -171,6 +226,15 @@ TEST(ScanController, ToolsChangeThePageAndAreTakenBack)
     EXPECT_EQ(view->mode(), XPScanImageView::Mode::Crop);
     QTest::keyClick(view, Qt::Key_Left, Qt::ShiftModifier); // the corner, by one part in a hundred
     EXPECT_NEAR(view->cropRect().width(), 0.99, 1e-9);
+    auto *proportion = scene.list("KPScanProportion");
+    ASSERT_TRUE(proportion->isVisible());
+    proportion->setCurrentIndex(1); // A4
+    Q_EMIT proportion->activated(1);
+    const QSizeF page = XPScannedPages::rendered(scene.firstPage(), {}).size();
+    const QSizeF frame(view->cropRect().width() * page.width(),
+                       view->cropRect().height() * page.height());
+    EXPECT_NEAR(std::max(frame.width(), frame.height()) / std::min(frame.width(), frame.height()),
+                297.0 / 210, 0.01);
     QTest::keyClick(view, Qt::Key_Escape);
     EXPECT_EQ(view->mode(), XPScanImageView::Mode::Show);
     EXPECT_TRUE(scene.controller->isVisible());
