@@ -36,7 +36,7 @@ _murnctl_options() {
         import) printf '%s\n' --json --help ;;
         thumbnail) printf '%s\n' -o --page --size --help ;;
         scan) printf '%s\n' --list --device --source --mode --resolution --paper --duplex --pages \
-            --clean-up --upright --skip-blank --text --profile --save-profile --tag --rating --to --file \
+            --clean-up --upright --skip-blank --separate --text --profile --save-profile --tag --rating --to --file \
             --resume --discard --json --print0 --help ;;
         ocr) printf '%s\n' --language --redo --force --help ;;
         combine) printf '%s\n' -o --help ;;

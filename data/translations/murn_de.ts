@@ -3038,6 +3038,9 @@ Was ist geschehen, und was hatten Sie erwartet?
     <message id="KPScanScanner">
         <translation>Scanner</translation>
     </message>
+    <message id="KPScanSeparate">
+        <translation>Leere Seiten trennen Dokumente</translation>
+    </message>
     <message id="KPScanSettings">
         <translation>Einstellungen für den Scan</translation>
     </message>

@@ -3040,6 +3040,9 @@ What happened, and what did you expect?
     <message id="KPScanScanner">
         <translation>Scanner</translation>
     </message>
+    <message id="KPScanSeparate">
+        <translation>An empty page begins a document</translation>
+    </message>
     <message id="KPScanSettings">
         <translation>Settings of the Scan</translation>
     </message>

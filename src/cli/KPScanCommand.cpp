@@ -35,19 +35,27 @@ static void mark(const QString &path, const KPScanOptions &options, KPCommandOut
 static int finish(KPScanRun &scan, const KPScanOptions &options, XPScannedPages &pages,
                   KPCommandOutput &output)
 {
-    const QString path = scan.file(options);
-    if (path.isEmpty()) {
-        KPCommandOutput::note(
-            QStringLiteral("the pages are kept; 'murnctl scan --resume' files them"));
-        return output.exitStatus();
+    while (pages.numberOfPages() > 0) {
+        XPScanDocument::FirstOfPile first{pages.pages(), pages.numberOfPages()};
+        if (options.separates)
+            first = XPScanDocument::firstOfPile(pages.pages());
+        const QString path = scan.file(first.pages, options);
+        if (path.isEmpty()) {
+            KPCommandOutput::note(
+                QStringLiteral("the pages are kept; 'murnctl scan --resume' files them"));
+            return output.exitStatus();
+        }
+        mark(path, options, output);
+        XPScanDocument::removePlaceholderPDF(pages.folder());
+        if (first.used < pages.numberOfPages())
+            pages.forgetFirst(first.used);
+        else
+            pages.clearAllImages();
+        if (output.isJson())
+            output.write("{\"path\": " + KPCommandOutput::json(path) + "}\n");
+        else
+            output.writeRecord(output.name(path));
     }
-    mark(path, options, output);
-    pages.clearAllImages();
-    XPScanDocument::removePlaceholderPDF(pages.folder());
-    if (output.isJson())
-        output.write("{\"path\": " + KPCommandOutput::json(path) + "}\n");
-    else
-        output.writeRecord(output.name(path));
     return output.exitStatus();
 }
 
@@ -58,8 +66,11 @@ static int run(const KPCommandLine &line, KPCommandOutput &output)
         return kpReportUsage(&kpScanCommand, options.error().message);
     if (!line.operands().isEmpty())
         return kpReportUsage(&kpScanCommand, QStringLiteral("scan takes no files"));
-    if (const auto error = line.onlyOneOf({"--list", "--resume", "--discard"}))
-        return kpReportUsage(&kpScanCommand, error->message);
+    for (const auto &error : {line.onlyOneOf({"--list", "--resume", "--discard"}),
+                              line.onlyOneOf({"--separate", "--to"})}) {
+        if (error)
+            return kpReportUsage(&kpScanCommand, error->message);
+    }
     // Nothing is ever written over.
     if (!options->toPath.isEmpty() && XPFileInfo::read(options->toPath))
         return kpReportUsage(&kpScanCommand, QStringLiteral("the file of --to is there already"));
@@ -120,6 +131,7 @@ const KPCommand kpScanCommand = {
      {"--clean-up", nullptr, "crop to the paper and straighten"},
      {"--upright", nullptr, "turn pages so that their text stands upright"},
      {"--skip-blank", nullptr, "leave out pages with nothing on them"},
+     {"--separate", nullptr, "a page with nothing on it ends a document"},
      {"--text", nullptr, "recognise the text, so that it can be searched"},
      {"--profile", "NAME", "as kept under this name; other options come on top"},
      {"--save-profile", "NAME", "keep these options under this name"},

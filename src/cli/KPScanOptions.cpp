@@ -87,6 +87,7 @@ XPResult<KPScanOptions> KPScanOptions::parse(const KPCommandLine &line)
     options.duplex = options.duplex || line.has("--duplex");
     options.cleans = options.cleans || line.has("--clean-up");
     options.turnsUpright = options.turnsUpright || line.has("--upright");
+    options.separates = options.separates || line.has("--separate");
     options.leavesOutBlank = options.leavesOutBlank || line.has("--skip-blank");
     options.recognisesText = options.recognisesText || line.has("--text");
     const auto tags = line.tags("--tag");

@@ -90,7 +90,7 @@ bool KPScanRun::scan(const KPScanOptions &options)
             wait(XPImageCaptureCoreDevice::completeNotification);
         if (m_added == before)
             break; // stopped, failed, or the feeder is empty
-        if (options.cleans || options.turnsUpright || options.leavesOutBlank)
+        if (options.cleans || options.turnsUpright || options.leavesOutBlank || options.separates)
             cleanUp(m_pages.numberOfPages() - 1, options);
     }
     m_progress.clear();
@@ -139,11 +139,11 @@ void KPScanRun::scannerFailed(const QString &title, const QString &text, bool is
     m_output.fail(text.isEmpty() ? title : title + QStringLiteral(": ") + text);
 }
 
-QString KPScanRun::file(const KPScanOptions &options)
+QString KPScanRun::file(const QList<XPScannedPages::Page> &pages, const KPScanOptions &options)
 {
     XPScanDocument::Request request{
-        m_pages.pages(),       m_pages.folder(), options.toPath, options.recognisesText, {},
-        options.leavesOutBlank};
+        pages, m_pages.folder(),      options.toPath, options.recognisesText,
+        {},    options.leavesOutBlank};
     const auto path = XPScanDocument::file(request, [this](double part) {
         if (m_progress.isDue())
             m_progress.show(QStringLiteral("murnctl: %1 %").arg(static_cast<int>(part * 100)));

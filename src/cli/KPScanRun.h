@@ -23,7 +23,7 @@ public:
     // failed or stopped, and said so; the pages so far are kept.
     bool scan(const KPScanOptions &options);
     // The document's path; empty: failed, and said so.
-    QString file(const KPScanOptions &options);
+    QString file(const QList<XPScannedPages::Page> &pages, const KPScanOptions &options);
 
 private:
     void addPageImagePath(const QString &path) override;

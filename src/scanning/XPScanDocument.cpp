@@ -104,6 +104,17 @@ static std::optional<XPError> putInPlace(const QString &made, const QString &pat
     });
 }
 
+XPScanDocument::FirstOfPile XPScanDocument::firstOfPile(const QList<XPScannedPages::Page> &pile)
+{
+    const auto isBlank = [](const XPScannedPages::Page &page) { return page.isBlank; };
+    const auto begin = std::find_if_not(pile.begin(), pile.end(), isBlank);
+    const auto end = std::find_if(begin, pile.end(), isBlank);
+    const auto next = std::find_if_not(end, pile.end(), isBlank);
+    if (begin == pile.end())
+        return {pile, static_cast<int>(pile.size())};
+    return {QList<XPScannedPages::Page>(begin, end), static_cast<int>(next - pile.begin())};
+}
+
 XPResult<QString> XPScanDocument::file(const Request &request,
                                        const std::function<bool(double)> &progress)
 {

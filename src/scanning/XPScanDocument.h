@@ -23,6 +23,17 @@ void removePlaceholderPDF(const QString &folder);
 // "Scan" with date and time, as a file may be called.
 QString placeholderName(const QDateTime &now, const QLocale &locale = {});
 
+// --- Several documents in one pile
+
+struct FirstOfPile
+{
+    QList<XPScannedPages::Page> pages;
+    int used = 0; // pages of the pile, the blank ones before and behind the document too
+};
+// Up to the first blank page that follows a page with something on it; all of a pile without one.
+// Any thread.
+FirstOfPile firstOfPile(const QList<XPScannedPages::Page> &pile);
+
 // --- Filing. Any thread but the main one.
 
 struct Request

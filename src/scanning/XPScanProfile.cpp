@@ -9,6 +9,7 @@ const QString XPScanProfile::resolutionKey = QStringLiteral("KPScanDPI");
 const QString XPScanProfile::cleansKey = QStringLiteral("KPScanCleanUp");
 const QString XPScanProfile::turnsUprightKey = QStringLiteral("KPScanTurnUpright");
 const QString XPScanProfile::leavesOutBlankKey = QStringLiteral("KPScanLeaveOutBlank");
+const QString XPScanProfile::separatesKey = QStringLiteral("KPScanSeparateByBlank");
 const QString XPScanProfile::recognisesTextKey = QStringLiteral("KPScanRecogniseText");
 
 using Device = XPImageCaptureCoreDevice;
@@ -28,6 +29,7 @@ const Switch switches[] = {
     {"cleanUp", &XPScanProfile::cleans, XPScanProfile::cleansKey},
     {"turnUpright", &XPScanProfile::turnsUpright, XPScanProfile::turnsUprightKey},
     {"leaveOutBlank", &XPScanProfile::leavesOutBlank, XPScanProfile::leavesOutBlankKey},
+    {"separate", &XPScanProfile::separates, XPScanProfile::separatesKey},
     {"recogniseText", &XPScanProfile::recognisesText, XPScanProfile::recognisesTextKey},
 };
 

@@ -18,6 +18,7 @@ struct XPScanProfile
     bool cleans = false; // crops to the paper and straightens
     bool turnsUpright = false;
     bool leavesOutBlank = false;
+    bool separates = false; // a blank page ends a document
     bool recognisesText = false;
 
     static QStringList names(); // in the order of the alphabet
@@ -32,5 +33,5 @@ struct XPScanProfile
     static const QString profilesKey;
     // The settings, which the preferences have too.
     static const QString modeKey, resolutionKey, cleansKey, turnsUprightKey, leavesOutBlankKey,
-        recognisesTextKey;
+        separatesKey, recognisesTextKey;
 };

@@ -288,3 +288,17 @@ void XPScannedPages::clearAllImages()
     }
     Q_EMIT changed();
 }
+
+void XPScannedPages::forgetFirst(int count)
+{
+    if (!m_lock)
+        return;
+    const QList<Page> forgotten = m_pages.first(count);
+    m_undo.clear();
+    m_pages.remove(0, count);
+    m_current = std::min(numberOfPages(), std::max(1, m_current - count));
+    save(); // first, as above
+    for (const Page &page : forgotten)
+        QFile::remove(page.path);
+    Q_EMIT changed();
+}

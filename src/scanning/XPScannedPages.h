@@ -73,6 +73,8 @@ public:
 
     // Forgets all pages and removes their pictures: they are filed, or the user gave them up.
     void clearAllImages();
+    // The same for the first ones alone.
+    void forgetFirst(int count);
 
 Q_SIGNALS:
     void changed();

@@ -160,6 +160,7 @@ constexpr Row rows[] = {
     {"KPScanCleanUp", false, Page::Scanning, scannedPages, QT_TRID_NOOP("KPScanCleanUp")},
     {"KPScanTurnUpright", false, Page::Scanning, scannedPages, QT_TRID_NOOP("KPScanTurnUpright")},
     {"KPScanLeaveOutBlank", false, Page::Scanning, scannedPages, QT_TRID_NOOP("KPScanLeaveOutBlank")},
+    {"KPScanSeparateByBlank", false, Page::Scanning, scannedPages, QT_TRID_NOOP("KPScanSeparate")},
     {"KPScanRecogniseText", false, Page::Scanning, scannedPages, QT_TRID_NOOP("KPScanRecogniseText")},
     {"KPSelectedPaper", 3},
     {"KPScannerInterface", 2},

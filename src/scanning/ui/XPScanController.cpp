@@ -200,6 +200,7 @@ QWidget *XPScanController::buildSettings()
     m_cleanUp = box(QT_TRID_NOOP("KPScanCleanUp"), Profile::cleansKey);
     m_upright = box(QT_TRID_NOOP("KPScanTurnUpright"), Profile::turnsUprightKey);
     m_skipBlank = box(QT_TRID_NOOP("KPScanLeaveOutBlank"), Profile::leavesOutBlankKey);
+    m_separate = box(QT_TRID_NOOP("KPScanSeparate"), Profile::separatesKey);
     m_text = box(QT_TRID_NOOP("KPScanRecogniseText"), Profile::recognisesTextKey);
     m_tags = new XPTagsEditor(XPTagsEditor::Purpose::Edit, side);
     m_tags->setHint(qtTrId("KPAddTag"), qtTrId("KPScanTags"));

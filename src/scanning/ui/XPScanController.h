@@ -112,6 +112,7 @@ private:
     bool m_isLoading = false;
     bool m_isFiling = false;
     bool m_goesOn = false;    // the feeder may hold more
+    int m_filing = 0;         // how many pages are
     bool m_staysOpen = false; // what is filed is not the last document
 
     XPScanImageView *m_view;
@@ -126,6 +127,7 @@ private:
     QCheckBox *m_cleanUp;
     QCheckBox *m_upright;
     QCheckBox *m_skipBlank;
+    QCheckBox *m_separate;
     QCheckBox *m_text;
     XPTagsEditor *m_tags;
     XPStarsEditor *m_stars;

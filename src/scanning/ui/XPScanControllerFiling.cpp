@@ -81,9 +81,12 @@ void XPScanController::finish(const QString &toPath)
     m_progress->setValue(0);
     setEnabled(false);
     updateButtons();
+    XPScanDocument::FirstOfPile first{m_pages.pages(), m_pages.numberOfPages()};
+    if (m_separate->isChecked() && toPath.isEmpty())
+        first = XPScanDocument::firstOfPile(m_pages.pages());
+    m_filing = first.used;
     const XPScanDocument::Request request{
-        m_pages.pages(),         m_pages.folder(), toPath, m_text->isChecked(), {},
-        m_skipBlank->isChecked()};
+        first.pages, m_pages.folder(), toPath, m_text->isChecked(), {}, m_skipBlank->isChecked()};
     const QStringList tags = m_tags->tags();
     const double rating = m_stars->value();
     const auto result = std::make_shared<XPResult<QString>>(QString());
@@ -129,11 +132,16 @@ void XPScanController::finished(const XPResult<QString> &path)
         return;
     }
     XPScanDocument::removePlaceholderPDF(m_pages.folder());
+    if (m_hooks.filed)
+        m_hooks.filed(*path);
+    if (m_filing < m_pages.numberOfPages()) { // the next of the pile, with the same tags
+        m_pages.forgetFirst(m_filing);
+        m_staysOpen = staysOpen;
+        return finish({});
+    }
     m_pages.clearAllImages();
     m_tags->setTags({});
     m_stars->setRating(0);
-    if (m_hooks.filed)
-        m_hooks.filed(*path);
     if (staysOpen)
         m_note->setText(qtTrId("KPScanFiled").arg(XPPath::printable(XPPath::fileName(*path))));
     else

@@ -5,8 +5,8 @@
 #include "KPDocIcons.h"
 #include "UserDefaults.h"
 #include "XPPageCleanUp.h"
-#include "XPPaperSizes.h"
 #include "XPPageLoader.h"
+#include "XPPaperSizes.h"
 #include "XPPrompts.h"
 
 #include <QCheckBox>
@@ -51,8 +51,12 @@ void XPScanController::addPageImagePath(const QString &path)
         return;
     }
     const int index = m_pages.numberOfPages() - 1;
-    if (m_cleanUp->isChecked() || m_skipBlank->isChecked())
-        cleanUpPage(index);
+    for (const QCheckBox *box : {m_cleanUp, m_upright, m_skipBlank, m_separate}) {
+        if (box->isChecked()) {
+            cleanUpPage(index);
+            break;
+        }
+    }
     tagsEdited(); // the document to be is there now
 }
 

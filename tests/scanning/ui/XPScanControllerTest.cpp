@@ -16,6 +16,7 @@
 #include <QDir>
 #include <QFile>
 #include <QListWidget>
+#include <QPainter>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
@@ -165,6 +166,41 @@ TEST(ScanController, OneDocumentFollowsTheOther)
     }
     EXPECT_EQ(Karvex::getUserTags(scene.filed.last()).valueOr({}),
               QStringList{QStringLiteral("2")});
+}
+
+TEST(ScanController, APileBecomesSeveralDocuments)
+{
+    const auto picture = [](const QString &folder, int number, bool isBlank) {
+        QImage image(200, 300, QImage::Format_RGB32);
+        image.fill(Qt::white);
+        if (!isBlank)
+            QPainter(&image).fillRect(20, 20, 160, 200, Qt::black);
+        const QString path = folder + QStringLiteral("/%1.png").arg(number);
+        EXPECT_TRUE(image.save(path));
+        return path;
+    };
+    const TestFolder folder;
+    {
+        XPScannedPages pages;
+        int number = 0;
+        for (const bool isBlank : {true, false, false, true, true, false, true}) {
+            const QImage image(picture(folder.path(), number, isBlank));
+            ASSERT_FALSE(pages.addPageImage(image));
+            pages.markBlank(number++, isBlank);
+        }
+    }
+    UserDefaults::standard().setValue(XPScanProfile::separatesKey, PropertyValue::boolean(true));
+    Scene scene;
+    ASSERT_EQ(scene.pages(), 7);
+    QTest::mouseClick(scene.button("KPScanDone"), Qt::LeftButton);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !scene.controller->isVisible(); }, 20'000));
+    UserDefaults::standard().remove(XPScanProfile::separatesKey);
+    EXPECT_EQ(scene.filed.size(), 2);
+    EXPECT_EQ(scene.pages(), 0);
+    EXPECT_EQ(QDir(XPScannedPages::folderStoragePath())
+                  .entryList({QStringLiteral("*.tiff"), QStringLiteral("*.pdf")})
+                  .size(),
+              0);
 }
 
 TEST(ScanController, ProfilesKeepWhatIsChosen)
