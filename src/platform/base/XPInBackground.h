@@ -1,11 +1,12 @@
 #pragma once
 
+#include "XPMutex.h"
 #include "XPStrandedThreads.h"
 
 #include <QCoreApplication>
 #include <QPointer>
-#include <atomic>
 #include <memory>
+#include <optional>
 #include <thread>
 
 // Work that may block for long, as a file call on a disk that is gone does, on a thread of its own.
@@ -15,18 +16,38 @@
 template <typename Work, typename Done>
 void xpInBackground(QObject *receiver, Work work, Done done)
 {
-    auto hasEnded = std::make_shared<std::atomic<bool>>(false);
-    std::thread thread([receiver = QPointer(receiver), work = std::move(work),
-                        done = std::move(done), hasEnded]() mutable {
+    struct Box
+    {
+        Box(QObject *object, Done then) : receiver(object), done(std::move(then)) {}
+        const QPointer<QObject> receiver;
+        const Done done;
+        XPMutex mutex;
+        std::optional<decltype(work())> answer XP_GUARDED_BY(mutex);
+        bool hasEnded XP_GUARDED_BY(mutex) = false;
+    };
+    auto box = std::make_shared<Box>(receiver, std::move(done));
+    std::thread thread([box, work = std::move(work)]() mutable {
         auto answer = work();
+        {
+            const XPLocker locker(box->mutex);
+            box->answer = std::move(answer);
+        }
         QMetaObject::invokeMethod(
             QCoreApplication::instance(),
-            [receiver, done = std::move(done), answer = std::move(answer)] {
-                if (receiver)
-                    done(answer);
+            [box] {
+                const auto taken = [&] {
+                    const XPLocker locker(box->mutex);
+                    return std::move(box->answer);
+                }();
+                if (box->receiver && taken)
+                    box->done(*taken);
             },
             Qt::QueuedConnection);
-        *hasEnded = true;
+        const XPLocker locker(box->mutex);
+        box->hasEnded = true;
     });
-    XPStrandedThreads::adopt(std::move(thread), [hasEnded] { return hasEnded->load(); });
+    XPStrandedThreads::adopt(std::move(thread), [box] {
+        const XPLocker locker(box->mutex);
+        return box->hasEnded;
+    });
 }
