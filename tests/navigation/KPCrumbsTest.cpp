@@ -260,8 +260,8 @@ TEST_F(CrumbControllerTest, ComesBackWithItsItems)
     crumbs.writeOutState();
     EXPECT_EQ(crumbs.storedSourceItem()->sourceListItemType(), 13);
     EXPECT_EQ(crumbs.storedLocationItem()->folders(), QStringList{words("/tmp")});
-    crumbs.applyState(
-        KPSearchState::blankSearchState()->searchStateWithNewFileList({words("/tmp/a.pdf")}));
+    crumbs.applyState(KPSearchState::blankSearchState()->searchStateWithNewFileList(
+        QStringList{words("/tmp/a.pdf")}));
     crumbs.writeOutState();
     EXPECT_FALSE(crumbs.storedLocationItem()) << "its name is of files that are not shown again";
 }

@@ -13,7 +13,7 @@
 
 TEST(FolderFollower, FindsFoldersOfSavedSearchesAndRecentPlaces)
 {
-    const IndexedFolder folder;
+    IndexedFolder folder;
     TestNavigator navigator{folder.index()};
     const auto inFolder = [&](const char *name) { return folder.path(QString::fromLatin1(name)); };
     for (const char *name : {"Letters/a.pdf", "Trips/b.pdf", "Other/c.pdf"})

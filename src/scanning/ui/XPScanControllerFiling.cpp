@@ -14,6 +14,7 @@
 #include <QCloseEvent>
 #include <QCoreApplication>
 #include <QFileDialog>
+#include <QLabel>
 #include <QPointer>
 #include <QProgressBar>
 
