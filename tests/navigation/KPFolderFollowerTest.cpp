@@ -3,7 +3,9 @@
 #include "FollowedSearch.h"
 #include "KPBookmarks.h"
 #include "KPLocationItem.h"
+#include "KPRecentLocations.h"
 #include "TestNavigator.h"
+#include "UserDefaults.h"
 #include "XPAtomicFile.h"
 #include "XPFolders.h"
 #include "XPPath.h"
@@ -13,6 +15,7 @@
 
 TEST(FolderFollower, FindsFoldersOfSavedSearchesAndRecentPlaces)
 {
+    UserDefaults::standard().setValue(KPRecentLocations::numberKey, PropertyValue::integer(10));
     IndexedFolder folder;
     TestNavigator navigator{folder.index()};
     const auto inFolder = [&](const char *name) { return folder.path(QString::fromLatin1(name)); };

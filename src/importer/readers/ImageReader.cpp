@@ -79,10 +79,15 @@ std::optional<DocumentFailure> ImageReader::picture(const DocumentSource &source
 {
     if (page > 1)
         return DocumentFailure::Unsupported;
+    const auto preview = [&] {
+        const auto metadata = ImageMetadata::open(source);
+        return metadata ? decodePreview(*metadata, pixels, image) : DocumentFailure::Unsupported;
+    };
+    // A camera's file looks like a TIFF that holds a tiny picture, or none that can be read.
+    const bool isRaw = source.conformsTo(u"public.camera-raw-image");
+    if (isRaw && !preview())
+        return {};
     const auto device = source.device();
     const auto failure = PictureDecoding::decode(*device, pixels, image);
-    if (failure != DocumentFailure::Unsupported)
-        return failure;
-    const auto metadata = ImageMetadata::open(source);
-    return metadata ? decodePreview(*metadata, pixels, image) : failure;
+    return failure == DocumentFailure::Unsupported && !isRaw ? preview() : failure;
 }

@@ -258,6 +258,7 @@ TEST(ScanController, ToolsChangeThePageAndAreTakenBack)
     ASSERT_TRUE(scene.hasScanner());
     ASSERT_TRUE(scene.scan());
     auto *view = scene.controller->findChild<XPScanImageView *>();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return view->accessibleName() == u"Page 1"; }));
     scene.tool("ZLCrop")->trigger();
     EXPECT_EQ(view->mode(), XPScanImageView::Mode::Crop);
     QTest::keyClick(view, Qt::Key_Left, Qt::ShiftModifier); // the corner, by one part in a hundred
@@ -275,7 +276,6 @@ TEST(ScanController, ToolsChangeThePageAndAreTakenBack)
     EXPECT_EQ(view->mode(), XPScanImageView::Mode::Show);
     EXPECT_TRUE(scene.controller->isVisible());
     scene.tool("ZLStraighten")->trigger();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return view->accessibleName() == u"Page 1"; }));
     // A line that falls by 45 parts in 1000.
     QSignalSpy lines(view, &XPScanImageView::lineDrawn);
     const QPoint from(100, 200);
