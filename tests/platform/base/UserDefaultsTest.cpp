@@ -269,7 +269,7 @@ TEST(UserDefaults, ManyThreadsLoseNothing)
 TEST(XPFactorySettings, AreCompleteAndTheLogFollows)
 {
     const Dictionary &values = XPFactorySettings::values();
-    EXPECT_EQ(values.size(), 134);
+    EXPECT_EQ(values.size(), 136);
     EXPECT_TRUE(XPPropertyList::writeBinary(values)); // every value can be saved as it is
     EXPECT_EQ(values[QStringLiteral("KPLoupeModifierKey")], number(0x80000));
     EXPECT_EQ(values[QStringLiteral("KPCacheDaysOld")], PropertyValue::real(360));
