@@ -16,6 +16,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollArea>
+#include <QStyle>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -132,6 +133,9 @@ void KPInspector::build()
     scroll->setFrameShape(QFrame::NoFrame);
     scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     scroll->setFocusPolicy(Qt::NoFocus);
+    // With large letters it is wider, and nothing stands below the scroll bar.
+    scroll->setMinimumWidth(m_content->minimumSizeHint().width() +
+                            style()->pixelMetric(QStyle::PM_ScrollBarExtent));
     auto *outer = new QVBoxLayout(this);
     outer->setContentsMargins(0, 0, 0, 0);
     outer->addWidget(scroll);

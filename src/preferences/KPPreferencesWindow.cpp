@@ -26,6 +26,7 @@ using Page = XPSetting::Page;
 
 static constexpr QSize usualSize{880, 640};
 static constexpr int listWidth = 216;
+static constexpr int listMargin = 24; // around the names of the pages
 static const QString frameKey = QStringLiteral("KPPreferencesFrame");
 
 namespace {
@@ -61,6 +62,8 @@ KPPreferencesWindow::KPPreferencesWindow(Setup setup, QWidget *parent)
     KPWindowFrame::restore(*this, frameKey, usualSize);
     build();
     addPages();
+    // With large letters the names of the pages are wider.
+    m_list->setMinimumWidth(m_list->sizeHintForColumn(0) + listMargin);
     m_list->setCurrentRow(0);
     m_list->setFocus();
 }

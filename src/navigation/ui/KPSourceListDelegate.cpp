@@ -19,20 +19,49 @@ static int widthOf(const QStyleOptionViewItem &option)
     return view ? view->viewport()->width() : option.rect.right();
 }
 
+namespace {
+
+// Places are worked out from left to right and mirrored where people read the other way.
+class Mirror
+{
+public:
+    explicit Mirror(const QStyleOptionViewItem &option)
+        : m_whole(0, option.rect.top(), widthOf(option), option.rect.height()),
+          m_direction(option.direction)
+    {
+    }
+    QRect operator()(const QRect &place) const
+    {
+        return QStyle::visualRect(m_direction, m_whole, place);
+    }
+    int operator()(Qt::Alignment alignment) const
+    {
+        return int(QStyle::visualAlignment(m_direction, alignment));
+    }
+
+private:
+    const QRect m_whole;
+    const Qt::LayoutDirection m_direction;
+};
+
+} // namespace
+
 QSize KPSourceListDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &) const
 {
     return {120, std::max(KPNavigationLook::rowHeight, option.fontMetrics.height() + 6)};
 }
 
-void KPSourceListDelegate::paintMark(QPainter *painter, const QRect &place, bool isOpen,
-                                     const QColor &colour)
+static void paintMark(QPainter *painter, const QRect &place, bool isOpen, const QColor &colour,
+                      Qt::LayoutDirection direction)
 {
     const QPointF centre = QRectF(place).center();
+    const double ahead = direction == Qt::RightToLeft ? -1.5 : 1.5;
     painter->setPen(QPen(colour, 1.3, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    painter->drawPolyline(isOpen ? QPolygonF{centre + QPointF(-3, -1.5), centre + QPointF(0, 1.5),
-                                             centre + QPointF(3, -1.5)}
-                                 : QPolygonF{centre + QPointF(-1.5, -3), centre + QPointF(1.5, 0),
-                                             centre + QPointF(-1.5, 3)});
+    painter->drawPolyline(isOpen
+                              ? QPolygonF{centre + QPointF(-3, -1.5), centre + QPointF(0, 1.5),
+                                          centre + QPointF(3, -1.5)}
+                              : QPolygonF{centre + QPointF(-ahead, -3), centre + QPointF(ahead, 0),
+                                          centre + QPointF(-ahead, 3)});
 }
 
 void KPSourceListDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
@@ -42,6 +71,7 @@ void KPSourceListDelegate::paint(QPainter *painter, const QStyleOptionViewItem &
     const QPalette &palette = option.palette;
     const bool isEnabled = option.state.testFlag(QStyle::State_Enabled);
     const QColor muted = KPNavigationLook::muted(palette);
+    const Mirror placed(option);
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
     const QRect row(edge, option.rect.top(), widthOf(option) - 2 * edge, option.rect.height());
@@ -61,7 +91,7 @@ void KPSourceListDelegate::paint(QPainter *painter, const QStyleOptionViewItem &
     }
 
     QFont font = option.font;
-    int left = option.rect.left();
+    int left = placed(option.rect).left();
     if (isSection) {
         font.setPointSizeF(font.pointSizeF() * 0.88);
         font.setWeight(QFont::DemiBold);
@@ -71,13 +101,14 @@ void KPSourceListDelegate::paint(QPainter *painter, const QStyleOptionViewItem &
     const bool isOpen = option.state.testFlag(QStyle::State_Open);
     if (!isSection) {
         if (hasChildren)
-            paintMark(painter, {left, row.top(), markWidth, row.height()}, isOpen, muted);
+            paintMark(painter, placed(QRect(left, row.top(), markWidth, row.height())), isOpen,
+                      muted, option.direction);
         left += markWidth;
         const int size = KPNavigationLook::iconSize;
         const auto mode = isEnabled ? QIcon::Normal : QIcon::Disabled;
         index.data(Qt::DecorationRole)
             .value<QIcon>()
-            .paint(painter, {left, row.top() + (row.height() - size) / 2, size, size},
+            .paint(painter, placed(QRect(left, row.top() + (row.height() - size) / 2, size, size)),
                    Qt::AlignCenter, mode);
         left += size + gap;
     }
@@ -90,22 +121,24 @@ void KPSourceListDelegate::paint(QPainter *painter, const QStyleOptionViewItem &
                               : palette.color(isEnabled ? QPalette::Active : QPalette::Disabled,
                                               QPalette::WindowText));
     const QString text = index.data().toString();
-    painter->drawText(room, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
+    painter->drawText(placed(room), placed(Qt::AlignVCenter | Qt::AlignLeft) | Qt::TextSingleLine,
                       metrics.elidedText(text, Qt::ElideMiddle, room.width()));
     if (isSection && (!isOpen || option.state.testFlag(QStyle::State_MouseOver)))
         paintMark(painter,
-                  {left + metrics.horizontalAdvance(text) + 4, row.top(), markWidth, row.height()},
-                  isOpen, muted);
+                  placed(QRect(left + metrics.horizontalAdvance(text) + 4, row.top(), markWidth,
+                               row.height())),
+                  isOpen, muted, option.direction);
     painter->setPen(muted);
-    painter->drawText(row.adjusted(0, 0, -gap, 0),
-                      Qt::AlignVCenter | Qt::AlignRight | Qt::TextSingleLine, count);
+    painter->drawText(placed(row.adjusted(0, 0, -gap, 0)),
+                      placed(Qt::AlignVCenter | Qt::AlignRight) | Qt::TextSingleLine, count);
     painter->restore();
 }
 
 void KPSourceListDelegate::updateEditorGeometry(QWidget *editor, const QStyleOptionViewItem &option,
                                                 const QModelIndex &) const
 {
-    const int left = option.rect.left() + markWidth + KPNavigationLook::iconSize + 4;
-    editor->setGeometry(left, option.rect.top(), widthOf(option) - left - edge,
-                        option.rect.height());
+    const Mirror placed(option);
+    const int left = placed(option.rect).left() + markWidth + KPNavigationLook::iconSize + 4;
+    editor->setGeometry(placed(
+        QRect(left, option.rect.top(), widthOf(option) - left - edge, option.rect.height())));
 }

@@ -15,7 +15,4 @@ public:
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
     void updateEditorGeometry(QWidget *editor, const QStyleOptionViewItem &option,
                               const QModelIndex &index) const override;
-
-private:
-    static void paintMark(QPainter *painter, const QRect &place, bool isOpen, const QColor &colour);
 };

@@ -147,7 +147,6 @@ QWidget *XPScanController::buildSettings()
     scroll->setFrameShape(QFrame::NoFrame);
     scroll->setWidgetResizable(true);
     scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    scroll->setFixedWidth(sidebarWidth);
     auto *side = new QWidget;
     scroll->setWidget(side);
     auto *form = new QFormLayout(side);
@@ -209,6 +208,9 @@ QWidget *XPScanController::buildSettings()
     form->addRow(qtTrId("KPScanTags"), m_tags);
     m_stars = new XPStarsEditor(side);
     row(QT_TRID_NOOP("KPScanRating"), m_stars);
+    // With large letters it is wider too, and has a scroll bar.
+    const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+    scroll->setFixedWidth(std::max(sidebarWidth, side->minimumSizeHint().width() + bar));
     return scroll;
 }
 
