@@ -268,6 +268,7 @@ QStringList XPSelectionOffer::namesOf(const QByteArray &atoms)
     if (!targets.empty())
         std::memcpy(targets.data(), atoms.constData(), targets.size() * sizeof(uint32_t));
     std::vector<xcb_get_atom_name_cookie_t> cookies;
+    cookies.reserve(targets.size());
     for (const uint32_t target : targets)
         cookies.push_back(xcb_get_atom_name(m_connection, target));
     QStringList names;

@@ -409,7 +409,7 @@ void XPScanController::fillProfileMenu()
         return;
     QString shown = XPPath::printable(chosen);
     menu->addAction(qtTrId("KPScanDeleteProfile").arg(shown.replace(u'&', QStringLiteral("&&"))),
-                    this, [this, chosen] {
+                    this, [chosen] {
                         if (const auto error = Profile::remove(chosen))
                             XPPrompts::current().alert(qtTrId("KPScanProfileNotSaved"),
                                                        error->reason());

@@ -16,7 +16,7 @@ static QChar accented(QChar letter)
 QString PseudoLanguage::translate(const char *context, const char *id, const char *disambiguation,
                                   int n) const
 {
-    const QString text = m_english.translate(context, id, disambiguation, n);
+    QString text = m_english.translate(context, id, disambiguation, n);
     if (text.isEmpty())
         return text;
     QString longer;

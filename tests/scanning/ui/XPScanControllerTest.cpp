@@ -175,7 +175,7 @@ TEST(ScanController, APileBecomesSeveralDocuments)
         image.fill(Qt::white);
         if (!isBlank)
             QPainter(&image).fillRect(20, 20, 160, 200, Qt::black);
-        const QString path = folder + QStringLiteral("/%1.png").arg(number);
+        QString path = folder + QStringLiteral("/%1.png").arg(number);
         EXPECT_TRUE(image.save(path));
         return path;
     };
