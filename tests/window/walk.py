@@ -229,25 +229,24 @@ def attributes_work(folder):
         os.path.exists(path) and os.remove(path)
 
 
-def main():
+def run(kind, steps, tools=missing_tools):
+    """The steps of one kind of walk, by name; the exit status."""
     murn, murnctl, pictures, base = sys.argv[1:5]
-    if absent := missing_tools():
+    if absent := tools():
         print("skipped, not here:", ", ".join(absent))
         return 77
     if not attributes_work(base):
         print("skipped:", base, "has no attributes")
         return 77
-    walk = Walk(murn, murnctl, pictures, base)
+    walk = kind(murn, murnctl, pictures, base)
     try:
-        for step in (walk.first_start, walk.search_back_and_forward, walk.rate_tag_and_undo,
-                     walk.trash_and_restore, walk.rename_with_another_ending, walk.modes_and_zoom,
-                     walk.quit_and_remember, walk.from_outside, walk.after_a_crash):
-            print(step.__name__, flush=True)
+        for step in steps:
+            print(step, flush=True)
             try:
-                step()
+                getattr(walk, step)()
             except (Failed, AssertionError, RuntimeError):
                 traceback.print_exc()
-                walk.shot("failed-" + step.__name__)
+                walk.shot("failed-" + step)
                 print("in sight:", walk.documents())
                 return 1
     finally:
@@ -256,4 +255,6 @@ def main():
 
 
 if __name__ == "__main__":
-    sys.exit(main())
+    sys.exit(run(Walk, ("first_start", "search_back_and_forward", "rate_tag_and_undo",
+                        "trash_and_restore", "rename_with_another_ending", "modes_and_zoom",
+                        "quit_and_remember", "from_outside", "after_a_crash")))

@@ -5,10 +5,9 @@ wayland.py MURN MURNCTL PICTURES FOLDER"""
 import os
 import subprocess
 import sys
-import traceback
 
-from scene import DEADLINE, Failed, missing_tools, until
-from walk import Walk, attributes_work, pdf
+from scene import DEADLINE, missing_tools, until
+from walk import Walk, pdf, run
 
 SOCKET = "wayland-murn"
 NAME = "com.brindle.murn"
@@ -107,29 +106,7 @@ class WaylandWalk(Walk):
         assert os.path.getsize(picture) > 10_000, "a picture of something"
 
 
-def main():
-    murn, murnctl, pictures, base = sys.argv[1:5]
-    if absent := missing_tools(("weston", "dbus-daemon")):
-        print("skipped, not here:", ", ".join(absent))
-        return 77
-    if not attributes_work(base):
-        print("skipped:", base, "has no attributes")
-        return 77
-    walk = WaylandWalk(murn, murnctl, pictures, base)
-    try:
-        for step in (walk.first_start, walk.searches_tags_and_takes_back,
-                     walk.quits_and_takes_a_picture):
-            print(step.__name__, flush=True)
-            try:
-                step()
-            except (Failed, AssertionError, RuntimeError):
-                traceback.print_exc()
-                print("in sight:", walk.documents())
-                return 1
-    finally:
-        walk.close()
-    return 0
-
-
 if __name__ == "__main__":
-    sys.exit(main())
+    sys.exit(run(WaylandWalk, ("first_start", "searches_tags_and_takes_back",
+                               "quits_and_takes_a_picture"),
+                 lambda: missing_tools(("weston", "dbus-daemon"))))
