@@ -52,7 +52,6 @@ public:
     void interleave();
     XPPageEdit edit(int index) const { return m_pages.at(index).edit; }
     void setEdit(int index, const XPPageEdit &edit);
-    bool isMarkedBlank(int index) const { return m_pages.at(index).isBlank; }
     void markBlank(int index, bool blank);
     QUndoStack &undoStack() { return m_undo; }
 
