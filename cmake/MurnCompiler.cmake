@@ -2,7 +2,9 @@
 add_library(murn_compiler INTERFACE)
 target_compile_options(murn_compiler INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual
-    -Wcast-align -Wunused -Werror)
+    -Wcast-align -Wunused -Werror
+    # Some libraries ask for it; the shared precompiled header fits only where all are alike.
+    -pthread)
 target_compile_definitions(murn_compiler INTERFACE
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS QT_NO_URL_CAST_FROM_STRING
     QT_DISABLE_DEPRECATED_BEFORE=0x060400)

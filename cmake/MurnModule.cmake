@@ -7,12 +7,25 @@
 # on, so a header of a module that is not named in DEPENDS is not found by the compiler.
 # Files are found, not listed: a new file in the folder belongs to the module.
 
+# One precompiled header for all: with debug information it takes 150 MB, a target's own each
+# would take more than everything else of a build together.
 set(MURN_PCH_HEADERS <QString> <QByteArray> <QList> <QHash> <QMap> <QObject> <QDateTime>
     <memory> <mutex> <optional> <string> <variant> <vector> <functional> <atomic>)
+if(MURN_PCH)
+    file(CONFIGURE OUTPUT "${CMAKE_BINARY_DIR}/pch/murn_pch.cpp" CONTENT "")
+    add_library(murn_pch STATIC "${CMAKE_BINARY_DIR}/pch/murn_pch.cpp")
+    target_link_libraries(murn_pch PRIVATE murn_compiler Qt6::Core)
+    set_target_properties(murn_pch PROPERTIES AUTOMOC OFF)
+    target_precompile_headers(murn_pch PRIVATE ${MURN_PCH_HEADERS})
+endif()
 
+# OWN: the target's libraries bring macros that the shared one was not made with.
 function(murn_pch target)
-    if(MURN_PCH)
+    cmake_parse_arguments(arg "OWN" "" "" ${ARGN})
+    if(MURN_PCH AND arg_OWN)
         target_precompile_headers(${target} PRIVATE ${MURN_PCH_HEADERS})
+    elseif(MURN_PCH)
+        target_precompile_headers(${target} REUSE_FROM murn_pch)
     endif()
 endfunction()
 
@@ -31,7 +44,7 @@ function(murn_check_layers name layer)
 endfunction()
 
 function(murn_module)
-    cmake_parse_arguments(arg "" "NAME;LAYER" "DEPENDS;QT;LINK;PUBLIC" ${ARGN})
+    cmake_parse_arguments(arg "OWN_PCH" "NAME;LAYER" "DEPENDS;QT;LINK;PUBLIC" ${ARGN})
     murn_check_layers(${arg_NAME} ${arg_LAYER} ${arg_DEPENDS})
     file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp"
         "${CMAKE_CURRENT_SOURCE_DIR}/*.h")
@@ -43,7 +56,11 @@ function(murn_module)
     list(TRANSFORM arg_QT PREPEND Qt6:: OUTPUT_VARIABLE qt)
     target_link_libraries(murn_${arg_NAME} PUBLIC ${arg_PUBLIC} ${qt}
         PRIVATE murn_compiler ${modules} ${arg_LINK})
-    murn_pch(murn_${arg_NAME})
+    if(arg_OWN_PCH)
+        murn_pch(murn_${arg_NAME} OWN)
+    else()
+        murn_pch(murn_${arg_NAME})
+    endif()
 endfunction()
 
 # A program: layer number and dependencies checked as for a module. INTERNAL: one that only other
