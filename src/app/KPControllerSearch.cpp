@@ -95,7 +95,7 @@ void KPController::showStateOfSearch()
 
 void KPController::addToHistory(const KPSearchState::Ptr &state)
 {
-    m_history.addItem({state, m_crumbs->sourceItem(), m_crumbs->locationItem()});
+    m_history.addItem(KPHistory::Entry(state, m_crumbs->sourceItem(), m_crumbs->locationItem()));
     m_commands->update();
 }
 

@@ -126,7 +126,7 @@ static QList<KarvexRepair::Bytes> repairedFrom(const QJsonArray &array)
                                 : QByteArray();
     };
     QList<KarvexRepair::Bytes> repaired;
-    for (const QJsonValue &each : array) {
+    for (const auto each : array) {
         const QJsonArray parts = each.toArray();
         if (parts.size() == 3)
             repaired.append({parts[0].toString(), bytes(parts[1]), bytes(parts[2])});
@@ -143,7 +143,7 @@ static std::optional<KPFileChange> changeFrom(const QByteArray &bytes)
         return {};
     const auto strings = [](const QJsonValue &value) {
         QStringList texts;
-        for (const QJsonValue &each : value.toArray())
+        for (const auto each : value.toArray())
             texts.append(each.toString());
         return texts;
     };

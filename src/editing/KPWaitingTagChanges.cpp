@@ -44,7 +44,7 @@ XPResult<QList<Change>> KPWaitingTagChanges::parse(const QByteArray &bytes)
     const QJsonDocument document = QJsonDocument::fromJson(bytes);
     if (!document.isArray())
         return notUnderstood();
-    for (const QJsonValue &value : document.array()) {
+    for (const auto value : document.array()) {
         const QJsonObject object = value.toObject();
         Change change;
         change.rename = {object.value(fromKey).toString(), object.value(toKey).toString(),
@@ -52,7 +52,7 @@ XPResult<QList<Change>> KPWaitingTagChanges::parse(const QByteArray &bytes)
                          object.value(alsoKey).toVariant().toStringList()};
         change.rename.alsoFrom.removeAll(QString());
         change.time = QDateTime::fromString(object.value(timeKey).toString(), Qt::ISODate);
-        for (const QJsonValue &file : object.value(pathsKey).toArray())
+        for (const auto file : object.value(pathsKey).toArray())
             change.paths.append(file.toString());
         if (change.rename.from.isEmpty() || change.paths.contains(QString()))
             return notUnderstood();

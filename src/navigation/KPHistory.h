@@ -17,8 +17,8 @@ public:
     {
     public:
         Entry() = default;
-        Entry(const KPSearchState::Ptr &state, const KPNavigator::SourceItem &source = {},
-              const KPNavigator::LocationItem &location = {});
+        explicit Entry(const KPSearchState::Ptr &state, const KPNavigator::SourceItem &source = {},
+                       const KPNavigator::LocationItem &location = {});
 
         const KPSearchState::Ptr &state() const { return m_state; }
         const KPNavigator::SourceItem &sourceItem() const { return m_source; }

@@ -147,7 +147,7 @@ KPSettingRow::Show KPSettingRow::makeKey(QBoxLayout *column)
 
 static QColor colourOf(const PropertyValue &value)
 {
-    const PropertyValue::Array parts = value.array();
+    const PropertyValue::Array &parts = value.array();
     const auto part = [&parts](qsizetype number) {
         return static_cast<float>(
             std::clamp(number < parts.size() ? parts[number].doubleValue() : 0, 0.0, 1.0));

@@ -49,8 +49,8 @@ public:
     };
     struct Wanted
     {
-        KPDoc *doc;
-        int side;
+        KPDoc *doc = nullptr;
+        int side = 0;
         int page = 1;
         // Large, for looking at closely: kept beside the cache for as long as it is wanted.
         bool isHeld = false;

@@ -70,7 +70,7 @@ private:
     struct Entry
     {
         KPCommand command;
-        QAction *action;
+        QAction *action = nullptr;
     };
 
     void update(const Entry &entry) const;

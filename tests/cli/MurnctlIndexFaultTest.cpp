@@ -73,7 +73,7 @@ protected:
 static QString degraded(const MurnctlResult &status)
 {
     QStringList texts;
-    for (const QJsonValue &text : status.json().object()[QStringLiteral("degraded")].toArray())
+    for (const auto text : status.json().object()[QStringLiteral("degraded")].toArray())
         texts.append(text.toString());
     return texts.join(u'\n');
 }

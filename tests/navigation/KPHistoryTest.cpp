@@ -47,20 +47,20 @@ TEST(History, GoesBackAndForthAndDropsWhatWasAhead)
     history.goForward();
     EXPECT_EQ(standing(history), u"- (-) -, -1 0");
     for (const char *text : {"a", "b", "c"})
-        history.addItem(words(text));
+        history.addItem(KPHistory::Entry(words(text)));
     EXPECT_EQ(standing(history), u"b (c) -, 2 0");
     for (int steps = 0; steps < 4; ++steps)
         history.goBack();
     EXPECT_EQ(standing(history), u"- (a) b, 0 2");
     history.goForward();
     EXPECT_EQ(standing(history), u"a (b) c, 1 1");
-    history.addItem(words("d"));
+    history.addItem(KPHistory::Entry(words("d")));
     EXPECT_EQ(standing(history), u"b (d) -, 2 0");
     history.goForward();
     EXPECT_EQ(standing(history), u"b (d) -, 2 0");
     history.clearList();
     EXPECT_EQ(standing(history), u"- (-) -, -1 0");
-    history.addItem(words("e"));
+    history.addItem(KPHistory::Entry(words("e")));
     EXPECT_EQ(standing(history), u"- (e) -, 0 0");
 }
 

@@ -27,7 +27,7 @@ protected:
                             " 100] /Resources << >> >>")),
                         false);
         }
-        const QString path = m_folder.path(QString::fromLatin1(name));
+        QString path = m_folder.path(QString::fromLatin1(name));
         const QByteArray file = QFile::encodeName(path); // the writer keeps no copy
         QPDFWriter writer(pdf, file.constData());
         if (isEncrypted)

@@ -18,7 +18,7 @@ static constexpr qsizetype mostLines = 12; // a question is read, a list of thou
 
 static XPProgress::Task begin(const QString &title, qint64 total) XP_REQUIRES(xpGuiThread)
 {
-    const auto task = std::make_shared<XPProgressTask>();
+    auto task = std::make_shared<XPProgressTask>();
     task->title = title;
     task->note = qtTrId("XPStopIsSafe");
     task->total = total;

@@ -183,7 +183,7 @@ QMimeData *KPCloudViewController::cloudViewMimeDataForItem(const XPCloudItem &it
 
 QString KPCloudViewController::cloudViewTipForItem(const XPCloudItem &item) const
 {
-    const QString name = XPPath::printable(item.itemDisplayName(false));
+    QString name = XPPath::printable(item.itemDisplayName(false));
     if (!UserDefaults::standard().boolValue(QStringLiteral("KPCloudShowFrequency")))
         return name;
     return qtTrId("KPCloudItemCount", static_cast<int>(item.count))

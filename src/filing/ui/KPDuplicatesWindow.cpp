@@ -18,7 +18,7 @@ using namespace std::chrono_literals;
 
 KPDuplicatesWindow::KPDuplicatesWindow(const QStringList &paths, QWidget *window)
     : QDialog(window), m_model(new KPDuplicatesModel(this)), m_text(new QLabel),
-      m_bar(new QProgressBar), m_tree(new QTreeView), m_show(nullptr)
+      m_bar(new QProgressBar), m_tree(new QTreeView)
 {
     build();
     m_thread = std::thread([search = m_search, paths] {

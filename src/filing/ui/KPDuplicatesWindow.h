@@ -55,5 +55,5 @@ private:
     QLabel *m_text;
     QProgressBar *m_bar;
     QTreeView *m_tree;
-    QPushButton *m_show;
+    QPushButton *m_show = nullptr;
 };

@@ -76,7 +76,7 @@ static QString driverOf(const QString &device)
 void XPImageCaptureCoreDevice::takeDevices(const QJsonArray &devices)
 {
     QList<Scanner> found;
-    for (const QJsonValue &value : devices) {
+    for (const auto value : devices) {
         const QJsonObject device = value.toObject();
         const QString id = device.value(QStringLiteral("device")).toString();
         const QString name = (device.value(QStringLiteral("vendor")).toString() + u' ' +
@@ -156,13 +156,14 @@ void XPImageCaptureCoreDevice::takeUnits(const QJsonArray &units)
 {
     m_open = std::exchange(m_opening, std::nullopt);
     m_units.clear();
-    for (const QJsonValue &value : units) {
+    for (const auto value : units) {
         const QJsonObject object = value.toObject();
         FunctionalUnit unit;
         unit.type = object.value(QStringLiteral("type")).toInt();
         unit.source = object.value(QStringLiteral("source")).toString();
         unit.duplexSource = object.value(QStringLiteral("duplexSource")).toString();
-        for (const QJsonValue &resolution : object.value(QStringLiteral("resolutions")).toArray())
+        const QJsonArray resolutions = object.value(QStringLiteral("resolutions")).toArray();
+        for (const auto resolution : resolutions)
             unit.resolutions.append(resolution.toDouble());
         unit.size = QSizeF(object.value(QStringLiteral("width")).toDouble(),
                            object.value(QStringLiteral("height")).toDouble());

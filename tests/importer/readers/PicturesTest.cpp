@@ -144,7 +144,7 @@ TEST(Pictures, StandUpright)
     const QImage flat = twoHalves(40, 20);
     const struct
     {
-        int orientation;
+        int orientation = 0;
         QSize size;
         QPoint red; // where the left half of the stored picture comes to lie
     } cases[] = {

@@ -203,8 +203,7 @@ TEST_F(CrumbTrail, CountsTheDocuments)
 
 TEST(DateRange, CountsBothDaysIn)
 {
-    const QDateTime noon(QDate(2026, 5, 20), QTime(12, 0));
-    KPSearchDates::setClock([noon] { return noon; });
+    KPSearchDates::setClock([] { return QDateTime(QDate(2026, 5, 20), QTime(12, 0)); });
     KPDateRangeDialog dialog(nullptr);
     dialog.setDays(QDate(2026, 5, 10), QDate(2026, 5, 12));
     EXPECT_EQ(dialog.range(), (KPSearchDates::Range{10.5, 7.5}));
