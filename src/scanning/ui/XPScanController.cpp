@@ -234,10 +234,8 @@ QWidget *XPScanController::buildProfiles()
     line->addWidget(m_profileMenu);
     connect(m_profileMenu->menu(), &QMenu::aboutToShow, this, &XPScanController::fillProfileMenu);
     connect(m_profiles, &QComboBox::activated, this, [this] {
-        if (const auto profile = Profile::named(m_profiles->currentText())) {
-            profile->useForSettings();
-            showPapers();
-        }
+        if (const auto profile = Profile::named(m_profiles->currentText()))
+            useProfile(*profile);
     });
     m_observations.push_back(
         UserDefaults::standard().addObserver(QStringLiteral("values.") + Profile::profilesKey,
@@ -325,12 +323,7 @@ void XPScanController::connectParts()
         m_edit.contrastPercentage = percent;
         showPage();
     });
-    connect(m_scannerPopup, &QComboBox::activated, this, [this] {
-        UserDefaults::standard().setValue(XPImageCaptureCoreDevice::selectedScannerKey,
-                                          m_scannerPopup->currentText());
-        m_device.openSelectedScanner();
-        showPapers();
-    });
+    connect(m_scannerPopup, &QComboBox::activated, this, &XPScanController::chooseScanner);
     connect(m_paperPopup, &QComboBox::activated, this, [this] {
         UserDefaults::standard().setValue(
             XPImageCaptureCoreDevice::selectedPaperKey,
@@ -389,6 +382,29 @@ void XPScanController::showPapers()
     m_paperPopup->setCurrentIndex(std::max(0, m_paperPopup->findData(selected)));
 }
 
+void XPScanController::chooseScanner()
+{
+    UserDefaults::standard().setValue(XPImageCaptureCoreDevice::selectedScannerKey,
+                                      m_scannerPopup->currentText());
+    m_device.openSelectedScanner();
+    showPapers();
+}
+
+// Of the scanner that is chosen now: a profile is for paper, whatever scanner takes it.
+void XPScanController::useProfile(const Profile &profile)
+{
+    profile.useForSettings();
+    const auto scanner = m_device.selectedScanner();
+    const int row = scanner && profile.unit
+                        ? m_scannerPopup->findText(XPImageCaptureCoreDevice::stringFromScanner(
+                              scanner->name, *profile.unit))
+                        : -1;
+    if (row < 0)
+        return showPapers();
+    m_scannerPopup->setCurrentIndex(row);
+    chooseScanner();
+}
+
 void XPScanController::showProfiles()
 {
     const QString chosen = m_profiles->currentText();
@@ -427,7 +443,10 @@ void XPScanController::saveProfile()
         const QString name = text.trimmed();
         if (name.isEmpty())
             return;
-        if (const auto error = Profile::ofSettings().save(name))
+        Profile profile = Profile::ofSettings();
+        if (int unit = 0; m_device.selectedScanner(&unit))
+            profile.unit = unit;
+        if (const auto error = profile.save(name))
             return XPPrompts::current().alert(qtTrId("KPScanProfileNotSaved"), error->reason());
         m_profiles->setCurrentIndex(m_profiles->findText(name));
     });

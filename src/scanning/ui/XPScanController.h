@@ -18,6 +18,7 @@ class QPushButton;
 class QSlider;
 class QToolButton;
 class XPPageLoader;
+struct XPScanProfile;
 class XPStarsEditor;
 class XPTagsEditor;
 
@@ -78,6 +79,8 @@ private:
     void scanningComplete();
     void showScanners();
     void showPapers();
+    void chooseScanner();
+    void useProfile(const XPScanProfile &profile);
     void showProfiles();
     void fillProfileMenu();
     void saveProfile();

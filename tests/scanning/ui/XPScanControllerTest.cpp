@@ -15,11 +15,14 @@
 #include <QComboBox>
 #include <QDir>
 #include <QFile>
+#include <QInputDialog>
 #include <QListWidget>
+#include <QMenu>
 #include <QPainter>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
+#include <QToolButton>
 #include <gtest/gtest.h>
 
 namespace {
@@ -101,6 +104,19 @@ struct Scene
                 return each;
         }
         return nullptr;
+    }
+    // By the menu beside the profiles, as a user does.
+    void saveProfile(const QString &name) const
+    {
+        for (auto *each : controller->findChildren<QToolButton *>()) {
+            if (each->accessibleName() != qtTrId("KPScanProfileMenu"))
+                continue;
+            Q_EMIT each->menu()->aboutToShow();
+            each->menu()->actions().constFirst()->trigger();
+            auto *dialog = controller->findChild<QInputDialog *>();
+            dialog->setTextValue(name);
+            dialog->accept();
+        }
     }
     bool hasScanner() const
     {
@@ -224,6 +240,34 @@ TEST(ScanController, ProfilesKeepWhatIsChosen)
     ASSERT_FALSE(XPScanProfile::remove(name));
     EXPECT_EQ(profiles->count(), 0);
     EXPECT_FALSE(XPScanProfile::named(name));
+}
+
+TEST(ScanController, AProfileKeepsThePartOfTheScanner)
+{
+    Scene scene;
+    ASSERT_TRUE(scene.hasScanner());
+    auto *scanners = scene.list("KPScanScanner");
+    auto *profiles = scene.list("KPScanProfile");
+    const auto choose = [](QComboBox *list, int row) {
+        list->setCurrentIndex(row);
+        Q_EMIT list->activated(row);
+    };
+    const auto rowOf = [scanners](int unit) {
+        return scanners->findText(XPImageCaptureCoreDevice::stringFromScanner(
+            QStringLiteral("Noname frontend-tester"), unit));
+    };
+    const int feeder = rowOf(XPImageCaptureCoreDevice::DocumentFeeder);
+    const int flatbed = rowOf(XPImageCaptureCoreDevice::Flatbed);
+    ASSERT_TRUE(feeder >= 0 && flatbed >= 0) << qPrintable(scanners->itemText(0));
+    choose(scanners, feeder);
+    scene.saveProfile(QStringLiteral("Pile"));
+    choose(scanners, flatbed);
+    ASSERT_EQ(profiles->findText(QStringLiteral("Pile")), 0);
+    choose(profiles, 0);
+    EXPECT_EQ(scanners->currentIndex(), feeder);
+    EXPECT_EQ(UserDefaults::standard().stringValue(XPImageCaptureCoreDevice::selectedScannerKey),
+              scanners->itemText(feeder));
+    ASSERT_FALSE(XPScanProfile::remove(QStringLiteral("Pile")));
 }
 
 TEST(ScanController, QuittingWithPagesAsks)
