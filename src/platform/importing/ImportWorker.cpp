@@ -60,7 +60,7 @@ public:
             m_worker.m_process->carryOn();
             m_since = now;
         }
-        m_asleepAt.reset();
+        m_asleepAt = neverAsleep;
     }
 
     // When to look again; nothing: its time is over.
@@ -75,7 +75,7 @@ public:
         if (clock < m_limit)
             return m_limit - clock;
         if (!m_worker.m_process->isAsleep()) {
-            m_asleepAt.reset();
+            m_asleepAt = neverAsleep;
             return std::max(m_limit - used, secondLook);
         }
         if (m_asleepAt == used)
@@ -85,12 +85,16 @@ public:
     }
 
 private:
+    static constexpr milliseconds neverAsleep{-1};
+
     const ImportWorker &m_worker;
     const milliseconds m_limit;
     const milliseconds m_before;
     Clock::duration m_clock{};
     Clock::time_point m_since;
-    std::optional<milliseconds> m_asleepAt; // processor time when it was seen to sleep
+    // Processor time when it was seen to sleep. No optional: GCC 12 takes its comparison for a use
+    // of what is not initialised.
+    milliseconds m_asleepAt = neverAsleep;
     bool m_isHeld = false;
 };
 
