@@ -19,6 +19,7 @@ struct KPRestoreRun::State
     std::binary_semaphore end{0};
     std::atomic<qsizetype> told = -1; // hundredths of the way that were told of
     bool isPreview = false;
+    QPointer<KPRestoreRun> run; // looked at on the main thread alone
     XPMutex mutex;
     KarvexRestore::Result result XP_GUARDED_BY(mutex);
 };
@@ -74,27 +75,27 @@ void KPRestoreRun::start(const QString &backup, KarvexRestore::Options options)
     auto state = std::make_shared<State>();
     m_state = state;
     state->isPreview = options.dryRun;
-    const QPointer<KPRestoreRun> self(this);
+    state->run = this;
     options.progress.stop = [state] { return state->isStopping.load(); };
-    options.progress.show = [self, state](qsizetype done, qsizetype total) {
+    options.progress.show = [state](qsizetype done, qsizetype total) {
         const qsizetype hundredth = total > 0 ? done * 100 / total : 0;
         if (state->told.exchange(hundredth) == hundredth)
             return;
-        onMain([self, state, done, total] {
-            if (self && self->m_state == state)
-                Q_EMIT self->progressed(done, total);
+        onMain([state, done, total] {
+            if (state->run && state->run->m_state == state)
+                Q_EMIT state->run->progressed(done, total);
         });
     };
-    m_thread = std::thread([self, state, backup, options, &source = m_source] {
+    m_thread = std::thread([state, backup, options, &source = m_source] {
         const KarvexAuthenticated::NoDialogs nobodyIsAsked;
         auto result = KarvexRestore(source, options).readSingleFile(backup);
         {
             const XPLocker locker(state->mutex);
             state->result = std::move(result);
         }
-        onMain([self, state] {
-            if (self)
-                self->take(state);
+        onMain([state] {
+            if (state->run)
+                state->run->take(state);
         });
         state->hasEnded = true;
         state->end.release();
