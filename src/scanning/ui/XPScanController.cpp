@@ -394,7 +394,7 @@ void XPScanController::chooseScanner()
 void XPScanController::useProfile(const Profile &profile)
 {
     profile.useForSettings();
-    const auto scanner = m_device.selectedScanner();
+    const auto scanner = m_device.scannerFromString(m_scannerPopup->currentText(), nullptr);
     const int row = scanner && profile.unit
                         ? m_scannerPopup->findText(XPImageCaptureCoreDevice::stringFromScanner(
                               scanner->name, *profile.unit))
@@ -444,7 +444,7 @@ void XPScanController::saveProfile()
         if (name.isEmpty())
             return;
         Profile profile = Profile::ofSettings();
-        if (int unit = 0; m_device.selectedScanner(&unit))
+        if (int unit = 0; m_device.scannerFromString(m_scannerPopup->currentText(), &unit))
             profile.unit = unit;
         if (const auto error = profile.save(name))
             return XPPrompts::current().alert(qtTrId("KPScanProfileNotSaved"), error->reason());

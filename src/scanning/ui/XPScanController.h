@@ -48,6 +48,14 @@ public:
     // Asks what becomes of pages that are not filed; `answer` once, with whether quitting goes on.
     void askToQuit(std::function<void(bool)> answer);
 
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void keyReleaseEvent(QKeyEvent *event) override;
+
+private:
+    enum class Tool { None, Crop, Straighten, Contrast };
+
     void scanNewPageAction();
     // Files the pages as one document and goes on with the next.
     void nextDocumentAction();
@@ -58,14 +66,6 @@ public:
     void doneAction();
     void cancelAction();
     void forceCancelAction();
-
-protected:
-    void closeEvent(QCloseEvent *event) override;
-    void keyPressEvent(QKeyEvent *event) override;
-    void keyReleaseEvent(QKeyEvent *event) override;
-
-private:
-    enum class Tool { None, Crop, Straighten, Contrast };
 
     void buildToolbar();
     QWidget *buildSettings();
