@@ -137,9 +137,13 @@ class Drops(Scene):
         self.ends_editor(*tags)
         self.end_other()
 
+    def other_is_in_front(self):
+        until(lambda: run("xdotool", "getactivewindow", "getwindowname") == "Other program\n",
+              "the other program in front")
+
     def text_on_the_zone(self):
         self.offer("text", "A note that somebody dragged over here")
-        before = run("xdotool", "getactivewindow")
+        self.other_is_in_front()
         self.begin_drag()
         until(self.zone, "the drop zone")
         time.sleep(0.3)
@@ -150,7 +154,7 @@ class Drops(Scene):
         self.ends_editor("note", "dragged")
         path = until(lambda: self.filed().get("A note that somebody dragged over here.txt"), "it")
         until(lambda: set(self.murnctl("tags", path).split()) >= {"note", "dragged"}, "its tags")
-        until(lambda: run("xdotool", "getactivewindow") == before, "the other program in front")
+        self.other_is_in_front()
         self.end_other()
 
     def each_kind(self):
@@ -269,7 +273,7 @@ def main():
             print(step, flush=True)
             try:
                 getattr(drops, step)()
-            except (Failed, AssertionError, RuntimeError):
+            except (Failed, AssertionError, RuntimeError, subprocess.SubprocessError):
                 traceback.print_exc()
                 drops.shot("failed-" + step)
                 print("filed:", sorted(drops.filed()))

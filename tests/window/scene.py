@@ -93,13 +93,17 @@ class Scene:
 
     def _start_desktop(self):
         reading, writing = os.pipe()
-        self._start("Xvfb", "-displayfd", str(writing), "-screen", "0", "1400x900x24",
+        # Without -noreset the server would start anew, and throw out who is just coming, when
+        # the first to come (the accessibility bus has a look and leaves) was alone.
+        self._start("Xvfb", "-displayfd", str(writing), "-screen", "0", "1400x900x24", "-noreset",
                     "-nolisten", "tcp", pass_fds=(writing,), stderr=subprocess.DEVNULL)
         os.close(writing)
         with os.fdopen(reading) as answer:
             os.environ["DISPLAY"] = ":" + answer.readline().strip()
         self._start_bus()
         self._start("openbox", stderr=subprocess.DEVNULL)
+        until(lambda: subprocess.run(["xdotool", "get_num_desktops"],
+                                     capture_output=True).returncode == 0, "a window manager")
         self._start_looking()
 
     def _start_bus(self):

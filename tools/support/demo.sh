@@ -20,7 +20,7 @@ make_demo() {
 start_display() {
     local number=$demo/display
     mkdir -p "$demo"
-    Xvfb -displayfd 3 -screen 0 "${1}x24" -nolisten tcp 3>"$number" 2>"$demo/xvfb.log" &
+    Xvfb -displayfd 3 -screen 0 "${1}x24" -noreset -nolisten tcp 3>"$number" 2>"$demo/xvfb.log" &
     display_pid=$!
     trap 'kill "$display_pid" 2>/dev/null || true' EXIT
     local tries
