@@ -1100,6 +1100,9 @@ Absturzberichte erlauben?</translation>
     <message id="KPFolderMenuReading">
         <translation>Der Ordner wird gelesen …</translation>
     </message>
+    <message id="KPForgetSearches">
+        <translation>Frühere Suchen ver&amp;gessen</translation>
+    </message>
     <message id="KPForward">
         <translation>&amp;Vor</translation>
     </message>

@@ -1102,6 +1102,9 @@ Allow crash reporting?</translation>
     <message id="KPFolderMenuReading">
         <translation>Reading the folder…</translation>
     </message>
+    <message id="KPForgetSearches">
+        <translation>For&amp;get Earlier Searches</translation>
+    </message>
     <message id="KPForward">
         <translation>&amp;Forward</translation>
     </message>

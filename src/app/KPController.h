@@ -161,6 +161,7 @@ private:
     KPSearchState::Ptr currentState() const; // never null
     void addToHistory(const KPSearchState::Ptr &state);
     void historyGoBack();
+    void forgetSearchesAction();
     void setSearchMode(bool isSpotlight);
     void searchContentsOrFilenamesChanged();
     void showSearchMode();

@@ -126,6 +126,14 @@ void KPController::forwardAction()
         goTo(*entry, &KPHistory::goForward);
 }
 
+// What was looked for before is nobody's business; what is shown stays.
+void KPController::forgetSearchesAction()
+{
+    setRecentSearches({});
+    m_history.clearList();
+    addToHistory(currentState());
+}
+
 // --- Typing
 
 void KPController::setSearchFieldString(const QString &text)

@@ -72,6 +72,10 @@ TEST_F(Searching, AWordThatIsTypedIsOneStepBack)
     m_window->forwardAction();
     paste(QStringLiteral("a"));
     EXPECT_FALSE(isEnabled("KPForward")) << "a new search drops what was ahead";
+    m_window->commands().action("KPForgetSearches")->trigger();
+    EXPECT_FALSE(isEnabled("KPBack"));
+    EXPECT_TRUE(recent().isEmpty());
+    EXPECT_EQ(words(), m_field->text()) << "what is shown stays";
 }
 
 // An accent is one character, however the state keeps it, and typing on leaves the cursor alone.
