@@ -6,7 +6,7 @@
 #include "IndexImporters.h"
 #include "XPPath.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <benchmark/benchmark.h>
 #include <cstdlib>
 #include <cstring>
@@ -29,7 +29,6 @@ int main(int count, char **arguments)
 {
     if (count > 2 && std::strcmp(arguments[1], "--make-corpus") == 0)
         return makeCorpus(count - 2, arguments + 2);
-    const QCoreApplication application(count, arguments);
     // Contents are read as in the program: by importers in their cage.
     IndexImporters::install([](bool idle) {
         return std::make_unique<CagedImporter>(
@@ -37,6 +36,7 @@ int main(int count, char **arguments)
     });
     if (const int result = XPBench::runChild(count, arguments); result >= 0)
         return result;
+    const QApplication application(count, arguments);
     benchmark::Initialize(&count, arguments);
     if (benchmark::ReportUnrecognizedArguments(count, arguments))
         return 1;

@@ -226,12 +226,16 @@ const Footprint &footprint(const QString &root, bool contents)
 
 int runChild(int count, char **arguments)
 {
-    if (count > 1 && std::strcmp(arguments[1], "--index-mutate") == 0)
+    const bool mutates = count > 1 && std::strcmp(arguments[1], "--index-mutate") == 0;
+    const bool keeps = count > 3 && std::strcmp(arguments[1], "--index-footprint") == 0;
+    if (!mutates && !keeps)
+        return -1;
+    // Without what a window needs, which would stand in the figures.
+    const QCoreApplication application(count, arguments);
+    if (mutates)
         return mutate();
-    if (count > 3 && std::strcmp(arguments[1], "--index-footprint") == 0)
-        return keepAndTell(XPPath::decode(QByteArrayView(arguments[2])),
-                           std::strcmp(arguments[3], "contents") == 0);
-    return -1;
+    return keepAndTell(XPPath::decode(QByteArrayView(arguments[2])),
+                       std::strcmp(arguments[3], "contents") == 0);
 }
 
 } // namespace XPBench

@@ -1,9 +1,9 @@
 // What a searcher costs from the state that is handed over to the results on the main thread.
+#include "CatalogSource.h"
 #include "IndexBenchChild.h"
 #include "IndexBenchKeeper.h"
 #include "IndexCorpus.h"
 #include "IndexLatency.h"
-#include "IndexSource.h"
 #include "KPDocMetaData.h"
 #include "KPDocValues.h"
 #include "KPSearcher.h"
@@ -19,25 +19,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using XPBench::CatalogSource;
 using XPBench::Clock;
 
 namespace {
-
-// A catalog in memory that nothing changes.
-class CatalogSource : public IndexSource
-{
-public:
-    explicit CatalogSource(const IndexCatalog &catalog) : m_catalog(catalog) {}
-    const IndexCatalog &catalog() const override { return m_catalog; }
-    const IndexText *text() const override { return nullptr; }
-    int addListener(Listener) override { return 1; }
-    void removeListener(int) override {}
-    void reimport(const QByteArray &) override {}
-    bool waitUntilLoaded(const std::function<bool()> &) const override { return true; }
-
-private:
-    const IndexCatalog &m_catalog;
-};
 
 const IndexCatalog &hundredThousand()
 {
