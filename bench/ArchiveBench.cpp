@@ -34,7 +34,8 @@ public:
             if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
                 qFatal("no documents");
             file.close();
-            Karvex::setUserTags({QStringLiteral("invoice"), QString::number(i % 50)}, name);
+            Karvex::setUserTags(QStringList{QStringLiteral("invoice"), QString::number(i % 50)},
+                                name);
             m_paths.append(name);
         }
     }
