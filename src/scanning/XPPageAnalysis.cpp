@@ -1,21 +1,52 @@
 #include "XPPageAnalysis.h"
 
+#include <QPainter>
 #include <algorithm>
 #include <cmath>
 #include <numbers>
 #include <vector>
 
-// Text keeps its lines at this size, and a page takes few milliseconds.
+// About the longer side: text keeps its lines at this size, and a page takes few milliseconds.
 static constexpr int workingSide = 1000;
 static constexpr double mostDegrees = 10;
 
-static QImage small(const QImage &image)
+// Each pixel the mean of a square of them: in one pass, where Qt's conversion and scaling take
+// several over copies of the whole page.
+static QImage meansOfSquares(const QImage &image, int side)
 {
-    const QImage grey = image.convertToFormat(QImage::Format_Grayscale8);
-    if (std::max(grey.width(), grey.height()) <= workingSide)
-        return grey;
-    return grey.scaled(workingSide, workingSide, Qt::KeepAspectRatio, Qt::SmoothTransformation)
-        .convertToFormat(QImage::Format_Grayscale8);
+    const QImage source =
+        image.format() == QImage::Format_Grayscale8 || image.format() == QImage::Format_RGB32
+            ? image
+            : image.convertToFormat(QImage::Format_RGB32);
+    QImage grey(source.width() / side, source.height() / side, QImage::Format_Grayscale8);
+    std::vector<int> sums(static_cast<std::size_t>(grey.width()));
+    for (int y = 0; y < grey.height(); ++y) {
+        std::fill(sums.begin(), sums.end(), 0);
+        for (int line = y * side; line < (y + 1) * side; ++line) {
+            const uchar *bytes = source.constScanLine(line);
+            const auto *colours = reinterpret_cast<const QRgb *>(bytes);
+            const bool isGrey = source.depth() == 8;
+            for (int x = 0, from = 0; x < grey.width(); ++x) {
+                int sum = 0;
+                for (const int end = from + side; from < end; ++from)
+                    sum += isGrey ? bytes[from] : qGray(colours[from]);
+                sums[static_cast<std::size_t>(x)] += sum;
+            }
+        }
+        uchar *to = grey.scanLine(y);
+        for (int x = 0; x < grey.width(); ++x)
+            to[x] = static_cast<uchar>(sums[static_cast<std::size_t>(x)] / (side * side));
+    }
+    return grey;
+}
+
+QImage XPPageAnalysis::reduced(const QImage &image)
+{
+    const int longest = std::max(image.width(), image.height());
+    const int side = (longest + workingSide / 2) / workingSide;
+    if (side > 1 && std::min(image.width(), image.height()) >= side)
+        return meansOfSquares(image, side);
+    return image.convertToFormat(QImage::Format_Grayscale8);
 }
 
 static double mean(const QImage &grey, const QRect &area)
@@ -30,6 +61,30 @@ static double mean(const QImage &grey, const QRect &area)
     return count > 0 ? sum / count : 0;
 }
 
+// What turning brought into sight that the picture does not show.
+static constexpr uchar unknown = 0;
+
+static QImage turned(const QImage &grey, double degrees)
+{
+    QImage known = grey;
+    for (int y = 0; y < known.height(); ++y) {
+        uchar *line = known.scanLine(y);
+        std::transform(line, line + known.width(), line,
+                       [](uchar value) { return std::max<uchar>(value, unknown + 1); });
+    }
+    if (degrees == 0)
+        return known;
+    QImage result(grey.size(), QImage::Format_Grayscale8);
+    result.fill(unknown);
+    QPainter painter(&result);
+    const QPointF middle(grey.width() / 2.0, grey.height() / 2.0);
+    painter.translate(middle);
+    painter.rotate(degrees);
+    painter.translate(-middle);
+    painter.drawImage(0, 0, known);
+    return result;
+}
+
 // Lines of the rim that belong to the lid: darker than paper nearly everywhere.
 static int rim(const QImage &grey, bool isRow, bool fromEnd, int paperWhite)
 {
@@ -39,22 +94,25 @@ static int rim(const QImage &grey, bool isRow, bool fromEnd, int paperWhite)
     for (int i = 0; i < count / 2; ++i) {
         const int at = fromEnd ? count - 1 - i : i;
         int light = 0;
+        int seen = 0;
         for (int k = 0; k < length; ++k) {
             const int value = isRow ? grey.constScanLine(at)[k] : grey.constScanLine(k)[at];
             light += value > dark ? 1 : 0;
+            seen += value != unknown ? 1 : 0;
         }
         // Paper takes up more than half of any line that crosses it.
-        if (light * 2 > length)
+        if (light * 2 > seen)
             return i;
     }
     return 0;
 }
 
-QRectF XPPageAnalysis::paper(const QImage &image)
+QRectF XPPageAnalysis::paper(const QImage &image, double straightenAngle)
 {
-    const QImage grey = small(image);
-    if (grey.isNull() || grey.width() < 8 || grey.height() < 8)
+    const QImage small = reduced(image);
+    if (small.isNull() || small.width() < 8 || small.height() < 8)
         return {0, 0, 1, 1};
+    const QImage grey = turned(small, straightenAngle);
     const QRect middle =
         QRect(grey.width() / 4, grey.height() / 4, grey.width() / 2, grey.height() / 2);
     // Paper is the brightest that covers a good part of the middle.
@@ -87,16 +145,22 @@ struct Point
 
 } // namespace
 
-// The lower ends of ink: base lines stand out in these alone.
+// The lower ends of ink: base lines stand out in these alone. Each lies somewhere in its pixel; if
+// all lay at the same height there, rows of pixels would look like lines, and no angle better than
+// none.
 static std::vector<Point> lowerEdges(const QImage &grey)
 {
     std::vector<Point> points;
+    const auto withinPixel = [](int x) {
+        const float turns = static_cast<float>(x) * std::numbers::phi_v<float>;
+        return turns - std::floor(turns);
+    };
     for (int y = 0; y + 1 < grey.height(); ++y) {
         const uchar *line = grey.constScanLine(y);
         const uchar *next = grey.constScanLine(y + 1);
         for (int x = 0; x < grey.width(); ++x) {
             if (next[x] - line[x] > 40)
-                points.push_back({static_cast<float>(x), static_cast<float>(y)});
+                points.push_back({static_cast<float>(x), static_cast<float>(y) + withinPixel(x)});
         }
     }
     return points;
@@ -123,7 +187,7 @@ static double sharpness(const std::vector<Point> &points, double degrees, int he
 
 double XPPageAnalysis::angle(const QImage &image)
 {
-    const QImage grey = small(image);
+    const QImage grey = reduced(image);
     const std::vector<Point> points = lowerEdges(grey);
     if (points.size() < 200)
         return 0;
@@ -151,7 +215,7 @@ double XPPageAnalysis::angle(const QImage &image)
 
 bool XPPageAnalysis::isBlank(const QImage &image)
 {
-    const QImage grey = small(image);
+    const QImage grey = reduced(image);
     if (grey.isNull())
         return true;
     // The rim shows the lid, punched holes and shadows.

@@ -6,16 +6,17 @@
 XPPageCleanUp XPPageCleanUp::of(const QImage &image, const Wanted &wanted)
 {
     XPPageCleanUp found;
-    found.isBlank = XPPageAnalysis::isBlank(image);
+    const QImage grey = XPPageAnalysis::reduced(image);
+    found.isBlank = XPPageAnalysis::isBlank(grey);
     if (found.isBlank)
         return found;
     if (wanted.turnUpright)
         found.edit.quarterTurns = XPTextLayer::turnsToUpright(image);
     if (!wanted.cropAndStraighten)
         return found;
-    // The crop is in parts of the page as it stands then.
-    const QImage upright = found.edit.isNone() ? image : found.edit.applied(image);
-    found.edit.crop = XPPageAnalysis::paper(upright);
-    found.edit.straightenAngle = -XPPageAnalysis::angle(upright);
+    const QImage upright = found.edit.isNone() ? grey : found.edit.applied(grey);
+    const double angle = -XPPageAnalysis::angle(upright);
+    found.edit.crop = XPPageAnalysis::paper(upright, angle);
+    found.edit.straightenAngle = angle;
     return found;
 }

@@ -10,12 +10,15 @@
 #include <QImageReader>
 #include <QTemporaryFile>
 #include <algorithm>
+#include <deque>
 #include <fcntl.h>
 #include <future>
 #include <map>
 static constexpr double pointsPerPixel = 0.5; // 144 pixels an inch
 static constexpr QSizeF mostPoints(581.4, 752.4);
 static constexpr float losslessFrom = 0.9F;
+// Decoded ones: half a gigabyte each at 1200 dpi.
+static constexpr std::size_t pagesAtOnce = 3;
 
 QSizeF xpPageSizeInPoints(QSize pixels)
 {
@@ -204,18 +207,22 @@ static void addPage(QPDF &pdf, const QPDFObjectHandle &picture, QSizeF size)
 static int assemble(QPDF &pdf, const std::shared_ptr<Spool> &spool, const QStringList &pages,
                     float quality, const std::function<bool(int)> &progress)
 {
-    const auto make = [&](qsizetype page) {
-        return std::async(std::launch::async,
-                          [path = pages[page], quality] { return pictureOf(path, quality); });
+    std::deque<std::future<Picture>> coming;
+    qsizetype begun = 0;
+    const auto begin = [&] {
+        while (begun < pages.size() && coming.size() < pagesAtOnce)
+            coming.push_back(std::async(std::launch::async, [path = pages[begun++], quality] {
+                return pictureOf(path, quality);
+            }));
     };
     int count = 0;
-    std::future<Picture> next = make(0);
     for (qsizetype i = 0; i < pages.size(); ++i) {
         if (progress && !progress(static_cast<int>(i)))
             throw XPError::make(XPError::Kind::Cancelled, QStringLiteral("cancelled"));
-        const Picture picture = next.get();
-        if (i + 1 < pages.size())
-            next = make(i + 1);
+        begin();
+        const Picture picture = coming.front().get();
+        coming.pop_front();
+        begin();
         if (picture.isNull())
             continue;
         QPDFObjectHandle stream = pictureObject(pdf, picture);

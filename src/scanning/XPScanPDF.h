@@ -7,7 +7,7 @@
 #include <functional>
 
 // Pictures of pages as one PDF (ISO 32000), and what goes with that.
-// Any thread; blocking file calls. Memory: two pages at a time, whatever their number.
+// Any thread; blocking file calls. Memory: three pages at a time, whatever their number.
 
 // The pages' picture files in their order, as a PDF at `toPath`, which is replaced as a whole.
 //
