@@ -5,6 +5,7 @@
 #include "IndexCorpus.h"
 #include "IndexImporters.h"
 #include "XPPath.h"
+#include "XPTranslations.h"
 
 #include <QApplication>
 #include <benchmark/benchmark.h>
@@ -37,6 +38,7 @@ int main(int count, char **arguments)
     if (const int result = XPBench::runChild(count, arguments); result >= 0)
         return result;
     const QApplication application(count, arguments);
+    XPTranslations::install(QLocale(QLocale::English));
     benchmark::Initialize(&count, arguments);
     if (benchmark::ReportUnrecognizedArguments(count, arguments))
         return 1;

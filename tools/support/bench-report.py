@@ -62,6 +62,11 @@ def split_baselines(runs):
     return figures, baselines
 
 
+def rate(items):
+    """Items a second in words: (number, unit)."""
+    return (f"{items / 1e6:.2f}", "million/s") if items >= 1e5 else (f"{items:.4g}", "a second")
+
+
 def figure(run, baseline):
     """(figure, its unit, bound in words, whether it holds or None) of one benchmark."""
     record = run.record
@@ -70,10 +75,9 @@ def figure(run, baseline):
         return f"{value:.1f}", "", f"at most {most:g}", value <= most
     if "items_at_least" in record:
         least = record["items_at_least"]
-        return f"{run.items / 1e6:.2f}", "million/s", f"at least {least / 1e6:g}", run.items >= least
+        return *rate(run.items), f"at least {rate(least)[0]}", run.items >= least
     if baseline is None:
-        rate = f"{run.items / 1e6:.2f}" if run.items else f"{run.seconds * 1e3:.4g}"
-        return rate, "million/s" if run.items else "ms", "", None
+        return *(rate(run.items) if run.items else (f"{run.seconds * 1e3:.4g}", "ms")), "", None
     if "speed_at_least" in record:
         ratio, least = run.speed_ratio(baseline), record["speed_at_least"]
         return f"{ratio:.2f}", "x the speed", f"at least {least:g}", ratio >= least
