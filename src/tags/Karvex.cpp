@@ -98,7 +98,7 @@ XPResult<std::optional<QByteArray>> Karvex::getBytes(const QString &key, const Q
 std::optional<XPError> Karvex::setXAttrMetaData(const PropertyValue &value, const QString &key,
                                                 const QString &path)
 {
-    return KarvexMirror::writeWith(key, path,
+    return KarvexMirror::writeWith(value, key, path,
                                    [&] { return setXAttr(value, spotlightKey(key), path); });
 }
 

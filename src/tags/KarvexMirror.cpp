@@ -90,33 +90,46 @@ static Bytes followed(const QString &key, const Attributes &before, const Attrib
             : ours.tags);
 }
 
-static std::optional<XPError> follow(const QString &key, const Bytes &oldOurs, const QString &path)
+// The desktop's attribute says what we made it say last, as it mostly does: it need not be taken
+// apart.
+static bool isOurOldTags(const QByteArray &desktop, const Bytes &oldOurs)
 {
+    const auto old = oldOurs ? XPPropertyList::read(*oldOurs) : PropertyValue();
+    return old && desktop == KarvexFacts::desktopTags(old->strings());
+}
+
+static std::optional<XPError> follow(const QString &key, const Bytes &oldOurs,
+                                     const PropertyValue &newOurs, const QString &path)
+{
+    const bool isTags = key == Karvex::userTagsKey;
     const QString desktopKey = desktopKeyOf(key);
     const auto present = XPExtendedAttributes::read(path, desktopKey);
-    const auto newOurs = XPExtendedAttributes::read(path, Karvex::spotlightKey(key));
-    if (!newOurs)
-        return newOurs.error();
-    Attributes before;
-    Attributes after;
-    putDecoded(oldOurs, key, before);
-    putDecoded(*newOurs, key, after);
-    if (present && *present)
-        before.insert(desktopKey, **present);
-    const KarvexFacts desktop = KarvexFacts::desktops(before);
-    if (!present || !desktop.areTagsReadable || !desktop.isRatingReadable ||
-        !desktop.isCommentReadable) {
-        warn(path, QStringLiteral("%1 cannot be understood and stays").arg(desktopKey));
-        return {};
+    Bytes wanted;
+    if (isTags && present && *present && isOurOldTags(**present, oldOurs)) {
+        wanted = KarvexFacts::desktopTags(newOurs.strings());
+    } else {
+        Attributes before;
+        Attributes after;
+        putDecoded(oldOurs, key, before);
+        if (!newOurs.isNull())
+            after.insert(key, newOurs);
+        if (present && *present)
+            before.insert(desktopKey, **present);
+        const KarvexFacts desktop = KarvexFacts::desktops(before);
+        if (!present || !desktop.areTagsReadable || !desktop.isRatingReadable ||
+            !desktop.isCommentReadable) {
+            warn(path, QStringLiteral("%1 cannot be understood and stays").arg(desktopKey));
+            return {};
+        }
+        wanted = followed(key, before, after);
     }
-    if (key == Karvex::userTagsKey)
-        warnOfUnfit(path, KarvexFacts::ours(after).tags);
-    const Bytes wanted = followed(key, before, after);
+    if (isTags)
+        warnOfUnfit(path, newOurs.strings());
     return wanted == *present ? std::nullopt : writeBytes(wanted, desktopKey, path);
 }
 
-std::optional<XPError> KarvexMirror::writeWith(const QString &key, const QString &path,
-                                               const Write &write)
+std::optional<XPError> KarvexMirror::writeWith(const PropertyValue &value, const QString &key,
+                                               const QString &path, const Write &write)
 {
     if (desktopKeyOf(key).isEmpty() || !isOn())
         return write();
@@ -124,7 +137,7 @@ std::optional<XPError> KarvexMirror::writeWith(const QString &key, const QString
     const auto old = XPExtendedAttributes::read(path, name);
     if (auto error = write())
         return error;
-    auto error = follow(key, old.valueOr({}), path);
+    auto error = follow(key, old.valueOr({}), value, path);
     if (error && old)
         KarvexTimeStamp::putBack(*old, name, path);
     return error;

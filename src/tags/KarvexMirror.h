@@ -19,10 +19,12 @@ extern const QString settingsKey; // "KPMirrorDesktopTags"
 bool isOn();
 bool wasAsked(); // has chosen, one way or the other
 
-// Runs `write`, which changes our attribute `key` of the file, then brings the desktop's in line.
-// Under the file's lock. Keys that the desktop knows nothing of are just written.
+// Runs `write`, which gives our attribute `key` of the file the value (null: removes it), then
+// brings the desktop's in line. Under the file's lock. Keys that the desktop knows nothing of are
+// just written.
 using Write = std::function<std::optional<XPError>()>;
-std::optional<XPError> writeWith(const QString &key, const QString &path, const Write &write);
+std::optional<XPError> writeWith(const PropertyValue &value, const QString &key,
+                                 const QString &path, const Write &write);
 
 // Everything that both sides hold; see KarvexFacts.
 XPResult<KarvexFacts::Attributes> read(const QString &path);
