@@ -18,6 +18,8 @@ static constexpr std::array allowed = {
     SCMP_SYS(brk), SCMP_SYS(munmap), SCMP_SYS(mremap), SCMP_SYS(madvise), SCMP_SYS(futex),
     SCMP_SYS(set_robust_list), SCMP_SYS(rseq), SCMP_SYS(membarrier), SCMP_SYS(sched_yield),
     SCMP_SYS(sched_getaffinity), SCMP_SYS(getcpu), SCMP_SYS(exit), SCMP_SYS(exit_group),
+    // a counter that each of Qt's threads makes itself (large pictures are scaled by several)
+    SCMP_SYS(eventfd2),
     // descriptors that it has
     SCMP_SYS(read), SCMP_SYS(readv), SCMP_SYS(pread64), SCMP_SYS(preadv), SCMP_SYS(write),
     SCMP_SYS(writev), SCMP_SYS(lseek), SCMP_SYS(fstat), SCMP_SYS(close), SCMP_SYS(dup),

@@ -180,6 +180,27 @@ TEST(ImportWorker, ReadsThroughTheCage)
     }
 }
 
+// Scaled by several threads at once, which each want a dispatcher of their own.
+TEST(ImportWorker, DrawsLargePicturesInTheCage)
+{
+    const TestFolder folder;
+    const QByteArray samples(3 * 1200 * 1200, '\x40');
+    const QString path = folder.file(QStringLiteral("a.ppm"), "P6 1200 1200 255\n" + samples);
+    const auto document =
+        ImportDocument::open(XPPath::encode(path), QStringLiteral("public.image"));
+    ASSERT_TRUE(document);
+    ImportJob job = document->job();
+    job.page = 1;
+    job.pixels = 600;
+    ImportWorker worker({.program = MURN_IMPORTER});
+    const Outcome outcome = worker.run(job, document->descriptor.get());
+    ASSERT_TRUE(std::holds_alternative<ImportFrame>(outcome));
+    const auto picture = ImportPicture::from(std::get<ImportFrame>(outcome));
+    ASSERT_TRUE(picture);
+    EXPECT_EQ(picture->width, 600);
+    EXPECT_EQ(picture->pixels.left(4), QByteArray("\x40\x40\x40\xFF"));
+}
+
 TEST(ImportDocument, OpensRegularFilesOnly)
 {
     const TestFolder folder;
