@@ -308,6 +308,7 @@ void KPThreadedSearcher::newSearchStateInThread(const KPSearchState::Ptr &state,
 {
     m_wasToldDone = false;
     m_wasToldToWait = false;
+    m_showsFirst = !isSame(state, old);
     if (!state)
         return;
     const bool isNarrowing = old && !forced && state->isEqualToSearchStateIgnorePostContraint(*old);

@@ -202,7 +202,8 @@ private:
     bool m_pendingProgressCallNeeded = false;
     bool m_doUpdatesDuringManualSearch = false;
     bool m_itemsOnly = false;
-    bool m_isSmall = false; // few results: what the index says is fresher than the caches
+    bool m_isSmall = false;    // few results: what the index says is fresher than the caches
+    bool m_showsFirst = false; // of another search: the first batch is told at once
     std::vector<IndexItem> m_foundItems; // of a searcher without records
     bool m_maxxedOutSpotlight = false;
     bool m_wasToldDone = false;

@@ -192,8 +192,9 @@ void KPThreadedSearcher::progressOrFinishedMDResults()
         const bool isAll = processMDResults(budget);
         if (isGivenUp())
             return;
-        // More comes at once, into the same pass.
-        if (isAll && !isComplete)
+        // More comes at once, into the same pass. The first of another search are shown before:
+        // nobody waits for all. (The same search, run again, would lose its place by that.)
+        if (!std::exchange(m_showsFirst, false) && isAll && !isComplete)
             return;
         finishedOrProgressBaseQuery(isAll);
         if (isAll)
