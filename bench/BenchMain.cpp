@@ -4,10 +4,14 @@
 #include "IndexBenchChild.h"
 #include "IndexCorpus.h"
 #include "IndexImporters.h"
+#include "IndexSettings.h"
 #include "XPPath.h"
 #include "XPTranslations.h"
 
 #include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
 #include <benchmark/benchmark.h>
 #include <cstdlib>
 #include <cstring>
@@ -26,6 +30,14 @@ static int makeCorpus(int count, char **arguments)
     return 0;
 }
 
+// Settings and caches of nobody's.
+static void useFolder(const QString &path)
+{
+    for (const char *name : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_STATE_HOME",
+                             "XDG_RUNTIME_DIR"})
+        qputenv(name, QFile::encodeName(path));
+}
+
 int main(int count, char **arguments)
 {
     if (count > 2 && std::strcmp(arguments[1], "--make-corpus") == 0)
@@ -35,10 +47,13 @@ int main(int count, char **arguments)
         return std::make_unique<CagedImporter>(
             ImportWorker::Setup{.program = MURN_IMPORTER, .idle = idle}, QString());
     });
+    const QTemporaryDir folder(QDir::currentPath() + QStringLiteral("/settings-XXXXXX"));
+    useFolder(folder.path());
     if (const int result = XPBench::runChild(count, arguments); result >= 0)
         return result;
     const QApplication application(count, arguments);
     XPTranslations::install(QLocale(QLocale::English));
+    IndexSettings::setRoots({QStringLiteral("/")}); // wherever a corpus lies
     benchmark::Initialize(&count, arguments);
     if (benchmark::ReportUnrecognizedArguments(count, arguments))
         return 1;

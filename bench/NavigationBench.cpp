@@ -95,8 +95,10 @@ static void countRows(benchmark::State &state)
     KPRowCounts::Rows rows;
     for (int i = 0; i < 60; ++i) {
         const auto type = QLatin1String(types[static_cast<size_t>(i) % std::size(types)]);
-        auto wanted = KPSearchState::blankSearchState()->searchStateWithNewUTIs(
-            KPTagName::arrayOfUTIsToKPTagNames({type}));
+        auto wanted = KPSearchState::blankSearchState()
+                          ->searchStateWithNewContstraintFolders({QStringLiteral("/")})
+                          ->searchStateWithNewManagedDocuments(false)
+                          ->searchStateWithNewUTIs(KPTagName::arrayOfUTIsToKPTagNames({type}));
         if (const size_t of = static_cast<size_t>(i) / std::size(types); of > 0)
             wanted = wanted->searchStateWithNewRating(QStringLiteral("= %1").arg(of));
         rows.insert(QString::number(i), wanted);
@@ -108,6 +110,8 @@ static void countRows(benchmark::State &state)
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     };
     count();
+    if (counts.count(QStringLiteral("0")).value_or(0) < 1000)
+        state.SkipWithError("too few are counted");
     for ([[maybe_unused]] auto _ : state) {
         state.PauseTiming();
         counts.setRows({{QStringLiteral("none"), KPSearchState::blankSearchState()}});
