@@ -72,6 +72,8 @@ void KPProgress::begin(const Task &task)
 
 void KPProgress::end(const Task &task)
 {
-    if (const auto node = m_sheets.extract(task); node && node.mapped())
+    if (const auto node = m_sheets.extract(task); node && node.mapped()) {
+        node.mapped()->hide(); // or else it takes the keyboard from what is shown next
         node.mapped()->deleteLater();
+    }
 }
