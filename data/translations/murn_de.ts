@@ -491,6 +491,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPConfirmExternalOpenTitle">
         <translation>%1 Dokumente öffnen?</translation>
     </message>
+    <message id="KPContinueWithOthers">
+        <translation>Fortfahren</translation>
+    </message>
     <message id="KPCopyDocSingle">
         <translation>„%1“ kopieren?</translation>
     </message>

@@ -493,6 +493,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPConfirmExternalOpenTitle">
         <translation>Open %1 documents?</translation>
     </message>
+    <message id="KPContinueWithOthers">
+        <translation>Continue</translation>
+    </message>
     <message id="KPCopyDocSingle">
         <translation>Copy “%1”?</translation>
     </message>

@@ -6,10 +6,8 @@
 
 static constexpr qsizetype mostLines = 8;
 
-void KPFailures::tell(const char *titleId, const QList<XPError> &failures)
+static QString linesOf(const QList<XPError> &failures)
 {
-    if (failures.isEmpty())
-        return;
     QStringList lines;
     for (const XPError &error : failures) {
         qCWarning(xpLog).noquote() << XPPath::printable(error.path) << error.message;
@@ -21,6 +19,33 @@ void KPFailures::tell(const char *titleId, const QList<XPError> &failures)
     const auto others = static_cast<int>(failures.size() - lines.size());
     if (others > 0)
         lines.append(qtTrId("KPAndOthers", others));
-    XPPrompts::current().alert(qtTrId(titleId, static_cast<int>(failures.size())),
-                               lines.join(u'\n'));
+    return lines.join(u'\n');
+}
+
+static QString titleOf(const char *titleId, const QList<XPError> &failures)
+{
+    return qtTrId(titleId, static_cast<int>(failures.size()));
+}
+
+void KPFailures::tell(const char *titleId, const QList<XPError> &failures)
+{
+    if (!failures.isEmpty())
+        XPPrompts::current().alert(titleOf(titleId, failures), linesOf(failures));
+}
+
+void KPFailures::ask(const char *titleId, const QList<XPError> &failures,
+                     std::function<void()> goOn)
+{
+    if (failures.isEmpty()) {
+        goOn();
+        return;
+    }
+    XPPrompts::current().ask({titleOf(titleId, failures),
+                              linesOf(failures),
+                              {qtTrId("KPContinueWithOthers"), qtTrId("KPCancel")},
+                              1},
+                             [goOn = std::move(goOn)](int button) {
+                                 if (button == 0)
+                                     goOn();
+                             });
 }

@@ -57,10 +57,7 @@ static void compose(const OpenedPtr &opened) XP_REQUIRES(xpGuiThread)
 
 static void ask(const OpenedPtr &opened) XP_REQUIRES(xpGuiThread)
 {
-    KPFailures::tell(QT_TRID_NOOP("KPCannotMail"), opened->failures);
     const auto count = static_cast<qsizetype>(opened->attachments.size());
-    if (count == 0)
-        return;
     if (count <= KPMailing::mostUnasked && opened->size <= KPMailing::mostBytesUnasked) {
         compose(opened);
         return;
@@ -90,7 +87,15 @@ void KPMailing::start(const QStringList &paths, KPLongWork &work)
         task, [paths, task] { return open(paths, task); },
         [task](const OpenedPtr &opened) {
             xpGuiThread.assertHere();
-            if (!task->isStopAsked)
+            if (task->isStopAsked)
+                return;
+            if (opened->attachments.empty()) {
+                KPFailures::tell(QT_TRID_NOOP("KPCannotMail"), opened->failures);
+                return;
+            }
+            KPFailures::ask(QT_TRID_NOOP("KPCannotMail"), opened->failures, [opened] {
+                xpGuiThread.assertHere();
                 ask(opened);
+            });
         });
 }

@@ -12,6 +12,7 @@
 #include <QPointer>
 #include <QPrintPreviewDialog>
 #include <QPrinter>
+#include <QScreen>
 #include <future>
 
 using Pages = std::shared_ptr<KPPrintedPages>;
@@ -38,7 +39,7 @@ public:
     {
         setAttribute(Qt::WA_DeleteOnClose);
         setWindowTitle(qtTrId("KPPrintTitle"));
-        resize(860, 900);
+        resize(QSize(860, 900).boundedTo(screen()->availableSize() * 9 / 10));
         connect(this, &QPrintPreviewDialog::paintRequested, this, &Preview::fill);
     }
     void done(int result) override
@@ -105,12 +106,8 @@ static void preview(const Pages &pages, KPLongWork &work, QWidget *window) XP_RE
     (new Preview(pages, work, std::move(printer), window))->open();
 }
 
-// What there is to say before anything is shown.
-static void present(const Pages &pages, KPLongWork &work, QWidget *window) XP_REQUIRES(xpGuiThread)
+static void show(const Pages &pages, KPLongWork &work, QWidget *window) XP_REQUIRES(xpGuiThread)
 {
-    KPFailures::tell(QT_TRID_NOOP("KPCannotPrint"), pages->failures());
-    if (pages->isEmpty())
-        return;
     if (!pages->isCutOff()) {
         preview(pages, work, window);
         return;
@@ -134,7 +131,16 @@ void KPPrinting::start(const QStringList &paths, KPLongWork &work, QWidget *wind
         task, [paths, task] { return KPPrintedPages::make(paths, task); },
         [&work, task, window = QPointer(window)](const Pages &pages) {
             xpGuiThread.assertHere();
-            if (!task->isStopAsked)
-                present(pages, work, window);
+            if (task->isStopAsked)
+                return;
+            if (pages->isEmpty()) {
+                KPFailures::tell(QT_TRID_NOOP("KPCannotPrint"), pages->failures());
+                return;
+            }
+            KPFailures::ask(QT_TRID_NOOP("KPCannotPrint"), pages->failures(),
+                            [pages, &work, window] {
+                                xpGuiThread.assertHere();
+                                show(pages, work, window);
+                            });
         });
 }

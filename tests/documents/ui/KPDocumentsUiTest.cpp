@@ -1,6 +1,7 @@
 #include "KPCombineDialog.h"
 #include "KPDoc.h"
 #include "KPDocCache.h"
+#include "KPFailures.h"
 #include "KPPrintInfo.h"
 #include "KPPrintedPages.h"
 #include "KPResultsExport.h"
@@ -136,4 +137,16 @@ TEST_F(DocumentsUi, WhatIsNotPrintedIsKnown)
     };
     EXPECT_TRUE(paints(m_folder.path(QStringLiteral("paper.pdf"))));
     EXPECT_FALSE(paints(m_folder.path(QStringLiteral("absent/paper.pdf"))));
+}
+
+// Nobody is there to ask, which is a no.
+TEST_F(DocumentsUi, GoesOnWithoutTheOthersOnlyWhenToldTo)
+{
+    xpGuiThread.assertHere();
+    int gone = 0;
+    KPFailures::ask("KPCannotPrint", {}, [&] { ++gone; });
+    EXPECT_EQ(gone, 1);
+    const auto failure = XPError::make(XPError::Kind::Io, QStringLiteral("unreadable"));
+    KPFailures::ask("KPCannotPrint", {failure}, [&] { ++gone; });
+    EXPECT_EQ(gone, 1);
 }
