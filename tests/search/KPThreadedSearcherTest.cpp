@@ -32,10 +32,14 @@ namespace {
 // Answers nothing: what is asked of the searcher itself.
 struct NoDelegate : public KPThreadedSearcher::Delegate
 {
-    void updatedResults(const KPResultsDelivery::Ptr &) override {}
+    void updatedResults(const KPResultsDelivery::Ptr &delivery) override
+    {
+        counts.append(std::ssize(*delivery->documents.docs));
+    }
     void searchDone(const QStringList &) override { isDone = true; }
     void fileListSearchProgress(qint64) override {}
     bool isDone = false;
+    QList<qsizetype> counts;
 };
 } // namespace
 
@@ -83,6 +87,29 @@ TEST(ThreadedSearcher, ShowsManyResultsInPassesAndFewAtOnce)
     folder.file(QStringLiteral("one more doc"));
     folder.catchUp();
     EXPECT_EQ(deliveriesOf(1000), 9) << "0.25 s, seven growing ones, the rest";
+}
+
+// Nobody waits for all of another search; the same one, run again, keeps its rows till all are
+// there.
+TEST(ThreadedSearcher, ShowsTheFirstBatchOfAnotherSearchAtOnce)
+{
+    IndexedFolder folder;
+    for (int i = 0; i < 1200; ++i)
+        folder.file(QStringLiteral("doc %1").arg(i));
+    auto setup = FollowedSearch::quick();
+    setup.clock = [] { return 0.0; }; // no pass is over for its time
+    NoDelegate delegate;
+    KPThreadedSearcher searcher(folder.index(), &delegate, setup);
+    searcher.startSearchThread();
+    for (const qsizetype first : {1000, 1200}) {
+        delegate.isDone = false;
+        delegate.counts.clear();
+        searcher.forceNewSearchNextTime();
+        searcher.newSearchState(named(folder, "doc"));
+        ASSERT_TRUE(FollowedSearch::waitFor([&] { return delegate.isDone; }));
+        EXPECT_EQ(delegate.counts.first(), first);
+        EXPECT_EQ(delegate.counts.last(), 1200);
+    }
 }
 
 TEST(ThreadedSearcher, TellsAtOnceWhatComesAndLaterWhatGoes)
