@@ -30,11 +30,11 @@ KPProgramDialog::KPProgramDialog(const QList<XPApplications::Application> &progr
     }
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
     m_open = buttons->addButton(qtTrId("KPProgramOpen"), QDialogButtonBox::AcceptRole);
-    m_open->setDefault(true);
     auto *column = new QVBoxLayout(this);
     column->addWidget(m_filter);
     column->addWidget(m_list, 1);
     column->addWidget(buttons);
+    m_open->setDefault(true); // in its dialog by now: before, the other button would be it
     connect(m_filter, &QLineEdit::textChanged, this, &KPProgramDialog::showMatching);
     connect(m_list, &QListWidget::itemActivated, this, &QDialog::accept);
     connect(m_list, &QListWidget::currentItemChanged, this,
