@@ -47,7 +47,8 @@ int main(int count, char **arguments)
         return std::make_unique<CagedImporter>(
             ImportWorker::Setup{.program = MURN_IMPORTER, .idle = idle}, QString());
     });
-    const QTemporaryDir folder(QDir::currentPath() + QStringLiteral("/settings-XXXXXX"));
+    // Settings are written at the very end.
+    static const QTemporaryDir folder(QDir::currentPath() + QStringLiteral("/settings-XXXXXX"));
     useFolder(folder.path());
     if (const int result = XPBench::runChild(count, arguments); result >= 0)
         return result;
