@@ -58,6 +58,12 @@ RowSet MDQueryScope::rows(const IndexCatalog &catalog) const
     if (m_entries.isEmpty())
         return {};
     const std::vector<IndexItem> under = folders(catalog);
+    // Of the home folder mostly: then nobody need look at every row for where it lies.
+    const auto &roots = catalog.roots();
+    if (!roots.empty() && std::all_of(roots.begin(), roots.end(), [&](IndexItem root) {
+            return std::find(under.begin(), under.end(), root) != under.end();
+        }))
+        return {};
     if (under.size() == 1)
         return catalog.below(catalog.slotOf(under.front()));
     Roaring all;
