@@ -45,7 +45,7 @@ KPSearchField::KPSearchField(QWidget *parent)
     row->addWidget(m_note);
     setFixedHeight(KPLook::controlHeight);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
-    setMinimumWidth(160);
+    setMinimumWidth(110);
     setFilterMode(false);
 }
 

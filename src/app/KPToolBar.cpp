@@ -111,6 +111,8 @@ void KPToolBar::fill()
         if (item->widget() != m_field)
             delete item->widget();
     }
+    m_gaps.clear();
+    m_prominent = nullptr;
     m_shown = shownIdentifiers();
     bool hasField = false;
     for (const QString &identifier : std::as_const(m_shown)) {
@@ -124,13 +126,16 @@ void KPToolBar::fill()
     }
     if (!hasField)
         m_row->addWidget(m_field, 1);
+    fit();
 }
 
-QWidget *KPToolBar::widgetFor(const QString &identifier) const
+QWidget *KPToolBar::widgetFor(const QString &identifier)
 {
     const Item *item = KPToolBarItems::item(identifier);
-    if (!item)
-        return new Gap(identifier == KPToolBarItems::separator);
+    if (!item) {
+        m_gaps.append(new Gap(identifier == KPToolBarItems::separator));
+        return m_gaps.last();
+    }
     const QList<QAction *> actions = actionsOf(identifier);
     if (item->kind == Kind::Segments)
         return new KPSegments(actions);
@@ -139,9 +144,40 @@ QWidget *KPToolBar::widgetFor(const QString &identifier) const
     auto *button = new KPIconButton(actions.first());
     if (item->kind == Kind::Menu)
         button->setPopupMode(QToolButton::InstantPopup);
-    if (item->kind == Kind::Prominent)
+    if (item->kind == Kind::Prominent) {
         button->setProminent(true);
+        m_prominent = button;
+    }
     return button;
+}
+
+// In a narrow window the items would lie over each other otherwise.
+void KPToolBar::fit()
+{
+    setCompact(false);
+    const QMargins margins = m_row->contentsMargins();
+    int needed = margins.left() + margins.right() - m_row->spacing();
+    for (int i = 0; i < m_row->count(); ++i) {
+        if (const QWidget *widget = m_row->itemAt(i)->widget())
+            needed += std::max(widget->minimumWidth(), widget->minimumSizeHint().width()) +
+                      m_row->spacing();
+    }
+    setCompact(needed > width());
+}
+
+void KPToolBar::setCompact(bool isCompact)
+{
+    for (QWidget *each : std::as_const(m_gaps))
+        each->setVisible(!isCompact);
+    if (m_prominent)
+        m_prominent->setToolButtonStyle(isCompact ? Qt::ToolButtonIconOnly
+                                                  : Qt::ToolButtonTextBesideIcon);
+}
+
+void KPToolBar::resizeEvent(QResizeEvent *event)
+{
+    QToolBar::resizeEvent(event);
+    fit();
 }
 
 void KPToolBar::customise()

@@ -5,6 +5,7 @@
 #include <QToolBar>
 
 class KPCommands;
+class KPIconButton;
 class KPSearchField;
 class QHBoxLayout;
 
@@ -24,17 +25,22 @@ public:
 protected:
     void contextMenuEvent(QContextMenuEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     void adapt();
+    void fit();
+    void setCompact(bool isCompact);
     void fill();
     QStringList shownIdentifiers() const;
     QList<QAction *> actionsOf(const QString &identifier) const;
-    QWidget *widgetFor(const QString &identifier) const;
+    QWidget *widgetFor(const QString &identifier);
 
     KPCommands *m_commands;
     KPSearchField *m_field;
     QHBoxLayout *m_row;
+    QList<QWidget *> m_gaps;
+    KPIconButton *m_prominent = nullptr;
     QStringList m_shown;
     XPObservation m_observation;
 };

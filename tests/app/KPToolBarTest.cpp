@@ -95,6 +95,26 @@ TEST_F(ToolBar, ShowsWhatIsThereInTheUsersOrder)
     EXPECT_EQ(m_field->text(), u"half a wo");
 }
 
+TEST_F(ToolBar, SqueezesNothingInANarrowWindow)
+{
+    m_window.setMinimumSize(100, 100);
+    m_window.resize(250, 200);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return m_bar->width() == 250; }));
+    const auto placeOf = [this](const QWidget *widget) {
+        return QRect(widget->mapTo(m_bar, QPoint()), widget->size());
+    };
+    const auto isFree = [&] {
+        for (const KPIconButton *button : m_bar->findChildren<KPIconButton *>()) {
+            if (!m_field->isAncestorOf(button) && (button->width() < button->sizeHint().width() ||
+                                                   placeOf(button).intersects(placeOf(m_field))))
+                return false;
+        }
+        return m_bar->rect().contains(placeOf(m_field));
+    };
+    QApplication::processEvents();
+    EXPECT_TRUE(isFree());
+}
+
 TEST_F(ToolBar, IsCustomisedAndRemembersIt)
 {
     KPToolBarDialog dialog(&m_commands, &m_window);
