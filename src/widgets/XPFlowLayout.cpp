@@ -57,7 +57,7 @@ int XPFlowLayout::arrange(const QRect &rect, bool move) const
             at = {room.left(), at.y() + lineHeight + spacing()};
             lineHeight = 0;
         }
-        if (item == m_items.last())
+        if (item == m_items.last() && item->expandingDirections().testFlag(Qt::Horizontal))
             size.setWidth(room.left() + room.width() - at.x());
         if (move)
             item->setGeometry({at, size});

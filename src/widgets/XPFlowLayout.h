@@ -3,8 +3,8 @@
 #include <QLayout>
 #include <QList>
 
-// Lines of widgets that wrap like words; the last one takes what is left of its line.
-// Threads: main. Owns its items.
+// Lines of widgets that wrap like words; the last one takes what is left of its line, if it
+// expands. Threads: main. Owns its items.
 class XPFlowLayout : public QLayout
 {
 public:

@@ -86,6 +86,7 @@ TEST(FlowLayout, WrapsLikeWordsAndGivesTheLastTheRest)
             auto *widget = new QWidget(&parent);
             widget->setFixedHeight(10);
             widget->setMinimumWidth(1);
+            widget->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
             struct Item : QWidgetItem
             {
                 Item(QWidget *shown, int wide) : QWidgetItem(shown), m_wide(wide) {}
@@ -99,4 +100,14 @@ TEST(FlowLayout, WrapsLikeWordsAndGivesTheLastTheRest)
         EXPECT_EQ(lines(parent), each.expected) << each.width;
         EXPECT_EQ(height, each.expected.size() * 10 + (each.expected.size() - 1) * 4);
     }
+}
+
+TEST(FlowLayout, LeavesTheLastAsWideAsItIsWhereItDoesNotExpand)
+{
+    QWidget row;
+    auto *layout = new XPFlowLayout(&row);
+    auto *chip = new XPTagChip(QStringLiteral("invoice"));
+    layout->addWidget(chip);
+    layout->setGeometry({0, 0, 400, 100});
+    EXPECT_EQ(chip->width(), chip->sizeHint().width());
 }
