@@ -35,6 +35,7 @@ static void mark(const QString &path, const KPScanOptions &options, KPCommandOut
 static int finish(KPScanRun &scan, const KPScanOptions &options, XPScannedPages &pages,
                   KPCommandOutput &output)
 {
+    QByteArrayList objects;
     while (pages.numberOfPages() > 0) {
         XPScanDocument::FirstOfPile first{pages.pages(), pages.numberOfPages()};
         if (options.separates)
@@ -43,7 +44,7 @@ static int finish(KPScanRun &scan, const KPScanOptions &options, XPScannedPages 
         if (path.isEmpty()) {
             KPCommandOutput::note(
                 QStringLiteral("the pages are kept; 'murnctl scan --resume' files them"));
-            return output.exitStatus();
+            break;
         }
         mark(path, options, output);
         XPScanDocument::removePlaceholderPDF(pages.folder());
@@ -51,11 +52,13 @@ static int finish(KPScanRun &scan, const KPScanOptions &options, XPScannedPages 
             pages.forgetFirst(first.used);
         else
             pages.clearAllImages();
-        if (output.isJson())
-            output.write("{\"path\": " + KPCommandOutput::json(path) + "}\n");
-        else
+        objects.append("{\"path\": " + KPCommandOutput::json(path) + '}');
+        if (!output.isJson())
             output.writeRecord(output.name(path));
     }
+    // One value, however many documents the pages make.
+    if (output.isJson())
+        output.write('[' + objects.join(",\n ") + "]\n");
     return output.exitStatus();
 }
 
@@ -141,6 +144,6 @@ const KPCommand kpScanCommand = {
      {"--file", nullptr, "file it (usual)"},
      {"--resume", nullptr, "file the pages that are left from before"},
      {"--discard", nullptr, "give them up"},
-     {"--print0", nullptr, "end the path with NUL"},
-     {"--json", nullptr, "print JSON"}},
+     {"--print0", nullptr, "a NUL after each path"},
+     {"--json", nullptr, "print a list of objects"}},
     run};
