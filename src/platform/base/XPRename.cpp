@@ -20,11 +20,28 @@ static int renameFolder(int fromFolder, const char *from, int toFolder, const ch
     return error;
 }
 
+// A drive that knows no second names: the new one is taken by an empty file, which is replaced.
+static int renameOverEmpty(int fromFolder, const char *from, int toFolder, const char *to)
+{
+    const int empty =
+        ::openat(toFolder, to, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
+    if (empty < 0)
+        return errno;
+    ::close(empty);
+    if (::renameat(fromFolder, from, toFolder, to) == 0)
+        return 0;
+    const int error = errno;
+    ::unlinkat(toFolder, to, 0);
+    return error;
+}
+
 // Where the old name cannot go, the new one goes again.
 static int renameByLink(int fromFolder, const char *from, int toFolder, const char *to)
 {
-    if (::linkat(fromFolder, from, toFolder, to, 0) != 0)
-        return errno;
+    if (::linkat(fromFolder, from, toFolder, to, 0) != 0) {
+        const bool knowsLinks = errno != EPERM && errno != EOPNOTSUPP && errno != ENOSYS;
+        return knowsLinks ? errno : renameOverEmpty(fromFolder, from, toFolder, to);
+    }
     if (::unlinkat(fromFolder, from, 0) == 0)
         return 0;
     const int error = errno;
