@@ -5,6 +5,33 @@ using Model = KPLibraryModel;
 KPDocsTable::KPDocsTable(KPLibraryModel &model, QObject *parent) : QIdentityProxyModel(parent)
 {
     setSourceModel(&model);
+    // What the base does would have every remembered cell end in the first column, which the model
+    // has alone; of several in a row, all but one would then outlive this table.
+    disconnect(&model, &Model::layoutAboutToBeChanged, this, nullptr);
+    disconnect(&model, &Model::layoutChanged, this, nullptr);
+    connect(&model, &Model::layoutAboutToBeChanged, this,
+            [this](const auto &, Hint hint) { keepCells(hint); });
+    connect(&model, &Model::layoutChanged, this,
+            [this](const auto &, Hint hint) { moveCells(hint); });
+}
+
+void KPDocsTable::keepCells(Hint hint)
+{
+    Q_EMIT layoutAboutToBeChanged({}, hint);
+    m_cells = persistentIndexList();
+    for (const QModelIndex &cell : std::as_const(m_cells))
+        m_rows.append(mapToSource(cell));
+}
+
+void KPDocsTable::moveCells(Hint hint)
+{
+    QModelIndexList now;
+    for (qsizetype i = 0; i < m_cells.size(); ++i)
+        now.append(index(m_rows.at(i).row(), m_cells.at(i).column()));
+    changePersistentIndexList(m_cells, now);
+    m_cells.clear();
+    m_rows.clear();
+    Q_EMIT layoutChanged({}, hint);
 }
 
 int KPDocsTable::columnCount(const QModelIndex &parent) const

@@ -11,6 +11,8 @@ class KPDocsTable : public QIdentityProxyModel
     Q_OBJECT
 
 public:
+    using Hint = QAbstractItemModel::LayoutChangeHint;
+
     explicit KPDocsTable(KPLibraryModel &model, QObject *parent = nullptr);
 
     int columnCount(const QModelIndex &parent = {}) const override;
@@ -24,4 +26,11 @@ public:
     QModelIndex mapFromSource(const QModelIndex &index) const override;
     QVariant data(const QModelIndex &index, int role) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+private:
+    void keepCells(Hint hint);
+    void moveCells(Hint hint);
+
+    QModelIndexList m_cells; // those that someone remembers, while the rows are laid out anew
+    QList<QPersistentModelIndex> m_rows; // theirs
 };

@@ -1,5 +1,6 @@
 #include "KPLibraryModel.h"
 
+#include "KPDocsTable.h"
 #include "ShownSearch.h"
 
 #include <QAbstractItemModelTester>
@@ -65,6 +66,8 @@ TEST(LibraryModel, FollowsAnyDeliveriesAndKeepsTheSelection)
     bool isByRating = true;
     search.setOrder(order(Field::Rating, false));
     int chosen = -1;
+    const KPDocsTable table(model);
+    QList<QPersistentModelIndex> cells; // its whole row in the table
     for (int round = 0; round < 300; ++round) {
         const int edits = round % 10 == 0 ? 200 : below(6);
         if (round % 25 == 24) {
@@ -98,6 +101,8 @@ TEST(LibraryModel, FollowsAnyDeliveriesAndKeepsTheSelection)
         if (chosen < 0 && ratings.size() > 20) {
             chosen = std::next(ratings.begin(), 10).key();
             selection.select(model.indexForPath(pathOf(chosen)), QItemSelectionModel::Select);
+            for (int column = 0; column < table.columnCount(); ++column)
+                cells.append(table.index(selection.selectedIndexes().first().row(), column));
         }
         QList<int> numbers = ratings.keys();
         if (isByRating)
@@ -112,6 +117,9 @@ TEST(LibraryModel, FollowsAnyDeliveriesAndKeepsTheSelection)
             ASSERT_EQ(selection.selectedIndexes(),
                       QModelIndexList{model.indexForPath(pathOf(chosen))})
                 << "round " << round;
+            const int row = model.indexForPath(pathOf(chosen)).row();
+            for (int column = 0; column < table.columnCount(); ++column)
+                ASSERT_EQ(cells[column], table.index(row, column)) << "round " << round;
         }
     }
 }
