@@ -1112,6 +1112,9 @@ Absturzberichte erlauben?</translation>
     <message id="KPFullScreen">
         <translation>&amp;Vollbild</translation>
     </message>
+    <message id="KPGetInfo">
+        <translation>Infor&amp;mationen in eigenem Fenster</translation>
+    </message>
     <message id="KPGoHome">
         <translation>&amp;Start</translation>
     </message>

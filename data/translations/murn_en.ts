@@ -1114,6 +1114,9 @@ Allow crash reporting?</translation>
     <message id="KPFullScreen">
         <translation>&amp;Full Screen</translation>
     </message>
+    <message id="KPGetInfo">
+        <translation>Get Infor&amp;mation</translation>
+    </message>
     <message id="KPGoHome">
         <translation>&amp;Home</translation>
     </message>

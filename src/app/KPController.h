@@ -189,6 +189,7 @@ private:
     void connectPreview();
     void closeFront();
     void showInfoWindow(const KPDoc::Docs &documents);
+    void showInformation(const KPDoc::Docs &documents);
     void selectionShown();
     void showCounts();
     void report(const KPEditReport &report);
@@ -200,7 +201,7 @@ private:
     void removeTagFromSelected(KPTagName *tag);
     void quit();
     QStringList indexInWords() const;
-    void userGuideAction();
+    void userGuideAction() XP_REQUIRES(xpGuiThread);
 
     KPIndexMonitor *m_index;
     std::unique_ptr<KPSearcher> m_searcher;

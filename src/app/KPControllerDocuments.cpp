@@ -27,6 +27,12 @@ using Menu = KPCommandMenu;
 QList<KPCommand> KPController::documentCommands()
 {
     return {m_filing->pasteCommand(),
+            {.id = QT_TRID_NOOP("KPGetInfo"),
+             .menu = Menu::Documents,
+             .shortcut = QKeySequence(Qt::ALT | Qt::Key_Return),
+             .run = [this] { showInformation(m_library->documents()); },
+             .state = [this] { return KPCommandState{m_library->documentCount() > 0}; },
+             .isOnDocuments = true},
             {.id = QT_TRID_NOOP("KPFindDuplicates"),
              .menu = Menu::Documents,
              .run = [this] { (new KPDuplicatesWindow(pathsOfResults(), this))->show(); },

@@ -53,6 +53,12 @@ void KPController::showInformation(const QStringList &paths)
         if (KPDoc *doc = KPDocCache::docAtPathIfExists(path))
             documents.append(doc);
     }
+    showInformation(documents);
+}
+
+// A window each of a few, one for all of many.
+void KPController::showInformation(const KPDoc::Docs &documents)
+{
     if (documents.isEmpty())
         return;
     if (documents.size() > mostInfoWindows) {

@@ -30,6 +30,12 @@ void KPDocsView::paintEvent(QPaintEvent *event)
     const QRectF rect = QRectF(event->rect()).translated(0, offset());
     paintDocs(painter, rect);
     paintHeaders(painter, rect);
+    // With nothing selected no document shows that the keyboard is here.
+    if (hasFocus() && m_docs.selection().isEmpty()) {
+        painter.setPen(QPen(m_painter.colours().accent, 2));
+        painter.setBrush(Qt::NoBrush);
+        painter.drawRect(QRectF(viewport()->rect()).translated(0, offset()).adjusted(1, 1, -1, -1));
+    }
     if (m_isDragSelecting) {
         static constexpr float bandWhite = 0.6F;
         static constexpr float bandAlpha = 0.3F;

@@ -206,8 +206,8 @@ TEST_F(Controller, MenusTellWhatCanBeDone)
         EXPECT_TRUE(action) << id;
         return action && action->isEnabled();
     };
-    const auto onDocuments = {"KPOpen",       "KPReveal",      "KPEditTags",
-                              "KPRenameFile", "KPMoveToTrash", "KPCopyFiles"};
+    const auto onDocuments = {"KPOpen",        "KPReveal",    "KPEditTags", "KPRenameFile",
+                              "KPMoveToTrash", "KPCopyFiles", "KPGetInfo"};
     m_view->docs().selectNone();
     EXPECT_TRUE(until([&] { return m_window->isSettled(); }));
     for (const char *id : onDocuments)
@@ -216,6 +216,10 @@ TEST_F(Controller, MenusTellWhatCanBeDone)
     select(1);
     for (const char *id : onDocuments)
         EXPECT_TRUE(enabled(id)) << id;
+    run("KPGetInfo");
+    run("KPGetInfo");
+    EXPECT_EQ(m_window->findChildren<QWidget *>(QStringLiteral("KPInfoWindow")).size(), 1)
+        << "one a document";
     QTest::keyClick(m_window.get(), Qt::Key_4, Qt::AltModifier);
     ASSERT_TRUE(until([&] { return ratingOf(m_paths[1]) == 4 && m_window->isSettled(); }));
     EXPECT_TRUE(until([&] {
