@@ -18,7 +18,7 @@ static void writeMembers(int file, const uint8_t *data, size_t size)
     if (gzip.add(*XPPropertyList::writeBinary(PropertyValue::Array{header})))
         std::abort();
     while (size > 2) {
-        const size_t length = std::min<size_t>(data[0] | data[1] << 8, size - 2);
+        const size_t length = std::min(size_t{data[0]} | size_t{data[1]} << 8, size - 2);
         if (gzip.add(QByteArrayView(data + 2, static_cast<qsizetype>(length))))
             std::abort();
         data += 2 + length;
