@@ -106,7 +106,8 @@ void KPController::historyGoBack()
 
 void KPController::goTo(const KPHistory::Entry &entry, void (KPHistory::*step)())
 {
-    const KPHistory::Entry wanted = entry; // the step may drop it
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): the step may drop it
+    const KPHistory::Entry wanted = entry;
     (m_history.*step)();
     if (wanted.state())
         setSearchStateAndUpdateUI(wanted.state(), false, wanted.sourceItem(),

@@ -109,7 +109,7 @@ Error Export::addPackage(const QString &absolute, const QString &path)
     if (!package)
         return package.error();
     write(m_writer.begin(*package));
-    const Error error = addParts(absolute, {}, 0);
+    Error error = addParts(absolute, {}, 0);
     write(m_writer.endPackage(error.has_value()));
     return error;
 }

@@ -180,9 +180,9 @@ static Error import(const Archive &archive, const QString &folder, const Options
         run.take(event);
         return true;
     };
-    const Error error = archive.hasChanged()
-                            ? XPError::make(Kind::Io, QStringLiteral("changed while it was read"))
-                            : readAll(archive, summary, take);
+    Error error = archive.hasChanged()
+                      ? XPError::make(Kind::Io, QStringLiteral("changed while it was read"))
+                      : readAll(archive, summary, take);
     run.finish();
     return error;
 }

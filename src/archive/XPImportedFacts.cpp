@@ -11,7 +11,7 @@
 
 static PropertyValue valueIn(const XPArchivedFile &file, const QString &key)
 {
-    const PropertyValue value = file.attributes.value(Karvex::spotlightKey(key));
+    PropertyValue value = file.attributes.value(Karvex::spotlightKey(key));
     if (value.kind() != PropertyValue::Kind::Data)
         return value;
     return XPPropertyList::read(value.data()).valueOr({});

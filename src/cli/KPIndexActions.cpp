@@ -82,7 +82,7 @@ static QByteArray describe(IndexStatus::Root::State state)
 static QString describe(const IndexProblem &problem)
 {
     using Kind = IndexProblem::Kind;
-    const QString text = KPIndexTexts::problem(problem);
+    QString text = KPIndexTexts::problem(problem);
     switch (problem.kind) {
     case Kind::NoWatches:
         return text + QStringLiteral(" (sysctl fs.inotify.max_user_instances)");

@@ -48,7 +48,7 @@ static bool isText(const QByteArray &bytes)
 static XPPasteboard recognised(const QByteArray &bytes)
 {
     QString type = QMimeDatabase().mimeTypeForData(bytes).name();
-    const auto found = XPPasteboard::of(type, bytes);
+    auto found = XPPasteboard::of(type, bytes);
     if (!found.isEmpty() || !isText(bytes))
         return found;
     return XPPasteboard::of(QStringLiteral("text/plain"), bytes);

@@ -124,7 +124,7 @@ std::optional<XPError> KPDocEdits::setComment(const QString &comment, const QStr
 
 XPResult<bool> KPDocEdits::exchange(const KarvexRepair::Bytes &bytes, const QString &path)
 {
-    const auto done = KarvexRepair::exchange(bytes, path);
+    auto done = KarvexRepair::exchange(bytes, path);
     if (done && *done) {
         for (const auto attribute : {KPDocMetaData::UserTags, KPDocMetaData::Rating,
                                      KPDocMetaData::Urls, KPDocMetaData::Comment})

@@ -181,7 +181,7 @@ QString KPEditJournal::mark(const QString &file, bool undone)
     const QString &from = undone ? editEnding : undoneEnding;
     if (!file.endsWith(from))
         return file;
-    const QString to = file.chopped(from.size()) + (undone ? undoneEnding : editEnding);
+    QString to = file.chopped(from.size()) + (undone ? undoneEnding : editEnding);
     if (::rename(XPPath::encode(file).constData(), XPPath::encode(to).constData()) == 0)
         return to;
     logProblem(file, xpErrnoString(errno));

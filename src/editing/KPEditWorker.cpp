@@ -168,7 +168,7 @@ KPEditReport KPEditWorker::repeat(const Job &job)
             report.failures.append(changes.error());
             return report;
         }
-        record.changes = std::move(*changes);
+        record.changes = *std::move(changes);
         record.isLoaded = true;
     }
     report.total = static_cast<qsizetype>(record.changes.size());

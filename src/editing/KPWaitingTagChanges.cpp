@@ -100,7 +100,7 @@ std::optional<XPError> KPWaitingTagChanges::add(const KPTagRename &rename, const
 // A file that is there is changed by the first change that waits for it, then by the next.
 XPResult<QList<Change>> KPWaitingTagChanges::takeReady()
 {
-    const auto waiting = read();
+    auto waiting = read();
     if (!waiting || waiting->isEmpty())
         return waiting;
     // Looked at before the lock is taken: a volume may take its time.
@@ -114,7 +114,7 @@ XPResult<QList<Change>> KPWaitingTagChanges::takeReady()
     if (there.isEmpty())
         return QList<Change>();
     const KarvexFileLock lock = KarvexFileLock::named(path());
-    const auto changes = read();
+    auto changes = read();
     if (!changes)
         return changes;
     QList<Change> ready;

@@ -96,11 +96,12 @@ private:
         if (!m_request.listsTags || m_options.dryRun)
             return true;
         auto list = XPTagSidecar::begin(m_folder);
-        if (list)
-            m_list.emplace(std::move(list).value());
-        else
+        if (!list) {
             m_report.steps.append({m_folder, {}, Step::Action::Failed, list.error()});
-        return list.hasValue();
+            return false;
+        }
+        m_list.emplace(std::move(list).value());
+        return true;
     }
 
     void finishList()

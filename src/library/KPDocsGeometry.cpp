@@ -175,8 +175,9 @@ double KPDocsGeometry::height() const
 QRectF KPDocsGeometry::rectAt(qsizetype index, double top) const
 {
     const int columns = numColumns();
+    const qsizetype row = index / columns;
     return {QPointF(leftEdge() + static_cast<double>(index % columns) * cellWidth(),
-                    top + thumbnailGap() + static_cast<double>(index / columns) * cellHeight()),
+                    top + thumbnailGap() + static_cast<double>(row) * cellHeight()),
             docRectSize()};
 }
 

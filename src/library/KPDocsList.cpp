@@ -226,7 +226,7 @@ void KPDocsList::scrollContentsBy(int dx, int dy)
 void KPDocsList::keyPressEvent(QKeyEvent *event)
 {
     if (!m_keys.press(*event, 1))
-        QAbstractScrollArea::keyPressEvent(event);
+        QTreeView::keyPressEvent(event); // NOLINT(bugprone-parent-virtual-call)
 }
 
 int KPDocsList::rowAt(const QPoint &point) const

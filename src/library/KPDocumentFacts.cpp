@@ -47,7 +47,7 @@ QString KPDocumentFacts::text(const PropertyValue &value)
     case Kind::Array: {
         static constexpr qsizetype most = 20;
         QStringList parts;
-        const PropertyValue::Array array = value.array();
+        const PropertyValue::Array &array = value.array();
         for (const PropertyValue &each : array.first(std::min(most, array.size())))
             parts.append(text(each));
         if (array.size() > most)
@@ -63,7 +63,7 @@ QString KPDocumentFacts::text(const PropertyValue &value)
 PropertyValue KPDocumentFacts::value(const KPDoc &doc, const Contents *contents, const QString &key)
 {
     if (contents && contents->isRead) {
-        const PropertyValue stated = contents->answer.allAttributes().value(key);
+        PropertyValue stated = contents->answer.allAttributes().value(key);
         if (!stated.isNull())
             return stated;
     }
@@ -138,8 +138,8 @@ QString millimetres(const PropertyValue &value)
 
 struct Stated
 {
-    const char *id;
-    const char *key;
+    const char *id = "";
+    const char *key = "";
     QString (*text)(const PropertyValue &) = &plain;
 };
 

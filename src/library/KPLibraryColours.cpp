@@ -8,7 +8,7 @@ static std::optional<QColor> settingColour(const QString &key)
     const PropertyValue value = UserDefaults::standard().value(key);
     if (!value.isArray() || value.array().size() < 3)
         return {};
-    const PropertyValue::Array parts = value.array();
+    const PropertyValue::Array &parts = value.array();
     const auto part = [&](qsizetype number) {
         return static_cast<float>(std::clamp(parts[number].doubleValue(), 0.0, 1.0));
     };

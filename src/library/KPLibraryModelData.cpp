@@ -13,8 +13,8 @@ using Field = KPSortKey::Field;
 namespace {
 struct ColumnText
 {
-    KPLibraryModel::Column column;
-    const char *title;
+    KPLibraryModel::Column column = KPLibraryModel::NameColumn;
+    const char *title = "";
     std::optional<Field> field = std::nullopt; // what it is sorted by
 };
 using Model = KPLibraryModel;

@@ -140,7 +140,7 @@ static std::optional<KPBookmarks::Place> placeIn(const KPBookmark &above, const 
     for (qsizetype index = 0; index < above.children.size(); ++index) {
         if (above.children[index].identifier == identifier)
             return KPBookmarks::Place{above.identifier, index};
-        if (const auto place = placeIn(above.children[index], identifier))
+        if (auto place = placeIn(above.children[index], identifier))
             return place;
     }
     return {};

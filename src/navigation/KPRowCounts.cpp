@@ -184,7 +184,7 @@ void KPRowCounts::Worker::start(Row &row)
     if (state->isFileListSearch() || state->isFinderListing())
         return;
     KPIndexFilter filter(state);
-    const KPIndexFilter::Scope scope = filter.scope();
+    const KPIndexFilter::Scope &scope = filter.scope();
     if (filter.needsRecord())
         return;
     if (filter.findsNothing() || (scope.folders.isEmpty() && !scope.everywhere)) {

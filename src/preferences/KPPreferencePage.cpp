@@ -17,7 +17,7 @@ static constexpr int partGap = 8;
 static constexpr int widest = 680; // lines longer than this are hard to read
 
 KPPreferencePage::KPPreferencePage(const QString &title, QWidget *parent)
-    : QScrollArea(parent), m_title(title), m_column(nullptr)
+    : QScrollArea(parent), m_title(title)
 {
     setFrameShape(NoFrame);
     setWidgetResizable(true);

@@ -38,6 +38,6 @@ private:
     Group &groupNamed(const QString &name);
 
     const QString m_title;
-    QVBoxLayout *m_column;
+    QVBoxLayout *m_column = nullptr;
     std::vector<Group> m_groups;
 };

@@ -63,14 +63,12 @@ void KPPreviewController::show()
     const bool isRead = m_contents && m_contents->isRead;
     if (m_isSheet)
         m_window->setShows(Shows::Sheet);
-    else if (kind() == Kind::Pages)
-        showPage();
-    else if (kind() == Kind::Media)
-        showFacts();
-    else if (hasWords)
+    else if (hasWords && kind() != Kind::Pages && kind() != Kind::Media)
         showWords();
-    else if (!isRead || !m_pictures.heldLook(*m_doc).picture.isNull())
-        showPage(); // the words may still come, or there is only a picture
+    // The words may still come, or there is only a picture.
+    else if (kind() == Kind::Pages ||
+             (kind() != Kind::Media && (!isRead || !m_pictures.heldLook(*m_doc).picture.isNull())))
+        showPage();
     else
         showFacts();
     m_window->setNote(note());
@@ -88,7 +86,7 @@ int KPPreviewController::side() const
 // What is seen, then the pages around it, then the documents around.
 void KPPreviewController::want()
 {
-    const auto wanted = [this](KPDoc *doc, int page, int side) {
+    const auto wanted = [](KPDoc *doc, int page, int side) {
         return KPQuickLook::Wanted{doc, side, page, true};
     };
     std::vector<KPQuickLook::Wanted> next;

@@ -133,7 +133,7 @@ void ScannerSession::readPage(const QByteArray &path, int resolution)
         m_isFeeding = false;
         return fail(file.error().reason());
     }
-    std::array<SANE_Byte, 64 * 1024> piece;
+    std::array<SANE_Byte, 64 * 1024> piece{};
     int told = -1;
     while (true) {
         if (m_isCancelled) {

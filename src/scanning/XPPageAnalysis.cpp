@@ -199,8 +199,9 @@ double XPPageAnalysis::angle(const QImage &image)
     double most = at(0);
     const double plain = most;
     const auto look = [&](double around, double reach, double step) {
-        for (double degrees = around - reach; degrees <= around + reach + step / 2;
-             degrees += step) {
+        const int steps = qRound(2 * reach / step);
+        for (int i = 0; i <= steps; ++i) {
+            const double degrees = around - reach + i * step;
             if (const double value = at(degrees); value > most) {
                 most = value;
                 best = degrees;

@@ -41,7 +41,7 @@ QByteArray JPGDataFromNSImage(const QImage &image, float quality)
     QByteArray data;
     QBuffer buffer(&data);
     buffer.open(QIODevice::WriteOnly);
-    const int percent = std::clamp(static_cast<int>(quality * 100 + 0.5F), 0, 100);
+    const int percent = std::clamp(qRound(quality * 100), 0, 100);
     // JPEG knows no transparency: paper is white.
     const QImage opaque =
         image.hasAlphaChannel() ? image.convertToFormat(QImage::Format_RGB888) : image;

@@ -105,8 +105,8 @@ QString KPIndexMonitor::activity() const
     }
     if (m_status.contentsWaiting == 0)
         return {};
-    const QString waiting = qtTrId("KPIndexContents", static_cast<int>(m_status.contentsWaiting))
-                                .arg(locale.toString(m_status.contentsWaiting));
+    QString waiting = qtTrId("KPIndexContents", static_cast<int>(m_status.contentsWaiting))
+                          .arg(locale.toString(m_status.contentsWaiting));
     const auto left = m_progress.left();
     if (!left)
         return waiting;

@@ -112,7 +112,7 @@ KPSearchState::Ptr KPSearcher::allDocumentsOf(const KPSearchState::Ptr &state)
 
 KPSearchState::Ptr KPSearcher::shownOf(const KPSearchState::Ptr &state)
 {
-    const KPSearchState::Ptr all = allDocumentsOf(state);
+    KPSearchState::Ptr all = allDocumentsOf(state);
     const QString hidden = KPTagName::hiddenUserTag()->displayName();
     // What has no tags is not hidden, and excluding a tag would end that mode.
     if (!all || all->isFileListSearch() || all->isShowingUntaggedDocuments() ||

@@ -29,11 +29,11 @@ private:
     // 32 bytes, as there is one for each result.
     struct Entry
     {
-        KPDoc *doc;
+        KPDoc *doc = nullptr;
         KPPooledString path; // when it took its place
-        quint64 start;       // the first bytes of its key
-        quint32 at;          // of the rest in m_bytes, after its length
-        quint32 group;       // in m_groups
+        quint64 start = 0;   // the first bytes of its key
+        quint32 at = 0;      // of the rest in m_bytes, after its length
+        quint32 group = 0;   // in m_groups
     };
     struct Group
     {

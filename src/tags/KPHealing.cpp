@@ -64,7 +64,7 @@ std::optional<XPError> KPHealing::heal()
         const auto present = XPExtendedAttributes::read(path, name);
         if (present && *present)
             continue;
-        if (const auto error = XPExtendedAttributes::write(path, name, *attribute)) {
+        if (auto error = XPExtendedAttributes::write(path, name, *attribute)) {
             removeAll(written, path);
             return error;
         }

@@ -34,7 +34,7 @@ bool KPMirrorImport::run(IndexSource &source, bool isDryRun,
         File file{path, {}};
         auto outcome = KarvexMirror::reconcile(path, KarvexFacts::Pair::of({}), isDryRun);
         if (outcome)
-            file.outcome = std::move(*outcome);
+            file.outcome = *std::move(outcome);
         else
             file.error = outcome.error();
         if (!report(file))

@@ -116,7 +116,7 @@ QImage KPBadgeCache::kept(const QString &name) const
 {
     const QString file = u'/' + name + QStringLiteral(".png");
     if (!m_readOnly.isEmpty()) {
-        if (const QImage image(m_readOnly + file, "PNG"); !image.isNull())
+        if (QImage image(m_readOnly + file, "PNG"); !image.isNull())
             return image;
     }
     const int height = name.section(u'-', -1).toInt();

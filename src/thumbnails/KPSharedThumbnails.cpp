@@ -111,7 +111,7 @@ std::optional<QImage> KPSharedThumbnails::read(const QString &path, const KPFile
 
 QImage KPSharedThumbnails::scaled(const QImage &image, int side)
 {
-    const QImage plain = image.convertToFormat(
+    QImage plain = image.convertToFormat(
         image.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
     if (plain.width() <= side && plain.height() <= side)
         return plain;

@@ -11,7 +11,7 @@ static constexpr int bitsPerDigit = 5;
 // What the single characters of the text stand for.
 static constexpr struct
 {
-    char letter;
+    char letter = 0;
     QStringView name;
 } abbreviations[] = {
     {'0', u"UTTypeConformsTo"},

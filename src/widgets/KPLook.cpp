@@ -11,7 +11,7 @@ QFont KPLook::font(Type type)
     QFont font = QApplication::font();
     const auto resize = [&font](double size) {
         if (font.pixelSize() > 0)
-            font.setPixelSize(static_cast<int>(font.pixelSize() * size / bodySize + 0.5));
+            font.setPixelSize(qRound(font.pixelSize() * size / bodySize));
         else
             font.setPointSizeF(font.pointSizeF() * size / bodySize);
     };

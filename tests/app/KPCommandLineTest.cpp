@@ -40,7 +40,7 @@ TEST(CommandLine, RefusesWhatItCannotDo)
     const struct
     {
         QByteArrayList arguments;
-        const char *said;
+        const char *said = "";
     } cases[] = {
         {{"--folder", file}, "file\\n"},      {{"--folder", "/no/such\x1b[31m"}, "/no/such\\"},
         {{"--folder", ""}, "folder"},         {{"--folder"}, "folder"},

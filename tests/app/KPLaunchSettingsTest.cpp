@@ -69,7 +69,7 @@ TEST(LaunchSettings, CountWhateverIsStored)
     const struct
     {
         PropertyValue stored;
-        qint64 count;
+        qint64 count = 0;
     } cases[] = {
         {{}, 1},
         {PropertyValue::integer(2), 3},

@@ -17,7 +17,7 @@ static KPProgressSheet *shownSheet()
 
 static XPProgress::Task makeTask()
 {
-    const auto task = std::make_shared<XPProgressTask>();
+    auto task = std::make_shared<XPProgressTask>();
     task->title = QStringLiteral("Moving 3 items");
     task->total = 3;
     return task;

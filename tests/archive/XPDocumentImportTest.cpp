@@ -37,7 +37,7 @@ protected:
         XPDocumentImport::Options options;
         options.dryRun = dryRun;
         options.told = [this](const XPDocumentImport::Step &step) { m_steps.append(step); };
-        const Summary summary = XPDocumentImport::run(m_archive, m_to, options);
+        Summary summary = XPDocumentImport::run(m_archive, m_to, options);
         if (summary.error)
             ADD_FAILURE() << summary.error->message.toStdString();
         return summary;

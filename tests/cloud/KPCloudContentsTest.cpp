@@ -127,7 +127,8 @@ TEST(CloudColours, StandOutFromEveryBackground)
     const KPCloudColours::Parameters parameters;
     for (const QColor &background :
          {QColor(0xFAF9F7), QColor(0x2C2D31), QColor(Qt::white), QColor(Qt::black)}) {
-        for (double relevance = 0; relevance <= 1; relevance += 0.1) {
+        for (int tenth = 0; tenth <= 10; ++tenth) {
+            const double relevance = tenth / 10.0;
             for (const KPCloudColours::Look &look :
                  {KPCloudColours::Look{relevance}, KPCloudColours::Look{relevance, false, true},
                   KPCloudColours::Look{relevance, false, false, true}}) {

@@ -171,6 +171,7 @@ TEST(DocCache, StaysInOrderWhileThreadsAskAndRename)
         paths.append(KPPool::pooledString(QString(folder + u'/' + QString::number(i))));
     const auto at = [&](int i) { return paths[i % pathCount]; };
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int thread = 0; thread < 4; ++thread) {
         threads.emplace_back([&, thread] {
             for (int i = 0; i < rounds; ++i) {

@@ -52,7 +52,7 @@ class DocMetaData : public testing::Test
 protected:
     QString tagged(const QString &name, const QStringList &tags) const
     {
-        const QString path = m_folder.file(name);
+        QString path = m_folder.file(name);
         EXPECT_FALSE(Karvex::setUserTags(PropertyValue(tags), path));
         return path;
     }
@@ -191,6 +191,7 @@ TEST_F(DocMetaData, IsReadByThreadsUntilItStops)
     KPDoc *doc = KPDocCache::docAtPath(tagged(QStringLiteral("a.pdf"), {QStringLiteral("Work")}));
     std::atomic<bool> stop = false;
     std::vector<std::thread> readers;
+    readers.reserve(2);
     for (int i = 0; i < 2; ++i)
         readers.emplace_back([&] {
             while (!stop)

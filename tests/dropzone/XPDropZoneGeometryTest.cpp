@@ -16,10 +16,10 @@ Geometry::Screen plain(const QRect &rect)
 
 struct Row
 {
-    const char *name;
+    const char *name = "";
     QList<Geometry::Screen> screens;
     Geometry::Wishes wishes;
-    qsizetype screen;
+    qsizetype screen = 0;
     QPoint on, off;
 };
 

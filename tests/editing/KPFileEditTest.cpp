@@ -14,7 +14,7 @@ class FileEdit : public testing::Test
 protected:
     QString makeFile(const char *name, const QStringList &tags)
     {
-        const QString path = m_folder.file(QString::fromLatin1(name));
+        QString path = m_folder.file(QString::fromLatin1(name));
         if (!tags.isEmpty()) {
             EXPECT_FALSE(Karvex::setUserTags(tags, path));
         }

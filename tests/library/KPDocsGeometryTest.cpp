@@ -112,9 +112,9 @@ TEST(DocsGeometry, MapsPointsToDocuments)
     const KPDocsGeometry geometry = grid(1000, 100, 12); // 8 columns of 123
     struct Row
     {
-        const char *what;
+        const char *what = "";
         QPointF point;
-        qsizetype item;
+        qsizetype item = 0;
     };
     for (const Row &row :
          {Row{"in the first", {30, 30}, 0}, Row{"in the left margin", {2, 100}, 0},

@@ -165,7 +165,7 @@ TEST_F(DocsView, ArrowsMoveTheSelection)
     ASSERT_GT(columns, 3);
     struct Row
     {
-        int key;
+        int key = 0;
         Qt::KeyboardModifiers modifiers;
         Rows after;
     };

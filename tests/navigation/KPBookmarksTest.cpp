@@ -112,6 +112,7 @@ TEST_F(Bookmarks, OfSeveralProgramsAtOnceAllStay)
     constexpr int programs = 4;
     constexpr int each = 10;
     std::vector<std::unique_ptr<QThread>> threads;
+    threads.reserve(programs);
     for (int program = 0; program < programs; ++program)
         threads.emplace_back(QThread::create([&, program] {
             KPBookmarks list(m_file);

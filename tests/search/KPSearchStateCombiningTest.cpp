@@ -369,7 +369,7 @@ TEST(SearchStateAND, ShowsWhatBothShow)
     int shown = 0;
     int impossible = 0;
     for (int round = 0; round < 1500; ++round) {
-        const QDateTime now = moments[static_cast<std::size_t>(round) % std::size(moments)];
+        QDateTime now = moments[static_cast<std::size_t>(round) % std::size(moments)];
         Dates::setClock([now] { return now; });
         const Ptr one = sample.state();
         const Ptr two = sample.state();

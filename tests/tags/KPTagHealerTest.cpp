@@ -29,7 +29,7 @@ protected:
     // A file with everything that the convention puts on one, and more.
     QString treasured(const QString &name) const
     {
-        const QString path = m_folder.file(name, "one\ntwo\n");
+        QString path = m_folder.file(name, "one\ntwo\n");
         EXPECT_FALSE(Karvex::setUserTags(QStringList{QStringLiteral("Café"), {}}, path));
         EXPECT_FALSE(Karvex::setRating(2.5, path));
         EXPECT_FALSE(

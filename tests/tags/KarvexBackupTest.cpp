@@ -21,7 +21,7 @@ class Backup : public testing::Test
 protected:
     QString tagged(const QString &name, const QStringList &tags, double rating = 0) const
     {
-        const QString path = m_folder.file(name);
+        QString path = m_folder.file(name);
         if (!tags.isEmpty()) {
             EXPECT_FALSE(Karvex::setUserTags(tags, path));
         }

@@ -35,7 +35,7 @@ protected:
     // A document of long ago.
     QString document(const char *name)
     {
-        const QString path = m_folder.file(XPPath::decode(QByteArrayView(name)));
+        QString path = m_folder.file(XPPath::decode(QByteArrayView(name)));
         setTimes(path, 1'600'000'000);
         return path;
     }

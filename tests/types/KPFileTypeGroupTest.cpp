@@ -51,7 +51,7 @@ TEST(KPFileTypeGroup, ReadsEveryFormOfEntry)
 {
     const struct
     {
-        const char *entry;
+        const char *entry = "";
         QStringList utis;
     } rows[] = {
         {"public.png", {text("public.png")}},
@@ -95,7 +95,7 @@ TEST(KPFileTypeGroup, UnderstandsWhatPeopleCallATypeBy)
 {
     const struct
     {
-        const char *typed;
+        const char *typed = "";
         QStringList entries;
     } cases[] = {
         {" com.adobe.PDF ", {text("com.adobe.pdf")}},

@@ -70,7 +70,7 @@ TEST(FlowLayout, WrapsLikeWordsAndGivesTheLastTheRest)
 {
     const struct
     {
-        int width;
+        int width = 0;
         QList<int> widths;
         QList<QList<int>> expected;
     } cases[] = {

@@ -18,7 +18,8 @@ import subprocess
 import sys
 
 LARGEST = 32
-FINDING = re.compile(r"^(/[^:\n]+):\d+:\d+: (?:error|warning): .*$", re.MULTILINE)
+# Not what moc has written.
+FINDING = re.compile(r"^(/[^:\n]+(?<!\.moc)):\d+:\d+: (?:error|warning): .*$", re.MULTILINE)
 
 
 def flags_of(command):

@@ -186,7 +186,7 @@ void KPFilingCommands::imported(const QStringList &paths, const KPImport &how)
     // They are shown with their tags.
     const KPFileEdit wanted{paths, KPFileEdit::Tags{{}, how.tags}, {}};
     const auto written = std::make_shared<QMetaObject::Connection>();
-    *written = connect(edits, &KPBatchEdit::finished, this, [=, this](const KPFileEdit &edit) {
+    *written = connect(edits, &KPBatchEdit::finished, this, [=](const KPFileEdit &edit) {
         if (edit != wanted)
             return;
         disconnect(*written);

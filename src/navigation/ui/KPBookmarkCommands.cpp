@@ -226,7 +226,7 @@ void KPBookmarkCommands::move(const QStringList &identifiers, const KPBookmarkPl
                 // Counted before it is moved: behind itself in the same folder it is one further.
                 const auto now = list.placeOf(identifier);
                 const bool isBehind = now && now->folder == old.folder && now->index < old.index;
-                if (const auto error =
+                if (auto error =
                         list.move({identifier}, {old.folder, old.index + (isBehind ? 1 : 0)}))
                     return error;
             }
@@ -269,7 +269,7 @@ void KPBookmarkCommands::fillMenu(QMenu *menu, const QStringList &identifiers)
 {
     if (identifiers.isEmpty())
         return;
-    const QString first = identifiers.first();
+    const QString &first = identifiers.first();
     const KPBookmark *bookmark = m_bookmarks.find(first);
     if (!bookmark)
         return;

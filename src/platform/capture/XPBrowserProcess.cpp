@@ -110,14 +110,14 @@ std::optional<XPError> XPBrowserProcess::start(const QString &program)
 }
 
 void XPBrowserProcess::ask(const QString &method, const QJsonObject &parameters,
-                           const QString &session, Answer answer)
+                           const QString &session, const Answer &answer)
 {
     QJsonObject message = {{QStringLiteral("id"), ++m_lastId},
                            {QStringLiteral("method"), method},
                            {QStringLiteral("params"), parameters}};
     if (!session.isEmpty())
         message.insert(QStringLiteral("sessionId"), session);
-    m_answers.insert(m_lastId, std::move(answer));
+    m_answers.insert(m_lastId, answer);
     // With the NUL that ends each message. They are short, and the browser reads all the time.
     QByteArray bytes = QJsonDocument(message).toJson(QJsonDocument::Compact);
     bytes.append('\0');

@@ -35,7 +35,7 @@ public:
     using Answer = std::function<void(const QJsonObject &result, const QString &error)>;
     // `session`: of a page; empty is the browser itself.
     void ask(const QString &method, const QJsonObject &parameters, const QString &session,
-             Answer answer);
+             const Answer &answer);
 
 Q_SIGNALS:
     void told(const QString &event, const QJsonObject &parameters);

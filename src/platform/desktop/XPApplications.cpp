@@ -45,7 +45,7 @@ QList<Application> XPApplications::forFile(const QString &path)
 {
     const QByteArray name = XPPath::encode(XPPath::fileName(path));
     char *type = g_content_type_guess(name.constData(), nullptr, 0, nullptr);
-    const QList<Application> result = forType(type);
+    QList<Application> result = forType(type);
     g_free(type);
     return result;
 }

@@ -50,9 +50,10 @@ XPResult<QImage> ImportedDocument::picture(int page, int pixels)
     auto drawn = importPage(m_worker, *document, page, pixels);
     if (!drawn)
         return drawn.error();
-    if (!drawn->failure)
-        return std::move(drawn->image);
-    return failureOf(*drawn->failure, drawn->reason, m_path);
+    const auto reply = *std::move(drawn);
+    if (!reply.failure)
+        return reply.image;
+    return failureOf(*reply.failure, reply.reason, m_path);
 }
 
 XPResult<QImage> importPagePicture(const QString &path, int page, int pixels)

@@ -118,33 +118,33 @@ private:
     int m_filing = 0;         // how many pages are
     bool m_staysOpen = false; // what is filed is not the last document
 
-    XPScanImageView *m_view;
-    QListWidget *m_strip;
-    QComboBox *m_profiles;
-    QToolButton *m_profileMenu;
-    QComboBox *m_scannerPopup;
-    QComboBox *m_paperPopup;
-    QComboBox *m_mode;
-    QComboBox *m_resolution;
-    QCheckBox *m_duplex;
-    QCheckBox *m_cleanUp;
-    QCheckBox *m_upright;
-    QCheckBox *m_skipBlank;
-    QCheckBox *m_separate;
-    QCheckBox *m_text;
-    XPTagsEditor *m_tags;
-    XPStarsEditor *m_stars;
-    QLabel *m_counter;
-    QLabel *m_note;
-    QProgressBar *m_progress;
-    QSlider *m_contrast;
-    QComboBox *m_proportion; // of the crop
-    QPushButton *m_scan;
-    QPushButton *m_stop;
-    QPushButton *m_done;
-    QPushButton *m_next;
-    QPushButton *m_apply;
-    QPushButton *m_leave;
+    XPScanImageView *m_view = nullptr;
+    QListWidget *m_strip = nullptr;
+    QComboBox *m_profiles = nullptr;
+    QToolButton *m_profileMenu = nullptr;
+    QComboBox *m_scannerPopup = nullptr;
+    QComboBox *m_paperPopup = nullptr;
+    QComboBox *m_mode = nullptr;
+    QComboBox *m_resolution = nullptr;
+    QCheckBox *m_duplex = nullptr;
+    QCheckBox *m_cleanUp = nullptr;
+    QCheckBox *m_upright = nullptr;
+    QCheckBox *m_skipBlank = nullptr;
+    QCheckBox *m_separate = nullptr;
+    QCheckBox *m_text = nullptr;
+    XPTagsEditor *m_tags = nullptr;
+    XPStarsEditor *m_stars = nullptr;
+    QLabel *m_counter = nullptr;
+    QLabel *m_note = nullptr;
+    QProgressBar *m_progress = nullptr;
+    QSlider *m_contrast = nullptr;
+    QComboBox *m_proportion = nullptr; // of the crop
+    QPushButton *m_scan = nullptr;
+    QPushButton *m_stop = nullptr;
+    QPushButton *m_done = nullptr;
+    QPushButton *m_next = nullptr;
+    QPushButton *m_apply = nullptr;
+    QPushButton *m_leave = nullptr;
     QAction *m_rotate = nullptr;
     QAction *m_crop = nullptr;
     QAction *m_straighten = nullptr;

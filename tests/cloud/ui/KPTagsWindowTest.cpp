@@ -27,7 +27,7 @@ protected:
         KPDocMetaData::useIndex(m_folder.index());
         m_window = std::make_unique<KPTagsWindow>(*m_navigator, nullptr);
     }
-    void TearDown() override { KPDoc::stopMetaDataSearching(); }
+    void TearDown() override XP_REQUIRES(xpGuiThread) { KPDoc::stopMetaDataSearching(); }
     void tagged(const char *name, const QStringList &tags)
     {
         EXPECT_FALSE(Karvex::setUserTags(tags, m_folder.file(QLatin1String(name))));

@@ -35,7 +35,7 @@ protected:
         plain = folder.file(QStringLiteral("plain.txt"));
         rated = folder.file(QStringLiteral("rated.txt"));
     }
-    void TearDown() override
+    void TearDown() override XP_REQUIRES(xpGuiThread)
     {
         XPPrompts::install(nullptr);
         KPDoc::stopMetaDataSearching();

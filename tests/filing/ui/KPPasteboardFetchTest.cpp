@@ -47,7 +47,7 @@ TEST_F(PasteboardFetch, BringsWhatIsOfferedOrSaysWhyNot)
     const QByteArray large(3'000'000, 'x');
     const struct
     {
-        Manner manner;
+        Manner manner = {};
         std::optional<Kind> failure;
     } cases[] = {{Manner::Gives, {}},
                  {Manner::Pieces, {}},

@@ -69,6 +69,7 @@ TEST(XPVolumes, TheFirstQuestionsMayComeFromManyThreads)
 {
     std::latch together(8);
     std::vector<std::thread> threads;
+    threads.reserve(8);
     for (int i = 0; i < 8; ++i)
         threads.emplace_back([&] {
             together.arrive_and_wait();

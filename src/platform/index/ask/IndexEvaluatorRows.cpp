@@ -99,6 +99,7 @@ static Roaring passOver(const IndexCatalog &catalog, Find find)
     else
         findFrom(0, 1);
     std::vector<const Roaring *> all;
+    all.reserve(parts.size());
     for (const Roaring &part : parts)
         all.push_back(&part);
     return Roaring::fastunion(all.size(), all.data());
@@ -167,7 +168,7 @@ RowSet named(const IndexCatalog &catalog, const MDPredicate &predicate, const Ro
 
 RowSet atPath(const IndexCatalog &catalog, const MDPredicate &predicate, const RowSet &within)
 {
-    const RowSet candidates = within ? within : catalog.alive().snapshot();
+    RowSet candidates = within ? within : catalog.alive().snapshot();
     if (predicate.value.type == MDPredicate::Value::Type::Present)
         return candidates;
     const IndexTextPattern pattern(predicate.value);

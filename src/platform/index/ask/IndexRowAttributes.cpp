@@ -24,7 +24,7 @@ PropertyValue IndexRowAttributes::value(const IndexCatalog &catalog, IndexSlot s
         return dateOf(chunk.modified[row]);
     if (name == u"kMDItemContentCreationDate") {
         // Of the document, where it says so; else of its file.
-        if (const PropertyValue own = catalog.attribute(slot, name); !own.isNull())
+        if (PropertyValue own = catalog.attribute(slot, name); !own.isNull())
             return own;
     }
     if (name == u"kMDItemFSCreationDate" || name == u"kMDItemContentCreationDate")

@@ -28,7 +28,7 @@ std::shared_ptr<MDItem> MDItem::withNumber(const IndexSource &source, IndexItem 
     std::weak_ptr<MDItem> &entry = known.items[{&source, number}];
     if (std::shared_ptr<MDItem> item = entry.lock())
         return item;
-    const std::shared_ptr<MDItem> item(new MDItem(source, number));
+    std::shared_ptr<MDItem> item(new MDItem(source, number));
     entry = item;
     if (known.items.size() > known.sweepAt) {
         known.items.removeIf([](const auto &held) { return held.value().expired(); });

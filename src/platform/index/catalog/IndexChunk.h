@@ -54,17 +54,17 @@ public:
     qsizetype memoryUsed() const;
 
     // The columns, in one block of memory.
-    quint64 *inodes;
-    qint64 *sizes;
-    qint64 *modified; // nanoseconds since 1970
-    qint64 *changed;
-    IndexItem *items;
-    IndexItem *parents;
-    quint32 *types;
-    quint32 *births; // whole seconds since 1970; 0: the file system does not keep it
-    quint16 *modes;
-    quint16 *devices;
-    quint8 *flags;
+    quint64 *inodes = nullptr;
+    qint64 *sizes = nullptr;
+    qint64 *modified = nullptr; // nanoseconds since 1970
+    qint64 *changed = nullptr;
+    IndexItem *items = nullptr;
+    IndexItem *parents = nullptr;
+    quint32 *types = nullptr;
+    quint32 *births = nullptr; // whole seconds since 1970; 0: the file system does not keep it
+    quint16 *modes = nullptr;
+    quint16 *devices = nullptr;
+    quint8 *flags = nullptr;
     bool dirty = true; // differs from what was saved last
 
 private:

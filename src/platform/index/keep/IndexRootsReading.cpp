@@ -10,7 +10,7 @@ static constexpr int restFactor = 20;
 
 std::shared_ptr<IndexRoots::Crew> IndexRoots::makeCrew(bool distant)
 {
-    const auto crew = std::make_shared<Crew>();
+    auto crew = std::make_shared<Crew>();
     const std::weak_ptr<Crew> weak = crew; // a job may find it gone
     crew->distant = distant;
     const auto later = [this, weak](std::function<void(const std::shared_ptr<Crew> &)> job) {

@@ -60,11 +60,10 @@ private:
     // Converts to "no predicate" and to "could not be read".
     struct Failure
     {
-        operator MDPredicatePtr() const
-        {
-            return nullptr;
-        } // NOLINT(google-explicit-constructor): that is its use
-        operator bool() const { return false; } // NOLINT(google-explicit-constructor): as above
+        // NOLINTBEGIN(google-explicit-constructor): that is its use
+        operator MDPredicatePtr() const { return nullptr; }
+        operator bool() const { return false; }
+        // NOLINTEND(google-explicit-constructor)
     };
     Failure fail(const char *why)
     {
@@ -154,7 +153,7 @@ MDPredicatePtr Reader::one(int depth)
         return predicate;
     }
     if (take(u"(")) {
-        const MDPredicatePtr inner = either(depth + 1);
+        MDPredicatePtr inner = either(depth + 1);
         if (inner && !take(u")"))
             return fail("a closing parenthesis is missing");
         return inner;
@@ -369,7 +368,7 @@ static double moved(const QDateTime &start, const QString &unit, double units)
 bool Reader::timeValue(const QString &function, const std::optional<QString> &argument,
                        MDPredicate::Value *value)
 {
-    double seconds = m_now;
+    double seconds = 0;
     if (function == u"iso") {
         QString text = argument.value_or(QString());
         text.remove(u'"');

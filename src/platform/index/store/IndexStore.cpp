@@ -297,9 +297,10 @@ std::optional<XPError> IndexStore::loadSegments(IndexCatalog &catalog)
         for (size_t i = next++; i < chunks.size() && !error; i = next++) {
             error = readSegment(*chunks[i], [&](IndexSegment::Reader &in) {
                 auto chunk = IndexChunk::read(in);
-                if (chunk)
-                    loading.chunks[i] = std::make_unique<IndexChunk>(*std::move(chunk));
-                return chunk.has_value();
+                if (!chunk)
+                    return false;
+                loading.chunks[i] = std::make_unique<IndexChunk>(*std::move(chunk));
+                return true;
             });
         }
     };

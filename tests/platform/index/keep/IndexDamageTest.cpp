@@ -52,6 +52,7 @@ static std::vector<fs::path> filesOfEachKind(const fs::path &store)
         kinds[kind] = entry.path();
     }
     std::vector<fs::path> files;
+    files.reserve(kinds.size());
     for (const auto &[kind, path] : kinds)
         files.push_back(path);
     return files;

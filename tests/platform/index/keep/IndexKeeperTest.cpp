@@ -181,7 +181,7 @@ TEST(IndexKeeper, FindsByNameTypeTagAndNumber)
     ASSERT_FALSE(index->sync(true));
     const struct
     {
-        const char *query;
+        const char *query = "";
         QStringList names;
     } rows[] = {
         {"kMDItemDisplayName == \"*STRASSE*\"cd", {QStringLiteral("Rechnung Straße.pdf")}},

@@ -204,7 +204,8 @@ std::string indexDisagreement(IndexSource &source, const QByteArray &root)
     for (const auto &[path, word] : words) {
         all.push_back(path);
         if (pathsWith(source, word) != std::vector<std::string>{path})
-            text += "word " + word + " of " + path + " is not found there alone\n";
+            text.append("word ").append(word).append(" of ").append(path).append(
+                " is not found there alone\n");
     }
     const std::vector<std::string> found = pathsWith(source, "kz*");
     for (const std::string &path : found) {

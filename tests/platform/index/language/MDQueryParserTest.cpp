@@ -182,7 +182,7 @@ TEST(MDQueryParser, ReadsCalendarUnits)
     };
     const struct
     {
-        const char *time;
+        const char *time = "";
         QDate day;
         QTime clock;
     } rows[] = {
