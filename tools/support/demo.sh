@@ -35,7 +35,7 @@ start_display() {
     unset WAYLAND_DISPLAY
     if [ -z "${XDG_RUNTIME_DIR:-}" ]; then
         export XDG_RUNTIME_DIR=$demo/run
-        mkdir -p -m 700 "$XDG_RUNTIME_DIR"
+        [ -d "$XDG_RUNTIME_DIR" ] || mkdir -m 700 "$XDG_RUNTIME_DIR"
     fi
 }
 
