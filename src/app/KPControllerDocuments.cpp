@@ -44,7 +44,8 @@ void KPController::connectLibrary()
 {
     QWidget *library = m_library->widget();
     connect(m_sides.get(), &KPSidePanels::left, library, qOverload<>(&QWidget::setFocus));
-    connect(m_searchField, &KPSearchField::left, library, qOverload<>(&QWidget::setFocus));
+    connect(m_searchField, &KPSearchField::left, library,
+            [library] { library->setFocus(Qt::ShortcutFocusReason); });
     connect(m_searchField, &KPSearchField::finished, library, qOverload<>(&QWidget::setFocus));
     connect(m_searchField, &KPSearchField::pageRequested, this, [this](int direction) {
         QScrollBar *bar = m_library->resultsView()->verticalScrollBar();

@@ -10,6 +10,7 @@
 #include "UserDefaults.h"
 
 #include <QEvent>
+#include <QFocusEvent>
 #include <QScrollBar>
 #include <QStyle>
 #include <algorithm>
@@ -179,6 +180,9 @@ void KPDocsView::changeEvent(QEvent *event)
 void KPDocsView::focusInEvent(QFocusEvent *event)
 {
     QAbstractScrollArea::focusInEvent(event);
+    m_cameByKeyboard = event->reason() == Qt::TabFocusReason ||
+                       event->reason() == Qt::BacktabFocusReason ||
+                       event->reason() == Qt::ShortcutFocusReason;
     viewport()->update();
     KPDocsViewAccessible::tellCurrent(*this, m_docs.selection().current());
 }
@@ -186,6 +190,7 @@ void KPDocsView::focusInEvent(QFocusEvent *event)
 void KPDocsView::focusOutEvent(QFocusEvent *event)
 {
     QAbstractScrollArea::focusOutEvent(event);
+    m_cameByKeyboard = false;
     viewport()->update();
 }
 

@@ -153,6 +153,7 @@ private:
     };
     std::optional<Press> m_press;
 
+    bool m_cameByKeyboard = false; // the focus
     bool m_isDragSelecting = false;
     struct Band
     {

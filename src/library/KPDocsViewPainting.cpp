@@ -31,7 +31,7 @@ void KPDocsView::paintEvent(QPaintEvent *event)
     paintDocs(painter, rect);
     paintHeaders(painter, rect);
     // With nothing selected no document shows that the keyboard is here.
-    if (hasFocus() && m_docs.selection().isEmpty()) {
+    if (m_cameByKeyboard && m_docs.selection().isEmpty()) {
         painter.setPen(QPen(m_painter.colours().accent, 2));
         painter.setBrush(Qt::NoBrush);
         painter.drawRect(QRectF(viewport()->rect()).translated(0, offset()).adjusted(1, 1, -1, -1));

@@ -122,7 +122,7 @@ void KPSourceListDelegate::paint(QPainter *painter, const QStyleOptionViewItem &
                                               QPalette::WindowText));
     const QString text = index.data().toString();
     painter->drawText(placed(room), placed(Qt::AlignVCenter | Qt::AlignLeft) | Qt::TextSingleLine,
-                      metrics.elidedText(text, Qt::ElideMiddle, room.width()));
+                      metrics.elidedText(text, Qt::ElideRight, room.width()));
     if (isSection && (!isOpen || option.state.testFlag(QStyle::State_MouseOver)))
         paintMark(painter,
                   placed(QRect(left + metrics.horizontalAdvance(text) + 4, row.top(), markWidth,
