@@ -24,9 +24,8 @@ static Chain chainOf(const XPFileStep &step)
         chain.append({Kind::Moved, step.from, step.to});
     if (step.action == Action::Copied) // its mark goes with it
         chain.append({Kind::Made, {}, step.to});
-    else if (step.mark != XPFileStep::Mark::AsBefore)
-        chain.append(
-            {step.mark == XPFileStep::Mark::Set ? Kind::Marked : Kind::Unmarked, step.to, step.to});
+    else if (step.mark)
+        chain.append({Kind::Marked, step.to, step.to, *step.mark});
     return chain;
 }
 
@@ -57,7 +56,7 @@ static std::optional<XPError> moveBack(const QString &from, const QString &to)
 static XPResult<XPFileDeed> takeBackOne(const XPFileDeed &deed)
 {
     std::optional<XPError> error;
-    XPFileDeed done{deed.kind, deed.after, deed.before};
+    XPFileDeed done{deed.kind, deed.after, deed.before, {deed.mark.after, deed.mark.before}};
     switch (deed.kind) {
     case Kind::Moved:
         error = moveBack(deed.after, deed.before);
@@ -74,12 +73,9 @@ static XPResult<XPFileDeed> takeBackOne(const XPFileDeed &deed)
         return XPFileDeed{Kind::Trashed, deed.after, *inTrash};
     }
     case Kind::Marked:
-    case Kind::Unmarked: {
-        const bool managed = deed.kind == Kind::Unmarked;
-        done.kind = managed ? Kind::Marked : Kind::Unmarked;
-        error = XPFiledDocuments::setManaged(managed, deed.after);
+        error = deed.mark.before ? XPFiledDocuments::setManaged(*deed.mark.before, deed.after)
+                                 : XPFiledDocuments::forgetMark(deed.after);
         break;
-    }
     }
     if (error)
         return *error;

@@ -12,13 +12,13 @@ struct XPFileDeed
         Made,     // a copy, or a new document
         Trashed,  // `after` is in the trash
         Restored, // `before` was in the trash
-        Marked,   // `after` is a document of the library now; so `before` equals it
-        Unmarked,
+        Marked,   // or unmarked, as `mark` says; `before` equals `after`
     };
 
     Kind kind = Kind::Moved;
     QString before; // where the file was; empty for one that was made
     QString after;  // where it is
+    XPMarkChange mark = {};
 
     bool operator==(const XPFileDeed &) const = default;
 };

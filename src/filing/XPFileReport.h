@@ -6,6 +6,16 @@
 #include <QStringList>
 #include <functional>
 
+// The mark of the library's documents on a file: there, there and saying no, or not there at all,
+// where the document's type decides.
+struct XPMarkChange
+{
+    std::optional<bool> before;
+    std::optional<bool> after;
+
+    bool operator==(const XPMarkChange &) const = default;
+};
+
 // What became of one file of a request, or would.
 struct XPFileStep
 {
@@ -16,8 +26,6 @@ struct XPFileStep
         Skipped, // nothing to do
         Failed,
     };
-    // Whether it is a document of the library since.
-    enum class Mark { AsBefore, Set, TakenAway };
 
     QString from;
     QString to; // where the document is now; empty when Failed
@@ -26,7 +34,7 @@ struct XPFileStep
     std::optional<XPError> problem;
     QString keptAside = {}; // the file that was replaced, where no trash takes it
     QString inTrash = {};   // the same where one took it
-    Mark mark = Mark::AsBefore;
+    std::optional<XPMarkChange> mark = {};
 
     bool operator==(const XPFileStep &) const = default;
 };

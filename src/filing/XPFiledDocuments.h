@@ -77,6 +77,8 @@ public:
     // Writes the mark unless it is there already, and looks whether it stayed. A mark that cannot
     // be read is not written over.
     static std::optional<XPError> setManaged(bool managed, const QString &path);
+    // As if nobody had ever marked it.
+    static std::optional<XPError> forgetMark(const QString &path);
     // Writes it, sees that the index learns of it, and pauses for `pacing`.
     static std::optional<XPError> writeManagedXAttr(bool managed, const QString &path);
     // A mark of either kind stays.

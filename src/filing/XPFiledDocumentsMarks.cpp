@@ -68,14 +68,23 @@ std::optional<XPError> XPFiledDocuments::setManaged(bool managed, const QString 
     return XPError::make(XPError::Kind::Io, QStringLiteral("the mark was not kept"), path);
 }
 
+static std::optional<XPError> writeMark(const PropertyValue &mark, const QString &path)
+{
+    auto error = Karvex::setXAttrMetaData(mark, Karvex::managedKey, path);
+    if (!error)
+        XPFiledDocuments::tellIndex(path);
+    std::this_thread::sleep_for(XPFiledDocuments::pacing());
+    return error;
+}
+
 std::optional<XPError> XPFiledDocuments::writeManagedXAttr(bool managed, const QString &path)
 {
-    auto error =
-        Karvex::setXAttrMetaData(PropertyValue::boolean(managed), Karvex::managedKey, path);
-    if (!error)
-        tellIndex(path);
-    std::this_thread::sleep_for(pacing());
-    return error;
+    return writeMark(PropertyValue::boolean(managed), path);
+}
+
+std::optional<XPError> XPFiledDocuments::forgetMark(const QString &path)
+{
+    return writeMark({}, path);
 }
 
 std::optional<XPError> XPFiledDocuments::setToManagedIfNoStateFound(const QString &path)

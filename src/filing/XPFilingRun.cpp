@@ -81,10 +81,12 @@ void XPFilingRun::prepare()
 
 void XPFilingRun::mark(const QString &path, Step *step) const
 {
-    const bool wasManaged = XPFiledDocuments::isManaged(m_options.dryRun ? step->from : path);
+    const auto before =
+        XPFiledDocuments::storedMark(m_options.dryRun ? step->from : path).valueOr({});
     if (!m_options.dryRun)
         step->problem = XPFiledDocuments::setManaged(true, path);
-    step->mark = step->problem || wasManaged ? Step::Mark::AsBefore : Step::Mark::Set;
+    if (!step->problem && before != true)
+        step->mark = {before, true};
 }
 
 XPFileStep XPFilingRun::markInPlace(const QString &path, Marks marks) const
@@ -97,9 +99,8 @@ XPFileStep XPFilingRun::markInPlace(const QString &path, Marks marks) const
     else if (managed && !XPFiledDocuments::pathOKForManaged(path))
         step.problem = XPError::make(XPError::Kind::NotPermitted,
                                      QStringLiteral("lies among files of other programs"), path);
-    const bool wasManaged = XPFiledDocuments::isManaged(path);
+    const auto stored = XPFiledDocuments::storedMark(path);
     if (!step.problem && marks == Marks::ManagedIfNoStateFound) {
-        const auto stored = XPFiledDocuments::storedMark(path);
         if (!stored)
             step.problem = stored.error();
         else if (*stored) // somebody decided already
@@ -109,8 +110,8 @@ XPFileStep XPFilingRun::markInPlace(const QString &path, Marks marks) const
         step.problem = marks == Marks::ManagedIfNoStateFound
                            ? XPFiledDocuments::setToManagedIfNoStateFound(path)
                            : XPFiledDocuments::setManaged(managed, path);
-    if (!step.problem && wasManaged != managed)
-        step.mark = managed ? Step::Mark::Set : Step::Mark::TakenAway;
+    if (const auto before = stored.valueOr({}); !step.problem && before != managed)
+        step.mark = {before, managed};
     if (step.problem) {
         step.action = Step::Action::Failed;
         step.to.clear();

@@ -36,7 +36,7 @@ TEST_F(FilingRun, ATakenNameGetsTheNextNumber)
     EXPECT_EQ(report.paths, QStringList{filedAt});
     EXPECT_EQ(
         report.steps,
-        (QList<XPFileStep>{{path, filedAt, Action::Moved, {}, {}, {}, XPFileStep::Mark::Set}}));
+        (QList<XPFileStep>{{path, filedAt, Action::Moved, {}, {}, {}, XPMarkChange{{}, true}}}));
     EXPECT_FALSE(exists(path));
     EXPECT_EQ(bytesOf(filedAt), "new");
     EXPECT_TRUE(hasMark(filedAt));
@@ -72,8 +72,8 @@ TEST_F(FilingRun, WhatLiesWellIsOnlyMarked)
     const QString path = file("Filed/2012/1/2/a.pdf");
     const XPFileReport report = put({path});
     EXPECT_EQ(report.paths, QStringList());
-    EXPECT_EQ(report.steps,
-              (QList<XPFileStep>{{path, path, Action::Marked, {}, {}, {}, XPFileStep::Mark::Set}}));
+    EXPECT_EQ(report.steps, (QList<XPFileStep>{
+                                {path, path, Action::Marked, {}, {}, {}, XPMarkChange{{}, true}}}));
     EXPECT_TRUE(hasMark(path));
 
     // With folders of months it goes to the month of now all the same.

@@ -1,11 +1,29 @@
 // KPFilingCommands: the table, and the menus of recent folders.
+#include "KPDoc.h"
 #include "KPDocumentTargets.h"
 #include "KPFilingCommands.h"
+#include "XPFiledDocuments.h"
 #include "XPFolders.h"
 #include "XPPath.h"
 #include "XPRecentDestinations.h"
 
 #include <QGuiApplication>
+#include <algorithm>
+
+// Whether one of the documents has another mark, or none. Marks are read from the files, so that of
+// many documents, or of one whose mark cannot be read, it is only supposed.
+bool KPFilingCommands::canMark(bool managed) const
+{
+    constexpr qsizetype mostRead = 20;
+    const qsizetype count = m_targets.documentCount();
+    if (count == 0 || count > mostRead)
+        return count > 0;
+    const KPDoc::Docs docs = m_targets.documents();
+    return std::any_of(docs.begin(), docs.end(), [managed](const KPDoc *doc) {
+        const auto mark = XPFiledDocuments::storedMark(doc->filePath());
+        return !mark || *mark != managed;
+    });
+}
 
 QList<KPCommand> KPFilingCommands::commands()
 {
@@ -13,6 +31,9 @@ QList<KPCommand> KPFilingCommands::commands()
     using C = KPFilingCommands;
     constexpr auto menu = KPCommandMenu::Documents;
     const auto some = [this] { return KPCommandState{m_targets.documentCount() > 0}; };
+    const auto marks = [this](bool managed) {
+        return [this, managed] { return KPCommandState{canMark(managed)}; };
+    };
     const auto recent = [this] {
         return KPCommandState{m_targets.documentCount() > 0 &&
                               !XPRecentDestinations::paths().isEmpty()};
@@ -54,12 +75,12 @@ QList<KPCommand> KPFilingCommands::commands()
          some,
          "",
          true},
-        {QT_TRID_NOOP("KPManage"), menu, {}, call(&C::manageSelected), some, "", true},
+        {QT_TRID_NOOP("KPManage"), menu, {}, call(&C::manageSelected), marks(true), "", true},
         {QT_TRID_NOOP("KPUnmanage"),
          menu,
          {},
          call(&C::removeOrDeleteSelected, false),
-         some,
+         marks(false),
          "",
          true,
          true,

@@ -101,6 +101,33 @@ protected:
 
 } // namespace
 
+TEST_F(FilingCommands, MarksOnlyWhatHasAnotherMark)
+{
+    const auto can = [this](const char *id) {
+        for (const KPCommand &command : commands.commands()) {
+            if (QByteArray(command.id) == id)
+                return command.state().isEnabled;
+        }
+        return false;
+    };
+    EXPECT_FALSE(can("KPManage"));
+    EXPECT_FALSE(can("KPUnmanage"));
+    select(2);
+    EXPECT_TRUE(can("KPManage"));
+    EXPECT_TRUE(can("KPUnmanage")) << "a document may be shown for its type alone";
+    run("KPManage");
+    EXPECT_FALSE(can("KPManage"));
+    EXPECT_TRUE(can("KPUnmanage"));
+    const KPDoc::Docs both = targets.docs;
+    targets.docs.removeLast();
+    run("KPUnmanage");
+    EXPECT_TRUE(can("KPManage"));
+    EXPECT_FALSE(can("KPUnmanage"));
+    targets.docs = both;
+    EXPECT_TRUE(can("KPManage")) << "one of them";
+    EXPECT_TRUE(can("KPUnmanage"));
+}
+
 TEST_F(FilingCommands, AsksBeforeTheTrashAsTheSettingAndTheNumberSay)
 {
     struct Row
@@ -199,7 +226,15 @@ TEST_F(FilingCommands, DeleteTakesOutOfTheLibraryAndLeavesTheFile)
     history.undo();
     EXPECT_TRUE(XPFiledDocuments::allFilesManaged(paths));
     history.undo();
-    EXPECT_FALSE(XPFiledDocuments::isManaged(paths[1]));
+    // Not a mark that says no, which would take out of the library what is there for its type.
+    const auto none = std::optional<bool>();
+    EXPECT_EQ(XPFiledDocuments::storedMark(paths[1]).valueOr(true), none);
+    run("KPUnmanage");
+    EXPECT_EQ(XPFiledDocuments::storedMark(paths[1]).valueOr({}), false);
+    history.undo();
+    EXPECT_EQ(XPFiledDocuments::storedMark(paths[1]).valueOr(true), none);
+    history.redo();
+    EXPECT_EQ(XPFiledDocuments::storedMark(paths[1]).valueOr({}), false);
 }
 
 TEST_F(FilingCommands, DuplicatesLieBesideTheirOriginals)
