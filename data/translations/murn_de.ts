@@ -731,11 +731,29 @@ Absturzberichte erlauben?</translation>
             <numerusform>%1 Dokumente</numerusform>
         </translation>
     </message>
+    <message id="KPDocumentDamaged">
+        <translation>Das Dokument ist beschädigt.</translation>
+    </message>
     <message id="KPDocumentEncrypted">
         <translation>Das Dokument ist verschlüsselt.</translation>
     </message>
+    <message id="KPDocumentEndsReader">
+        <translation>Das Dokument lässt sich nicht lesen: es ist wahrscheinlich beschädigt.</translation>
+    </message>
+    <message id="KPDocumentTimedOut">
+        <translation>Das Lesen des Dokuments dauert zu lange.</translation>
+    </message>
     <message id="KPDocumentTitle">
         <translation>Dokument</translation>
+    </message>
+    <message id="KPDocumentTooLarge">
+        <translation>Das Dokument ist zu groß.</translation>
+    </message>
+    <message id="KPDocumentUnreadable">
+        <translation>Die Datei kann nicht gelesen werden.</translation>
+    </message>
+    <message id="KPDocumentUnsupported">
+        <translation>Dokumente dieser Art können nicht gelesen werden.</translation>
     </message>
     <message id="KPDocuments">
         <translation>Dokumente</translation>
@@ -3662,6 +3680,18 @@ Was ist geschehen, und was hatten Sie erwartet?
             <numerusform>Ablegen von %n Dokumenten</numerusform>
         </translation>
     </message>
+    <message id="KPUndoFlag" numerus="yes">
+        <translation>
+            <numerusform>Markieren von %n Dokument</numerusform>
+            <numerusform>Markieren von %n Dokumenten</numerusform>
+        </translation>
+    </message>
+    <message id="KPUndoHide" numerus="yes">
+        <translation>
+            <numerusform>Ausblenden von %n Dokument</numerusform>
+            <numerusform>Ausblenden von %n Dokumenten</numerusform>
+        </translation>
+    </message>
     <message id="KPUndoManage" numerus="yes">
         <translation>
             <numerusform>Aufnehmen von %n Dokument in die Bibliothek</numerusform>
@@ -3717,6 +3747,18 @@ Was ist geschehen, und was hatten Sie erwartet?
         <translation>
             <numerusform>Bewegen von %n Dokument in den Papierkorb</numerusform>
             <numerusform>Bewegen von %n Dokumenten in den Papierkorb</numerusform>
+        </translation>
+    </message>
+    <message id="KPUndoUnflag" numerus="yes">
+        <translation>
+            <numerusform>Entfernen der Markierung von %n Dokument</numerusform>
+            <numerusform>Entfernen der Markierung von %n Dokumenten</numerusform>
+        </translation>
+    </message>
+    <message id="KPUndoUnhide" numerus="yes">
+        <translation>
+            <numerusform>Wiederzeigen von %n Dokument</numerusform>
+            <numerusform>Wiederzeigen von %n Dokumenten</numerusform>
         </translation>
     </message>
     <message id="KPUndoUnmanage" numerus="yes">

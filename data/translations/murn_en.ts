@@ -733,11 +733,29 @@ Allow crash reporting?</translation>
             <numerusform>%1 documents</numerusform>
         </translation>
     </message>
+    <message id="KPDocumentDamaged">
+        <translation>The document is damaged.</translation>
+    </message>
     <message id="KPDocumentEncrypted">
         <translation>The document is encrypted.</translation>
     </message>
+    <message id="KPDocumentEndsReader">
+        <translation>Reading the document fails each time: it is probably damaged.</translation>
+    </message>
+    <message id="KPDocumentTimedOut">
+        <translation>Reading the document takes too long.</translation>
+    </message>
     <message id="KPDocumentTitle">
         <translation>document</translation>
+    </message>
+    <message id="KPDocumentTooLarge">
+        <translation>The document is too large.</translation>
+    </message>
+    <message id="KPDocumentUnreadable">
+        <translation>The file cannot be read.</translation>
+    </message>
+    <message id="KPDocumentUnsupported">
+        <translation>Documents of this kind cannot be read.</translation>
     </message>
     <message id="KPDocuments">
         <translation>Documents</translation>
@@ -3664,6 +3682,18 @@ What happened, and what did you expect?
             <numerusform>Filing of %n documents</numerusform>
         </translation>
     </message>
+    <message id="KPUndoFlag" numerus="yes">
+        <translation>
+            <numerusform>Flagging of %n document</numerusform>
+            <numerusform>Flagging of %n documents</numerusform>
+        </translation>
+    </message>
+    <message id="KPUndoHide" numerus="yes">
+        <translation>
+            <numerusform>Hiding of %n document</numerusform>
+            <numerusform>Hiding of %n documents</numerusform>
+        </translation>
+    </message>
     <message id="KPUndoManage" numerus="yes">
         <translation>
             <numerusform>Addition of %n document to the library</numerusform>
@@ -3719,6 +3749,18 @@ What happened, and what did you expect?
         <translation>
             <numerusform>Move of %n document to the trash</numerusform>
             <numerusform>Move of %n documents to the trash</numerusform>
+        </translation>
+    </message>
+    <message id="KPUndoUnflag" numerus="yes">
+        <translation>
+            <numerusform>Removal of the flag from %n document</numerusform>
+            <numerusform>Removal of the flag from %n documents</numerusform>
+        </translation>
+    </message>
+    <message id="KPUndoUnhide" numerus="yes">
+        <translation>
+            <numerusform>Showing of %n hidden document</numerusform>
+            <numerusform>Showing of %n hidden documents</numerusform>
         </translation>
     </message>
     <message id="KPUndoUnmanage" numerus="yes">

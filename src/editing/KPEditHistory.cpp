@@ -50,6 +50,25 @@ KPEditHistory::KPEditHistory(KPEditWorker *worker, QObject *parent)
     setUndoLimit(remembered);
 }
 
+static QStringList without(QStringList tags, const QStringList &others)
+{
+    tags.removeIf([&](const QString &tag) { return others.contains(tag); });
+    return tags;
+}
+
+// The program's own marks are tags, which people need not know.
+static QString textOf(const KPFileEdit::Tags &tags, int count)
+{
+    const QStringList added = without(tags.after, tags.before);
+    const QStringList removed = without(tags.before, tags.after);
+    const QString only = (added + removed).join(u'\n').toLower(); // of one tag it is that tag
+    if (only == u"flagged")
+        return added.isEmpty() ? qtTrId("KPUndoUnflag", count) : qtTrId("KPUndoFlag", count);
+    if (only == u"hidden")
+        return added.isEmpty() ? qtTrId("KPUndoUnhide", count) : qtTrId("KPUndoHide", count);
+    return qtTrId("KPUndoTags", count);
+}
+
 QString KPEditHistory::textOf(const KPFileEdit &edit)
 {
     const auto count = static_cast<int>(edit.paths.size());
@@ -63,7 +82,7 @@ QString KPEditHistory::textOf(const KPFileEdit &edit)
         return qtTrId("KPUndoRepair", count);
     if (edit.comment)
         return qtTrId("KPUndoComment", count);
-    return edit.tags ? qtTrId("KPUndoTags", count) : qtTrId("KPUndoRating", count);
+    return edit.tags ? ::textOf(*edit.tags, count) : qtTrId("KPUndoRating", count);
 }
 
 void KPEditHistory::edit(const KPFileEdit &edit)

@@ -109,6 +109,20 @@ TEST_F(FileEdit, StopLeavesTheRestAndLaterEditsGoOn)
     EXPECT_EQ(waitForReport().changed, 1);
 }
 
+TEST_F(FileEdit, IsCalledWhatItIsForPeople)
+{
+    const auto name = [](const QStringList &before, const QStringList &after) {
+        return KPEditHistory::textOf({{QStringLiteral("a")}, KPFileEdit::Tags{before, after}, {}});
+    };
+    const QStringList flag{QStringLiteral("Flagged")};
+    EXPECT_EQ(name({}, flag), u"Flagging of 1 document");
+    EXPECT_EQ(name(flag, {}), u"Removal of the flag from 1 document");
+    EXPECT_EQ(name({}, {QStringLiteral("hidden")}), u"Hiding of 1 document");
+    EXPECT_EQ(name({QStringLiteral("hidden")}, {}), u"Showing of 1 hidden document");
+    EXPECT_EQ(name({work}, flag), u"Tags of 1 document");
+    EXPECT_EQ(name(flag + QStringList{work}, {work}), u"Removal of the flag from 1 document");
+}
+
 TEST_F(FileEdit, RenamesOverManyFilesAndBackAsOneStep)
 {
     const QString a = makeFile("a", {mine, work});
