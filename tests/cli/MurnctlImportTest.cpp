@@ -96,7 +96,7 @@ TEST(MurnctlThumbnail, DrawsPagesOfWords)
               XPAtomicFile::read(folder.path(QStringLiteral("b.png"))).valueOr({}));
 
     EXPECT_EQ(run({"thumbnail", "a.md", "-o", "c.png", "--page", "2"}).err,
-              "murnctl: a.md: unsupported\n");
+              "murnctl: a.md: Documents of this kind cannot be read.\n");
     EXPECT_EQ(run({"thumbnail", "empty.txt", "-o", "c.png"}).status, 1);
     EXPECT_EQ(pngSize(folder.path(QStringLiteral("c.png"))), std::pair(0, 0));
     EXPECT_EQ(run({"thumbnail", "a.md"}).status, 2);

@@ -4,14 +4,57 @@
 #include "ImportPageDrawing.h"
 #include "KPFileType.h"
 #include "XPFileInfo.h"
+#include "XPLog.h"
 #include "XPPath.h"
 #include "XPPrograms.h"
 
+static QString wordsOf(DocumentFailure failure)
+{
+    switch (failure) {
+    case DocumentFailure::Encrypted:
+        return qtTrId("KPDocumentEncrypted");
+    case DocumentFailure::Damaged:
+        return qtTrId("KPDocumentDamaged");
+    case DocumentFailure::TooLarge:
+        return qtTrId("KPDocumentTooLarge");
+    case DocumentFailure::TimedOut:
+        return qtTrId("KPDocumentTimedOut");
+    case DocumentFailure::Crashed:
+        return qtTrId("KPDocumentEndsReader");
+    case DocumentFailure::Unsupported:
+        return qtTrId("KPDocumentUnsupported");
+    case DocumentFailure::Unreadable:
+        break;
+    }
+    return qtTrId("KPDocumentUnreadable");
+}
+
+static XPError::Kind kindOf(DocumentFailure failure)
+{
+    switch (failure) {
+    case DocumentFailure::Encrypted:
+        return XPError::Kind::NotPermitted;
+    case DocumentFailure::TooLarge:
+    case DocumentFailure::TimedOut:
+        return XPError::Kind::TooLarge;
+    case DocumentFailure::Unsupported:
+        return XPError::Kind::Unsupported;
+    case DocumentFailure::Unreadable:
+        return XPError::Kind::Io;
+    case DocumentFailure::Damaged:
+    case DocumentFailure::Crashed:
+        break;
+    }
+    return XPError::Kind::Malformed;
+}
+
+// `reason` is for who looks into it: the signal that ended the importer.
 static XPError failureOf(DocumentFailure failure, const QString &reason, const QString &path)
 {
-    const QString name = documentFailureName(failure);
-    return XPError::make(XPError::Kind::Malformed,
-                         reason.isEmpty() ? name : name + QStringLiteral(": ") + reason, path);
+    if (!reason.isEmpty())
+        qCWarning(xpLog).noquote()
+            << XPPath::printable(path) << documentFailureName(failure) << reason;
+    return XPError::make(kindOf(failure), wordsOf(failure), path);
 }
 
 ImportedDocument::ImportedDocument(const QString &path)
