@@ -12,6 +12,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
+#include <QShortcut>
 #include <algorithm>
 
 static constexpr int pathRole = Qt::UserRole;
@@ -84,10 +85,15 @@ QWidget *KPCombineDialog::makeButtons()
         column->addWidget(button);
     }
     column->addStretch(1);
-    m_up->setShortcut(QKeySequence(Qt::ALT | Qt::Key_Up));
-    m_down->setShortcut(QKeySequence(Qt::ALT | Qt::Key_Down));
-    connect(m_up, &QPushButton::clicked, this, [this] { moveRow(-1); });
-    connect(m_down, &QPushButton::clicked, this, [this] { moveRow(1); });
+    const auto moves = [this](QPushButton *button, int by, Qt::Key key) {
+        connect(button, &QPushButton::clicked, this, [this, by] { moveRow(by); });
+        // A button's own shortcut clicks a moment later, and twice within it only once.
+        const QKeySequence keys(Qt::ALT | key);
+        new QShortcut(keys, this, [this, by] { moveRow(by); });
+        button->setToolTip(keys.toString(QKeySequence::NativeText));
+    };
+    moves(m_up, -1, Qt::Key_Up);
+    moves(m_down, 1, Qt::Key_Down);
     connect(m_remove, &QPushButton::clicked, this, &KPCombineDialog::removeRow);
     connect(m_sort, &QPushButton::clicked, this, &KPCombineDialog::sortByName);
     return side;

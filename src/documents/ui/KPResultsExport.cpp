@@ -109,7 +109,11 @@ void KPResultsExport::start(const KPDoc::Docs &docs, KPLongWork &work, QWidget *
                 [](const std::optional<XPError> &error) {
                     xpGuiThread.assertHere();
                     if (error && error->kind != Kind::Cancelled)
-                        XPPrompts::current().alert(qtTrId("KPCannotExportList"), error->reason());
+                        XPPrompts::current().alert(
+                            qtTrId("KPCannotExportList"),
+                            qtTrId("KPEditFailedLine")
+                                .arg(XPPath::printable(XPFolders::abbreviateWithTilde(error->path)),
+                                     error->reason()));
                 });
         });
     dialog->open();

@@ -57,6 +57,13 @@ TEST_F(DocumentsUi, CombinesInTheOrderThatIsChosen)
     EXPECT_EQ(dialog.name(), u"page 10 combined");
     click("KPCombineDown");
     EXPECT_EQ(names().value(1), u"page 10.pdf");
+    dialog.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+    for (int i = 0; i < 2; ++i)
+        QTest::keyClick(&dialog, Qt::Key_Up, Qt::AltModifier);
+    QTest::keyClick(&dialog, Qt::Key_Down, Qt::AltModifier);
+    QTest::keyClick(&dialog, Qt::Key_Down, Qt::AltModifier);
+    EXPECT_EQ(names().value(2), u"page 10.pdf") << "keys pressed at once count one by one";
     click("KPCombineSort");
     EXPECT_EQ(names(), (QStringList{QStringLiteral("appendix.pdf"), QStringLiteral("page 9.pdf"),
                                     QStringLiteral("page 10.pdf")}));
