@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QScreen>
+#include <QStyle>
 #include <QWidget>
 #include <algorithm>
 
@@ -11,7 +12,9 @@ void KPWindowFrame::restore(QWidget &window, const QString &key, const QSize &us
 {
     if (window.restoreGeometry(UserDefaults::standard().value(key).data()))
         return;
-    const QRect room = window.screen()->availableGeometry();
+    // A window as large as the screen would end below it, as its title bar comes to it.
+    const int titleBar = window.style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, &window);
+    const QRect room = window.screen()->availableGeometry().adjusted(1, titleBar + 1, -1, -1);
     window.resize(usual.boundedTo(room.size()));
     const QWidget *near =
         window.parentWidget() ? window.parentWidget()->window() : QApplication::activeWindow();
