@@ -1,6 +1,6 @@
 # `cpack` in a build tree makes the Debian package; `cpack --config CPackSourceConfig.cmake` the
 # source archive. Programs are stripped there.
-set(MURN_MAINTAINER "The Murn developers <murn@localhost>" CACHE STRING
+set(MURN_MAINTAINER "The Murn developers <murn@example.org>" CACHE STRING
     "Who answers for the package: name and address")
 configure_file("${PROJECT_SOURCE_DIR}/packaging/changelog.in" changelog @ONLY)
 install(FILES "${PROJECT_SOURCE_DIR}/packaging/copyright" "${CMAKE_CURRENT_BINARY_DIR}/changelog"
@@ -15,7 +15,9 @@ set(CPACK_PACKAGE_DESCRIPTION
 "Murn organises documents without moving them into a database: files stay in
 their folders, and tags and star ratings are kept on the files themselves,
 where other programs find them too. The same can be done from the shell.")
-set(CPACK_PACKAGING_INSTALL_PREFIX "/usr")
+# By DESTDIR, so that files that name places (murn_install_with_places) see those of the package.
+set(CPACK_SET_DESTDIR ON)
+set(CPACK_INSTALL_PREFIX "/usr")
 set(CPACK_STRIP_FILES ON)
 set(CPACK_PRE_BUILD_SCRIPTS "${PROJECT_SOURCE_DIR}/packaging/compress.cmake")
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
