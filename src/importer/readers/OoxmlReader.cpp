@@ -49,7 +49,31 @@ static void readProperties(const ZipPackage &package, DocumentAnswer &answer)
     answer.pages = std::clamp(app.text("Pages").toInt(), 0, 1'000'000);
 }
 
-static void readWord(const ZipPackage &package, const DocumentSource &source, FlowText &flow)
+// The parts that hold a document's text, and what was the first thing wrong with one.
+class Parts
+{
+public:
+    explicit Parts(const ZipPackage &package) : m_package(package) {}
+
+    void read(const QByteArray &name, XmlEvents &events)
+    {
+        const QByteArray xml = m_package.part(name);
+        if (xml.isEmpty())
+            return;
+        auto error = events.read(xml);
+        if (!m_error)
+            m_error = std::move(error);
+    }
+
+    const std::optional<XPError> &error() const { return m_error; }
+
+private:
+    const ZipPackage &m_package;
+    std::optional<XPError> m_error;
+};
+
+static void readWord(const ZipPackage &package, const DocumentSource &source, Parts &parts,
+                     FlowText &flow)
 {
     // The body first, as it is what a limit should cut last.
     QList<QByteArray> names = package.names();
@@ -59,15 +83,16 @@ static void readWord(const ZipPackage &package, const DocumentSource &source, Fl
         if (!name.startsWith("word/") || flow.isFull() || source.mustStop())
             continue;
         OoxmlText text(flow);
-        std::ignore = text.read(package.part(name));
+        parts.read(name, text);
         flow.endParagraph();
     }
 }
 
-static int readWorkbook(const ZipPackage &package, const DocumentSource &source, FlowText &flow)
+static int readWorkbook(const ZipPackage &package, const DocumentSource &source, Parts &parts,
+                        FlowText &flow)
 {
     XmlLeaves workbook;
-    std::ignore = workbook.read(package.part("xl/workbook.xml"));
+    parts.read("xl/workbook.xml", workbook);
     int sheets = 0;
     for (const XmlLeaves::Element &element : workbook.elements()) {
         if (element.name != "sheet")
@@ -77,17 +102,17 @@ static int readWorkbook(const ZipPackage &package, const DocumentSource &source,
         flow.endLine();
     }
     OoxmlStrings strings;
-    std::ignore = strings.read(package.part("xl/sharedStrings.xml"));
+    parts.read("xl/sharedStrings.xml", strings);
     for (const QByteArray &name : package.names()) {
         if (flow.isFull() || source.mustStop())
             break;
         flow.endParagraph();
         if (name.startsWith("xl/worksheets/")) {
             OoxmlSheet sheet(flow, strings.texts());
-            std::ignore = sheet.read(package.part(name));
+            parts.read(name, sheet);
         } else if (name.startsWith("xl/comments")) {
             OoxmlText text(flow);
-            std::ignore = text.read(package.part(name));
+            parts.read(name, text);
         }
     }
     return sheets;
@@ -129,12 +154,13 @@ static QList<QByteArray> slidesInOrder(const ZipPackage &package)
     return slides;
 }
 
-static int readPresentation(const ZipPackage &package, const DocumentSource &source, FlowText &flow)
+static int readPresentation(const ZipPackage &package, const DocumentSource &source, Parts &parts,
+                            FlowText &flow)
 {
     const QList<QByteArray> slides = slidesInOrder(package);
     const auto readPart = [&](const QByteArray &name) {
         OoxmlText text(flow);
-        std::ignore = text.read(package.part(name));
+        parts.read(name, text);
         flow.endParagraph();
     };
     for (const QByteArray &slide : slides) {
@@ -159,18 +185,21 @@ std::optional<DocumentFailure> OoxmlReader::read(const DocumentSource &source,
     }
     readProperties(*package, answer);
     FlowText flow(answer.text);
+    Parts parts(*package);
     if (package->hasPart("word/document.xml"))
-        readWord(*package, source, flow);
+        readWord(*package, source, parts, flow);
     else if (package->hasPart("xl/workbook.xml"))
-        answer.pages = readWorkbook(*package, source, flow);
+        answer.pages = readWorkbook(*package, source, parts, flow);
     else if (package->hasPart("ppt/presentation.xml"))
-        answer.pages = readPresentation(*package, source, flow);
+        answer.pages = readPresentation(*package, source, parts, flow);
     else if (package->hasEncryptedParts())
         return DocumentFailure::Encrypted;
     else if (!package->ending())
         return DocumentFailure::Damaged;
-    if (package->ending())
+    if (package->ending()) // a part that was cut is broken too
         return documentFailureOf(*package->ending());
+    if (parts.error())
+        return documentFailureOf(*parts.error());
     return {};
 }
 
