@@ -169,8 +169,11 @@ QString XPFiledDocuments::filedDocumentsPathForDate(const QDateTime &date)
 
 QString XPFiledDocuments::currentFiledDocumentsPath(const QDateTime &now)
 {
-    if (!usesFiledDocuments())
-        return XPFolders::desktop();
+    if (!usesFiledDocuments()) {
+        QString folder = XPFolders::desktop();
+        (void)XPFolders::create(folder); // a new home may have none; what goes there finds out
+        return folder;
+    }
     QString folder = filedDocumentsPathForDate(now);
     if (isFolder(folder))
         return folder;

@@ -33,7 +33,9 @@ protected:
 TEST_F(FiledDocumentsPlaces, TheDesktopStandsInForAFolderThatIsNotInUse)
 {
     EXPECT_FALSE(XPFiledDocuments::usesFiledDocuments());
+    EXPECT_FALSE(exists(XPFolders::desktop()));
     EXPECT_EQ(XPFiledDocuments::currentFiledDocumentsPath(m_day), XPFolders::desktop());
+    EXPECT_TRUE(exists(XPFolders::desktop())) << "where something is to be filed";
     EXPECT_EQ(XPFiledDocuments::currentFiledDocumentsPathMonth(m_day), XPFolders::desktop());
     const QString file = XPFolders::desktop() + QStringLiteral("/a.pdf");
     EXPECT_TRUE(XPFiledDocuments::pathIsAlreadyInGoodPlaceInFiledDocuments(file));
