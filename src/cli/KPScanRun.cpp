@@ -151,7 +151,9 @@ QString KPScanRun::file(const QList<XPScannedPages::Page> &pages, const KPScanOp
     });
     m_progress.clear();
     if (!path) {
-        m_output.fail(path.error().reason());
+        const XPError &error = path.error();
+        error.path.isEmpty() ? m_output.fail(error.reason())
+                             : m_output.fail(error.path, error.reason());
         return {};
     }
     return *path;
