@@ -7,6 +7,8 @@
 #include <QTimer>
 #include <array>
 
+using namespace std::chrono_literals;
+
 // Results at which showing all of them at once is not quick any more.
 static constexpr qsizetype manyResults = 1000;
 static constexpr double unlimited = 1000; // seconds
@@ -143,11 +145,16 @@ void KPThreadedSearcher::updatedMDQuery(const QList<IndexItem> &added,
                 forget(row.item);
         }
     }
-    for (const IndexItem item : removed)
+    bool isTakenOut = false;
+    for (const IndexItem item : removed) {
+        const KPDoc *doc = m_docCache.value(item);
+        isTakenOut = isTakenOut || (doc != nullptr && doc->isTakenOut());
         forget(item);
+    }
     if (!removed.isEmpty()) {
         m_pendingProgressCallNeeded = true;
-        m_removalTimer->start();
+        // Others may come back at once under another name; a mark is what somebody has decided.
+        m_removalTimer->start(isTakenOut ? 0ms : m_setup.removalDelay);
     }
     m_waitingItems.insert(m_waitingItems.end(), added.begin(), added.end());
     m_queued = m_mdQuery->resultCount();
