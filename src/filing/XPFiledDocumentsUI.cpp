@@ -9,6 +9,7 @@
 #include "XPVolumeFacts.h"
 
 #include <QLocale>
+#include <QSet>
 #include <algorithm>
 
 const QString XPFiledDocuments::askKey = QStringLiteral("KPFiledDocumentsAsk");
@@ -28,11 +29,17 @@ static QString quotedName(const QString &path)
 
 // Each problem to the log; the marks that are missing, which no count of documents shows, to the
 // user.
+static void logProblems(const XPFileReport &report)
+{
+    for (const XPFileStep &step : report.problems())
+        qCWarning(xpLog).noquote() << XPPath::printable(step.from) << step.problem->reason();
+}
+
 static void tellProblems(const XPFileReport &report) XP_REQUIRES(xpGuiThread)
 {
+    logProblems(report);
     QList<XPFileStep> unmarked;
     for (const XPFileStep &step : report.problems()) {
-        qCWarning(xpLog).noquote() << XPPath::printable(step.from) << step.problem->reason();
         if (!step.to.isEmpty())
             unmarked.append(step);
     }
@@ -51,14 +58,26 @@ void XPFiledDocuments::warnThatImportFailed(qsizetype requested, qsizetype worke
         qtTrId("XPNotAllImportedComment").arg(count(worked), count(requested)));
 }
 
+// What lay well before is not among what was filed, and no failure.
+static qsizetype filedBefore(const XPFileReport &report)
+{
+    const QSet<QString> filed(report.paths.begin(), report.paths.end());
+    return std::count_if(report.steps.begin(), report.steps.end(), [&](const XPFileStep &step) {
+        return step.action == XPFileStep::Action::Marked && !filed.contains(step.to);
+    });
+}
+
 // One alert at most: the count that is short says it all.
 static void finish(const QStringList &asked, const XPFileReport &report,
                    const XPFiledDocuments::Done &done) XP_REQUIRES(xpGuiThread)
 {
-    if (report.paths.size() != asked.size() && !report.wasStopped)
-        XPFiledDocuments::warnThatImportFailed(asked.size(), report.paths.size());
-    else
+    const qsizetype there = report.paths.size() + filedBefore(report);
+    if (there != asked.size() && !report.wasStopped) {
+        logProblems(report);
+        XPFiledDocuments::warnThatImportFailed(asked.size(), there);
+    } else {
         tellProblems(report);
+    }
     done(report);
 }
 

@@ -102,6 +102,20 @@ TEST_F(FilingRouting, TheOptionKeyCopies)
     EXPECT_FALSE(XPFiledDocuments::isManaged(path));
 }
 
+TEST_F(FilingRouting, WhatIsFiledAlreadyIsNoFailure)
+{
+    xpGuiThread.assertHere();
+    m_said = ScriptedPrompts::install({});
+    const QString there = today("b.pdf");
+    QDir().mkpath(XPPath::folder(there));
+    ASSERT_TRUE(QFile::copy(file("in/b.pdf"), there));
+    XPFiledDocuments::putFilesIntoFiledDocumentsUI({there, file("in/a.pdf")},
+                                                   [](const XPFileReport &) {});
+    XPPrompts::install(nullptr);
+    EXPECT_TRUE(m_said->alerts.isEmpty()) << m_said->alerts.value(0).toStdString();
+    EXPECT_TRUE(exists(there) && exists(today("a.pdf")));
+}
+
 TEST_F(FilingRouting, WarnsOnceOfWhatWasNotDone)
 {
     setFlag(XPFiledDocuments::askKey, false);

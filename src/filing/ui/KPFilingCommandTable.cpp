@@ -10,18 +10,32 @@
 #include <QGuiApplication>
 #include <algorithm>
 
-// Whether one of the documents has another mark, or none. Marks are read from the files, so that of
-// many documents, or of one whose mark cannot be read, it is only supposed.
+// Whether it is so for one of the documents; of many it is only supposed.
+template <typename Test>
+static bool isSoForOne(const KPDocumentTargets &targets, Test test)
+{
+    constexpr qsizetype mostLookedAt = 20;
+    const qsizetype count = targets.documentCount();
+    if (count == 0 || count > mostLookedAt)
+        return count > 0;
+    const KPDoc::Docs docs = targets.documents();
+    return std::any_of(docs.begin(), docs.end(),
+                       [&](const KPDoc *doc) { return test(doc->filePath()); });
+}
+
+// Another mark, or none, or one that cannot be read.
 bool KPFilingCommands::canMark(bool managed) const
 {
-    constexpr qsizetype mostRead = 20;
-    const qsizetype count = m_targets.documentCount();
-    if (count == 0 || count > mostRead)
-        return count > 0;
-    const KPDoc::Docs docs = m_targets.documents();
-    return std::any_of(docs.begin(), docs.end(), [managed](const KPDoc *doc) {
-        const auto mark = XPFiledDocuments::storedMark(doc->filePath());
+    return isSoForOne(m_targets, [managed](const QString &path) {
+        const auto mark = XPFiledDocuments::storedMark(path);
         return !mark || *mark != managed;
+    });
+}
+
+bool KPFilingCommands::canPutInFiledDocuments() const
+{
+    return isSoForOne(m_targets, [](const QString &path) {
+        return !XPFiledDocuments::pathIsAlreadyInGoodPlaceInFiledDocuments(path);
     });
 }
 
@@ -34,6 +48,7 @@ QList<KPCommand> KPFilingCommands::commands()
     const auto marks = [this](bool managed) {
         return [this, managed] { return KPCommandState{canMark(managed)}; };
     };
+    const auto files = [this] { return KPCommandState{canPutInFiledDocuments()}; };
     const auto recent = [this] {
         return KPCommandState{m_targets.documentCount() > 0 &&
                               !XPRecentDestinations::paths().isEmpty()};
@@ -65,14 +80,14 @@ QList<KPCommand> KPFilingCommands::commands()
          menu,
          {},
          call(&C::putInFiledDocuments),
-         some,
+         files,
          "",
          true},
         {QT_TRID_NOOP("KPMoveToFiledDocuments"),
          menu,
          {},
          call(&C::moveSelectedToFiledDocumentsFolder),
-         some,
+         files,
          "",
          true},
         {QT_TRID_NOOP("KPManage"), menu, {}, call(&C::manageSelected), marks(true), "", true},

@@ -78,6 +78,7 @@ Q_SIGNALS:
 private:
     QStringList paths() const;
     bool canMark(bool managed) const;
+    bool canPutInFiledDocuments() const;
     QMenu *recentMenu(bool doCopy);
     void fillRecentMenu(QMenu *menu, bool doCopy) XP_REQUIRES(xpGuiThread);
     void moveCopy(const QStringList &paths, const QString &folder, bool doCopy)
