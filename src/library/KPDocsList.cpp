@@ -29,16 +29,16 @@ using Model = KPLibraryModel;
 } // namespace
 
 static constexpr std::array<ColumnKey, Model::ColumnCount> columnKeys{{
-    {Model::NameColumn, "name", 320},
+    {Model::NameColumn, "name", 250},
     {Model::FlagColumn, "flag", 36},
     {Model::TitleColumn, "title", 220},
-    {Model::TypeColumn, "type", 150},
-    {Model::SizeColumn, "fileSize", 90},
-    {Model::CreatedColumn, "creationDate", 150},
-    {Model::ModifiedColumn, "modificationDate", 150},
-    {Model::AddedColumn, "dateAdded", 150},
+    {Model::TypeColumn, "type", 130},
+    {Model::SizeColumn, "fileSize", 84},
+    {Model::CreatedColumn, "creationDate", 130},
+    {Model::ModifiedColumn, "modificationDate", 130},
+    {Model::AddedColumn, "dateAdded", 130},
     {Model::RatingColumn, "rating", 96},
-    {Model::TagsColumn, "tags", 220},
+    {Model::TagsColumn, "tags", 160},
     {Model::FolderColumn, "folder", 220},
     {Model::PathColumn, "path", 320},
 }};
@@ -128,6 +128,23 @@ void KPDocsList::setVisibleColumns(const QStringList &keys)
         header()->moveSection(header()->visualIndex(wanted[place]), place);
 }
 
+// Where it comes in the order of all, not behind those that are seen.
+void KPDocsList::showColumn(int column, bool on)
+{
+    const auto isLater = [this, column](int place) {
+        const int other = header()->logicalIndex(place);
+        return !isColumnHidden(other) && other > column;
+    };
+    if (on) {
+        const int from = header()->visualIndex(column);
+        int to = 0;
+        while (to < header()->count() && !isLater(to))
+            ++to;
+        header()->moveSection(from, from < to ? to - 1 : to);
+    }
+    setColumnHidden(column, !on);
+}
+
 void KPDocsList::showSortOrder(int column, bool isAscending)
 {
     header()->setSortIndicatorShown(column >= 0);
@@ -144,7 +161,7 @@ void KPDocsList::showHeaderMenu(const QPoint &at)
         action->setChecked(!isColumnHidden(each.column));
         action->setEnabled(each.column != KPLibraryModel::NameColumn);
         connect(action, &QAction::toggled, this,
-                [this, column = each.column](bool on) { setColumnHidden(column, !on); });
+                [this, column = each.column](bool on) { showColumn(column, on); });
     }
     menu->popup(header()->mapToGlobal(at));
 }

@@ -67,6 +67,7 @@ protected:
 
 private:
     void showSelection();
+    void showColumn(int column, bool on);
     void showHeaderMenu(const QPoint &at);
     void setColours();
     int rowAt(const QPoint &point) const;
