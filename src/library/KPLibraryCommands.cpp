@@ -366,6 +366,13 @@ QList<KPCommand> KPLibraryController::documentCommands()
                          .isOnDocuments = true,
                          .endsGroup = endsGroup};
     };
+    // By its tags; of several the last one counts.
+    const auto tagged = [this] {
+        const auto runs = m_docs.selection().runs();
+        return KPCommandState{
+            .isEnabled = hasSelection() &&
+                         !m_docs.at(runs.back().last)->tagNamesOfTypeUserEntered().isEmpty()};
+    };
     KPCommand open = onDocuments(
         QT_TRID_NOOP("KPOpen"), {},
         [this] {
@@ -435,7 +442,11 @@ QList<KPCommand> KPLibraryController::documentCommands()
                     [this] { showAllDocumentsInFolderAction(); }),
         onDocuments(QT_TRID_NOOP("KPOnlyShowSelected"), {},
                     [this] { onlyShowSelectedDocumentsAction(); }),
-        onDocuments(QT_TRID_NOOP("KPShowSimilar"), {}, [this] { showSimilarToSelectedAction(); }),
+        {.id = QT_TRID_NOOP("KPShowSimilar"),
+         .menu = Menu::Documents,
+         .run = [this] { showSimilarToSelectedAction(); },
+         .state = tagged,
+         .isOnDocuments = true},
         onDocuments(
             QT_TRID_NOOP("KPRebuildThumbnails"), {},
             [this] {
