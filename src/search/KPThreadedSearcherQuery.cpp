@@ -7,8 +7,6 @@
 #include <QTimer>
 #include <array>
 
-using namespace std::chrono_literals;
-
 // Results at which showing all of them at once is not quick any more.
 static constexpr qsizetype manyResults = 1000;
 static constexpr double unlimited = 1000; // seconds
@@ -145,16 +143,11 @@ void KPThreadedSearcher::updatedMDQuery(const QList<IndexItem> &added,
                 forget(row.item);
         }
     }
-    bool isTakenOut = false;
-    for (const IndexItem item : removed) {
-        const KPDoc *doc = m_docCache.value(item);
-        isTakenOut = isTakenOut || (doc != nullptr && doc->isTakenOut());
+    for (const IndexItem item : removed)
         forget(item);
-    }
     if (!removed.isEmpty()) {
         m_pendingProgressCallNeeded = true;
-        // Others may come back at once under another name; a mark is what somebody has decided.
-        m_removalTimer->start(isTakenOut ? 0ms : m_setup.removalDelay);
+        m_removalTimer->start();
     }
     m_waitingItems.insert(m_waitingItems.end(), added.begin(), added.end());
     m_queued = m_mdQuery->resultCount();

@@ -134,32 +134,6 @@ TEST(ThreadedSearcher, TellsAtOnceWhatComesAndLaterWhatGoes)
     EXPECT_TRUE(FollowedSearch::waitFor([&] { return !results.holds(second); }));
 }
 
-TEST(ThreadedSearcher, WhatIsTakenOutOfTheLibraryGoesAtOnceAndAlone)
-{
-    IndexedFolder folder;
-    const QString out = folder.file(QStringLiteral("out"));
-    const QString stays = folder.file(QStringLiteral("stays"));
-    for (const QString &path : {out, stays})
-        ASSERT_FALSE(Karvex::setRating(3, path));
-    auto setup = FollowedSearch::quick();
-    setup.removalDelay = std::chrono::hours(1);
-    FollowedSearch results(folder.index(), setup);
-    const auto library =
-        KPSearchState::blankSearchState()->searchStateWithNewContstraintFolders({folder.path()});
-    results.search(library);
-    ASSERT_TRUE(
-        FollowedSearch::waitFor([&] { return results.holds(out) && results.holds(stays); }));
-    {
-        xpGuiThread.assertHere();
-        KPDoc::setManaged({out}, false);
-    }
-    ASSERT_TRUE(FollowedSearch::waitFor([&] { return !results.holds(out); }));
-    results.searcher->forceNewSearchNextTime();
-    results.search(library);
-    ASSERT_TRUE(results.waitUntilFinished());
-    EXPECT_TRUE(results.holds(stays));
-}
-
 // Out of the trash, for one.
 TEST(ThreadedSearcher, ShowsADeletedDocumentAgainOnceItsFileIsBack)
 {
