@@ -72,12 +72,14 @@ bool IndexFolderReader::open(const QByteArray &path, XPError *error)
         return true;
     }
     *error = XPError::fromErrno(errno, XPPath::decode(path));
-    m_folder.close();
+    closeFolder();
     return false;
 }
 
 void IndexFolderReader::closeFolder()
 {
+    if (m_folder.isOpen() && m_ownDirectory)
+        (void)!::chdir("/"); // a volume that a thread stands on cannot be taken away
     m_folder.close();
     m_path.clear();
 }

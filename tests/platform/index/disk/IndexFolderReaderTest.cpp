@@ -4,6 +4,7 @@
 #include "XPPath.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <fcntl.h>
 #include <functional>
 #include <gtest/gtest.h>
@@ -20,6 +21,7 @@ struct Found
     std::map<QByteArray, IndexRecord> records;
     std::map<QByteArray, bool> descends;
     std::optional<XPError> error;
+    QString placeAfter; // the thread's working directory
 };
 
 // A reader wants a thread of its own.
@@ -47,6 +49,7 @@ Found read(
                 found.error = listing.error;
         };
         reader.readFolder(folder, hooks);
+        found.placeAfter = QFile::symLinkTarget(QStringLiteral("/proc/thread-self/cwd"));
     }).join();
     return found;
 }
@@ -128,6 +131,13 @@ TEST_P(FolderReader, LooksIntoTheFolderThatItOpened)
     });
     ASSERT_EQ(found.records.size(), 1);
     EXPECT_EQ(found.records.at("noEnding").type, QStringLiteral("com.adobe.pdf"));
+}
+
+// Or else its volume could not be unmounted as long as the thread lives.
+TEST_P(FolderReader, StandsInNoFolderAfterwards)
+{
+    const QString real = QFileInfo(m_folder.path()).canonicalFilePath();
+    EXPECT_NE(read(m_path, GetParam()).placeAfter, real);
 }
 
 TEST_P(FolderReader, SaysWhenAFolderIsGoneOrNone)
