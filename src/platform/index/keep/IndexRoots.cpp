@@ -242,6 +242,8 @@ void IndexRoots::readRoot(Root &root)
         root.crew->overflowed = true; // once more, after this time
         return;
     }
+    if (root.state == State::Missing)
+        m_problems.clear(path); // a root that is as it was is not heard of again
     root.state = State::Reading;
     root.isAsked = true;
     read(root.path, true);

@@ -191,6 +191,35 @@ TEST(IndexRoots, VolumesComeAndGo)
               0);
 }
 
+TEST(IndexRoots, AVolumeThatIsBackAsItWasIsNoProblem)
+{
+    const TestFolder folder;
+    const QString volume = folder.path(QStringLiteral("volume"));
+    (void)folder.file(QStringLiteral("disk/file.txt"));
+    QDir().mkpath(volume);
+    EXPECT_EQ(runChild([&] {
+                  if (!havePrivateMounts())
+                      return;
+                  const QByteArray point = XPPath::encode(volume);
+                  const QByteArray disk = XPPath::encode(folder.path(QStringLiteral("disk")));
+                  const auto mount = [&] {
+                      return ::mount(disk.constData(), point.constData(), nullptr, MS_BIND,
+                                     nullptr) == 0;
+                  };
+                  ASSERT_TRUE(mount());
+                  Scene scene({volume});
+                  scene.open();
+                  ASSERT_TRUE(scene.settle());
+                  ASSERT_EQ(::umount2(point.constData(), MNT_DETACH), 0);
+                  ASSERT_TRUE(scene.becomes(State::Missing));
+                  EXPECT_EQ(scene.problems(), std::vector{IndexProblem::Kind::RootUnmounted});
+                  ASSERT_TRUE(mount());
+                  ASSERT_TRUE(scene.becomes(State::Live));
+                  EXPECT_TRUE(scene.problems().empty());
+              }),
+              0);
+}
+
 // A file system whose program never answers.
 TEST(IndexRoots, AHangingVolumeHoldsUpNobody)
 {
