@@ -224,6 +224,9 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPCannotRename">
         <translation>„%1“ konnte nicht umbenannt werden</translation>
     </message>
+    <message id="KPCannotReveal">
+        <translation>„%1“ konnte nicht in der Dateiverwaltung gezeigt werden</translation>
+    </message>
     <message id="KPCannotTakeBack" numerus="yes">
         <translation>
             <numerusform>%1 Dokument blieb, wie es ist</numerusform>
@@ -1826,11 +1829,17 @@ Absturzberichte erlauben?</translation>
     <message id="KPNoDocumentsHelpZel">
         <translation>Dokumente erscheinen hier, sobald es welche gibt.</translation>
     </message>
+    <message id="KPNoFileManager">
+        <translation>es gibt keine Dateiverwaltung</translation>
+    </message>
     <message id="KPNoImporter">
         <translation>Dokumente können nicht gelesen werden: Das Programm murn-importer fehlt oder startet nicht. Inhalte und neue Bilder gibt es nicht.</translation>
     </message>
     <message id="KPNoPostScriptConverter">
         <translation>Zum Umwandeln von PostScript wird das Paket „ghostscript“ benötigt.</translation>
+    </message>
+    <message id="KPNoProgramToOpen">
+        <translation>es wurde kein Programm gefunden, das Dateien öffnet</translation>
     </message>
     <message id="KPNoScannerAvailable">
         <translation>Kein Scanner verfügbar</translation>
@@ -1846,6 +1855,9 @@ Absturzberichte erlauben?</translation>
     </message>
     <message id="KPNoSuchFolder">
         <translation>es gibt keinen Ordner „%1“</translation>
+    </message>
+    <message id="KPNoSuchProgram">
+        <translation>kein solches Programm ist installiert: %1</translation>
     </message>
     <message id="KPNoTagsToDelete">
         <translation>Keine Schlagwörter zu löschen</translation>
@@ -2692,6 +2704,9 @@ Absturzberichte erlauben?</translation>
     </message>
     <message id="KPRedoNamed">
         <translation>&amp;Wiederholen: %1</translation>
+    </message>
+    <message id="KPRedoing">
+        <translation>Wird wiederholt: %1</translation>
     </message>
     <message id="KPRefresh">
         <translation>Neu &amp;suchen</translation>
@@ -3766,6 +3781,9 @@ Was ist geschehen, und was hatten Sie erwartet?
             <numerusform>Entfernen von %n Dokument aus der Bibliothek</numerusform>
             <numerusform>Entfernen von %n Dokumenten aus der Bibliothek</numerusform>
         </translation>
+    </message>
+    <message id="KPUndoing">
+        <translation>Wird rückgängig gemacht: %1</translation>
     </message>
     <message id="KPUnflag">
         <translation>Markierung entfernen</translation>

@@ -226,6 +226,9 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPCannotRename">
         <translation>“%1” could not be renamed</translation>
     </message>
+    <message id="KPCannotReveal">
+        <translation>“%1” could not be shown in the file manager</translation>
+    </message>
     <message id="KPCannotTakeBack" numerus="yes">
         <translation>
             <numerusform>%1 document was left as it is</numerusform>
@@ -1828,11 +1831,17 @@ Allow crash reporting?</translation>
     <message id="KPNoDocumentsHelpZel">
         <translation>Documents appear here as soon as there are any.</translation>
     </message>
+    <message id="KPNoFileManager">
+        <translation>there is no file manager</translation>
+    </message>
     <message id="KPNoImporter">
         <translation>Documents cannot be read: the program murn-importer is missing or does not start. Contents and new pictures are not available.</translation>
     </message>
     <message id="KPNoPostScriptConverter">
         <translation>Converting PostScript needs the package “ghostscript”.</translation>
+    </message>
+    <message id="KPNoProgramToOpen">
+        <translation>no program to open files with was found</translation>
     </message>
     <message id="KPNoScannerAvailable">
         <translation>No Scanner Available</translation>
@@ -1848,6 +1857,9 @@ Allow crash reporting?</translation>
     </message>
     <message id="KPNoSuchFolder">
         <translation>there is no folder “%1”</translation>
+    </message>
+    <message id="KPNoSuchProgram">
+        <translation>no such program is installed: %1</translation>
     </message>
     <message id="KPNoTagsToDelete">
         <translation>No Tags to Delete</translation>
@@ -2694,6 +2706,9 @@ Allow crash reporting?</translation>
     </message>
     <message id="KPRedoNamed">
         <translation>&amp;Redo: %1</translation>
+    </message>
+    <message id="KPRedoing">
+        <translation>Redoing: %1</translation>
     </message>
     <message id="KPRefresh">
         <translation>&amp;Refresh Search</translation>
@@ -3768,6 +3783,9 @@ What happened, and what did you expect?
             <numerusform>Removal of %n document from the library</numerusform>
             <numerusform>Removal of %n documents from the library</numerusform>
         </translation>
+    </message>
+    <message id="KPUndoing">
+        <translation>Undoing: %1</translation>
     </message>
     <message id="KPUnflag">
         <translation>Remove Flag</translation>

@@ -2,8 +2,8 @@
 
 #include "XPApplications.h"
 #include "XPFileUrls.h"
-#include "XPLog.h"
 #include "XPPath.h"
+#include "XPPrompts.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -17,8 +17,7 @@ std::optional<XPError> XPWorkspace::open(const QString &path)
 {
     if (QDesktopServices::openUrl(XPFileUrls::url(path)))
         return {};
-    return XPError::make(XPError::Kind::Unsupported,
-                         QStringLiteral("no program to open files with was found"), path);
+    return XPError::make(XPError::Kind::Unsupported, qtTrId("KPNoProgramToOpen"), path);
 }
 
 std::optional<XPError> XPWorkspace::openWith(const QStringList &paths, const QString &desktopEntry)
@@ -28,8 +27,7 @@ std::optional<XPError> XPWorkspace::openWith(const QStringList &paths, const QSt
         g_desktop_app_info_new(desktopEntry.toUtf8().constData()), unreference);
     if (!program)
         return XPError::make(XPError::Kind::NotFound,
-                             QStringLiteral("no such program is installed: %1")
-                                 .arg(XPPath::printable(desktopEntry)));
+                             qtTrId("KPNoSuchProgram").arg(XPPath::printable(desktopEntry)));
     GList *urls = nullptr;
     for (const QString &path : paths)
         urls = g_list_append(urls, g_strdup(XPFileUrls::encoded(path).constData()));
@@ -45,8 +43,10 @@ std::optional<XPError> XPWorkspace::openWith(const QStringList &paths, const QSt
 
 static void openFolderOf(const QString &path)
 {
-    if (const auto error = XPWorkspace::open(XPPath::folder(path)))
-        qCWarning(xpLog).noquote() << error->message;
+    if (XPWorkspace::open(XPPath::folder(path)))
+        XPPrompts::current().alert(
+            qtTrId("KPCannotReveal").arg(XPPath::printable(XPPath::fileName(path))),
+            qtTrId("KPNoFileManager"));
 }
 
 static QDBusMessage showItems(const QStringList &paths)
@@ -70,8 +70,7 @@ std::optional<XPError> XPWorkspace::revealAndWait(const QStringList &paths)
     const QString folder = XPPath::folder(paths.first());
     const auto programs = XPApplications::forFolders();
     if (programs.isEmpty())
-        return XPError::make(XPError::Kind::Unsupported, QStringLiteral("there is no file manager"),
-                             folder);
+        return XPError::make(XPError::Kind::Unsupported, qtTrId("KPNoFileManager"), folder);
     return openWith({folder}, programs.first().desktopEntry);
 }
 
