@@ -12,6 +12,7 @@
 #include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QMenu>
+#include <QProxyStyle>
 #include <QScrollBar>
 #include <array>
 
@@ -57,6 +58,22 @@ int KPDocsList::columnOfKey(const QString &key)
     return -1;
 }
 
+namespace {
+
+// Titles begin and end where the cells below them do.
+class HeaderStyle : public QProxyStyle
+{
+public:
+    int pixelMetric(PixelMetric metric, const QStyleOption *option,
+                    const QWidget *widget) const override
+    {
+        return metric == PM_HeaderMargin ? KPDocsListDelegate::padding
+                                         : QProxyStyle::pixelMetric(metric, option, widget);
+    }
+};
+
+} // namespace
+
 KPDocsList::KPDocsList(KPLibraryModel &model, KPArrangedDocs &docs, KPDocsKeys &keys,
                        QWidget *parent)
     : QTreeView(parent), m_model(model), m_docs(docs), m_keys(keys),
@@ -76,6 +93,9 @@ KPDocsList::KPDocsList(KPLibraryModel &model, KPArrangedDocs &docs, KPDocsKeys &
     setAcceptDrops(true);
     setAccessibleName(qtTrId("KPDocuments"));
     m_nameField->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    auto *style = new HeaderStyle;
+    style->setParent(this);
+    header()->setStyle(style);
     header()->setSectionsMovable(true);
     header()->setSectionsClickable(true);
     header()->setStretchLastSection(true);

@@ -11,7 +11,6 @@
 #include <QPainterPath>
 #include <algorithm>
 
-static constexpr int padding = 8;
 static constexpr int iconSide = 16;
 static constexpr int starSide = 14;
 

@@ -14,6 +14,7 @@ class KPDocsListDelegate : public QStyledItemDelegate
 
 public:
     static constexpr int rowHeight = 28;
+    static constexpr int padding = 8; // beside what a cell holds
 
     KPDocsListDelegate(const KPLibraryModel &model, QObject *parent);
 
