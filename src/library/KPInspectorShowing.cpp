@@ -26,7 +26,7 @@
 using Fact = KPDocumentFacts::Fact;
 
 // Of more, the comments are not compared.
-static constexpr qsizetype mostCompared = 200;
+static constexpr qsizetype mostCompared = 5000;
 static constexpr qsizetype mostSomeTags = 12;
 
 void KPInspector::show(const KPSelectionFacts &facts, const Appearance &appearance)
