@@ -6,6 +6,8 @@
 #include "KPDocsTable.h"
 #include "KPDocsView.h"
 #include "KPNameField.h"
+#include "KPTagDrop.h"
+#include "KPTagMime.h"
 #include "UserDefaults.h"
 
 #include <QApplication>
@@ -357,7 +359,8 @@ void KPDocsList::contextMenuEvent(QContextMenuEvent *event)
 
 void KPDocsList::dragEnterEvent(QDragEnterEvent *event)
 {
-    if (!KPDocsView::takesDrop(event->mimeData(), event->source()))
+    if (!KPDocsView::takesDrop(event->mimeData(), event->source()) &&
+        !KPTagMime::hasTags(event->mimeData()))
         return event->ignore();
     event->setDropAction(Qt::CopyAction);
     event->accept();
@@ -365,12 +368,16 @@ void KPDocsList::dragEnterEvent(QDragEnterEvent *event)
 
 void KPDocsList::dragMoveEvent(QDragMoveEvent *event)
 {
+    if (KPTagDrop::drag(event, m_docs, rowAt(event->position().toPoint())))
+        return;
     event->setDropAction(Qt::CopyAction);
     event->accept();
 }
 
 void KPDocsList::dropEvent(QDropEvent *event)
 {
+    if (KPTagDrop::drop(event, m_docs, rowAt(event->position().toPoint()), this))
+        return;
     if (!KPDocsView::takesDrop(event->mimeData(), event->source()))
         return event->ignore();
     event->setDropAction(Qt::CopyAction);

@@ -5,6 +5,8 @@
 #include "KPDocsView.h"
 #include "KPGroupStates.h"
 #include "KPNameField.h"
+#include "KPTagDrop.h"
+#include "KPTagMime.h"
 #include "XPFileUrls.h"
 #include "XPPasteboardSupport.h"
 
@@ -280,7 +282,7 @@ bool KPDocsView::takesDrop(const QMimeData *data, const QObject *source)
 // the files come from.
 void KPDocsView::dragEnterEvent(QDragEnterEvent *event)
 {
-    if (!takesDrop(event->mimeData(), event->source()))
+    if (!takesDrop(event->mimeData(), event->source()) && !KPTagMime::hasTags(event->mimeData()))
         return event->ignore();
     event->setDropAction(Qt::CopyAction);
     event->accept();
@@ -288,12 +290,16 @@ void KPDocsView::dragEnterEvent(QDragEnterEvent *event)
 
 void KPDocsView::dragMoveEvent(QDragMoveEvent *event)
 {
+    if (KPTagDrop::drag(event, m_docs, rowAt(event->position().toPoint())))
+        return;
     event->setDropAction(Qt::CopyAction);
     event->accept();
 }
 
 void KPDocsView::dropEvent(QDropEvent *event)
 {
+    if (KPTagDrop::drop(event, m_docs, rowAt(event->position().toPoint()), this))
+        return;
     if (!takesDrop(event->mimeData(), event->source()))
         return event->ignore();
     event->setDropAction(Qt::CopyAction);

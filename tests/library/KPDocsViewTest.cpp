@@ -2,10 +2,12 @@
 
 #include "KPArrangedDocs.h"
 #include "KPDocPasteboard.h"
+#include "KPDocServices.h"
 #include "KPDocsKeys.h"
 #include "KPEmptyPlace.h"
 #include "KPNameField.h"
 #include "KPQuickLook.h"
+#include "KPTagMime.h"
 #include "ShownSearch.h"
 #include "TestDocs.h"
 #include "UserDefaults.h"
@@ -312,6 +314,48 @@ TEST_F(DocsView, TakesFilesOfOthersAndGivesItsOwn)
     ASSERT_EQ(dropped.count(), 1);
     EXPECT_TRUE(dropped.first().at(1).toBool());
     EXPECT_EQ(event.dropAction(), Qt::CopyAction);
+}
+
+TEST_F(DocsView, GivesTagsThatAreDroppedOnDocuments)
+{
+    struct Services : KPDocServices
+    {
+        explicit Services(QStringList *to) : paths(to) {}
+        void replaceOriginalTags(const TagChange &change) override
+        {
+            EXPECT_EQ(KPTagName::displayStringsForTagNames(change.newTags),
+                      QStringList{QStringLiteral("harbour")});
+            *paths = change.filePaths;
+        }
+        QStringList *paths;
+    };
+    QStringList given;
+    KPDocServices::install(std::make_unique<Services>(&given));
+    show(3);
+    const std::unique_ptr<QMimeData> tags(
+        KPTagMime::mimeData({KPTagName::tagNameForUserEnteredTag(QStringLiteral("harbour"))}));
+    const auto drop = [&](const QPointF &at) {
+        given.clear();
+        QDragEnterEvent enter(at.toPoint(), Qt::CopyAction, tags.get(), Qt::LeftButton,
+                              Qt::NoModifier);
+        QApplication::sendEvent(view.viewport(), &enter);
+        EXPECT_TRUE(enter.isAccepted());
+        QDragMoveEvent move(at.toPoint(), Qt::CopyAction, tags.get(), Qt::LeftButton,
+                            Qt::NoModifier);
+        QApplication::sendEvent(view.viewport(), &move);
+        QDropEvent event(at, Qt::CopyAction, tags.get(), Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(view.viewport(), &event);
+        EXPECT_EQ(move.isAccepted(), event.isAccepted());
+        EXPECT_EQ(event.isAccepted(), !given.isEmpty());
+        return given.size();
+    };
+    docs.selectRow(0);
+    EXPECT_EQ(drop(view.visibleRect(1).center()), 1);
+    EXPECT_EQ(given, QStringList{docs.at(1)->filePath()});
+    docs.selectAll();
+    EXPECT_EQ(drop(view.visibleRect(1).center()), 3);
+    EXPECT_EQ(drop({790, 590}), 0);
+    KPDocServices::install(nullptr);
 }
 
 TEST_F(DocsView, TellsAssistiveProgramsOfItsDocuments)
