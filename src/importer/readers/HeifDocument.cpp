@@ -1,6 +1,6 @@
 #include "HeifDocument.h"
 
-#include <cstring>
+#include <algorithm>
 
 std::optional<DocumentFailure> HeifDocument::open(const DocumentSource &source,
                                                   HeifDocument &document)
@@ -11,7 +11,7 @@ std::optional<DocumentFailure> HeifDocument::open(const DocumentSource &source,
             auto &place = *static_cast<Place *>(data);
             const auto wanted = static_cast<qsizetype>(size);
             const QByteArray bytes = place.source->read(place.at, wanted).valueOr({});
-            std::memcpy(to, bytes.constData(), static_cast<size_t>(bytes.size()));
+            std::copy(bytes.begin(), bytes.end(), static_cast<char *>(to));
             place.at += bytes.size();
             return bytes.size() == wanted ? 0 : 1;
         },
