@@ -105,9 +105,8 @@ XPFileDeeds::Outcome XPFileDeeds::takeBack(const QList<Chain> &deeds,
     Outcome outcome;
     for (auto chain = deeds.rbegin(); chain != deeds.rend(); ++chain) {
         if (options.progress && !options.progress(outcome.deeds.size())) {
-            outcome.failures.append(XPError::make(XPError::Kind::Cancelled,
-                                                  QStringLiteral("stopped"), chain->last().after));
-            continue;
+            outcome.left = deeds.first(deeds.rend() - chain);
+            break;
         }
         auto done = takeBackChain(*chain);
         if (done)

@@ -39,6 +39,7 @@ QList<Chain> of(const XPFileReport &report);
 struct Outcome
 {
     QList<Chain> deeds; // what was done now
+    QList<Chain> left;  // what was not come to, as a stop was asked for
     QList<XPError> failures;
 };
 // Takes everything back, the last first. A document of which not all can be taken back is left as

@@ -61,7 +61,7 @@ std::optional<XPError> XPFiledDocuments::setManaged(bool managed, const QString 
     if (!now)
         return now.error();
     if (*now == managed) {
-        if (!managed)
+        if (stored->value_or(false))
             KPDoc::countRemovedFromLibrary();
         return {};
     }

@@ -19,7 +19,8 @@ void run(Work work, Done done) XP_REQUIRES(xpGuiThread)
                                          [result, done] { done(**result); });
 }
 
-// The same for work on `total` files that is shown and can be stopped between two of them.
+// The same for work on `total` files that is shown and can be stopped between two of them. `work`
+// is called with XPFileRunOptions.
 template <typename Work, typename Done>
 void runShown(const QString &title, qsizetype total, Work work, Done done) XP_REQUIRES(xpGuiThread)
 {
@@ -34,9 +35,9 @@ void runShown(const QString &title, qsizetype total, Work work, Done done) XP_RE
         return !task->isStopAsked;
     };
     run([work, options] { return work(options); },
-        [task, done](const XPFileReport &report) {
+        [task, done](const auto &result) {
             XPProgress::current().end(task);
-            done(report);
+            done(result);
         });
 }
 

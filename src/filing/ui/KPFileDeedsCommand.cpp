@@ -15,14 +15,20 @@ using Outcome = XPFileDeeds::Outcome;
 KPFileDeedsCommand::KPFileDeedsCommand(const QList<XPFileDeeds::Chain> &deeds, const QString &text,
                                        std::function<void()> changed)
     : QUndoCommand(text), m_deeds(std::make_shared<QList<XPFileDeeds::Chain>>(deeds)),
-      m_changed(std::move(changed))
+      m_left(std::make_shared<QList<XPFileDeeds::Chain>>()), m_changed(std::move(changed)),
+      m_count(deeds.size())
 {
+}
+
+void KPFileDeedsCommand::undo()
+{
+    takeBack(QT_TRID_NOOP("KPUndoing"));
 }
 
 void KPFileDeedsCommand::redo()
 {
     if (!std::exchange(m_isNew, false))
-        takeBack();
+        takeBack(QT_TRID_NOOP("KPRedoing"));
 }
 
 // The records of files that are in the trash now.
@@ -54,14 +60,17 @@ static void tellFailures(const QList<XPError> &failures) XP_REQUIRES(xpGuiThread
                                    (isTaken ? qtTrId("KPNameIsTaken") : first.reason()));
 }
 
-void KPFileDeedsCommand::takeBack()
+// What a stop leaves as it is, is undone or redone the next time.
+void KPFileDeedsCommand::takeBack(const char *titleId)
 {
     xpGuiThread.assertHere();
     const auto deeds = m_deeds;
-    XPFilingWork::run(
-        [deeds] {
-            Outcome outcome = XPFileDeeds::takeBack(*deeds);
-            *deeds = outcome.deeds;
+    const auto left = m_left;
+    XPFilingWork::runShown(
+        qtTrId(titleId).arg(text()), m_count,
+        [deeds, left](const XPFileRunOptions &options) {
+            Outcome outcome = XPFileDeeds::takeBack(*deeds, options);
+            *deeds = std::exchange(*left, outcome.left) + outcome.deeds;
             return outcome;
         },
         [changed = m_changed](const Outcome &outcome) {

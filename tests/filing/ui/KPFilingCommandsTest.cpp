@@ -4,6 +4,7 @@
 #include "KPDoc.h"
 #include "KPDocCache.h"
 #include "KPDocumentTargets.h"
+#include "XPProgress.h"
 #include "XPRecentDestinations.h"
 
 #include <QFileDialog>
@@ -200,6 +201,29 @@ TEST_F(FilingCommands, MovesAndCopiesAreUndone)
     history.undo();
     EXPECT_EQ(countOf(paths), 0);
     EXPECT_TRUE(exists(to("0.pdf")) && exists(to("1.pdf")));
+}
+
+TEST_F(FilingCommands, WhatAStoppedUndoLeftIsUndoneTheNextTime)
+{
+    xpGuiThread.assertHere();
+    class StopsAtOnce : public XPProgress
+    {
+    public:
+        void begin(const Task &task) override { task->isStopAsked = true; }
+        void end(const Task & /*task*/) override {}
+    };
+    const QStringList paths = select(2);
+    run("KPManage");
+    XPProgress::install(std::make_unique<StopsAtOnce>());
+    history.undo();
+    XPProgress::install(nullptr);
+    EXPECT_TRUE(XPFiledDocuments::allFilesManaged(paths));
+    EXPECT_TRUE(said->alerts.isEmpty());
+    history.redo();
+    history.undo();
+    EXPECT_FALSE(XPFiledDocuments::isManaged(paths[0]) || XPFiledDocuments::isManaged(paths[1]));
+    history.redo();
+    EXPECT_TRUE(XPFiledDocuments::allFilesManaged(paths));
 }
 
 TEST_F(FilingCommands, FilingIsUndoneWithTheMark)
