@@ -27,10 +27,12 @@ void KPController::showDocuments(const QStringList &paths)
         if (doc != nullptr && m_model->rowOf(doc) >= 0)
             docs.append(doc);
     }
-    if (!docs.isEmpty())
+    if (!docs.isEmpty()) {
         m_library->setSelections(docs, true);
-    else if (!paths.isEmpty())
+    } else if (!paths.isEmpty()) {
         showAllIn({XPPath::folder(paths.first())});
+        m_library->selectWhenShown(paths);
+    }
     raise();
     activateWindow();
 }

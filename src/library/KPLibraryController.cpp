@@ -1,6 +1,7 @@
 #include "KPLibraryController.h"
 
 #include "KPBaseItem.h"
+#include "KPDocCache.h"
 #include "KPDocsKeys.h"
 #include "KPDocsList.h"
 #include "KPDocsView.h"
@@ -153,6 +154,7 @@ void KPLibraryController::takeDelivery(const KPResultsDelivery::Ptr &delivery)
     m_docs.setArrangedObjects(delivery ? delivery->documents : KPResultsArrangement(), isSame);
     showEmptyFacts();
     selectWanted();
+    selectWantedFiles();
 }
 
 // Rows are the model's, which may be ahead of what is arranged.
@@ -341,6 +343,36 @@ void KPLibraryController::selectDocsAndEditTags(const KPDoc::Docs &docs)
 {
     m_wanted = {docs, true};
     selectWanted();
+}
+
+void KPLibraryController::selectWhenShown(const QStringList &paths)
+{
+    m_docs.selectNone();
+    m_wantedFiles = {paths, m_navigator.searcher().searchState()};
+    selectWantedFiles();
+}
+
+// The index may hear of a new file after the search is over.
+void KPLibraryController::selectWantedFiles()
+{
+    if (m_wantedFiles.paths.isEmpty())
+        return;
+    const KPSearchState::Ptr state = m_navigator.searcher().searchState();
+    if (m_docs.selection().count() > 0 || state != m_wantedFiles.state) {
+        m_wantedFiles = {};
+        return;
+    }
+    KPDoc::Docs shown;
+    for (const QString &path : std::as_const(m_wantedFiles.paths)) {
+        KPDoc *doc = KPDocCache::docAtPathIfExists(path);
+        if (doc != nullptr && m_docs.rowOf(doc) >= 0)
+            shown.append(doc);
+    }
+    const bool isAll = shown.size() == m_wantedFiles.paths.size();
+    if (shown.isEmpty() || (!isAll && m_navigator.searcher().isSearching()))
+        return;
+    m_wantedFiles = {};
+    m_docs.setSelections(shown, true);
 }
 
 // When the search is over, what was found of them has to do.

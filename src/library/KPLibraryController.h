@@ -95,6 +95,9 @@ public:
     void scrollSelectionToVisible();
     // Those that are not shown yet are selected as soon as they are.
     void selectDocsAndEditTags(const KPDoc::Docs &docs);
+    // Files that the present search is still to find, unless something else is selected or
+    // searched before.
+    void selectWhenShown(const QStringList &paths);
     void selectAll();
 
     // --- Commands on the selection
@@ -162,6 +165,11 @@ private:
         KPDoc::Docs docs; // to be selected as soon as they are shown
         bool editsTags = false;
     };
+    struct WantedFiles
+    {
+        QStringList paths;
+        KPSearchState::Ptr state; // that is to find them
+    };
 
     void connectViews();
     void connectModel();
@@ -174,6 +182,7 @@ private:
     void takeChanged(int first, int last);
     void tellChanged();
     void selectWanted();
+    void selectWantedFiles();
     KPSearchState::Ptr freshState() const;
     void showEmptyFacts();
     void clearFilters();
@@ -200,6 +209,7 @@ private:
     KPSortOrder m_order;
     KPSearchState::Ptr m_shownState; // of the last delivery
     Wanted m_wanted;
+    WantedFiles m_wantedFiles;
     std::shared_ptr<KPBaseItem> m_sourceItem;
     bool m_isStartQueryRunning = false;
     std::optional<std::pair<QString, QString>> m_reason;

@@ -238,6 +238,32 @@ TEST_F(LibraryController, SelectsWhatIsStillToCome)
     EXPECT_TRUE(library->currentSearchController().isSelected(later));
 }
 
+TEST_F(LibraryController, SelectsFilesThatTheIndexHearsOfLater)
+{
+    show(2);
+    const auto selected = [&](const KPDoc *doc) {
+        return library->currentSearchController().isSelected(doc);
+    };
+    library->selectAll();
+    library->selectWhenShown({QStringLiteral("/gone/pasted.pdf")});
+    EXPECT_FALSE(library->hasSelection());
+    search.add(shownDoc(QStringLiteral("/gone/other.pdf")));
+    search.deliver();
+    EXPECT_FALSE(library->hasSelection());
+    KPDoc *pasted = shownDoc(QStringLiteral("/gone/pasted.pdf"));
+    search.add(pasted);
+    search.deliver();
+    EXPECT_TRUE(selected(pasted));
+    EXPECT_EQ(library->numberOfSelections(), 1);
+
+    library->selectWhenShown({QStringLiteral("/gone/late.pdf")});
+    library->selectAll();
+    KPDoc *late = shownDoc(QStringLiteral("/gone/late.pdf"));
+    search.add(late);
+    search.deliver();
+    EXPECT_FALSE(selected(late)) << "something else was chosen by then";
+}
+
 // However many records say something else, they are told of together and not at once.
 TEST_F(LibraryController, GathersChangesOfWhatIsSelected)
 {
