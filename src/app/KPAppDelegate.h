@@ -116,8 +116,8 @@ private:
     void importFileList(const QStringList &paths, const QString &displayName);
     void markAndShow(const QStringList &paths, const QString &displayName);
     void showFileList(const QStringList &paths, const QString &displayName);
-    void selectLater(const QStringList &paths);
-    void select(const QStringList &paths);
+    void selectLater(const QStringList &paths, bool editsTags);
+    void select(const QStringList &paths, bool editsTags);
     void showFolders(const QStringList &folders);
     void showUrlState(const KPSearchState::Ptr &state);
 

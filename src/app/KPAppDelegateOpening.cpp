@@ -144,7 +144,7 @@ void KPAppDelegate::markAndShow(const QStringList &paths, const QString &display
         if (!m_controller || managed.isEmpty())
             return;
         showFileList(managed, displayName);
-        selectLater(managed);
+        selectLater(managed, true);
     });
 }
 
@@ -156,19 +156,20 @@ void KPAppDelegate::showFileList(const QStringList &paths, const QString &displa
         KPSearchState::blankSearchState()->searchStateWithNewFileList(paths), true, {}, everywhere);
 }
 
-// Once the list is there, their tags can be typed at once.
-void KPAppDelegate::selectLater(const QStringList &paths)
+// Once the list is there; their tags can be typed at once.
+void KPAppDelegate::selectLater(const QStringList &paths, bool editsTags)
 {
     if (paths.size() <= mostToSelect)
-        QTimer::singleShot(beforeSelecting, m_controller.get(), [this, paths] { select(paths); });
+        QTimer::singleShot(beforeSelecting, m_controller.get(),
+                           [this, paths, editsTags] { select(paths, editsTags); });
 }
 
 // Unless the user looks at something else by now.
-void KPAppDelegate::select(const QStringList &paths)
+void KPAppDelegate::select(const QStringList &paths, bool editsTags)
 {
     const KPSearchState::Ptr state = m_controller->searcher().searchState();
     if (state && state->fileListSearch() == paths)
-        m_controller->selectAndEditTags(paths);
+        m_controller->selectDocuments(paths, editsTags);
 }
 
 void KPAppDelegate::showFolders(const QStringList &folders)
@@ -255,9 +256,13 @@ void KPAppDelegate::documentsAsked(const QString &action, const QStringList &url
         askToFile(paths);
         return;
     }
+    const bool editsTags = action == XPApplicationBus::tagAction;
+    if (!editsTags && lookAt(paths).areFolders) {
+        showFolders(paths);
+        return;
+    }
     showFileList(paths, {});
-    if (action == XPApplicationBus::tagAction)
-        selectLater(paths);
+    selectLater(paths, editsTags);
 }
 
 void KPAppDelegate::openUrls(const QStringList &urls, const XPActivation &activation)

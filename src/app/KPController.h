@@ -113,8 +113,8 @@ public:
     bool importDropped(const QMimeData *dropped, KPImport how);
     KPFilingCommands &filing() { return *m_filing; }
     void editTags();
-    // Selects them as soon as they are shown, and asks for their tags.
-    void selectAndEditTags(const QStringList &paths);
+    // Selects them among what is shown; asks for their tags where wanted.
+    void selectDocuments(const QStringList &paths, bool editsTags);
 
 Q_SIGNALS:
     void currentSearchSavableChanged(bool isSavable);

@@ -37,14 +37,17 @@ void KPController::showDocuments(const QStringList &paths)
     activateWindow();
 }
 
-void KPController::selectAndEditTags(const QStringList &paths)
+void KPController::selectDocuments(const QStringList &paths, bool editsTags)
 {
     KPDoc::Docs docs;
     for (const QString &path : paths) {
         if (KPDoc *doc = KPDocCache::docAtPathIfExists(path))
             docs.append(doc);
     }
-    m_library->selectDocsAndEditTags(docs);
+    if (editsTags)
+        m_library->selectDocsAndEditTags(docs);
+    else
+        m_library->setSelections(docs, true);
 }
 
 // What is under way comes first.
