@@ -240,6 +240,8 @@ void XPImageCaptureCoreDevice::startScanIfOk()
 {
     if (!m_nowScanning || m_isReading || m_isBrowsing || m_opening)
         return;
+    if (!m_process.isRunning()) // it ended while nobody waited for it, and its session with it
+        m_open.reset();
     const auto selected = selectedScanner();
     if (!selected) {
         m_scanController->scannerFailed(qtTrId("KPNoScannerAvailable"), {}, false);

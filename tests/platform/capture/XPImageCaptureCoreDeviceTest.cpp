@@ -9,6 +9,7 @@
 #include <QEventLoop>
 #include <QFile>
 #include <QTimer>
+#include <csignal>
 #include <gtest/gtest.h>
 
 using Device = XPImageCaptureCoreDevice;
@@ -144,6 +145,27 @@ TEST(ImageCaptureCoreDevice, PagesComeFromEachPartOfARealDriver)
     ASSERT_TRUE(scene.scans(scanner.path(QStringLiteral("again.tiff"))));
     EXPECT_TRUE(QFile::exists(scanner.path(QStringLiteral("again.tiff"))));
     scene.device.releaseScanners();
+}
+
+TEST(ImageCaptureCoreDevice, ADriverThatEndedBetweenTwoPagesIsStartedAgain)
+{
+    const VirtualScanner scanner;
+    Scene scene;
+    ASSERT_TRUE(scene.finds());
+    UserDefaults::standard().setValue(Device::selectedPaperKey, PropertyValue::integer(53));
+    scene.device.setSettings({.resolution = 75, .mode = QStringLiteral("Gray")});
+    Scene::select(scene.device.scannerNames().first());
+    ASSERT_TRUE(scene.scans(scanner.path(QStringLiteral("1.png"))));
+    QFile children(QStringLiteral("/proc/thread-self/children"));
+    ASSERT_TRUE(children.open(QIODevice::ReadOnly));
+    const int helper = children.readAll().simplified().split(' ').last().toInt();
+    ASSERT_GT(helper, 0);
+    ASSERT_EQ(::kill(helper, SIGKILL), 0);
+    while (::kill(helper, 0) == 0)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    ASSERT_TRUE(scene.scans(scanner.path(QStringLiteral("2.png"))));
+    EXPECT_EQ(scene.controller.pages.size(), 2);
+    EXPECT_TRUE(scene.controller.failures.isEmpty());
 }
 
 TEST(ImageCaptureCoreDevice, DriversThatGoWrongAreSurvived)
