@@ -16,6 +16,7 @@
 #include <QMenu>
 #include <QProxyStyle>
 #include <QScrollBar>
+#include <QStyleOptionHeader>
 #include <array>
 
 static const QString columnsKey = QStringLiteral("KPVisibleColumnsInDocsList");
@@ -32,14 +33,14 @@ using Model = KPLibraryModel;
 } // namespace
 
 static constexpr std::array<ColumnKey, Model::ColumnCount> columnKeys{{
-    {Model::NameColumn, "name", 250},
+    {Model::NameColumn, "name", 232},
     {Model::FlagColumn, "flag", 36},
     {Model::TitleColumn, "title", 220},
-    {Model::TypeColumn, "type", 130},
-    {Model::SizeColumn, "fileSize", 84},
-    {Model::CreatedColumn, "creationDate", 130},
-    {Model::ModifiedColumn, "modificationDate", 130},
-    {Model::AddedColumn, "dateAdded", 130},
+    {Model::TypeColumn, "type", 126},
+    {Model::SizeColumn, "fileSize", 80},
+    {Model::CreatedColumn, "creationDate", 150},
+    {Model::ModifiedColumn, "modificationDate", 150},
+    {Model::AddedColumn, "dateAdded", 150},
     {Model::RatingColumn, "rating", 96},
     {Model::TagsColumn, "tags", 160},
     {Model::FolderColumn, "folder", 220},
@@ -66,11 +67,23 @@ namespace {
 class HeaderStyle : public QProxyStyle
 {
 public:
-    int pixelMetric(PixelMetric metric, const QStyleOption *option,
-                    const QWidget *widget) const override
+    void drawControl(ControlElement element, const QStyleOption *option, QPainter *painter,
+                     const QWidget *widget) const override
     {
-        return metric == PM_HeaderMargin ? KPDocsListDelegate::padding
-                                         : QProxyStyle::pixelMetric(metric, option, widget);
+        if (element != CE_HeaderLabel) {
+            QProxyStyle::drawControl(element, option, painter, widget);
+            return;
+        }
+        const int more = KPDocsListDelegate::padding - pixelMetric(PM_HeaderMargin, option, widget);
+        const auto draw = [&](auto label) {
+            label.rect.adjust(more, 0, -more, 0);
+            QProxyStyle::drawControl(element, &label, painter, widget);
+        };
+        // Which of the two comes depends on Qt's version.
+        if (const auto *newer = qstyleoption_cast<const QStyleOptionHeaderV2 *>(option))
+            draw(*newer);
+        else if (const auto *older = qstyleoption_cast<const QStyleOptionHeader *>(option))
+            draw(*older);
     }
 };
 
