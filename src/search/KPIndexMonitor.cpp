@@ -5,10 +5,13 @@
 #include "KPIndexTexts.h"
 
 #include <QLocale>
+#include <QSocketNotifier>
+#include <fcntl.h>
 
 using Phase = IndexStatus::Phase;
 
 static constexpr std::chrono::milliseconds interval{250};
+static constexpr int looksAfterMounts = 12;
 
 KPIndexMonitor::KPIndexMonitor(MetadataIndex &index, QObject *parent)
     : QObject(parent), m_index(index)
@@ -26,7 +29,22 @@ KPIndexMonitor::KPIndexMonitor(MetadataIndex &index, QObject *parent)
             Qt::QueuedConnection);
     m_listener = m_index.source().addListener(
         [this](const std::vector<IndexItem> &) { Q_EMIT itemsChanged(QPrivateSignal()); });
+    watchMounts();
     m_timer.start();
+}
+
+// A volume that goes, or comes back as it was, changes no item.
+void KPIndexMonitor::watchMounts()
+{
+    m_mountTable = XPFileDescriptor(::open("/proc/thread-self/mountinfo", O_RDONLY | O_CLOEXEC));
+    if (!m_mountTable.isOpen())
+        return;
+    // The kernel reports a change of the table as exceptional on the open file (proc(5)).
+    m_mounts = std::make_unique<QSocketNotifier>(m_mountTable.get(), QSocketNotifier::Exception);
+    connect(m_mounts.get(), &QSocketNotifier::activated, this, [this] {
+        m_looksAhead = looksAfterMounts;
+        m_timer.start();
+    });
 }
 
 KPIndexMonitor::~KPIndexMonitor()
@@ -75,7 +93,8 @@ void KPIndexMonitor::take(const IndexStatus &status)
 {
     m_status = status;
     m_progress.note(status.contentsWaiting, ImportProgress::Clock::now());
-    if (!activity().isEmpty())
+    m_looksAhead = std::max(m_looksAhead - 1, 0);
+    if (!activity().isEmpty() || m_looksAhead > 0)
         m_timer.start();
     Q_EMIT changed();
 }

@@ -2,17 +2,22 @@
 
 #include "ImportProgress.h"
 #include "MetadataIndex.h"
+#include "XPFileDescriptor.h"
 #include "XPMutex.h"
 
 #include <QObject>
 #include <QThreadPool>
 #include <QTimer>
+#include <memory>
+
+class QSocketNotifier;
 
 // The metadata index as the window sees it: what it does, what is degraded, what it covers.
 //
-// Looks a few times in a second while the index is at work, and after each change; the timer
-// stands still when nothing happens. Where another process keeps the index, that one is asked, on
-// a thread of this object's. Threads: main. Ownership: the index must outlive it.
+// Looks a few times in a second while the index is at work, after each change, and for a while
+// after volumes came or went; the timer stands still when nothing happens. Where another process
+// keeps the index, that one is asked, on a thread of this object's. Threads: main. Ownership: the
+// index must outlive it.
 class KPIndexMonitor : public QObject
 {
     Q_OBJECT
@@ -42,6 +47,7 @@ Q_SIGNALS:
     void answered(QPrivateSignal);     // from m_asker's
 
 private:
+    void watchMounts();
     void look();
     void ask();
     void takeAnswer();
@@ -51,6 +57,9 @@ private:
     IndexStatus m_status;
     ImportProgress m_progress;
     QTimer m_timer;
+    XPFileDescriptor m_mountTable;
+    std::unique_ptr<QSocketNotifier> m_mounts;
+    int m_looksAhead = 0; // after a change of the mount table, which the index hears of in its time
     int m_listener;
     bool m_isAsking = false;
     std::atomic<bool> m_isEnding = false;
