@@ -1,7 +1,7 @@
 #include "KPPrompts.h"
 
+#include <QApplication>
 #include <QCloseEvent>
-#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMessageBox>
 #include <QPushButton>
@@ -37,11 +37,19 @@ protected:
 
 } // namespace
 
+// Over the window in front: a box of another one would hide it. Not over a dialog, which may be
+// about to go, and the box with it.
+static QWidget *windowInFront(QWidget *usual)
+{
+    QWidget *active = QApplication::activeWindow();
+    return active && active->windowType() == Qt::Window ? active : usual;
+}
+
 static QMessageBox *makeBox(QWidget *window, QMessageBox::Icon icon, const QString &title,
                             const QString &text)
 {
     auto *box = new Box(icon, QGuiApplication::applicationDisplayName(), title,
-                        QMessageBox::NoButton, window);
+                        QMessageBox::NoButton, windowInFront(window));
     box->setTextFormat(Qt::PlainText);
     box->setInformativeText(text);
     box->setWindowModality(Qt::WindowModal);

@@ -3,6 +3,7 @@
 #include "XPMutex.h"
 
 #include <QApplication>
+#include <QDialog>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTest>
@@ -101,6 +102,20 @@ TEST_F(Prompts, AnAnswerMayLeadToAnotherQuestion)
     QTest::mouseClick(button(box(), "Keep"), Qt::LeftButton);
     EXPECT_EQ(m_answers, (QList<int>{0, 0}));
     EXPECT_TRUE(QTest::qWaitFor([this] { return box() == nullptr; }));
+}
+
+TEST_F(Prompts, StandOverTheWindowInFrontButOverNoDialog)
+{
+    QWidget other;
+    other.show();
+    QApplication::setActiveWindow(&other);
+    ask(0);
+    EXPECT_EQ(other.findChildren<QMessageBox *>().size(), 1);
+    EXPECT_EQ(box(), nullptr);
+    QDialog dialog(&m_window);
+    dialog.show();
+    QApplication::setActiveWindow(&dialog);
+    EXPECT_NE(ask(0), nullptr);
 }
 
 TEST_F(Prompts, NamesAreShownAsPlainTextAndBlockOnlyTheirWindow)
