@@ -1,6 +1,7 @@
 #include "KPFolderSections.h"
 
 #include "KPDocServices.h"
+#include "KPIndexMonitor.h"
 #include "KPListEditor.h"
 #include "KPSearchFolderSetting.h"
 #include "KPSearchFolders.h"
@@ -59,8 +60,8 @@ KPSearchFoldersSection::KPSearchFoldersSection(QWidget *parent) : QWidget(parent
 
 static const QString usualName = QStringLiteral("Filed Documents");
 
-KPManagedFolderSection::KPManagedFolderSection(QWidget *parent)
-    : QWidget(parent), m_text(new QLabel),
+KPManagedFolderSection::KPManagedFolderSection(KPIndexMonitor *index, QWidget *parent)
+    : QWidget(parent), m_index(index), m_text(new QLabel),
       m_make(new QPushButton(qtTrId("KPPrefMakeFolder").arg(usualName))),
       m_reset(new QPushButton(qtTrId("KPPrefReset")))
 {
@@ -104,18 +105,31 @@ void KPManagedFolderSection::choose()
     dialog->setOption(QFileDialog::ShowDirsOnly);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     connect(dialog, &QFileDialog::fileSelected, this, [this](const QString &folder) {
-        change([folder] { XPFiledDocuments::setFiledDocumentsPreferredPath(folder); });
+        auto root = std::make_shared<QString>();
+        change(
+            [folder, root] {
+                XPFiledDocuments::setFiledDocumentsPreferredPath(folder);
+                *root = XPFiledDocuments::filedDocumentsRootIfPresent();
+            },
+            [this, root] {
+                if (m_index) // what is filed there is to be found, on another disk too
+                    m_index->addFolder(*root);
+            });
     });
     dialog->open();
 }
 
-void KPManagedFolderSection::change(std::function<void()> work)
+void KPManagedFolderSection::change(std::function<void()> work, std::function<void()> done)
 {
     xpGuiThread.assertHere();
-    KPDocServices::current().runFileWork(std::move(work), [self = QPointer(this)] {
-        if (self)
-            self->look();
-    });
+    KPDocServices::current().runFileWork(std::move(work),
+                                         [self = QPointer(this), done = std::move(done)] {
+                                             if (!self)
+                                                 return;
+                                             if (done)
+                                                 done();
+                                             self->look();
+                                         });
 }
 
 void KPManagedFolderSection::look()

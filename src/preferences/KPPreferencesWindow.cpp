@@ -145,7 +145,7 @@ QWidget *KPPreferencesWindow::makePlace(const XPSetting &setting)
     if (setting.key == u"KPSearchFolders")
         return new KPSearchFoldersSection;
     if (setting.key == u"KPFiledDocumentsPath")
-        return new KPManagedFolderSection;
+        return new KPManagedFolderSection(m_setup.index);
     if (setting.key == u"KPIndexRoots")
         return new KPIndexListSection(What::Roots, *m_setup.index);
     if (setting.key == u"KPIndexExclusions")
