@@ -51,7 +51,7 @@ static void cacheRoot(const QString &path, quint64 generation)
 }
 
 // Once per process, whichever thread comes first: observers belong to the main thread.
-static void forgetRootWhenActivated()
+static void forgetRootWhenItMayBeAnother()
 {
     static std::atomic_flag done;
     if (done.test_and_set() || QCoreApplication::instance() == nullptr)
@@ -59,10 +59,14 @@ static void forgetRootWhenActivated()
     QMetaObject::invokeMethod(
         QCoreApplication::instance(),
         [] {
-            static auto &observation = *new XPObservation;
-            observation = XPNotificationCenter::instance().addObserver(
+            static auto &activated = *new XPObservation;
+            activated = XPNotificationCenter::instance().addObserver(
                 XPFiledDocuments::willBecomeActiveNotification,
                 [](const XPNotification &) { XPFiledDocuments::rebuildFiledDocsPath(); });
+            static auto &chosen = *new XPObservation; // from the shell, perhaps
+            chosen = UserDefaults::standard().addObserver(
+                QStringLiteral("values.") + XPFiledDocuments::preferredPathKey,
+                [](const PropertyValue &) { XPFiledDocuments::rebuildFiledDocsPath(); });
         },
         Qt::AutoConnection);
 }
@@ -118,7 +122,7 @@ QString XPFiledDocuments::filedDocumentsRoot()
         return path;
     if (!usesFiledDocuments())
         return XPFolders::desktop();
-    forgetRootWhenActivated();
+    forgetRootWhenItMayBeAnother();
     const QString wanted = wantedRoot();
     (void)XPFolders::create(wanted); // what goes there finds out
     QString path = XPFolders::realFolder(wanted).valueOr(wanted);

@@ -52,6 +52,10 @@ TEST_F(FiledDocumentsPlaces, AScopeNeverMakesAFolder)
     EXPECT_FALSE(exists(kept));
     EXPECT_EQ(XPFiledDocuments::filedDocumentsRoot(), kept);
     EXPECT_TRUE(exists(kept));
+    UserDefaults::standard().setValue(XPFiledDocuments::preferredPathKey,
+                                      QStringLiteral("~/Documents/Other"));
+    EXPECT_EQ(XPFiledDocuments::filedDocumentsRoot(),
+              XPFolders::documents() + QStringLiteral("/Other"));
 }
 
 TEST_F(FiledDocumentsPlaces, DatedFoldersAreMadeAndAreNoDocuments)
