@@ -19,6 +19,7 @@ const QString KPSearcher::tagSetsChanged = QStringLiteral("KPTagSetsChanged");
 
 static constexpr auto untilResultsAreSet = 10ms;
 static constexpr auto untilLastResultsAreSet = 200ms;
+static constexpr auto untilTheyAreShown = untilResultsAreSet + 2ms;
 static constexpr auto untilTagsAreBuilt = 100ms;
 
 static void post(const QString &name)
@@ -31,6 +32,7 @@ KPSearcher::KPSearcher(IndexSource &source, const KPThreadedSearcher::Setup &set
                            source, static_cast<KPThreadedSearcher::Delegate *>(this), setup))
 {
     m_setResults.setSingleShot(true);
+    m_setResults.setTimerType(Qt::PreciseTimer);
     connect(&m_setResults, &QTimer::timeout, this, &KPSearcher::actuallySetResults);
     m_buildTags.setSingleShot(true);
     m_buildTags.setInterval(untilTagsAreBuilt);
@@ -283,6 +285,11 @@ void KPSearcher::updatedResults(const KPResultsDelivery::Ptr &delivery)
     m_onDeck.push_back(delivery);
     if (!m_setResults.isActive())
         m_setResults.start(untilResultsAreSet);
+}
+
+std::chrono::milliseconds KPSearcher::restBeforeDone() const
+{
+    return untilTheyAreShown;
 }
 
 void KPSearcher::actuallySetResults()

@@ -144,6 +144,7 @@ private:
     void clearSearchTimers();
     void observeSettings();
     void updatedResults(const KPResultsDelivery::Ptr &delivery) override;
+    std::chrono::milliseconds restBeforeDone() const override;
     void actuallySetResults();
     void setTheCurrentSearchResults(const KPResultsDelivery::Ptr &delivery);
     void searchDone(const QStringList &problems) override;

@@ -258,16 +258,25 @@ void KPThreadedSearcher::deliverNext()
 {
     Message message;
     bool isLast = false;
+    std::chrono::milliseconds pause{};
     {
         const XPLocker lock(m_mutex);
         if (m_messages.empty())
             return;
         message = std::move(m_messages.front());
         m_messages.pop_front();
+        if (message.delivery && message.isDone)
+            pause = m_delegate->restBeforeDone();
+        if (pause > std::chrono::milliseconds::zero()) {
+            Message end;
+            end.isDone = std::exchange(message.isDone, false);
+            end.problems = message.problems;
+            m_messages.push_front(std::move(end));
+        }
         isLast = m_messages.empty();
     }
     if (!isLast)
-        QTimer::singleShot(0, this, &KPThreadedSearcher::deliverNext);
+        QTimer::singleShot(pause, Qt::PreciseTimer, this, &KPThreadedSearcher::deliverNext);
     if (message.delivery)
         m_delegate->updatedResults(message.delivery);
     if (message.scanned)

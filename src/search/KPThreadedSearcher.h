@@ -39,6 +39,9 @@ public:
         virtual void updatedResults(const KPResultsDelivery::Ptr &delivery) = 0;
         virtual void searchDone(const QStringList &problems) = 0;
         virtual void fileListSearchProgress(qint64 filesScanned) = 0;
+        // How long after updatedResults() its results are shown. That all are there is said then:
+        // what waits to be shown at that moment is held back.
+        virtual std::chrono::milliseconds restBeforeDone() const { return {}; }
     };
     struct Setup
     {

@@ -51,7 +51,7 @@ public:
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
         return condition();
     }
-    // The results too: the last delivery comes after the end is told.
+    // The results too: the last delivery may come after the end is told.
     bool waitUntilFinished()
     {
         return waitFor([this] { return isFinished && last && last->isDone; });

@@ -160,6 +160,21 @@ TEST(Searcher, AreTheRegularFilesThatAreNotHidden)
     ASSERT_TRUE(FollowedSearch::waitFor([&] { return results.documents.size() == 2; }));
 }
 
+// A search that is done at once is shown at once, too.
+TEST(Searcher, ShowTheirResultsBeforeTheySayThatTheseAreAll)
+{
+    IndexedFolder folder;
+    const QString file = folder.file(QStringLiteral("few"));
+    FollowedSearch results(folder.index());
+    std::optional<bool> wereShown;
+    QObject::connect(results.searcher.get(), &KPSearcher::finished, &results,
+                     [&] { wereShown = results.holds(file); });
+    results.search(
+        KPSearchState::blankSearchState()->searchStateWithNewContstraintFolders({folder.path()}));
+    ASSERT_TRUE(results.waitUntilFinished());
+    EXPECT_EQ(wereShown, true);
+}
+
 TEST(Searcher, FollowRenamesAsGoneAndNew)
 {
     IndexedFolder folder;
