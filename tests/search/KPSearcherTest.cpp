@@ -169,8 +169,7 @@ TEST(Searcher, ShowTheirResultsBeforeTheySayThatTheseAreAll)
     std::optional<bool> wereShown;
     QObject::connect(results.searcher.get(), &KPSearcher::finished, &results,
                      [&] { wereShown = results.holds(file); });
-    results.search(
-        KPSearchState::blankSearchState()->searchStateWithNewContstraintFolders({folder.path()}));
+    results.search(IndexedFolder::stateIn({folder.path()}));
     ASSERT_TRUE(results.waitUntilFinished());
     EXPECT_EQ(wereShown, true);
 }
