@@ -3836,6 +3836,21 @@ Was ist geschehen, und was hatten Sie erwartet?
     <message id="KPUserGuide">
         <translation>&amp;Benutzerhandbuch</translation>
     </message>
+    <message id="KPWaitingTags">
+        <translation>Wartende Änderungen …</translation>
+    </message>
+    <message id="KPWaitingTagsForget">
+        <translation>Diese Änderung vergessen</translation>
+    </message>
+    <message id="KPWaitingTagsHint">
+        <translation>Diese Dokumente liegen auf Datenträgern, die nicht da sind. Sie werden geändert, sobald die Datenträger zurück sind.</translation>
+    </message>
+    <message id="KPWaitingTagsNone">
+        <translation>Keine Änderung von Schlagwörtern wartet auf einen Datenträger.</translation>
+    </message>
+    <message id="KPWaitingTagsTitle">
+        <translation>Wartende Änderungen von Schlagwörtern</translation>
+    </message>
     <message id="KPWeakCage">
         <translation>Dokumente werden mit weniger Schutz gelesen als vorgesehen: Dieses System hat kein %1.</translation>
     </message>

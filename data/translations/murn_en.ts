@@ -3838,6 +3838,21 @@ What happened, and what did you expect?
     <message id="KPUserGuide">
         <translation>&amp;User Guide</translation>
     </message>
+    <message id="KPWaitingTags">
+        <translation>Waiting Changes…</translation>
+    </message>
+    <message id="KPWaitingTagsForget">
+        <translation>Forget This Change</translation>
+    </message>
+    <message id="KPWaitingTagsHint">
+        <translation>These documents are on volumes that are not there. They are changed when the volumes are back.</translation>
+    </message>
+    <message id="KPWaitingTagsNone">
+        <translation>No change of tags waits for a volume.</translation>
+    </message>
+    <message id="KPWaitingTagsTitle">
+        <translation>Waiting Changes of Tags</translation>
+    </message>
     <message id="KPWeakCage">
         <translation>Documents are read with less protection than there should be: this system has no %1.</translation>
     </message>

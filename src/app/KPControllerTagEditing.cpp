@@ -62,5 +62,8 @@ QList<KPCommand> KPController::tagCommands()
                      m_tagsWindow = std::make_unique<KPTagsWindow>(*this, this);
                  m_tagsWindow->open();
              }},
+        {.id = QT_TRID_NOOP("KPWaitingTags"),
+         .menu = KPCommandMenu::Tags,
+         .run = [this] { m_tagEditing->showWaiting(); }},
     };
 }

@@ -2,6 +2,7 @@
 
 #include "KPEditJournal.h"
 #include "KPRecentTagGroups.h"
+#include "KPWaitingTagChanges.h"
 #include "KarvexPrefs.h"
 #include "XPLog.h"
 #include "XPNotificationCenter.h"
@@ -126,6 +127,7 @@ KPEditReport KPEditWorker::runEdit(const Job &job)
     KPEditReport report;
     report.edit = job.edit;
     report.total = job.edit.paths.size();
+    job.record->rename = job.edit.rename;
     std::unique_ptr<KPEditJournal> journal;
     if (!job.text.isEmpty())
         journal = KPEditJournal::begin(job.text);
@@ -156,6 +158,19 @@ KPEditReport KPEditWorker::runEdit(const Job &job)
     return report;
 }
 
+std::optional<XPError> KPEditWorker::repeatWaiting(KPEditRecord &record, bool undoes)
+{
+    if (!record.rename)
+        return {};
+    if (!undoes)
+        return KPWaitingTagChanges::add(*record.rename, std::exchange(record.waited, {}));
+    auto paths = KPWaitingTagChanges::takeBack(*record.rename);
+    if (!paths)
+        return paths.error();
+    record.waited += *paths;
+    return {};
+}
+
 KPEditReport KPEditWorker::repeat(const Job &job)
 {
     KPEditReport report;
@@ -172,6 +187,8 @@ KPEditReport KPEditWorker::repeat(const Job &job)
         record.isLoaded = true;
     }
     report.total = static_cast<qsizetype>(record.changes.size());
+    if (auto error = repeatWaiting(record, undoes))
+        report.failures.append(*error);
     // A stop in the middle leaves the rest to the journal: what is undone already is passed over.
     for (qsizetype number = 0; number < report.total; ++number) {
         if (isStopped(job)) {

@@ -19,6 +19,10 @@ struct KPEditRecord
     std::vector<KPFileChange> changes;
     QString journal;      // its file (KPEditJournal); empty: there is none
     bool isLoaded = true; // false: the changes are still in the journal alone
+    // Of a tag in the whole library: an undo takes back what waits for volumes, a redo lets these
+    // files wait again.
+    std::optional<KPTagRename> rename = {};
+    QStringList waited = {};
 };
 
 // What became of one edit, undo or redo.
@@ -71,6 +75,7 @@ private:
     KPEditReport run(const Job &job) XP_EXCLUDES(m_mutex);
     KPEditReport runEdit(const Job &job) XP_EXCLUDES(m_mutex);
     KPEditReport repeat(const Job &job) XP_EXCLUDES(m_mutex);
+    static std::optional<XPError> repeatWaiting(KPEditRecord &record, bool undoes);
     bool isStopped(const Job &job) const;
     void publish(const KPFileChange &change, qsizetype done, qsizetype total) XP_EXCLUDES(m_mutex);
     void receive() XP_EXCLUDES(m_mutex);

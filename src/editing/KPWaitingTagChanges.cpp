@@ -8,6 +8,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <algorithm>
 
 using KPWaitingTagChanges::Change;
 
@@ -138,4 +139,29 @@ std::optional<XPError> KPWaitingTagChanges::drop()
 {
     const KarvexFileLock lock = KarvexFileLock::named(path());
     return write({});
+}
+
+XPResult<QStringList> KPWaitingTagChanges::takeBack(const KPTagRename &rename)
+{
+    // Without a lock first: mostly nothing waits.
+    auto changes = read();
+    if (!changes)
+        return changes.error();
+    const auto isMeant = [&rename](const Change &change) { return change.rename == rename; };
+    if (std::none_of(changes->begin(), changes->end(), isMeant))
+        return QStringList();
+    const KarvexFileLock lock = KarvexFileLock::named(path());
+    changes = read();
+    if (!changes)
+        return changes.error();
+    QStringList paths;
+    for (const Change &change : *changes) {
+        if (isMeant(change))
+            paths += change.paths;
+    }
+    QList<Change> left = *changes;
+    left.removeIf(isMeant);
+    if (auto error = write(left))
+        return *error;
+    return paths;
 }

@@ -29,5 +29,7 @@ std::optional<XPError> add(const KPTagRename &rename, const QStringList &paths);
 // fails there is put back with add().
 XPResult<QList<Change>> takeReady();
 std::optional<XPError> drop();
+// Takes out what waits for this change, and answers the files.
+XPResult<QStringList> takeBack(const KPTagRename &rename);
 
 } // namespace KPWaitingTagChanges

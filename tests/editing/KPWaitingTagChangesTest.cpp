@@ -1,11 +1,14 @@
 #include "KPWaitingTagChanges.h"
 
 #include "KPEditJournal.h"
+#include "KPEditWorker.h"
 #include "KPRecentTagGroups.h"
+#include "Karvex.h"
 #include "TestHome.h"
 #include "UserDefaults.h"
 #include "XPAtomicFile.h"
 
+#include <QTest>
 #include <gtest/gtest.h>
 
 class WaitingTagChanges : public testing::Test
@@ -37,6 +40,31 @@ TEST_F(WaitingTagChanges, ComeInTheirOrderOnceTheFilesAreThere)
     EXPECT_EQ(ready->last().rename, removal);
     EXPECT_EQ(waiting(), QStringList{away}) << "a name that is no UTF-8 comes through whole";
     EXPECT_TRUE(KPWaitingTagChanges::takeReady()->isEmpty());
+}
+
+// What was taken back must not happen to the files that come later.
+TEST_F(WaitingTagChanges, AreTakenBackWithTheChangeAndMadeAgainWithIt)
+{
+    const QString file = m_folder.file(QStringLiteral("here"));
+    const QString away = m_folder.path() + QStringLiteral("/away");
+    ASSERT_FALSE(Karvex::setUserTags(QStringList{rename.from}, file));
+    ASSERT_FALSE(KPWaitingTagChanges::add(rename, {away}));
+    ASSERT_FALSE(KPWaitingTagChanges::add(removal, {away + QStringLiteral(" too")}));
+    const QStringList others{away + QStringLiteral(" too")};
+    KPEditWorker worker;
+    const auto record = std::make_shared<KPEditRecord>();
+    const auto isDone = [&] { return QTest::qWaitFor([&] { return !worker.isBusy(); }, 20'000); };
+    worker.edit({{file}, {}, {}, rename}, record);
+    ASSERT_TRUE(isDone());
+    EXPECT_EQ(waiting(), QStringList{away} + others);
+    worker.undo(record);
+    ASSERT_TRUE(isDone());
+    EXPECT_EQ(waiting(), others);
+    EXPECT_EQ(Karvex::getUserTags(file).valueOr({}), QStringList{rename.from});
+    worker.redo(record);
+    ASSERT_TRUE(isDone());
+    EXPECT_EQ(waiting(), others + QStringList{away});
+    EXPECT_EQ(Karvex::getUserTags(file).valueOr({}), QStringList{rename.to});
 }
 
 TEST_F(WaitingTagChanges, DamagedAreAnErrorAndSetAside)

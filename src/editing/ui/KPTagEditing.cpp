@@ -3,6 +3,7 @@
 #include "KPMirrorQuestion.h"
 #include "KPTagRenameDialog.h"
 #include "KPWaitingTagChanges.h"
+#include "KPWaitingTagsDialog.h"
 #include "XPLog.h"
 #include "XPPath.h"
 #include "XPPrompts.h"
@@ -200,6 +201,13 @@ void KPTagEditing::rootsMayHaveChanged()
     if (!m_lastMissing || *m_lastMissing != missing)
         workOffWaiting();
     m_lastMissing = missing;
+}
+
+void KPTagEditing::showWaiting()
+{
+    auto *dialog = new KPWaitingTagsDialog(m_window);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->open();
 }
 
 void KPTagEditing::workOffWaiting()

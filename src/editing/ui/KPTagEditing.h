@@ -33,6 +33,7 @@ public:
     bool isPanelShown() const;
     void selectionChanged(const QStringList &paths);
     void searchForTags();
+    void showWaiting(); // what waits for volumes
     // As the document records ask for it (KPDocServices).
     void replaceOriginalTags(const KPDocServices::TagChange &change) XP_REQUIRES(xpGuiThread);
     void showRenameDialogForTag(KPTagName *tag);
