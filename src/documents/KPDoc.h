@@ -131,6 +131,7 @@ public:
     bool isFlagged() const;
     bool isManaged() const;       // from the file: two calls. Blocking
     bool isManagedSlower() const; // Blocking
+    bool isTakenOut() const;      // has a mark that says it is none of the library's. Blocking
     // Many documents at once, through KPDocServices. Main thread.
     static void addTags(const KPTagName::Tags &tags, const Docs &docs,
                         QObject *reportChangesOverView) XP_REQUIRES(xpGuiThread);

@@ -219,6 +219,12 @@ bool KPDoc::isManagedSlower() const
     return Karvex::getXAttrMetaData(Karvex::managedKey, filePath()).valueOr({}).boolValue();
 }
 
+bool KPDoc::isTakenOut() const
+{
+    const auto mark = Karvex::getXAttrMetaData(Karvex::managedKey, filePath()).valueOr({});
+    return !mark.isNull() && !mark.boolValue();
+}
+
 // --- Many documents at once
 
 void KPDoc::addTags(const Tags &tags, const Docs &docs, QObject *reportChangesOverView)

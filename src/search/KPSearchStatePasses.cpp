@@ -30,8 +30,9 @@ bool KPSearchState::docPassesMDQuery(const KPDoc &doc) const
         return false;
     if (!docPassesFileList(doc) || !docPassesHardCodedExcludePathsMDQuery(doc))
         return false;
-    // Taken out of the library a moment ago, a document may still be in the index's answer.
-    return KPDoc::numDocsRemovedFromLibrary() == 0 || doc.isManaged();
+    // Taken out of the library a moment ago, a document may still be in the index's answer. One
+    // without a mark is there for its tags, its rating or its type, and stays.
+    return KPDoc::numDocsRemovedFromLibrary() == 0 || !doc.isTakenOut();
 }
 
 // --- Text

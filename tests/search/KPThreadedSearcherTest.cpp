@@ -134,6 +134,31 @@ TEST(ThreadedSearcher, TellsAtOnceWhatComesAndLaterWhatGoes)
     EXPECT_TRUE(FollowedSearch::waitFor([&] { return !results.holds(second); }));
 }
 
+// The index may not know of it yet.
+TEST(ThreadedSearcher, WhatIsTakenOutOfTheLibraryIsNotFoundAndNothingElseIsMissing)
+{
+    IndexedFolder folder;
+    const QString out = folder.file(QStringLiteral("out"));
+    const QString stays = folder.file(QStringLiteral("stays"));
+    for (const QString &path : {out, stays})
+        ASSERT_FALSE(Karvex::setRating(3, path));
+    FollowedSearch results(folder.index());
+    const auto library =
+        KPSearchState::blankSearchState()->searchStateWithNewContstraintFolders({folder.path()});
+    results.search(library);
+    ASSERT_TRUE(
+        FollowedSearch::waitFor([&] { return results.holds(out) && results.holds(stays); }));
+    {
+        xpGuiThread.assertHere();
+        KPDoc::setManaged({out}, false);
+    }
+    results.searcher->forceNewSearchNextTime();
+    results.search(library);
+    ASSERT_TRUE(results.waitUntilFinished());
+    EXPECT_FALSE(results.holds(out));
+    EXPECT_TRUE(results.holds(stays));
+}
+
 // Out of the trash, for one.
 TEST(ThreadedSearcher, ShowsADeletedDocumentAgainOnceItsFileIsBack)
 {

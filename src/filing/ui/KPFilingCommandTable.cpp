@@ -6,11 +6,13 @@
 #include "XPFolders.h"
 #include "XPPath.h"
 #include "XPRecentDestinations.h"
+#include "XPVolumes.h"
 
 #include <QGuiApplication>
 #include <algorithm>
 
-// Whether it is so for one of the documents; of many it is only supposed.
+// Whether it is so for one of the documents; of many, or on a volume that may hang, it is only
+// supposed.
 template <typename Test>
 static bool isSoForOne(const KPDocumentTargets &targets, Test test)
 {
@@ -19,8 +21,9 @@ static bool isSoForOne(const KPDocumentTargets &targets, Test test)
     if (count == 0 || count > mostLookedAt)
         return count > 0;
     const KPDoc::Docs docs = targets.documents();
-    return std::any_of(docs.begin(), docs.end(),
-                       [&](const KPDoc *doc) { return test(doc->filePath()); });
+    return std::any_of(docs.begin(), docs.end(), [&](const KPDoc *doc) {
+        return XPVolumes::isOnSlowVolume(doc->filePath()) || test(doc->filePath());
+    });
 }
 
 // Another mark, or none, or one that cannot be read.

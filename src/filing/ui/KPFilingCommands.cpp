@@ -111,6 +111,8 @@ void KPFilingCommands::unmanageSelected()
 {
     XPFiledDocuments::takeMarksAwayUI(paths(), [self = QPointer(this)](const XPFileReport &report) {
         xpGuiThread.assertHere();
+        // What leaves a live search is seen to leave it seconds later; the user took these out.
+        XPNotificationCenter::instance().post(QStringLiteral("KPNeedToRedoSearch"));
         if (self)
             self->done(report, QT_TRID_NOOP("KPUndoUnmanage"));
     });
