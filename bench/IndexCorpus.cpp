@@ -175,15 +175,24 @@ void IndexCorpus::batches(const std::function<void(const IndexBatch &batch)> &ta
     }
 }
 
+static std::unique_ptr<IndexCatalog> catalogOf(quint32 files)
+{
+    auto made = std::make_unique<IndexCatalog>();
+    IndexCorpus(files, IndexCorpus::Bodies::None).batches([&](const IndexBatch &batch) {
+        made->apply(batch);
+    });
+    made->orderNames(); // as after a crawl
+    return made;
+}
+
+const IndexCatalog &IndexCorpus::hundredThousand()
+{
+    static const std::unique_ptr<IndexCatalog> catalog = catalogOf(100'000);
+    return *catalog;
+}
+
 const IndexCatalog &IndexCorpus::million()
 {
-    static const std::unique_ptr<IndexCatalog> catalog = [] {
-        auto made = std::make_unique<IndexCatalog>();
-        IndexCorpus(1'000'000, Bodies::None).batches([&](const IndexBatch &batch) {
-            made->apply(batch);
-        });
-        made->orderNames(); // as after a crawl
-        return made;
-    }();
+    static const std::unique_ptr<IndexCatalog> catalog = catalogOf(1'000'000);
     return *catalog;
 }

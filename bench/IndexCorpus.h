@@ -30,7 +30,8 @@ public:
     // count up from 1, the root, whose path is `rootPath`.
     static constexpr const char *rootPath = "/home/user";
     void batches(const std::function<void(const IndexBatch &batch)> &take) const;
-    // A catalog of 1,000,000 files without a disk; made once.
+    // Catalogs of so many files without a disk; each made once.
+    static const IndexCatalog &hundredThousand();
     static const IndexCatalog &million();
 
     struct Folder

@@ -24,22 +24,9 @@ using XPBench::Clock;
 
 namespace {
 
-const IndexCatalog &hundredThousand()
-{
-    static const std::unique_ptr<IndexCatalog> catalog = [] {
-        auto made = std::make_unique<IndexCatalog>();
-        IndexCorpus(100'000, IndexCorpus::Bodies::None).batches([&](const IndexBatch &batch) {
-            made->apply(batch);
-        });
-        made->orderNames();
-        return made;
-    }();
-    return *catalog;
-}
-
 const IndexCatalog &catalogOf(qint64 files)
 {
-    return files > 100'000 ? IndexCorpus::million() : hundredThousand();
+    return files > 100'000 ? IndexCorpus::million() : IndexCorpus::hundredThousand();
 }
 
 // With the files that nobody tagged: the more there are, the harder.
@@ -167,7 +154,7 @@ BENCHMARK(firstDelivery)
 
 static void allSortedGroupedCounted(benchmark::State &state)
 {
-    CatalogSource source(hundredThousand());
+    CatalogSource source(IndexCorpus::hundredThousand());
     Run run(source, atOnce());
     run.searcher().setResultsOrder(groupedOrder());
     for ([[maybe_unused]] auto _ : state)
@@ -180,7 +167,7 @@ BENCHMARK(allSortedGroupedCounted)->UseRealTime()->Unit(benchmark::kMillisecond)
 
 static void bareQuery(benchmark::State &state)
 {
-    CatalogSource source(hundredThousand());
+    CatalogSource source(IndexCorpus::hundredThousand());
     const QString text = everything()->queryText();
     qsizetype count = 0;
     for ([[maybe_unused]] auto _ : state) {
@@ -231,7 +218,7 @@ BENCHMARK(memoryOfAResult)->Iterations(1);
 // Bytes after many searches that take turns, as a ratio to those after the first few.
 static void memoryAfterManySearches(benchmark::State &state)
 {
-    CatalogSource source(hundredThousand());
+    CatalogSource source(IndexCorpus::hundredThousand());
     Run run(source, atOnce());
     run.searcher().setResultsOrder(groupedOrder());
     const char *words[] = {"a", "e", "re", "in", "o"};
@@ -289,7 +276,7 @@ BENCHMARK(changeOfAnotherProgram)->Arg(50)->Arg(99)->Iterations(1)->Unit(benchma
 static void deepListing(benchmark::State &state)
 {
     const QString corpus = IndexCorpus::onDisk(100'000, IndexCorpus::Bodies::None);
-    CatalogSource source(hundredThousand());
+    CatalogSource source(IndexCorpus::hundredThousand());
     // As the shell asks: nothing of what stands on the files.
     KPThreadedSearcher::Setup setup = atOnce();
     setup.live = false;
