@@ -46,6 +46,7 @@ void KPSelectionFacts::remove(KPDoc *doc)
 
 void KPSelectionFacts::setDocuments(const KPDoc::Docs &documents)
 {
+    m_own.reserve(documents.size());
     const QSet<KPDoc *> wanted(documents.begin(), documents.end());
     for (KPDoc *doc : std::as_const(m_documents)) {
         if (!wanted.contains(doc))
