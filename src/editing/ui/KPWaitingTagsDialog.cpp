@@ -16,6 +16,8 @@
 
 using KPWaitingTagChanges::Change;
 
+static constexpr qsizetype shownAtOnce = 10;
+
 static QString textOf(const Change &change)
 {
     const QString from = XPPath::printable(change.rename.allFrom().join(QStringLiteral(", ")));
