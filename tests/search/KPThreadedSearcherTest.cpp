@@ -171,6 +171,7 @@ TEST(ThreadedSearcher, ShowsADeletedDocumentAgainOnceItsFileIsBack)
         results.search(folder.state());
         ASSERT_TRUE(results.waitUntilFinished());
         move(path, away);
+        xpGuiThread.assertHere();
         KPDoc::deleteDoc(KPDocCache::docAtPathIfExists(path), false, [](const auto &) {});
         ASSERT_TRUE(FollowedSearch::waitFor([&] { return !results.holds(path); }));
         if (isNoticed)
