@@ -2,6 +2,8 @@
 #include "CatalogSource.h"
 #include "IndexCorpus.h"
 #include "IndexLook.h"
+#include "KPActiveFolders.h"
+#include "KPBookmarks.h"
 #include "KPCrumbController.h"
 #include "KPCrumbTrail.h"
 #include "KPRowCounts.h"
@@ -13,6 +15,7 @@
 #include <QApplication>
 #include <QHash>
 #include <QPixmap>
+#include <QTemporaryDir>
 
 using XPBench::CatalogSource;
 
@@ -139,3 +142,59 @@ static void facetPass(benchmark::State &state)
     }
 }
 BENCHMARK(facetPass)->Name("countRows/baseline")->Unit(benchmark::kMillisecond)->UseRealTime();
+
+// --- Trees
+
+// A node of a tree of a hundred thousand folders, opened: the first one, with all below it, and
+// one far inside.
+static void openNode(benchmark::State &state)
+{
+    KPActiveFolders::Table table;
+    for (int top = 0; top < 50; ++top) {
+        for (int middle = 0; middle < 40; ++middle) {
+            for (int folder = 0; folder < 50; ++folder)
+                table.insert(KPPool::pooledString(QStringLiteral("/home/user/top %1/middle %2/%3")
+                                                      .arg(top)
+                                                      .arg(middle)
+                                                      .arg(folder)),
+                             1);
+            table.insert(KPPool::pooledString(
+                             QStringLiteral("/home/user/top %1/middle %2").arg(top).arg(middle)),
+                         50);
+        }
+        table.insert(KPPool::pooledString(QStringLiteral("/home/user/top %1").arg(top)), 2000);
+    }
+    table.insert(KPPool::pooledString(QStringLiteral("/home/user")), 100'000);
+    const KPActiveFolders folders(table);
+    qint64 opened = 0;
+    for ([[maybe_unused]] auto _ : state) {
+        for (const QString &node :
+             {QStringLiteral("/home/user"), QStringLiteral("/home/user/top 7/middle 3")}) {
+            benchmark::DoNotOptimize(folders.below({node}));
+            ++opened;
+        }
+    }
+    state.SetItemsProcessed(opened);
+    XPBench::itemsPerSecondAtLeast(state, 62.5); // 16 ms
+}
+BENCHMARK(openNode)->Unit(benchmark::kMillisecond);
+
+// Five thousand bookmarks, read as at the start.
+static void readBookmarks(benchmark::State &state)
+{
+    const QTemporaryDir folder(QDir::currentPath() + QStringLiteral("/bookmarks-XXXXXX"));
+    const QString file = folder.filePath(QStringLiteral("bookmarks.plist"));
+    QList<KPBookmark> many;
+    for (int i = 0; i < 5000; ++i)
+        many.append(KPBookmark::search(QStringLiteral("bookmark %1").arg(i), *manyCriteria(i)));
+    {
+        KPBookmarks made(file);
+        if (made.insert(many))
+            state.SkipWithError("they cannot be kept");
+    }
+    for ([[maybe_unused]] auto _ : state) {
+        const KPBookmarks bookmarks(file);
+        benchmark::DoNotOptimize(bookmarks.root().children.size());
+    }
+}
+BENCHMARK(readBookmarks)->Unit(benchmark::kMillisecond);
