@@ -3288,7 +3288,7 @@ Was ist geschehen, und was hatten Sie erwartet?
         <translation>Quellen</translation>
     </message>
     <message id="KPSourceListDates">
-        <translation>Daten</translation>
+        <translation>Datum</translation>
     </message>
     <message id="KPSourceListKinds">
         <translation>Arten</translation>

@@ -68,11 +68,14 @@ public:
     explicit List(KPDocsView *view) : QAccessibleWidget(view, QAccessible::List) {}
     ~List() override { forget(); }
 
-    int childCount() const override { return docs().count(); }
+    // Without documents: what is said in their place, and its button.
+    int childCount() const override { return isEmpty() ? 1 : docs().count(); }
     QAccessibleInterface *child(int row) const override
     {
         if (row < 0 || row >= childCount())
             return nullptr;
+        if (isEmpty())
+            return QAccessible::queryAccessibleInterface(&view()->emptyPlace());
         KPDoc *doc = docs().at(row);
         if (const auto known = m_items.find(doc); known != m_items.end())
             return QAccessible::accessibleInterface(*known);
@@ -82,10 +85,14 @@ public:
     }
     QAccessibleInterface *childAt(int x, int y) const override
     {
+        if (isEmpty())
+            return child(0);
         return child(view()->rowAt(view()->viewport()->mapFromGlobal(QPoint(x, y))));
     }
     int indexOfChild(const QAccessibleInterface *wanted) const override
     {
+        if (isEmpty())
+            return wanted == child(0) ? 0 : -1;
         for (auto each = m_items.begin(); each != m_items.end(); ++each) {
             if (QAccessible::accessibleInterface(*each) == wanted)
                 return docs().rowOf(each.key());
@@ -106,6 +113,7 @@ public:
 private:
     KPDocsView *view() const { return static_cast<KPDocsView *>(widget()); }
     KPArrangedDocs &docs() const { return view()->docs(); }
+    bool isEmpty() const { return docs().count() == 0 && view()->emptyPlace().isVisibleTo(view()); }
 
     mutable QHash<KPDoc *, QAccessible::Id> m_items;
 };
