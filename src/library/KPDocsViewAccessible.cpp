@@ -2,6 +2,7 @@
 
 #include "KPArrangedDocs.h"
 #include "KPDocsView.h"
+#include "KPEmptyPlace.h"
 #include "XPPath.h"
 
 #include <QAccessible>
