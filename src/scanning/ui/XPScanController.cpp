@@ -33,7 +33,7 @@ static const QString frameKey = QStringLiteral("KPScanWindowFrame");
 
 using Profile = XPScanProfile;
 
-static constexpr int stripWidth = 112;
+static constexpr int stripWidth = 148; // with the number beside the picture, and a scroll bar
 static constexpr int sidebarWidth = 260;
 
 XPScanController::XPScanController(Hooks hooks)
@@ -55,6 +55,8 @@ XPScanController::XPScanController(Hooks hooks)
     m_strip->setIconSize(QSize(72, 96));
     m_strip->setDragDropMode(QAbstractItemView::InternalMove);
     m_strip->setDefaultDropAction(Qt::MoveAction);
+    m_strip->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_strip->setWordWrap(true);
     auto *pages = new QDockWidget(qtTrId("KPScanPages"), this);
     pages->setObjectName(QStringLiteral("pages"));
     pages->setFeatures(QDockWidget::NoDockWidgetFeatures);
