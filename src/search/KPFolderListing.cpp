@@ -419,12 +419,15 @@ void KPFolderListing::takeEvents()
         m_again.start();
 }
 
-// The folder comes when something of that name comes into the nearest one that is there.
+// The folder comes when something of that name comes into the nearest one that is there. Of that
+// one's own end the system tells only once no program stands in it any more: the one above is
+// watched too, and tells at once.
 void KPFolderListing::await(const QByteArray &root)
 {
     if (!m_watcher || isSlow(root))
         return;
-    for (QByteArray above = root; above.size() > 1;) {
+    int watched = 0;
+    for (QByteArray above = root; above.size() > 1 && watched < 2;) {
         above.truncate(std::max<qsizetype>(above.lastIndexOf('/'), 1));
         const XPFileDescriptor folder = KPFolderContents::open(above, true);
         if (!folder.isOpen())
@@ -432,14 +435,16 @@ void KPFolderListing::await(const QByteArray &root)
         m_awaited[above].insert(root);
         if (!m_watcher->watch(above, folder.get()))
             m_lacksWatches = true;
-        // It, or a folder on the way, may have come before the watch did.
+        if (++watched > 1)
+            continue;
+        // It, or a folder on the way, may have come before the watch did; or this one has gone.
         const qsizetype end = root.indexOf('/', above.size() > 1 ? above.size() + 1 : 1);
         struct stat facts = {};
-        if (::stat(root.left(end).constData(), &facts) == 0) {
+        if (::stat(root.left(end).constData(), &facts) == 0 ||
+            (::fstat(folder.get(), &facts) == 0 && facts.st_nlink == 0)) {
             m_dirty[above] = QSet<QByteArray>();
             m_again.start();
         }
-        return;
     }
 }
 

@@ -178,6 +178,25 @@ TEST_F(FolderListing, AwaitsAFolderThatIsNotThere)
     EXPECT_TRUE(FollowedSearch::waitFor([&] { return results.holds(at("late/below/it/c.txt")); }));
 }
 
+// The end of a folder that another program stands in is told late, or never.
+TEST_F(FolderListing, AwaitsBelowAFolderThatIsReplacedWhileItIsHeldOpen)
+{
+    const QString path = at("late/below/f.txt");
+    folder.file(QStringLiteral("late/below/f.txt"));
+    FollowedSearch results(folder.index());
+    results.search(
+        IndexedFolder::stateIn({at("late/below")})->searchStateWithNewFinderListing(true, true));
+    ASSERT_TRUE(FollowedSearch::waitFor([&] { return results.holds(path); }));
+    const QByteArray late = XPPath::encode(at("late"));
+    fs::remove_all((late + "/below").toStdString());
+    ASSERT_TRUE(FollowedSearch::waitFor(
+        [&] { return !results.holds(path) && !results.last->problems.isEmpty(); }));
+    const XPFileDescriptor held(::open(late.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    fs::remove(late.toStdString());
+    folder.file(QStringLiteral("late/below/f.txt"));
+    EXPECT_TRUE(FollowedSearch::waitFor([&] { return results.holds(path); }));
+}
+
 // What may not be read is told, and all else is there.
 TEST_F(FolderListing, SaysWhatMayNotBeRead)
 {
