@@ -80,6 +80,12 @@ function(murn_program)
     set(folder "${CMAKE_INSTALL_BINDIR}")
     if(arg_INTERNAL)
         set(folder "${CMAKE_INSTALL_LIBEXECDIR}")
+        # The two that people start run it: whoever builds one of them needs it too. (Evaluated now,
+        # called once both are there.)
+        cmake_language(EVAL CODE "cmake_language(DEFER DIRECTORY [[${CMAKE_SOURCE_DIR}]]
+            CALL add_dependencies murn ${arg_NAME})
+            cmake_language(DEFER DIRECTORY [[${CMAKE_SOURCE_DIR}]]
+            CALL add_dependencies murnctl ${arg_NAME})")
     endif()
     install(TARGETS ${arg_NAME} RUNTIME DESTINATION "${folder}")
 endfunction()

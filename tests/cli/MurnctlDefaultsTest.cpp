@@ -112,7 +112,8 @@ TEST(MurnctlDefaults, SurviveAFileOfWrongKinds)
     }
     for (const char *command : {"find", "tags", "index", "healed"})
         EXPECT_GE(murnctl({command, "--help"}, QStringLiteral("/")).status, 0);
-    EXPECT_EQ(murnctl({"find", "--list-folder", "."}, QStringLiteral("/tmp")).status, 0);
-    EXPECT_EQ(murnctl({"index", "roots"}, QStringLiteral("/tmp")).status, 0);
+    const TestFolder folder;
+    EXPECT_EQ(murnctl({"find", "--list-folder", "."}, folder.path()).status, 0);
+    EXPECT_EQ(murnctl({"index", "roots"}, folder.path()).status, 0);
     EXPECT_EQ(::remove(path.toUtf8().constData()), 0);
 }
