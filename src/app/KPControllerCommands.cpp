@@ -266,7 +266,11 @@ QList<KPCommand> KPController::helpCommands()
         {.id = QT_TRID_NOOP("KPUserGuide"),
          .menu = Menu::Help,
          .shortcut = QKeySequence::HelpContents,
-         .run = [this] { userGuideAction(); },
+         .run =
+             [this] {
+                 xpGuiThread.assertHere();
+                 userGuideAction();
+             },
          .state = [hasGuide] { return KPCommandState{.isShown = hasGuide}; }},
         {.id = QT_TRID_NOOP("KPShortcuts"),
          .menu = Menu::Help,

@@ -5,9 +5,9 @@
 #include "KarvexErrors.h"
 #include "UserDefaults.h"
 #include "XPAttributeCache.h"
+#include "XPMainThread.h"
 #include "XPNotificationCenter.h"
 
-#include <QCoreApplication>
 #include <QTimer>
 #include <array>
 #include <chrono>
@@ -190,13 +190,10 @@ static void startWhenFirstAsked(Attribute attribute)
     if (kindOf(attribute).delay || state().holds || !state().source.isSet() ||
         state().asked[attribute].exchange(true))
         return;
-    QMetaObject::invokeMethod(
-        QCoreApplication::instance(),
-        [attribute] {
-            xpGuiThread.assertHere();
-            start(attribute);
-        },
-        Qt::QueuedConnection);
+    xpOnMainThread([attribute] {
+        xpGuiThread.assertHere();
+        start(attribute);
+    });
 }
 
 XPAttributeValuePtr KPDocMetaData::value(Attribute attribute, KPPooledString path)

@@ -3,8 +3,8 @@
 #include "KarvexBackupFile.h"
 #include "KarvexSync.h"
 #include "UserDefaults.h"
+#include "XPMainThread.h"
 
-#include <QCoreApplication>
 #include <QDateTime>
 #include <QLabel>
 #include <QLocale>
@@ -56,15 +56,12 @@ void KPBackupSection::look()
         const auto records = bytes ? KarvexBackupFile::decode(*bytes, path)
                                    : XPResult<KarvexBackupFile::Records>(bytes.error());
         const qint64 count = records ? records->size() : 0;
-        QMetaObject::invokeMethod(
-            QCoreApplication::instance(),
-            [self, count] {
-                if (self) {
-                    self->m_records = count;
-                    self->refresh();
-                }
-            },
-            Qt::QueuedConnection);
+        xpOnMainThread([self, count] {
+            if (self) {
+                self->m_records = count;
+                self->refresh();
+            }
+        });
     });
     refresh();
 }

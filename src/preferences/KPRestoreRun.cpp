@@ -1,9 +1,9 @@
 #include "KPRestoreRun.h"
 
 #include "KarvexAuthenticated.h"
+#include "XPMainThread.h"
 #include "XPStrandedThreads.h"
 
-#include <QCoreApplication>
 #include <QPointer>
 #include <atomic>
 #include <chrono>
@@ -23,11 +23,6 @@ struct KPRestoreRun::State
     XPMutex mutex;
     KarvexRestore::Result result XP_GUARDED_BY(mutex);
 };
-
-static void onMain(const std::function<void()> &act)
-{
-    QMetaObject::invokeMethod(QCoreApplication::instance(), act, Qt::QueuedConnection);
-}
 
 KPRestoreRun::KPRestoreRun(IndexSource &source, QObject *parent) : QObject(parent), m_source(source)
 {
@@ -81,7 +76,7 @@ void KPRestoreRun::start(const QString &backup, KarvexRestore::Options options)
         const qsizetype hundredth = total > 0 ? done * 100 / total : 0;
         if (state->told.exchange(hundredth) == hundredth)
             return;
-        onMain([state, done, total] {
+        xpOnMainThread([state, done, total] {
             if (state->run && state->run->m_state == state)
                 Q_EMIT state->run->progressed(done, total);
         });
@@ -93,7 +88,7 @@ void KPRestoreRun::start(const QString &backup, KarvexRestore::Options options)
             const XPLocker locker(state->mutex);
             state->result = std::move(result);
         }
-        onMain([state] {
+        xpOnMainThread([state] {
             if (state->run)
                 state->run->take(state);
         });

@@ -3,11 +3,11 @@
 #include "KPDoc.h"
 #include "XPAuthenticatedTrash.h"
 #include "XPLog.h"
+#include "XPMainThread.h"
 #include "XPPath.h"
 #include "XPProgress.h"
 #include "XPPrompts.h"
 
-#include <QCoreApplication>
 #include <QLocale>
 
 using Kind = XPError::Kind;
@@ -56,13 +56,10 @@ void KPTrashing::next()
                          ++self->m_task->done;
                          // From the event loop: where file work is done at once, this would be deep
                          // in itself.
-                         QMetaObject::invokeMethod(
-                             QCoreApplication::instance(),
-                             [self] {
-                                 xpGuiThread.assertHere();
-                                 self->next();
-                             },
-                             Qt::QueuedConnection);
+                         xpOnMainThread([self] {
+                             xpGuiThread.assertHere();
+                             self->next();
+                         });
                      });
 }
 

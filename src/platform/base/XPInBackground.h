@@ -1,9 +1,9 @@
 #pragma once
 
+#include "XPMainThread.h"
 #include "XPMutex.h"
 #include "XPStrandedThreads.h"
 
-#include <QCoreApplication>
 #include <QPointer>
 #include <memory>
 #include <optional>
@@ -32,17 +32,14 @@ void xpInBackground(QObject *receiver, Work work, Done done)
             const XPLocker locker(box->mutex);
             box->answer = std::move(answer);
         }
-        QMetaObject::invokeMethod(
-            QCoreApplication::instance(),
-            [box] {
-                const auto taken = [&] {
-                    const XPLocker locker(box->mutex);
-                    return std::move(box->answer);
-                }();
-                if (box->receiver && taken)
-                    box->done(*taken);
-            },
-            Qt::QueuedConnection);
+        xpOnMainThread([box] {
+            const auto taken = [&] {
+                const XPLocker locker(box->mutex);
+                return std::move(box->answer);
+            }();
+            if (box->receiver && taken)
+                box->done(*taken);
+        });
         const XPLocker locker(box->mutex);
         box->hasEnded = true;
     });

@@ -1,38 +1,70 @@
 #include "XPPageLoader.h"
 
+#include "XPMainThread.h"
+#include "XPMutex.h"
 #include "XPScannedPages.h"
 
-#include <QThread>
+#include <QPointer>
+#include <condition_variable>
+#include <deque>
+#include <thread>
 
 struct XPPageLoader::Private
 {
-    QThread thread;
-    QObject worker; // lives there
+    void work();
+
+    XPMutex mutex;
+    std::condition_variable_any wake;
+    std::deque<std::function<void()>> waiting XP_GUARDED_BY(mutex);
+    bool isEnding XP_GUARDED_BY(mutex) = false;
+    std::thread thread;
 };
+
+void XPPageLoader::Private::work()
+{
+    XPLocker locker(mutex);
+    while (!isEnding || !waiting.empty()) {
+        if (waiting.empty()) {
+            wake.wait(locker);
+            continue;
+        }
+        const auto piece = std::move(waiting.front());
+        waiting.pop_front();
+        locker.unlock();
+        piece();
+        locker.lock();
+    }
+}
 
 XPPageLoader::XPPageLoader() : d(std::make_unique<Private>())
 {
-    d->worker.moveToThread(&d->thread);
-    d->thread.start();
+    d->thread = std::thread([this] { d->work(); });
 }
 
 XPPageLoader::~XPPageLoader()
 {
-    // After what waits: it may be a document that is being written.
-    QMetaObject::invokeMethod(
-        &d->worker, [this] { d->thread.quit(); }, Qt::QueuedConnection);
-    d->thread.wait();
+    {
+        const XPLocker locker(d->mutex);
+        d->isEnding = true;
+    }
+    d->wake.notify_one();
+    d->thread.join(); // after what waits: it may be a document that is being written
 }
 
 void XPPageLoader::run(std::function<void()> work, std::function<void()> done)
 {
-    QMetaObject::invokeMethod(
-        &d->worker,
-        [this, work = std::move(work), done = std::move(done)] {
-            work();
-            QMetaObject::invokeMethod(this, done, Qt::QueuedConnection);
-        },
-        Qt::QueuedConnection);
+    {
+        const XPLocker locker(d->mutex);
+        d->waiting.emplace_back(
+            [self = QPointer(this), work = std::move(work), done = std::move(done)] {
+                work();
+                xpOnMainThread([self, done] {
+                    if (self)
+                        done();
+                });
+            });
+    }
+    d->wake.notify_one();
 }
 
 void XPPageLoader::load(const QString &path, std::function<void(const QImage &)> done)

@@ -3,6 +3,7 @@
 
 #include "KPDocEdits.h"
 #include "Karvex.h"
+#include "XPMainThread.h"
 #include "XPPageLoader.h"
 #include "XPPath.h"
 #include "XPPrompts.h"
@@ -12,7 +13,6 @@
 
 #include <QCheckBox>
 #include <QCloseEvent>
-#include <QCoreApplication>
 #include <QFileDialog>
 #include <QLabel>
 #include <QPointer>
@@ -95,7 +95,7 @@ void XPScanController::finish(const QString &toPath)
     m_loader->run(
         [request, tags, rating, result, bar] {
             *result = XPScanDocument::file(request, [bar](double part) {
-                QMetaObject::invokeMethod(QCoreApplication::instance(), [bar, part] {
+                xpOnMainThread([bar, part] {
                     if (bar)
                         bar->setValue(static_cast<int>(part * 100));
                 });
