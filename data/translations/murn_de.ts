@@ -1913,6 +1913,12 @@ Absturzberichte erlauben?</translation>
     <message id="KPOpenWithOther">
         <translation>&amp;Anderes …</translation>
     </message>
+    <message id="KPOpeningDocuments">
+        <translation>%1 Dokumente werden geöffnet</translation>
+    </message>
+    <message id="KPOpeningStopNote">
+        <translation>Beim Anhalten werden keine weiteren Dokumente geöffnet.</translation>
+    </message>
     <message id="KPOptionFile">
         <translation>Die Dateien ablegen, nach einer Rückfrage</translation>
     </message>

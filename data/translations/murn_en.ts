@@ -1915,6 +1915,12 @@ Allow crash reporting?</translation>
     <message id="KPOpenWithOther">
         <translation>&amp;Other…</translation>
     </message>
+    <message id="KPOpeningDocuments">
+        <translation>Opening %1 documents</translation>
+    </message>
+    <message id="KPOpeningStopNote">
+        <translation>When you stop, no more documents are opened.</translation>
+    </message>
     <message id="KPOptionFile">
         <translation>File the files, after asking</translation>
     </message>

@@ -4,6 +4,7 @@
 #include "KPLibraryController.h"
 #include "KPLoupeController.h"
 #include "KPNavigator.h"
+#include "KPOpening.h"
 #include "KPProgramDialog.h"
 #include "KPQuickLook.h"
 #include "UserDefaults.h"
@@ -36,42 +37,62 @@ static QStringList pathsOf(const KPDoc::Docs &docs)
 
 void KPLibraryController::openDocumentsExternally(const KPDoc::Docs &docs)
 {
+    std::vector<KPOpening::Start> starts;
     for (const KPDoc *doc : docs) {
-        if (const auto error = doc->openDocExternal()) {
-            XPPrompts::current().alert(
-                qtTrId("KPCannotOpen").arg(XPPath::printable(doc->fsDisplayName())),
-                error->reason());
-            return; // the next would fail for the same reason
-        }
+        starts.push_back({doc->fsDisplayName(), [doc] {
+                              xpGuiThread.assertHere();
+                              return doc->openDocExternal();
+                          }});
     }
+    KPOpening::run(std::move(starts), this);
+}
+
+// Asks before there are many windows.
+static void askToOpen(qsizetype count, QObject *receiver, const std::function<void()> &open)
+{
+    xpGuiThread.assertHere();
+    if (count <= KPLibraryController::mostOpenedUnasked) {
+        open();
+        return;
+    }
+    XPPrompts::current().ask({qtTrId("KPConfirmExternalOpenTitle").arg(QLocale().toString(count)),
+                              qtTrId("KPConfirmExternalOpenComments"),
+                              {qtTrId("KPConfirmExternalOpenOK"), qtTrId("KPCancel")},
+                              1},
+                             [receiver = QPointer(receiver), open](int answer) {
+                                 if (answer == 0 && receiver)
+                                     open();
+                             });
 }
 
 void KPLibraryController::openSelectedExternallyAction()
 {
     const KPDoc::Docs docs = m_docs.selectedDocs();
-    if (docs.size() <= mostOpenedUnasked) {
+    askToOpen(docs.size(), this, [this, docs] {
+        xpGuiThread.assertHere();
         openDocumentsExternally(docs);
-        return;
-    }
-    XPPrompts::current().ask(
-        {qtTrId("KPConfirmExternalOpenTitle").arg(QLocale().toString(docs.size())),
-         qtTrId("KPConfirmExternalOpenComments"),
-         {qtTrId("KPConfirmExternalOpenOK"), qtTrId("KPCancel")},
-         1},
-        [controller = QPointer(this), docs](int answer) {
-            xpGuiThread.assertHere();
-            if (answer == 0 && controller)
-                controller->openDocumentsExternally(docs);
-        });
+    });
 }
 
-static void openWith(const QStringList &paths, const QString &desktopEntry)
+// A program that takes one file only is started for each.
+static void openWith(const QStringList &paths, const QString &desktopEntry, QObject *receiver)
 {
-    xpGuiThread.assertHere();
-    if (const auto error = XPWorkspace::openWith(paths, desktopEntry))
-        XPPrompts::current().alert(
-            qtTrId("KPCannotOpen").arg(XPPath::printable(XPPath::fileName(paths.value(0)))),
-            error->reason());
+    QList<QStringList> groups;
+    if (XPApplications::takesMany(desktopEntry)) {
+        groups.append(paths);
+    } else {
+        for (const QString &path : paths)
+            groups.append(QStringList(path));
+    }
+    askToOpen(groups.size(), receiver, [groups, desktopEntry, receiver] {
+        xpGuiThread.assertHere();
+        std::vector<KPOpening::Start> starts;
+        for (const QStringList &group : groups)
+            starts.push_back({XPPath::fileName(group.value(0)), [group, desktopEntry] {
+                                  return XPWorkspace::openWith(group, desktopEntry);
+                              }});
+        KPOpening::run(std::move(starts), receiver);
+    });
 }
 
 // KPOpenWithMode: 1 is the program in KPOpenWith, while that is installed; all else the desktop's
@@ -82,7 +103,7 @@ void KPLibraryController::openSelectedUsingUsersPreferredMethodAction()
     const QString program = defaults.value(QStringLiteral("KPOpenWith")).string();
     if (defaults.integerValue(QStringLiteral("KPOpenWithMode")) == 1 &&
         XPApplications::isInstalled(program))
-        openWith(pathsOf(m_docs.selectedDocs()), program);
+        openWith(pathsOf(m_docs.selectedDocs()), program, this);
     else
         openSelectedExternallyAction();
 }
@@ -91,9 +112,10 @@ void KPLibraryController::openSelectedWithOtherAction()
 {
     auto *dialog = new KPProgramDialog(XPApplications::all(), window());
     dialog->setAttribute(Qt::WA_DeleteOnClose);
-    connect(dialog, &QDialog::accepted, dialog, [dialog, paths = pathsOf(m_docs.selectedDocs())] {
-        openWith(paths, dialog->desktopEntry());
-    });
+    connect(dialog, &QDialog::accepted, this,
+            [this, dialog, paths = pathsOf(m_docs.selectedDocs())] {
+                openWith(paths, dialog->desktopEntry(), this);
+            });
     dialog->open();
 }
 
@@ -102,7 +124,7 @@ void KPLibraryController::showPackageContentsAction()
     const KPDoc *doc = m_docs.singleSelection();
     const auto programs = XPApplications::forFolders();
     if (doc && !programs.isEmpty())
-        openWith({doc->filePath()}, programs.first().desktopEntry);
+        openWith({doc->filePath()}, programs.first().desktopEntry, this);
 }
 
 void KPLibraryController::revealSelectedAction()
@@ -121,7 +143,7 @@ QMenu *KPLibraryController::makeOpenWithMenu()
             QAction *action =
                 menu->addAction(QString(each.name).replace(u'&', QStringLiteral("&&")));
             connect(action, &QAction::triggered, this,
-                    [paths, each] { openWith(paths, each.desktopEntry); });
+                    [this, paths, each] { openWith(paths, each.desktopEntry, this); });
         }
         if (menu->isEmpty())
             menu->addAction(qtTrId("KPNoApplication"))->setEnabled(false);

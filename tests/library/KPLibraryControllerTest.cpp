@@ -9,9 +9,14 @@
 #include "TestDocs.h"
 #include "UserDefaults.h"
 #include "XPFactorySettings.h"
+#include "XPFolders.h"
+#include "XPProgress.h"
 #include "XPPrompts.h"
 
 #include <QApplication>
+#include <QDesktopServices>
+#include <QDir>
+#include <QFile>
 #include <QHeaderView>
 #include <QSignalSpy>
 #include <QTest>
@@ -28,13 +33,48 @@ struct Asked : public XPPrompts
     void ask(const Question &question, std::function<void(int)> answer) override
     {
         m_questions->append(question);
-        answer(question.cancelButton);
+        answer(isAgreed ? 0 : question.cancelButton);
     }
     void alert(const QString &, const QString &) override { ++*m_alerts; }
+
+    static inline bool isAgreed = false;
 
 private:
     QList<Question> *m_questions;
     int *m_alerts;
+};
+
+// Takes what is opened in place of the desktop's programs.
+class Programs : public QObject
+{
+    Q_OBJECT
+
+public:
+    Programs() { QDesktopServices::setUrlHandler(QStringLiteral("file"), this, "open"); }
+    ~Programs() override { QDesktopServices::unsetUrlHandler(QStringLiteral("file")); }
+    Programs(const Programs &) = delete;
+    Programs &operator=(const Programs &) = delete;
+
+    Q_INVOKABLE void open(const QUrl &url)
+    {
+        opened.append(url.fileName());
+        if (task && opened.size() == stopAfter)
+            task->isStopAsked = true;
+    }
+
+    QStringList opened;
+    XPProgress::Task task; // of the work that is shown now
+    qsizetype stopAfter = 0;
+};
+
+struct Shown : public XPProgress
+{
+    explicit Shown(Programs &programs) : m_programs(programs) {}
+    void begin(const Task &task) override { m_programs.task = task; }
+    void end(const Task & /*task*/) override { m_programs.task.reset(); }
+
+private:
+    Programs &m_programs;
 };
 
 // The centre of the window over results that a test gives.
@@ -168,6 +208,64 @@ TEST_F(LibraryController, AsksBeforeItOpensSix)
     EXPECT_EQ(alerts, 1);
 }
 
+TEST_F(LibraryController, OpensManyOneAfterTheOtherUntilItIsStopped)
+{
+    xpGuiThread.assertHere();
+    Programs programs;
+    XPProgress::install(std::make_unique<Shown>(programs));
+    Asked::isAgreed = true;
+    show(30);
+    selectFirst(30);
+    library->openSelectedExternallyAction();
+    EXPECT_EQ(questions.size(), 1);
+    EXPECT_EQ(programs.opened.size(), 1) << "the others wait for the event loop";
+    ASSERT_TRUE(programs.task);
+    EXPECT_EQ(programs.task->total, 30);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !programs.task; }));
+    EXPECT_EQ(programs.opened.size(), 30);
+    EXPECT_EQ(programs.opened.last(), QStringLiteral("doc 029.pdf"));
+
+    programs.opened.clear();
+    programs.stopAfter = 3;
+    library->openSelectedExternallyAction();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !programs.task; }));
+    EXPECT_EQ(programs.opened.size(), 3);
+
+    programs.opened.clear();
+    library->openSelectedExternallyAction();
+    library.reset();
+    EXPECT_FALSE(programs.task) << "what is over is not shown";
+    EXPECT_EQ(programs.opened.size(), 1);
+    EXPECT_EQ(alerts, 0);
+    Asked::isAgreed = false;
+    XPProgress::install(nullptr);
+}
+
+TEST_F(LibraryController, AsksBeforeItStartsAProgramOfOneFileManyTimes)
+{
+    const QString folder = XPFolders::applicationSupport() + QStringLiteral("/applications");
+    ASSERT_TRUE(QDir().mkpath(folder));
+    for (const auto &[name, words] : {std::pair("one", "%f"), std::pair("many", "%F")}) {
+        QFile entry(folder + u'/' + QString::fromLatin1(name) + QStringLiteral(".desktop"));
+        ASSERT_TRUE(entry.open(QIODevice::WriteOnly));
+        entry.write(QByteArray("[Desktop Entry]\nType=Application\nName=x\nExec=true ") + words);
+    }
+    show(6);
+    selectFirst(6);
+    UserDefaults &defaults = UserDefaults::standard();
+    defaults.setValue(QStringLiteral("KPOpenWithMode"), PropertyValue::integer(1));
+    xpGuiThread.assertHere();
+    for (const auto &[name, count] : {std::pair("many", 0), std::pair("one", 1)}) {
+        defaults.setValue(QStringLiteral("KPOpenWith"),
+                          QString::fromLatin1(name) + QStringLiteral(".desktop"));
+        library->openSelectedUsingUsersPreferredMethodAction();
+        EXPECT_EQ(questions.size(), count) << name;
+    }
+    EXPECT_EQ(alerts, 0);
+    defaults.remove(QStringLiteral("KPOpenWithMode"));
+    defaults.remove(QStringLiteral("KPOpenWith"));
+}
+
 TEST_F(LibraryController, ShowsTheSameSelectionInTheList)
 {
     show(40);
@@ -290,3 +388,5 @@ TEST_F(LibraryController, SearchesForWhatIsSelected)
     library->onlyShowSelectedDocumentsAction();
     EXPECT_EQ(navigator.asked->fileListSearch().size(), 2);
 }
+
+#include "KPLibraryControllerTest.moc"

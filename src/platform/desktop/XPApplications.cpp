@@ -81,3 +81,14 @@ bool XPApplications::isInstalled(const QString &desktopEntry)
         g_object_unref(info);
     return info != nullptr;
 }
+
+bool XPApplications::takesMany(const QString &desktopEntry)
+{
+    GDesktopAppInfo *info = g_desktop_app_info_new(desktopEntry.toUtf8().constData());
+    if (!info)
+        return true;
+    const QByteArray words = g_app_info_get_commandline(G_APP_INFO(info));
+    const bool isAsked = g_desktop_app_info_get_boolean(info, "DBusActivatable") != FALSE;
+    g_object_unref(info);
+    return isAsked || words.contains("%F") || words.contains("%U");
+}

@@ -24,5 +24,7 @@ QList<Application> forFolders();
 QList<Application> all();
 // Whether one of that desktop entry is installed.
 bool isInstalled(const QString &desktopEntry);
+// Whether one start opens many files; else each file is a start of its own.
+bool takesMany(const QString &desktopEntry);
 
 } // namespace XPApplications
