@@ -1,5 +1,6 @@
 #include "XPTagsEditor.h"
 
+#include "KPTabOrder.h"
 #include "UserDefaults.h"
 #include "XPFlowLayout.h"
 #include "XPTagChip.h"
@@ -112,10 +113,7 @@ XPTagChip *XPTagsEditor::appendChip(const QString &tag)
     m_layout->insertWidget(static_cast<int>(m_chips.size()), chip);
     m_chips.append(chip);
     chip->show();
-    setTabOrder(m_chips.size() > 1 ? static_cast<QWidget *>(m_chips[m_chips.size() - 2])
-                                   : previousInFocusChain(),
-                chip);
-    setTabOrder(chip, m_entry);
+    KPTabOrder::insertBefore(*this, *chip); // between this and its entry it would be passed over
     return chip;
 }
 

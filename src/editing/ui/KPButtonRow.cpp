@@ -1,5 +1,6 @@
 #include "KPButtonRow.h"
 
+#include "KPTabOrder.h"
 #include "XPFlowLayout.h"
 #include "XPPath.h"
 
@@ -39,6 +40,7 @@ QToolButton *KPButtonRow::add(const QString &text)
     auto *button = new QToolButton(m_buttons);
     button->setText(XPPath::printable(text).replace(u'&', QStringLiteral("&&")));
     button->setFocusPolicy(Qt::StrongFocus);
+    KPTabOrder::insertBefore(*m_buttons, *button);
     button->setAccessibleName(XPPath::printable(text));
     static_cast<XPFlowLayout *>(m_buttons->layout())
         ->insertWidget(m_buttons->layout()->count(), button);

@@ -9,6 +9,7 @@
 
 #include <QLineEdit>
 #include <QMenu>
+#include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
 #include <QToolButton>
@@ -145,6 +146,32 @@ TEST_F(TagEditor, AsASearchAsksForTagsAndEditsNothing)
               (QStringList{QStringLiteral("one"), QStringLiteral("two words")}));
     EXPECT_EQ(written.size(), 0);
     EXPECT_FALSE(search.isVisible());
+}
+
+// Tags come and go before the field, and buttons below it: both are made later than "Done".
+TEST_F(TagEditor, IsWalkedThroughInTheOrderInSight)
+{
+    m_editor.editFiles(KPCommonTags::read({a}));
+    m_editor.editFiles(KPCommonTags::read({a, b}));
+    QApplication::setActiveWindow(&m_editor);
+    ASSERT_EQ(QApplication::focusWidget(), entry());
+    QStringList forward;
+    QStringList back;
+    for (const auto &[key, seen] : {std::pair(Qt::Key_Tab, &forward), {Qt::Key_Backtab, &back}}) {
+        do {
+            QTest::keyClick(QApplication::focusWidget(), key);
+            const QWidget *stop = QApplication::focusWidget();
+            const auto *push = qobject_cast<const QPushButton *>(stop);
+            seen->append(push ? push->text() : stop->accessibleName());
+        } while (QApplication::focusWidget() != entry() && seen->size() < 20);
+    }
+    const QStringList order{QStringLiteral("mine"),    QStringLiteral("other"),
+                            qtTrId("KPTagEditorDone"), qtTrId("KPCancel"),
+                            qtTrId("KPRating"),        qtTrId("KPChipTag").arg(QStringLiteral("Work")),
+                            qtTrId("KPTags")};
+    std::reverse(back.begin(), back.end() - 1);
+    EXPECT_EQ(forward.join(u'|').toStdString(), order.join(u'|').toStdString());
+    EXPECT_EQ(back.join(u'|').toStdString(), order.join(u'|').toStdString());
 }
 
 TEST(TagsTokenField, TurnsTagsIntoTypedTextAndBack)
