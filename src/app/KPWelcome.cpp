@@ -108,7 +108,7 @@ KPWelcome::KPWelcome(QWidget *window)
     buttons->addWidget(m_remove);
     buttons->addStretch();
     auto *list = new QHBoxLayout;
-    list->addWidget(m_folders, 1);
+    list->addWidget(m_folders, 1, Qt::AlignTop); // level with its buttons
     list->addLayout(buttons);
     auto *look = new QVBoxLayout;
     look->setSpacing(8);
