@@ -10,6 +10,8 @@
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
+#include <QTransform>
+#include <algorithm>
 #include <list>
 static const char *const layerName = "/MurnText"; // by which a layer of ours is known
 static constexpr int mostMillisecondsAPage = 120'000;
@@ -92,8 +94,11 @@ static QString textOf(const QImage &picture, const QStringList &languages, const
     const QString stem = folder + u'/' + QString::number(number);
     if (!picture.save(stem + QStringLiteral(".png"), "PNG", 80))
         return {};
-    const int dpi =
-        picture.dotsPerMeterX() > 3000 ? qRound(picture.dotsPerMeterX() * 0.0254) : usualDpi;
+    // One drawn of a page knows no resolution; it has the screen's.
+    const bool isDrawn = std::max(picture.width(), picture.height()) == XPTextLayer::pixelsOfAPage;
+    const int dpi = picture.dotsPerMeterX() > 3000 && !isDrawn
+                        ? qRound(picture.dotsPerMeterX() * 0.0254)
+                        : usualDpi;
     QProcess process;
     process.setStandardOutputFile(QProcess::nullDevice());
     process.setStandardErrorFile(QProcess::nullDevice());
@@ -149,11 +154,13 @@ static void removeLayer(QPDFPageObjectHelper &page)
     page.getObjectHandle().replaceKey("/Contents", kept);
 }
 
-static void addLayer(QPDF &pdf, QPDFPageObjectHelper &page, QPDF &text)
+// `turns`: the quarter turns, clockwise, that the page had when its text was recognised.
+static void addLayer(QPDF &pdf, QPDFPageObjectHelper &page, QPDF &text, int turns)
 {
     std::vector<QPDFPageObjectHelper> pages = QPDFPageDocumentHelper(text).getAllPages();
     if (pages.empty())
         return;
+    pages.front().rotatePage(-90 * turns, false);
     QPDFObjectHandle form = pdf.copyForeignObject(pages.front().getFormXObjectForPage());
     // What went before may have left the coordinates changed.
     page.addPageContents(QPDFObjectHandle::newStream(&pdf, "q\n"), true);
@@ -191,13 +198,18 @@ static XPResult<QList<int>> layOver(QPDF &pdf, const QString &pdfPath, const QSt
         if (options.mode == Mode::Redo && !isOurs && hasText(page))
             continue;
         const QImage image = picture(number);
-        const QString made = image.isNull() ? QString() : textOf(image, languages, folder, number);
+        if (image.isNull())
+            continue;
+        const int turns = XPTextLayer::turnsToUpright(image);
+        const QString made =
+            textOf(turns ? image.transformed(QTransform().rotate(90.0 * turns)) : image, languages,
+                   folder, number);
         if (made.isEmpty())
             continue;
         if (isOurs)
             removeLayer(page);
         texts.emplace_back().processFile(XPPath::encode(made).constData());
-        addLayer(pdf, page, texts.back());
+        addLayer(pdf, page, texts.back(), turns);
         done.append(number);
     }
     if (done.isEmpty())

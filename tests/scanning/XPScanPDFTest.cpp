@@ -10,6 +10,10 @@
 #include <QDir>
 #include <QFile>
 #include <QPainter>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QStandardPaths>
+#include <QTransform>
 #include <gtest/gtest.h>
 static QImage picture(int width, int height, Qt::GlobalColor colour = Qt::yellow)
 {
@@ -166,4 +170,72 @@ TEST(ScanPDF, TextIsLaidOverOnceAndFoundAgain)
     EXPECT_FALSE(XPTextLayer::recognise(junk, pictureOf, options));
     EXPECT_EQ(QFile(junk).size(), 4);
     EXPECT_FALSE(XPTextLayer::recognise(folder.path(QStringLiteral("none")), pictureOf, options));
+}
+
+// Where "Lighthouse" lies, in points of the page as people see it; nothing: it is not there.
+static std::optional<QPointF> placeOfLighthouse(const QString &path)
+{
+    QProcess process;
+    process.start(QStringLiteral("pdftotext"),
+                  {QStringLiteral("-bbox"), path, QStringLiteral("-")});
+    EXPECT_TRUE(process.waitForFinished());
+    static const QRegularExpression word(
+        QStringLiteral("xMin=\"(.+?)\" yMin=\"(.+?)\" xMax=\"(.+?)\" yMax=\"(.+?)\">Lighthouse<"));
+    const auto box = word.match(QString::fromUtf8(process.readAllStandardOutput()));
+    if (!box.hasMatch())
+        return {};
+    const auto number = [&](int group) { return box.captured(group).toDouble(); };
+    return QPointF(number(1) + number(3), number(2) + number(4)) / 2;
+}
+
+// Text that lies in every direction on pages that are shown in every direction.
+TEST(ScanPDF, TextIsReadHoweverThePageLies)
+{
+    if (!XPTextLayer::isAvailable() ||
+        QStandardPaths::findExecutable(QStringLiteral("pdftotext")).isEmpty())
+        GTEST_SKIP() << "no program that recognises text, or none that reads it";
+    QImage upright = picture(1240, 1754, Qt::white);
+    {
+        QPainter painter(&upright);
+        QFont font(QStringLiteral("DejaVu Sans"));
+        font.setPixelSize(30);
+        painter.setFont(font);
+        painter.drawText(120, 160, QStringLiteral("Lighthouse"));
+        for (int line = 1; line < 12; ++line)
+            painter.drawText(120, 160 + line * 46,
+                             QStringLiteral("The harbour master asks for the papers of the ship"));
+    }
+    const QPointF middle(210 / 1240.0, 150 / 1754.0);
+    for (const auto &[inFile, rotate] : {std::pair(0, 180), {0, 270}, {180, 180}, {90, 0}}) {
+        SCOPED_TRACE(testing::Message() << inFile << " in the file, shown at " << rotate);
+        const TestFolder folder;
+        const QString path = folder.path(QStringLiteral("doc.pdf"));
+        const QImage stored = upright.transformed(QTransform().rotate(inFile));
+        const QString image = saved(folder, QStringLiteral("page.png"), stored);
+        ASSERT_TRUE(ImageArrayToPDFDocument({image}, false, 0.5F, path));
+        {
+            QPDF pdf;
+            pdf.processFile(QFile::encodeName(path).constData());
+            QPDFPageDocumentHelper(pdf).getAllPages().front().rotatePage(rotate, false);
+            ASSERT_FALSE(xpWritePDF(pdf, path));
+        }
+        const QImage seen = stored.transformed(QTransform().rotate(rotate));
+        ASSERT_EQ(
+            XPTextLayer::recognise(path, [&](int) { return seen; }, {{}, {QStringLiteral("eng")}})
+                .valueOr({}),
+            QList<int>{0});
+        const auto place = placeOfLighthouse(path);
+        ASSERT_TRUE(place);
+        QSizeF size = xpPageSizeInPoints(stored.size());
+        if (rotate % 180)
+            size.transpose();
+        QTransform turned; // a page of the size 1 around its middle
+        turned.scale(size.width(), size.height());
+        turned.translate(0.5, 0.5);
+        turned.rotate(inFile + rotate);
+        turned.translate(-0.5, -0.5);
+        const QPointF expected = turned.map(middle);
+        EXPECT_NEAR(place->x(), expected.x(), 10);
+        EXPECT_NEAR(place->y(), expected.y(), 10);
+    }
 }
