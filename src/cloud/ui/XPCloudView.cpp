@@ -1,9 +1,9 @@
 #include "XPCloudView.h"
 
+#include "XPCloudViewAccessible.h"
 #include "XPFileUrls.h"
 #include "XPPath.h"
 
-#include <QAccessible>
 #include <QApplication>
 #include <QDrag>
 #include <QHelpEvent>
@@ -21,6 +21,7 @@ XPCloudView::XPCloudView(XPCloudViewDelegate *delegate, QWidget *parent)
     setMouseTracking(true);
     setAcceptDrops(true);
     setFocusPolicy(Qt::StrongFocus);
+    XPCloudViewAccessible::install();
 }
 
 void XPCloudView::setBestMatch(const XPBestMatch &match)
@@ -40,13 +41,20 @@ void XPCloudView::itemsChanged()
     m_clickedItemAtMouseDown.reset();
     m_dropTarget.reset();
     m_hovered.reset();
-    m_focused = drawnItems().isEmpty() ? -1 : 0;
-    for (qsizetype item = 0; item < drawnItems().size(); ++item) {
-        if (drawnItems()[item].keyName == m_focusedKey)
-            m_focused = item;
-    }
+    const qsizetype same = itemWithKey(m_focusedKey);
+    m_focused = same < 0 && !drawnItems().isEmpty() ? 0 : same;
     updateGeometry();
     update();
+    XPCloudViewAccessible::tellItems(*this);
+}
+
+qsizetype XPCloudView::itemWithKey(const QString &keyName) const
+{
+    for (qsizetype item = 0; item < drawnItems().size(); ++item) {
+        if (drawnItems()[item].keyName == keyName)
+            return item;
+    }
+    return -1;
 }
 
 // The pointer.
@@ -144,10 +152,8 @@ void XPCloudView::focusItem(qsizetype item)
         return;
     m_focused = item;
     m_focusedKey = drawnItems()[item].keyName;
-    setAccessibleDescription(describe(item));
     m_delegate->cloudViewShowStatus(describe(item));
-    QAccessibleEvent changed(this, QAccessible::DescriptionChanged);
-    QAccessible::updateAccessibility(&changed);
+    XPCloudViewAccessible::tellFocused(*this, static_cast<int>(item));
     update();
 }
 

@@ -69,6 +69,8 @@ public:
 
     // The item with the focus; -1: none.
     qsizetype focusedItem() const { return hasFocus() ? m_focused : -1; }
+    qsizetype itemWithKey(const QString &keyName) const; // -1: none
+    void focusItem(qsizetype item);
     void click(qsizetype item, Qt::KeyboardModifiers modifiers);
     QString describe(qsizetype item) const; // for assistive programs
 
@@ -94,7 +96,6 @@ protected:
 
 private:
     void hover(std::optional<qsizetype> item);
-    void focusItem(qsizetype item);
     qsizetype itemBeside(int key) const;
     void startDrag(qsizetype item);
 

@@ -7,6 +7,7 @@
 #include "UserDefaults.h"
 #include "XPFileUrls.h"
 
+#include <QAccessible>
 #include <QDropEvent>
 #include <QLineEdit>
 #include <QMimeData>
@@ -114,9 +115,27 @@ TEST_F(CloudController, IsWalkedAndClickedWithKeys)
     view->setFocus();
     QTest::keyClick(view, Qt::Key_End);
     QTest::keyClick(view, Qt::Key_Left);
-    EXPECT_TRUE(view->accessibleDescription().contains(paid));
+    const QAccessibleInterface *list = QAccessible::queryAccessibleInterface(view);
+    ASSERT_TRUE(list->focusChild());
+    EXPECT_EQ(list->focusChild()->text(QAccessible::Name), paid);
     QTest::keyClick(view, Qt::Key_Space);
     EXPECT_TRUE(shows({invoice, u'[' + paid + u']'}));
+}
+
+TEST_F(CloudController, IsReadAndClickedByAssistivePrograms)
+{
+    ASSERT_TRUE(shows({invoice, like, paid, photo}));
+    const QAccessibleInterface *list =
+        QAccessible::queryAccessibleInterface(m_cloud->userTags().view());
+    ASSERT_EQ(list->childCount(), 4);
+    QAccessibleInterface *word = list->child(2);
+    EXPECT_EQ(word->text(QAccessible::Name), paid);
+    EXPECT_EQ(list->indexOfChild(word), 2);
+    EXPECT_FALSE(word->state().selected);
+    word->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_TRUE(shows({invoice, u'[' + paid + u']'}));
+    ASSERT_EQ(list->childCount(), 2);
+    EXPECT_TRUE(list->child(1)->state().selected);
 }
 
 TEST_F(CloudController, TagsDocumentsThatAreDroppedOnAWord)

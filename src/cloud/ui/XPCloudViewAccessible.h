@@ -1,0 +1,14 @@
+#pragma once
+
+class XPCloudView;
+
+// A cloud for assistive programs: a list of its words, each of which can be clicked.
+// Threads: main.
+namespace XPCloudViewAccessible {
+
+void install(); // once is enough; more do nothing
+void tellFocused(XPCloudView &view, int item);
+// Whoever looked at the words looks again.
+void tellItems(XPCloudView &view);
+
+} // namespace XPCloudViewAccessible
