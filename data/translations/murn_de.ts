@@ -737,6 +737,9 @@ Absturzberichte erlauben?</translation>
     <message id="KPDocumentDamaged">
         <translation>Das Dokument ist beschädigt.</translation>
     </message>
+    <message id="KPDocumentEmpty">
+        <translation>Das Dokument ist leer.</translation>
+    </message>
     <message id="KPDocumentEncrypted">
         <translation>Das Dokument ist verschlüsselt.</translation>
     </message>
@@ -757,6 +760,9 @@ Absturzberichte erlauben?</translation>
     </message>
     <message id="KPDocumentUnsupported">
         <translation>Dokumente dieser Art können nicht gelesen werden.</translation>
+    </message>
+    <message id="KPDocumentWithoutPages">
+        <translation>Das Dokument hat keine Seiten.</translation>
     </message>
     <message id="KPDocuments">
         <translation>Dokumente</translation>
@@ -2085,7 +2091,7 @@ Absturzberichte erlauben?</translation>
         <translation>Ordner wählen…</translation>
     </message>
     <message id="KPPrefCloudBlack">
-        <translation>Tagwolke einfarbig zeigen</translation>
+        <translation>Schlagwortwolke einfarbig zeigen</translation>
     </message>
     <message id="KPPrefCloudColumn">
         <translation>Ein Wort in jeder Zeile</translation>
@@ -2466,7 +2472,7 @@ Absturzberichte erlauben?</translation>
         <translation>Vorschläge</translation>
     </message>
     <message id="KPPrefTagPanel">
-        <translation>Tagleiste</translation>
+        <translation>Schlagwortbereich</translation>
     </message>
     <message id="KPPrefTitle">
         <translation>Einstellungen</translation>

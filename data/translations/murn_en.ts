@@ -739,6 +739,9 @@ Allow crash reporting?</translation>
     <message id="KPDocumentDamaged">
         <translation>The document is damaged.</translation>
     </message>
+    <message id="KPDocumentEmpty">
+        <translation>The document is empty.</translation>
+    </message>
     <message id="KPDocumentEncrypted">
         <translation>The document is encrypted.</translation>
     </message>
@@ -759,6 +762,9 @@ Allow crash reporting?</translation>
     </message>
     <message id="KPDocumentUnsupported">
         <translation>Documents of this kind cannot be read.</translation>
+    </message>
+    <message id="KPDocumentWithoutPages">
+        <translation>The document has no pages.</translation>
     </message>
     <message id="KPDocuments">
         <translation>Documents</translation>

@@ -55,7 +55,7 @@ const KPCommand kpCombineCommand = {
     "Makes one PDF document of several.",
     "The pages of each come in the order given, with their links and form fields; the documents\n"
     "themselves stay as they are. The new one gets the tags that all of them share. Where one is\n"
-    "encrypted or damaged, nothing is written, and each such document is said. A file that is\n"
-    "there already is never replaced.\n",
+    "encrypted, damaged or without pages, nothing is written, and each such document is said. A\n"
+    "file that is there already is never replaced.\n",
     {{"-o", "PDF", "the new document"}},
     run};

@@ -3,7 +3,6 @@
 #include "KPCommonTags.h"
 #include "KPDocEdits.h"
 #include "XPDocumentFile.h"
-#include "XPFileInfo.h"
 #include "XPPath.h"
 #include "XPQpdf.h"
 
@@ -14,43 +13,12 @@ using Kind = XPError::Kind;
 
 namespace {
 
-struct Source
-{
-    QString path;
-    QPDF pdf;
-};
-using Sources = std::list<Source>; // what is copied from them is read when the document is written
+using Sources = std::list<QPDF>; // what is copied from them is read when the document is written
 
 // So many are held open; more of them are opened for each read, which is slower.
 constexpr qsizetype mostOpen = 200;
 
 } // namespace
-
-static std::optional<XPError> open(Source &source, bool staysOpen)
-{
-    const auto info = XPFileInfo::read(source.path);
-    if (!info)
-        return info.error();
-    if (!info->isRegular())
-        return XPError::make(Kind::InvalidArgument, qtTrId("KPNotAPDF"), source.path);
-    const QByteArray name = XPPath::encode(source.path);
-    try {
-        source.pdf.setSuppressWarnings(true);
-        if (staysOpen)
-            source.pdf.processFile(name.constData());
-        else
-            source.pdf.processInputSource(
-                std::make_shared<ClosedFileInputSource>(name.constData()));
-        if (source.pdf.isEncrypted())
-            return XPError::make(Kind::NotPermitted, qtTrId("KPDocumentEncrypted"), source.path);
-        source.pdf.getAllPages(); // where most damage shows
-    } catch (const QPDFExc &failure) {
-        return xpErrorOf(failure, source.path);
-    } catch (const std::exception &failure) {
-        return XPError::make(Kind::Io, QString::fromLocal8Bit(failure.what()), source.path);
-    }
-    return {};
-}
 
 static void addPages(QPDF &pdf, QPDF &source)
 {
@@ -69,8 +37,8 @@ static std::optional<XPError> write(Sources &sources, const QString &toPath, int
     try {
         QPDF pdf;
         pdf.emptyPDF();
-        for (Source &source : sources)
-            addPages(pdf, source.pdf);
+        for (QPDF &source : sources)
+            addPages(pdf, source);
         *pages = static_cast<int>(pdf.getAllPages().size());
         return xpWriteNewPDF(pdf, toPath);
     } catch (const QPDFExc &failure) {
@@ -88,9 +56,7 @@ XPCombinedPDF::combine(const QStringList &paths, const QString &toPath, const Pr
     for (const QString &path : paths) {
         if (progress && !progress(static_cast<qsizetype>(sources.size())))
             return Failure{{}, XPError::make(Kind::Cancelled, QStringLiteral("cancelled"))};
-        Source &source = sources.emplace_back();
-        source.path = path;
-        if (const auto error = open(source, paths.size() <= mostOpen))
+        if (const auto error = xpOpenPDF(sources.emplace_back(), path, paths.size() <= mostOpen))
             failure.refused.append(*error);
     }
     if (!failure.refused.isEmpty())

@@ -26,8 +26,8 @@ struct Failure
 // Told before each document; says whether to go on (Kind::Cancelled).
 using Progress = std::function<bool(qsizetype done)>;
 
-// Makes the document at `toPath`, where no file may be. If one of the documents is encrypted or
-// damaged, or the disk is full, there is none afterwards.
+// Makes the document at `toPath`, where no file may be. If one of the documents is encrypted,
+// damaged or without pages, or the disk is full, there is none afterwards.
 std::variant<Made, Failure> combine(const QStringList &paths, const QString &toPath,
                                     const Progress &progress = {});
 

@@ -19,3 +19,7 @@ class JSON;
 // Why a document cannot be read, in words: that it is encrypted (NotPermitted), or what is wrong
 // with it (Malformed).
 XPError xpErrorOf(const QPDFExc &failure, const QString &path);
+
+// Reads a document of the user's as far as its pages; one that is empty, encrypted, damaged or
+// without pages is an error. It may be kept open while `pdf` lives, or opened for each read.
+std::optional<XPError> xpOpenPDF(QPDF &pdf, const QString &path, bool staysOpen = true);

@@ -1,7 +1,6 @@
 #include "XPTextLayer.h"
 
 #include "XPDocumentFile.h"
-#include "XPFileInfo.h"
 #include "XPPath.h"
 #include "XPQpdf.h"
 
@@ -223,15 +222,10 @@ static XPResult<QList<int>> layOver(QPDF &pdf, const QString &pdfPath, const QSt
 template <typename Result, typename Work>
 static Result onDocument(const QString &pdfPath, Work work)
 {
-    if (const auto info = XPFileInfo::read(pdfPath); !info)
-        return info.error();
     try {
         QPDF pdf;
-        pdf.setSuppressWarnings(true);
-        pdf.processFile(XPPath::encode(pdfPath).constData());
-        if (pdf.isEncrypted())
-            return XPError::make(XPError::Kind::NotPermitted, qtTrId("KPDocumentEncrypted"),
-                                 pdfPath);
+        if (auto error = xpOpenPDF(pdf, pdfPath))
+            return *error;
         return work(pdf);
     } catch (const QPDFExc &failure) {
         return xpErrorOf(failure, pdfPath);

@@ -78,14 +78,21 @@ TEST_F(CombinedPDF, IsNotMadeOfWhatCannotBeRead)
     const QString secret = document("secret.pdf", {12}, true);
     const QString junk = m_folder.file(QStringLiteral("junk.pdf"), "%PDF-1.4 nothing");
     const QString gone = m_folder.path(QStringLiteral("gone.pdf"));
+    const QString empty = m_folder.file(QStringLiteral("empty.pdf"), "");
+    const QString pageless = document("pageless.pdf", {});
     const QStringList before = names();
-    const auto result = XPCombinedPDF::combine({good, secret, junk, gone, good}, m_to);
+    const auto result =
+        XPCombinedPDF::combine({good, secret, junk, gone, empty, pageless, good}, m_to);
     const auto *failure = std::get_if<Failure>(&result);
     ASSERT_TRUE(failure);
     QStringList refused;
     for (const XPError &error : failure->refused)
         refused.append(error.path);
-    EXPECT_EQ(refused, (QStringList{secret, junk, gone}));
+    ASSERT_EQ(refused, (QStringList{secret, junk, gone, empty, pageless}));
+    const auto textOf = [&](qsizetype number) { return failure->refused.at(number).message; };
+    EXPECT_EQ(textOf(1), qtTrId("KPDocumentDamaged"));
+    EXPECT_EQ(textOf(3), qtTrId("KPDocumentEmpty"));
+    EXPECT_EQ(textOf(4), qtTrId("KPDocumentWithoutPages"));
     EXPECT_EQ(failure->refused.first().kind, XPError::Kind::NotPermitted);
     EXPECT_EQ(names(), before);
 }

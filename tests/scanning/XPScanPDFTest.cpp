@@ -169,6 +169,14 @@ TEST(ScanPDF, TextIsLaidOverOnceAndFoundAgain)
     const QString junk = folder.file(QStringLiteral("junk.pdf"), "junk");
     EXPECT_FALSE(XPTextLayer::recognise(junk, pictureOf, options));
     EXPECT_EQ(QFile(junk).size(), 4);
+    // Told apart from one whose pages all have text.
+    const QString pageless = folder.path(QStringLiteral("pageless.pdf"));
+    {
+        QPDF pdf;
+        pdf.emptyPDF();
+        ASSERT_FALSE(xpWritePDF(pdf, pageless));
+    }
+    EXPECT_FALSE(XPTextLayer::recognise(pageless, pictureOf, options));
     EXPECT_FALSE(XPTextLayer::recognise(folder.path(QStringLiteral("none")), pictureOf, options));
 }
 
