@@ -8,7 +8,6 @@
 struct KPScanOptions : XPScanProfile
 {
     QString device; // part of a scanner's name; empty: the one last used
-    int pages = 0;  // 0: one of a flatbed, all of a feeder
     QStringList tags;
     std::optional<double> rating;
     QString toPath;

@@ -37,6 +37,7 @@ const QString unitName = QStringLiteral("source");
 const QString modeName = QStringLiteral("mode");
 const QString resolutionName = QStringLiteral("resolution");
 const QString paperName = QStringLiteral("paper");
+const QString pagesName = QStringLiteral("pages");
 
 UserDefaults &defaults()
 {
@@ -80,6 +81,7 @@ std::optional<XPScanProfile> XPScanProfile::named(const QString &name)
     profile.unit = number(saved, unitName);
     profile.paper = number(saved, paperName);
     profile.resolution = number(saved, resolutionName).value_or(profile.resolution);
+    profile.pages = number(saved, pagesName).value_or(profile.pages);
     if (const QString mode = saved.value(modeName).string(); !mode.isEmpty())
         profile.mode = mode;
     for (const Switch &each : switches)
@@ -90,7 +92,8 @@ std::optional<XPScanProfile> XPScanProfile::named(const QString &name)
 std::optional<XPError> XPScanProfile::save(const QString &name) const
 {
     PropertyValue::Dictionary saved{{modeName, mode},
-                                    {resolutionName, PropertyValue::integer(resolution)}};
+                                    {resolutionName, PropertyValue::integer(resolution)},
+                                    {pagesName, PropertyValue::integer(pages)}};
     for (const Switch &each : switches)
         saved.insert(QLatin1String(each.name), PropertyValue::boolean(this->*each.member));
     if (unit)

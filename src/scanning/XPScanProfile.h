@@ -14,6 +14,7 @@ struct XPScanProfile
     QString mode = QStringLiteral("Color"); // as SANE names it: Color, Gray, Lineart
     int resolution = 300;                   // dots an inch
     std::optional<int> paper;               // XPPaperSizes; nothing: the one used last
+    int pages = 0; // no more than these; 0: one of a flatbed, all of a feeder
     bool duplex = false;
     bool cleans = false; // crops to the paper and straightens
     bool turnsUpright = false;
@@ -28,7 +29,7 @@ struct XPScanProfile
     static std::optional<XPError> remove(const QString &name);
 
     static XPScanProfile ofSettings();
-    void useForSettings() const; // all but the part of the scanner
+    void useForSettings() const; // all but the part of the scanner and the number of pages
 
     static const QString profilesKey;
     // The settings, which the preferences have too.

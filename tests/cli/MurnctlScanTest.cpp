@@ -44,3 +44,15 @@ TEST_F(MurnctlScan, PrintsOneJsonValueForAllDocuments)
     EXPECT_EQ(refused.json(), QJsonDocument(QJsonArray()));
     EXPECT_EQ(murnctl({"scan", "--discard"}, m_folder.path()).status, 0);
 }
+
+TEST_F(MurnctlScan, AProfileKeepsHowManyPagesAreWanted)
+{
+    const MurnctlResult kept =
+        scan({"--source", "feeder", "--pages", "2", "--save-profile", "two", "--to", "a.pdf"});
+    ASSERT_EQ(kept.status, 0) << kept.err.constData();
+    const MurnctlResult used = scan({"--profile", "two", "--to", "b.pdf"});
+    ASSERT_EQ(used.status, 0) << used.err.constData();
+    QFile file(m_folder.path(QStringLiteral("b.pdf")));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll().count("/MediaBox"), 2); // the virtual feeder holds ten pages
+}
