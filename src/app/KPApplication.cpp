@@ -1,5 +1,6 @@
 #include "KPApplication.h"
 
+#include "KPWindowFrame.h"
 #include "XPError.h"
 #include "XPLog.h"
 
@@ -26,6 +27,7 @@ static void wakeUpToQuit(int signal)
 
 KPApplication::KPApplication(int &argc, char **argv) : QApplication(argc, argv)
 {
+    KPWindowFrame::tellWindows();
 }
 
 void KPApplication::quitOnSignals()

@@ -24,8 +24,9 @@ static constexpr QSize usualSize{860, 720};
 static constexpr int factsWidth = 480;
 static constexpr double arrowStep = 80; // points that an arrow key moves a picture
 
-static KPIconButton *button(const char *symbol, const QString &name, const QString &key)
+static KPIconButton *button(const char *symbol, QString name, const QString &key)
 {
+    name.remove(u'&'); // of a menu
     auto *button = new KPIconButton;
     button->setIcon(KPDocIcons::symbol(QLatin1String(symbol)));
     button->setAccessibleName(name);

@@ -2,11 +2,29 @@
 
 #include "UserDefaults.h"
 
+#include <QAccessibleWidget>
 #include <QApplication>
 #include <QScreen>
 #include <QStyle>
 #include <QWidget>
 #include <algorithm>
+
+// A widget that is a window by itself would be told to assistive programs as a part of one.
+static QAccessibleInterface *makeWindow(const QString &className, QObject *object)
+{
+    auto *widget = className == u"QWidget" ? qobject_cast<QWidget *>(object) : nullptr;
+    if (widget && widget->windowType() == Qt::Window)
+        return new QAccessibleWidget(widget, QAccessible::Window);
+    if (widget && widget->windowType() == Qt::Dialog)
+        return new QAccessibleWidget(widget, QAccessible::Dialog);
+    return nullptr;
+}
+
+void KPWindowFrame::tellWindows()
+{
+    static const bool isInstalled = (QAccessible::installFactory(makeWindow), true);
+    Q_UNUSED(isInstalled)
+}
 
 void KPWindowFrame::restore(QWidget &window, const QString &key, const QSize &usual)
 {

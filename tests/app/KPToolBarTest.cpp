@@ -9,6 +9,7 @@
 #include "TestHome.h"
 #include "UserDefaults.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QLineEdit>
 #include <QListWidget>
@@ -93,6 +94,24 @@ TEST_F(ToolBar, ShowsWhatIsThereInTheUsersOrder)
     EXPECT_TRUE(laysOut(names({"KPRefresh", "KPBack", "KPForward"})));
     EXPECT_TRUE(m_field->isVisible());
     EXPECT_EQ(m_field->text(), u"half a wo");
+}
+
+TEST_F(ToolBar, OpensAMenuForAssistivePrograms)
+{
+    m_commands.add({{.id = "KPSortBy", .menu = KPCommandMenu::View, .submenu = [this] {
+                         auto *menu = new QMenu(&m_window);
+                         menu->addAction(QStringLiteral("Name"));
+                         return menu;
+                     }}});
+    KPToolBarItems::setIdentifiers({QStringLiteral("KPResultsSortOrder")});
+    ASSERT_TRUE(laysOut(names({"KPSortBy"})));
+    QAccessibleActionInterface *actions = nullptr;
+    for (KPIconButton *button : m_bar->findChildren<KPIconButton *>()) {
+        if (button->accessibleName() == names({"KPSortBy"}).first())
+            actions = QAccessible::queryAccessibleInterface(button)->actionInterface();
+    }
+    ASSERT_TRUE(actions);
+    EXPECT_EQ(actions->actionNames(), QStringList{QAccessibleActionInterface::showMenuAction()});
 }
 
 TEST_F(ToolBar, SqueezesNothingInANarrowWindow)
