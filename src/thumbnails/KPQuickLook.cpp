@@ -119,25 +119,30 @@ void KPQuickLook::rebuild(const QList<KPDoc *> &docs)
         stems.insert(doc->cacheID());
         m_rebuilt.insert(doc->filePath(), std::time(nullptr));
     }
-    const auto isOne = [&](const QString &key) {
-        return stems.contains(key.left(key.indexOf(QChar(0))));
-    };
-    m_held.removeIf([&](const auto &each) { return isOne(each.key()); });
-    const QStringList keys = m_cache.keys();
-    for (const QString &key : keys) {
-        if (isOne(key))
-            m_cache.remove(key);
-    }
-    m_unreadable.clear();
-    ask();
+    outdate([&](const QString &key) { return stems.contains(key.left(key.indexOf(QChar(0)))); });
 }
 
 void KPQuickLook::rebuildAll()
 {
     m_rebuilt.clear();
     m_rebuiltAll = std::time(nullptr);
-    m_held.clear();
-    m_cache.clear();
+    outdate([](const QString &) { return true; });
+}
+
+void KPQuickLook::outdate(const std::function<bool(const QString &key)> &isOne)
+{
+    const QStringList keys = m_cache.keys();
+    for (const QString &key : keys) {
+        if (isOne(key))
+            m_cache.object(key)->isOutdated = true;
+    }
+    for (auto [key, entry] : m_held.asKeyValueRange()) {
+        if (!isOne(key))
+            continue;
+        auto outdated = std::make_shared<Entry>(*entry);
+        outdated->isOutdated = true;
+        entry = std::move(outdated);
+    }
     m_unreadable.clear();
     ask();
 }
@@ -173,7 +178,7 @@ const KPQuickLook::Entry *KPQuickLook::entryAt(const QString &key) const
 bool KPQuickLook::satisfies(const Entry &entry, int side) const
 {
     const Look &look = entry.look;
-    if (std::time(nullptr) - entry.made > m_prefs.lifetime)
+    if (entry.isOutdated || std::time(nullptr) - entry.made > m_prefs.lifetime)
         return false;
     if (look.failure)
         return true;

@@ -6,6 +6,7 @@
 #include <QHash>
 #include <QSet>
 #include <QTimer>
+#include <functional>
 
 class ImportPause;
 class KPDoc;
@@ -70,7 +71,8 @@ public:
     // Whatever is known of the file at this path may be wrong. Any thread.
     static void clearCacheForPath(const QString &path);
 
-    // Draws documents anew, whatever there is of them: here, and among the shared thumbnails.
+    // Draws documents anew, whatever there is of them: here, and among the shared thumbnails. When
+    // they come into sight; what there is is shown until then.
     void rebuild(const QList<KPDoc *> &docs);
     void rebuildAll();
 
@@ -106,6 +108,7 @@ private:
         QString path;    // empty: was let go of
         qint64 made = 0; // seconds since 1970
         Kind kind = Kind::Other;
+        bool isOutdated = false; // to be made anew; shown until it is
     };
     struct View
     {
@@ -128,6 +131,7 @@ private:
     const Entry *entryOf(const KPDoc &doc, int page) const;
     const Entry *entryAt(const QString &key) const;
     void letGoOfHeld();
+    void outdate(const std::function<bool(const QString &key)> &isOne);
     bool wasJustUnreadable(const QString &key);
     bool satisfies(const Entry &entry, int side) const;
     bool hasBorder(const Entry &entry, double side) const;

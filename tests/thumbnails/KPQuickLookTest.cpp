@@ -108,6 +108,7 @@ TEST_F(QuickLook, MakesPicturesAnewWhenTold)
     EXPECT_EQ(colours(), QList<QColor>(2, QColor(Qt::green)));
     (void)m_folder.file(name, svg("blue"));
     looks.rebuildAll();
+    EXPECT_EQ(middle(looks.look(*doc).picture), QColor(Qt::green)) << "until the new one is there";
     EXPECT_EQ(colours(), QList<QColor>(2, QColor(Qt::blue)));
 }
 
