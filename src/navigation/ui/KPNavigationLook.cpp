@@ -54,14 +54,15 @@ QIcon KPNavigationLook::icon(const KPBaseItem &item)
 
 namespace {
 
-// Without the ground that styles paint behind a selected row, over its whole width.
+// Without the ground that styles paint behind a selected row, over its whole width, and without
+// their marks of what can be opened: the delegate draws both where the row begins.
 class PlainRows : public QProxyStyle
 {
 public:
     void drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
                        const QWidget *widget) const override
     {
-        if (element != PE_PanelItemViewRow)
+        if (element != PE_PanelItemViewRow && element != PE_IndicatorBranch)
             QProxyStyle::drawPrimitive(element, option, painter, widget);
     }
 };

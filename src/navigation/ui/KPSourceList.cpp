@@ -9,7 +9,6 @@
 #include "UserDefaults.h"
 
 #include <QDragMoveEvent>
-#include <QPainter>
 #include <QScrollBar>
 #include <algorithm>
 
@@ -194,14 +193,6 @@ void KPSourceList::writeOutState() const
     QStringList toggled(m_toggled.begin(), m_toggled.end());
     toggled.sort();
     UserDefaults::standard().setValue(statesKey, toggled);
-}
-
-void KPSourceList::drawBranches(QPainter *painter, const QRect &rect,
-                                const QModelIndex &index) const
-{
-    Q_UNUSED(painter)
-    Q_UNUSED(rect)
-    Q_UNUSED(index) // the delegate draws the mark where the row begins
 }
 
 // --- Counts

@@ -35,8 +35,6 @@ protected:
     void mouseReleaseEvent(QMouseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
-    void drawBranches(QPainter *painter, const QRect &rect,
-                      const QModelIndex &index) const override;
     void dragMoveEvent(QDragMoveEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void changeEvent(QEvent *event) override;
