@@ -59,7 +59,8 @@ QSize XPTagChip::sizeHint() const
 
 QSize XPTagChip::minimumSizeHint() const
 {
-    return {3 * sizeHint().height(), sizeHint().height()};
+    const QSize usual = sizeHint();
+    return {std::min(3 * usual.height(), usual.width()), usual.height()};
 }
 
 QRect XPTagChip::cross() const
