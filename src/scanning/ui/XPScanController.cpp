@@ -93,6 +93,7 @@ void XPScanController::buildToolbar()
     bar->setObjectName(QStringLiteral("tools"));
     bar->setMovable(false);
     bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    bar->setIconSize(QSize(16, 16)); // the grid of the icons
     const auto add = [&](const char *name, const char *label, const char *tip, const char *symbol,
                          const QKeySequence &shortcut) {
         QAction *action = bar->addAction(KPDocIcons::symbol(QLatin1String(symbol)), qtTrId(label));
@@ -116,18 +117,22 @@ void XPScanController::buildToolbar()
     for (QAction *tool : {m_crop, m_straighten, m_contrastTool})
         tool->setCheckable(true);
     bar->addSeparator();
-    m_delete = bar->addAction(qtTrId("KPScanDelete"), this, &XPScanController::deletePageAction);
+    m_delete = bar->addAction(KPDocIcons::symbol(QStringLiteral("trash")), qtTrId("KPScanDelete"),
+                              this, &XPScanController::deletePageAction);
     m_delete->setShortcut(QKeySequence::Delete);
     m_interleave =
-        bar->addAction(qtTrId("KPScanInterleaveAction"), this, [this] { m_pages.interleave(); });
+        bar->addAction(KPDocIcons::symbol(QStringLiteral("sort")), qtTrId("KPScanInterleaveAction"),
+                       this, [this] { m_pages.interleave(); });
     // Their names in the tool bar stay as wide as they are; what they would do is in the tip.
     QUndoStack &steps = m_pages.undoStack();
-    QAction *undo = bar->addAction(qtTrId("KPScanUndo"), &steps, &QUndoStack::undo);
+    QAction *undo = bar->addAction(KPDocIcons::symbol(QStringLiteral("undo")), qtTrId("KPScanUndo"),
+                                   &steps, &QUndoStack::undo);
     undo->setShortcut(QKeySequence::Undo);
     undo->setEnabled(false);
     connect(&steps, &QUndoStack::canUndoChanged, undo, &QAction::setEnabled);
     connect(&steps, &QUndoStack::undoTextChanged, undo, &QAction::setToolTip);
-    QAction *redo = bar->addAction(qtTrId("KPScanRedo"), &steps, &QUndoStack::redo);
+    QAction *redo = bar->addAction(KPDocIcons::symbol(QStringLiteral("redo")), qtTrId("KPScanRedo"),
+                                   &steps, &QUndoStack::redo);
     redo->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z));
     redo->setEnabled(false);
     connect(&steps, &QUndoStack::canRedoChanged, redo, &QAction::setEnabled);
