@@ -1515,7 +1515,7 @@ Absturzberichte erlauben?</translation>
         <translation>Der Index wird nicht gesichert und beim nächsten Start neu angelegt: %1.</translation>
     </message>
     <message id="KPIndexOpening">
-        <translation>Der Index wird geöffnet…</translation>
+        <translation>Der Index wird geöffnet …</translation>
     </message>
     <message id="KPIndexReading">
         <translation>Ordner werden gelesen: bisher %1 Dateien</translation>
@@ -2010,7 +2010,7 @@ Absturzberichte erlauben?</translation>
         <translation>Die PostScript-Datei konnte nicht umgewandelt werden.</translation>
     </message>
     <message id="KPPrefAdd">
-        <translation>Hinzufügen…</translation>
+        <translation>Hinzufügen …</translation>
     </message>
     <message id="KPPrefAddFolder">
         <translation>Ordner hinzufügen</translation>
@@ -2085,10 +2085,10 @@ Absturzberichte erlauben?</translation>
         <translation>In den Vorschaubildern, die alle Programme dieses Schreibtischs teilen.</translation>
     </message>
     <message id="KPPrefChooseColour">
-        <translation>Wählen…</translation>
+        <translation>Wählen …</translation>
     </message>
     <message id="KPPrefChooseFolder">
-        <translation>Ordner wählen…</translation>
+        <translation>Ordner wählen …</translation>
     </message>
     <message id="KPPrefCloudBlack">
         <translation>Schlagwortwolke einfarbig zeigen</translation>
@@ -2346,7 +2346,7 @@ Absturzberichte erlauben?</translation>
         <translation>Was im Suchfeld auf dieses Zeichen folgt, gilt unverändert als Metadatenabfrage.</translation>
     </message>
     <message id="KPPrefRebuild">
-        <translation>Index neu anlegen…</translation>
+        <translation>Index neu anlegen …</translation>
     </message>
     <message id="KPPrefRebuildHint">
         <translation>Alles wird noch einmal gelesen. Ihre Dateien mit Schlagwörtern und Bewertungen bleiben unberührt: Der Index merkt sich nur, was an ihnen steht.</translation>
@@ -2373,7 +2373,7 @@ Absturzberichte erlauben?</translation>
         <translation>Werkseinstellung von: %1</translation>
     </message>
     <message id="KPPrefRestore">
-        <translation>Wiederherstellen…</translation>
+        <translation>Wiederherstellen …</translation>
     </message>
     <message id="KPPrefRoots">
         <translation>Indizierte Ordner</translation>
@@ -2523,7 +2523,7 @@ Absturzberichte erlauben?</translation>
         <translation>Als schmaler Streifen; wo der Desktop Programmen nicht erlaubt, ihre Fenster zu platzieren, als kleines Fenster.</translation>
     </message>
     <message id="KPPreferences">
-        <translation>Einstellungen…</translation>
+        <translation>Einstellungen …</translation>
     </message>
     <message id="KPPreviewDamaged">
         <translation>Das Dokument ist beschädigt; dies war zu lesen.</translation>
@@ -2763,7 +2763,7 @@ Absturzberichte erlauben?</translation>
         </translation>
     </message>
     <message id="KPReport">
-        <translation>&amp;Rückmeldung…</translation>
+        <translation>&amp;Rückmeldung …</translation>
     </message>
     <message id="KPReportCopied">
         <translation>Kopiert.</translation>
@@ -2805,7 +2805,7 @@ Was ist geschehen, und was hatten Sie erwartet?
         </translation>
     </message>
     <message id="KPReportSave">
-        <translation>Sichern…</translation>
+        <translation>Sichern …</translation>
     </message>
     <message id="KPReportSaved">
         <translation>Gesichert.</translation>
@@ -2865,7 +2865,7 @@ Was ist geschehen, und was hatten Sie erwartet?
         <translation>Was sich ändern würde</translation>
     </message>
     <message id="KPRestoreLooking">
-        <translation>Die Dateien werden mit der Sicherung %1 verglichen…</translation>
+        <translation>Die Dateien werden mit der Sicherung %1 verglichen …</translation>
     </message>
     <message id="KPRestoreMissing" numerus="yes">
         <translation>
@@ -2889,7 +2889,7 @@ Was ist geschehen, und was hatten Sie erwartet?
         <translation>Wiederherstellen</translation>
     </message>
     <message id="KPRestoreOther">
-        <translation>Andere Sicherung…</translation>
+        <translation>Andere Sicherung …</translation>
     </message>
     <message id="KPRestorePreview" numerus="yes">
         <translation>
@@ -2907,7 +2907,7 @@ Was ist geschehen, und was hatten Sie erwartet?
         <translation>Schlagwörter und Bewertungen wiederherstellen</translation>
     </message>
     <message id="KPRestoreWorking">
-        <translation>Wird wiederhergestellt…</translation>
+        <translation>Wird wiederhergestellt …</translation>
     </message>
     <message id="KPResultsSortOrderLabel">
         <translation>Sortierung</translation>
@@ -3009,7 +3009,7 @@ Was ist geschehen, und was hatten Sie erwartet?
         <translation>Lassen, wie es war</translation>
     </message>
     <message id="KPScanLooking">
-        <translation>Suche nach Scannern…</translation>
+        <translation>Suche nach Scannern …</translation>
     </message>
     <message id="KPScanMovePage">
         <translation>Verschieben einer Seite</translation>
@@ -3072,7 +3072,7 @@ Was ist geschehen, und was hatten Sie erwartet?
         <translation>Bewertung</translation>
     </message>
     <message id="KPScanReadingFiles">
-        <translation>Dateien werden gelesen…</translation>
+        <translation>Dateien werden gelesen …</translation>
     </message>
     <message id="KPScanRecogniseText">
         <translation>Text erkennen</translation>
@@ -3387,7 +3387,7 @@ Was ist geschehen, und was hatten Sie erwartet?
         <translation>Schlagwörter und Bewertungen konnten nicht gesichert werden: %1</translation>
     </message>
     <message id="KPTagBackupRunning">
-        <translation>Schlagwörter und Bewertungen werden gesichert…</translation>
+        <translation>Schlagwörter und Bewertungen werden gesichert …</translation>
     </message>
     <message id="KPTagBelow">
         <translation>Unter „%1“</translation>
