@@ -370,9 +370,7 @@ QList<int> XPImageCaptureCoreDevice::paperSizesForCurrentScanner() const
     const FunctionalUnit *unit = selectedUnit();
     if (!unit || unit->size.isEmpty())
         return {0, 1, 11, 3, 4, 9, 6};
-    QList<int> papers;
-    if (unit->type != DocumentFeeder)
-        papers.append(XPPaperSizes::wholeArea);
+    QList<int> papers{XPPaperSizes::wholeArea};
     // Papers are laid on with a little over the edge.
     static constexpr double tolerance = 7;
     const QSizeF room = unit->size + QSizeF(tolerance, tolerance);

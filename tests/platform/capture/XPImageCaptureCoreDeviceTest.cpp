@@ -136,6 +136,8 @@ TEST(ImageCaptureCoreDevice, PagesComeFromEachPartOfARealDriver)
         ASSERT_TRUE(scene.scans(scanner.path(QStringLiteral("%1.tiff").arg(page))));
     EXPECT_EQ(scene.controller.pages.size(), 10);
     EXPECT_TRUE(scene.controller.wasEmpty);
+    // A feeder takes all of its area where the chosen paper, US Letter, does not fit.
+    EXPECT_EQ(scene.device.paperSizesForCurrentScanner(), (QList<int>{0, 7, 53}));
 
     // A place where nothing can be written is said, and the next page works.
     scene.controller.failures.clear();
