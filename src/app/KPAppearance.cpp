@@ -1,6 +1,6 @@
 #include "KPAppearance.h"
 
-#include "KPIndicatorStyle.h"
+#include "KPFusionStyle.h"
 #include "XPLog.h"
 
 #include <QApplication>
@@ -28,7 +28,7 @@ KPAppearance::KPAppearance(KPCommandLine::ColourScheme scheme, QDBusConnection b
       m_desktopHasAStyle(QApplication::style()->objectName() != u"fusion")
 {
     if (!m_desktopHasAStyle)
-        QApplication::setStyle(new KPIndicatorStyle);
+        QApplication::setStyle(new KPFusionStyle);
     if (scheme == KPCommandLine::ColourScheme::Desktop)
         ask();
     else

@@ -4,6 +4,8 @@
 
 #include <QApplication>
 #include <QLineEdit>
+#include <QListWidget>
+#include <QSet>
 #include <QTest>
 #include <gtest/gtest.h>
 
@@ -96,6 +98,43 @@ TEST(Appearance, LeavesNoRoleInTheOtherKindsColours)
             for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText,
                                     QPalette::ToolTipText})
                 EXPECT_NE(palette.color(group, role).lightnessF() < 0.5F, dark) << role;
+        }
+    }
+    QApplication::setPalette(before);
+}
+
+// On a dark window too, and where a point is several pixels.
+TEST(Appearance, OutlinesFieldsAndFillsSelectedItemsEvenly)
+{
+    using Scheme = KPCommandLine::ColourScheme;
+    const QPalette before = QApplication::palette();
+    for (const auto scheme : {Scheme::Dark, Scheme::Light}) {
+        const KPAppearance appearance(scheme);
+        QLineEdit field;
+        QListWidget list;
+        list.setFrameShape(QFrame::NoFrame);
+        list.addItem(new QListWidgetItem(QApplication::windowIcon(), QStringLiteral("x")));
+        list.item(0)->setSizeHint({0, 32});
+        list.setCurrentRow(0);
+        for (const double scale : {1.0, 1.5, 2.0}) {
+            const auto picture = [&](QWidget &widget) {
+                widget.resize(120, 40);
+                QImage image((QSizeF(widget.size()) * scale).toSize(), QImage::Format_RGB32);
+                image.setDevicePixelRatio(scale);
+                widget.render(&image);
+                return image;
+            };
+            const QImage frame = picture(field);
+            const int middle = frame.height() / 2;
+            const QColor edge = frame.pixelColor(0, middle);
+            const QColor inside = frame.pixelColor(frame.width() / 2, middle);
+            EXPECT_GT(std::abs(edge.lightnessF() - inside.lightnessF()), 0.1F) << scale;
+
+            const QImage row = picture(list);
+            QSet<QRgb> colours;
+            for (int x = row.width() / 4; x < row.width() * 3 / 4; ++x)
+                colours.insert(row.pixel(x, int(4 * scale)));
+            EXPECT_EQ(colours.size(), 1) << scale;
         }
     }
     QApplication::setPalette(before);
