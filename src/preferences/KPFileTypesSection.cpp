@@ -69,7 +69,7 @@ KPFileTypesSection::KPFileTypesSection(QWidget *parent)
     auto *columns = new QHBoxLayout;
     columns->setSpacing(16);
     columns->addWidget(makeGroups(), 2, Qt::AlignTop);
-    columns->addWidget(makeTypes(), 3, Qt::AlignTop);
+    columns->addWidget(makeTypes(), 3);
     auto *hint = new QLabel(qtTrId("KPKindsHint"));
     hint->setWordWrap(true);
     hint->setFont(KPLook::font(KPLook::Type::Facts));
@@ -136,7 +136,7 @@ QWidget *KPFileTypesSection::makeGroups()
 QWidget *KPFileTypesSection::makeTypes()
 {
     m_types->setAccessibleName(qtTrId("KPKindsTypes"));
-    m_types->setFixedHeight(listHeight - KPLook::controlHeight - 8);
+    m_types->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored); // to end with the groups
     m_types->setSelectionMode(QAbstractItemView::ExtendedSelection);
     m_types->setTextElideMode(Qt::ElideRight);
     m_types->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
