@@ -3,6 +3,7 @@
 #include "KPCommandTable.h"
 #include "KPIconButton.h"
 #include "KPLook.h"
+#include "KPMenuButton.h"
 #include "KPSearchField.h"
 #include "KPToolBarDialog.h"
 #include "KPToolBarItems.h"
@@ -142,14 +143,8 @@ QWidget *KPToolBar::widgetFor(const QString &identifier)
     if (item->kind == Kind::Navigation)
         return pair(actions);
     auto *button = new KPIconButton(actions.first());
-    if (item->kind == Kind::Menu) {
-        button->setPopupMode(QToolButton::InstantPopup);
-        // Assistive programs ask the button for its menu, not its action; in this order the button
-        // keeps both.
-        button->removeAction(actions.first());
-        button->setMenu(actions.first()->menu());
-        button->setDefaultAction(actions.first());
-    }
+    if (item->kind == Kind::Menu)
+        KPMenuButton::openByClick(*button);
     if (item->kind == Kind::Prominent) {
         button->setProminent(true);
         m_prominent = button;

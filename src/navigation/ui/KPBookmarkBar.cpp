@@ -6,6 +6,7 @@
 #include "KPCrumbs.h"
 #include "KPDocIcons.h"
 #include "KPLocationItem.h"
+#include "KPMenuButton.h"
 #include "KPNavigationLook.h"
 #include "UserDefaults.h"
 #include "XPPath.h"
@@ -48,7 +49,7 @@ KPBookmarkBar::KPBookmarkBar(KPCrumbController &controller, KPBookmarkCommands &
     m_overflow->setAutoRaise(true);
     m_overflow->setText(QStringLiteral("»"));
     m_overflow->setAccessibleName(qtTrId("KPBookmarkBarMore"));
-    m_overflow->setPopupMode(QToolButton::InstantPopup);
+    KPMenuButton::openByClick(*m_overflow);
     m_overflow->setMenu(new QMenu(m_overflow));
     connect(m_overflow->menu(), &QMenu::aboutToShow, this, &KPBookmarkBar::fillOverflow);
     connect(&commands.bookmarks(), &KPBookmarks::changed, this, &KPBookmarkBar::rebuild);
@@ -102,7 +103,7 @@ void KPBookmarkBar::addBookmark(const KPBookmark &bookmark)
     if (bookmark.isFolder) {
         auto *menu = new QMenu(button);
         button->setMenu(menu);
-        button->setPopupMode(QToolButton::InstantPopup);
+        KPMenuButton::openByClick(*button);
         connect(menu, &QMenu::aboutToShow, this, [this, menu, identifier = bookmark.identifier] {
             menu->clear();
             if (const KPBookmark *folder = m_commands.bookmarks().find(identifier))

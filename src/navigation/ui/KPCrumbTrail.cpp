@@ -4,6 +4,7 @@
 #include "KPCrumbController.h"
 #include "KPDocIcons.h"
 #include "KPFileTypeRegistry.h"
+#include "KPMenuButton.h"
 #include "KPNavigationLook.h"
 #include "KPSearcher.h"
 
@@ -31,7 +32,7 @@ KPCrumbTrail::KPCrumbTrail(KPCrumbController &controller, QWidget *parent)
     m_add->setToolTip(qtTrId("KPCrumbAdd"));
     m_add->setAccessibleName(qtTrId("KPCrumbAdd"));
     m_overflow->setAutoRaise(true);
-    m_overflow->setPopupMode(QToolButton::InstantPopup);
+    KPMenuButton::openByClick(*m_overflow);
     m_overflow->setMenu(new QMenu(m_overflow));
     m_count->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     connect(m_add, &QToolButton::clicked, this, [this] {

@@ -4,6 +4,7 @@
 #include "KPDocCache.h"
 #include "KPDocIcons.h"
 #include "KPLocationsModel.h"
+#include "KPMenuButton.h"
 #include "KPNavigationLook.h"
 #include "KPSearcher.h"
 #include "KPSourceListDelegate.h"
@@ -24,7 +25,7 @@ KPLocationsPanel::KPLocationsPanel(KPCrumbController &controller, QWidget *paren
     m_recent->setIcon(KPDocIcons::symbol(QStringLiteral("clock")));
     m_recent->setToolTip(qtTrId("KPLocationsRecent"));
     m_recent->setAccessibleName(qtTrId("KPLocationsRecent"));
-    m_recent->setPopupMode(QToolButton::InstantPopup);
+    KPMenuButton::openByClick(*m_recent);
     m_recent->setAutoRaise(true);
     m_recent->setMenu(new QMenu(m_recent));
     connect(m_recent->menu(), &QMenu::aboutToShow, this, &KPLocationsPanel::fillRecent);

@@ -1,6 +1,7 @@
 #include "XPScanController.h"
 
 #include "KPDocIcons.h"
+#include "KPMenuButton.h"
 #include "KPWindowFrame.h"
 #include "UserDefaults.h"
 #include "XPPageLoader.h"
@@ -233,7 +234,7 @@ QWidget *XPScanController::buildProfiles()
     m_profileMenu = new QToolButton(both);
     m_profileMenu->setIcon(KPDocIcons::symbol(QStringLiteral("settings")));
     m_profileMenu->setAutoRaise(true);
-    m_profileMenu->setPopupMode(QToolButton::InstantPopup);
+    KPMenuButton::openByClick(*m_profileMenu);
     m_profileMenu->setToolTip(qtTrId("KPScanProfileMenu"));
     m_profileMenu->setAccessibleName(qtTrId("KPScanProfileMenu"));
     m_profileMenu->setMenu(new QMenu(m_profileMenu));
