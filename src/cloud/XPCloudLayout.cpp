@@ -85,7 +85,8 @@ qsizetype XPCloudLayout::buildLineStartingAtIndex(qsizetype index, QPointF base,
         gap = std::min(gap, 2 * minimumGap);
     double x = base.x();
     for (qsizetype item = index; rects && item < index + taken; ++item) {
-        const QSizeF size = cachedSize(item);
+        // A word wider than its line ends with it.
+        const QSizeF size = cachedSize(item).boundedTo({maxLineWidth(), 1e6});
         const double above = m_fonts->ascent(fontSize(m_items[item]));
         rects->append({QPointF(x, base.y() - above - (m_items[item].clickRemoves ? 1 : 0)), size});
         x += size.width() + gap;

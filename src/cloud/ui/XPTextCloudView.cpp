@@ -149,8 +149,10 @@ void XPTextCloudView::paintItem(QPainter &painter, qsizetype item) const
     painter.setFont(font);
     painter.setPen(colourOf(item));
     const double inset = word.clickRemoves ? XPCloudLayout::selectedInset : 0;
+    const double room = width() - XPCloudLayout::leftEdge - rect.left() - 2 * inset;
     painter.drawText(QPointF(rect.left() + inset, m_layout.baseLine(item)),
-                     XPPath::printable(word.itemDisplayName(true)));
+                     QFontMetricsF(font).elidedText(XPPath::printable(word.itemDisplayName(true)),
+                                                    Qt::ElideMiddle, room));
 }
 
 void XPTextCloudView::paintEvent(QPaintEvent *event)
