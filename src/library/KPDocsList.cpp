@@ -33,10 +33,10 @@ using Model = KPLibraryModel;
 } // namespace
 
 static constexpr std::array<ColumnKey, Model::ColumnCount> columnKeys{{
-    {Model::NameColumn, "name", 232},
+    {Model::NameColumn, "name", 300},
     {Model::FlagColumn, "flag", 36},
     {Model::TitleColumn, "title", 220},
-    {Model::TypeColumn, "type", 126},
+    {Model::TypeColumn, "type", 160},
     {Model::SizeColumn, "fileSize", 80},
     {Model::CreatedColumn, "creationDate", 150},
     {Model::ModifiedColumn, "modificationDate", 150},
