@@ -71,6 +71,8 @@ std::optional<DocumentFailure> EpubReader::read(const DocumentSource &source,
     if (!package)
         return documentFailureOf(package.error());
     const QByteArray name = packageName(*package);
+    if (name.isEmpty() && package->ending()) // it may have come after that
+        return documentFailureOf(*package->ending());
     if (name.isEmpty())
         return package->hasEncryptedParts() ? DocumentFailure::Encrypted : DocumentFailure::Damaged;
     XmlLeaves opf;
@@ -86,8 +88,10 @@ std::optional<DocumentFailure> EpubReader::read(const DocumentSource &source,
         HtmlText::read(HtmlText::asUtf8(package->part(chapter)), flow, nullptr);
         flow.endParagraph();
     }
-    if (error || package->ending())
-        return documentFailureOf(error ? *error : *package->ending());
+    if (package->ending()) // a part that was cut is broken too
+        return documentFailureOf(*package->ending());
+    if (error)
+        return documentFailureOf(*error);
     return {};
 }
 

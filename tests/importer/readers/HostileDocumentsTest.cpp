@@ -26,6 +26,8 @@ const QString html = QStringLiteral("public.html");
 const QString rtf = QStringLiteral("public.rtf");
 const QString zip = QStringLiteral("public.zip-archive");
 
+const QString epub = QStringLiteral("org.idpf.epub-container");
+
 const QByteArray xml = "<?xml version=\"1.0\"?>";
 
 QByteArray bomb()
@@ -105,6 +107,10 @@ TEST(HostileDocuments, HaveAnAnswer)
         {"part that unpacks to too much", word, zipOf({{"word/document.xml", huge}}), F::TooLarge},
         {"many parts that do", odt,
          zipOf({{"content.xml", huge}, {"styles.xml", huge}, {"meta.xml", huge}}), F::TooLarge},
+        {"chapter that does, before the list of chapters", epub,
+         zipOf({{"a.xhtml", huge}, {"b.opf", "<package/>"}}), F::TooLarge},
+        {"list of chapters that does", epub, zipOf({{"b.opf", "<package>" + huge + "</package>"}}),
+         F::TooLarge},
         {"parts that overlap", odt, overlappingZip("content.xml", 5000), F::Damaged},
         {"parts that overlap in an archive", zip, overlappingZip("a.txt", 5000), {}},
         {"archives in archives", zip, zipInZip(6), {}},
