@@ -107,6 +107,16 @@ std::unique_ptr<Exiv2::Image> ImageMetadata::open(const DocumentSource &source)
     }
 }
 
+bool ImageMetadata::isKnown(const DocumentSource &source)
+{
+    try {
+        SourceIo io(source);
+        return Exiv2::ImageFactory::getType(io) != Exiv2::ImageType::none;
+    } catch (const Exiv2::AnyError &) {
+        return false;
+    }
+}
+
 // --- EXIF
 
 static QString textOf(const Exiv2::ExifData &exif, const char *key)

@@ -15,6 +15,9 @@ namespace ImageMetadata {
 // Null: no format that exiv2 knows, or broken. The source must outlive the image.
 std::unique_ptr<Exiv2::Image> open(const DocumentSource &source);
 
+// Whether it begins as a format that exiv2 knows.
+bool isKnown(const DocumentSource &source);
+
 void fill(const Exiv2::ExifData &exif, DocumentFacts &facts);
 void fill(const Exiv2::IptcData &iptc, DocumentFacts &facts);
 

@@ -45,7 +45,8 @@ std::optional<DocumentFailure> ImageReader::read(const DocumentSource &source,
     }
     // A format that nobody here knows is not therefore damaged.
     return image ? std::nullopt
-                 : std::optional(header.canRead() || source.size() == 0
+                 : std::optional(header.canRead() || source.size() == 0 ||
+                                         ImageMetadata::isKnown(source)
                                      ? DocumentFailure::Damaged
                                      : DocumentFailure::Unsupported);
 }

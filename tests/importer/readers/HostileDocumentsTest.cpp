@@ -27,6 +27,7 @@ const QString rtf = QStringLiteral("public.rtf");
 const QString zip = QStringLiteral("public.zip-archive");
 
 const QString epub = QStringLiteral("org.idpf.epub-container");
+const QString raw = QStringLiteral("public.camera-raw-image");
 
 const QByteArray xml = "<?xml version=\"1.0\"?>";
 
@@ -149,6 +150,9 @@ TEST(HostileDocuments, HaveAnAnswer)
         {"empty PDF", pdf, {}, F::Damaged},
         {"empty archive file", zip, {}, F::Damaged},
         {"empty picture", QStringLiteral("public.jpeg"), {}, F::Damaged},
+        {"camera's file cut in its head", raw, QByteArray("II*\0\0\1\0\0", 8) + QByteArray(50, 'x'),
+         F::Damaged},
+        {"camera's file of a kind that nobody knows", raw, "a head of its own", F::Unsupported},
         {"empty text", QStringLiteral("public.plain-text"), {}, {}},
         {"no document at all", word, "this is no archive", F::Damaged},
         {"archive without a document", word, zipOf({{"a.txt", "x"}}), F::Damaged},
