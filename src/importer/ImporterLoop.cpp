@@ -130,10 +130,10 @@ static std::optional<DocumentFailure> drawText(const DocumentReader &reader,
 {
     DocumentAnswer answer;
     answer.text = DocumentText(TextPage::neededBytes);
-    const auto failure = reader.read(source, answer);
+    answer.failure = reader.read(source, answer);
     if (job.page == 1 && TextPage::draw(source, answer, job.pixels, image))
         return {};
-    return failure.value_or(DocumentFailure::Unsupported);
+    return answer.failure.value_or(DocumentFailure::Unsupported);
 }
 
 static ImportPicture draw(const DocumentReader &reader, const DocumentSource &source,

@@ -146,7 +146,10 @@ bool TextPage::draw(const DocumentSource &source, const DocumentAnswer &answer, 
         if (!line.trimmed().isEmpty())
             lines.append(line);
     }
-    if (lines.isEmpty() && answer.title.isEmpty())
+    // What is written on pages may have an empty one; a sound has none.
+    const bool hasPages =
+        source.conformsTo(u"public.text") || source.conformsTo(u"public.composite-content");
+    if (lines.isEmpty() && answer.title.isEmpty() && (answer.failure || !hasPages))
         return false;
     // The title stands above, also where it is the first heading of a Markdown text.
     const qsizetype words =

@@ -17,7 +17,8 @@ inline constexpr qsizetype neededBytes = 6 << 10;
 // Loads the fonts, so that nothing is opened later.
 void prepare();
 
-// The page is as high as `pixels`, of the proportion of ISO 216 paper. False: there are no words.
+// The page is as high as `pixels`, of the proportion of ISO 216 paper; a document without
+// words has an empty one. False: there are no words as it is broken, or as it is no document.
 bool draw(const DocumentSource &source, const DocumentAnswer &answer, int pixels, QImage &image);
 
 } // namespace TextPage

@@ -1,5 +1,6 @@
 #include "PictureDecoding.h"
 #include "ReaderDocuments.h"
+#include "TextPage.h"
 
 #include <QBuffer>
 #include <QColor>
@@ -193,6 +194,25 @@ TEST(Pictures, OfDrawingsAreDrawnAtTheSizeAskedFor)
     const QImage shown = drawing.picture(1, 200);
     EXPECT_EQ(shown.size(), QSize(100, 200));
     EXPECT_GT(darkPixels(shown), 19'000);
+}
+
+// A page may be blank; what is no page, or is broken, has no picture of its words.
+TEST(Pictures, OfDocumentsWithoutWordsAreEmptyPages)
+{
+    const QString text = QStringLiteral("public.plain-text");
+    const auto isDrawn = [](const QString &type, const QByteArray &bytes) {
+        const ReaderFile file(type, bytes);
+        QImage image;
+        const bool drawn = TextPage::draw(file.source(), file.read(), 40, image);
+        EXPECT_TRUE(!drawn || image.pixelColor(10, 10) == Qt::white);
+        return drawn;
+    };
+    const QString odt = QStringLiteral("org.oasis-open.opendocument.text");
+    EXPECT_TRUE(isDrawn(text, {}));
+    EXPECT_TRUE(isDrawn(text, " \n\n"));
+    EXPECT_TRUE(isDrawn(odt, zipOf({{"content.xml", "<text/>"}})));
+    EXPECT_FALSE(isDrawn(odt, "no document"));
+    EXPECT_FALSE(isDrawn(QStringLiteral("public.zip-archive"), zipOf({})));
 }
 
 TEST(Pictures, AreTheCoversAndPreviewsThatDocumentsHold)
