@@ -24,9 +24,11 @@ KPImporterStatus::KPImporterStatus(const QString &storePath)
         m_problem = QStringLiteral("documents cannot be read: ") + m_cage;
     else if (!m_isWhole)
         m_problem = QStringLiteral("documents are read with less protection: ") + m_cage;
-    for (const auto &one : ImportAttempts::leftAlone(CagedImporter::attemptsOf(storePath)))
-        m_alone.append({XPPath::decode(one.path),
-                        documentFailureName(one.failure) + QStringLiteral(": ") + one.reason});
+    for (const auto &one : ImportAttempts::notRead(CagedImporter::attemptsOf(storePath)))
+        m_notRead.append(
+            {XPPath::decode(one.path),
+             documentFailureName(one.failure) + QStringLiteral(": ") + one.reason +
+                 (one.isLeftAlone() ? QString() : QStringLiteral("; is tried once more later"))});
 }
 
 QString KPImporterStatus::problem() const
@@ -37,7 +39,7 @@ QString KPImporterStatus::problem() const
 void KPImporterStatus::printText(KPCommandOutput &output) const
 {
     output.write("Importer:   " + XPPath::printable(m_cage).toUtf8() + '\n');
-    for (const Alone &one : m_alone)
+    for (const NotRead &one : m_notRead)
         output.write("Not read:   " + output.name(one.path) + "  (" +
                      XPPath::printable(one.reason).toUtf8() + ")\n");
 }
@@ -45,7 +47,7 @@ void KPImporterStatus::printText(KPCommandOutput &output) const
 void KPImporterStatus::printJson(KPCommandOutput &output) const
 {
     QByteArrayList alone;
-    for (const Alone &one : m_alone)
+    for (const NotRead &one : m_notRead)
         alone.append("{\"path\": " + KPCommandOutput::json(one.path) +
                      ", \"reason\": " + KPCommandOutput::json(one.reason) + '}');
     output.write(",\n  \"importer\": " + KPCommandOutput::json(m_cage) + ",\n  \"caged\": " +

@@ -3,7 +3,7 @@
 #include "KPCommandOutput.h"
 
 // How documents are read on this machine, for `index status`: how the importer is shut in, and
-// which documents are left alone because they broke it.
+// which documents are not read because they broke it.
 // Threads: main; starts the importer for a moment.
 class KPImporterStatus
 {
@@ -19,7 +19,7 @@ public:
     void printJson(KPCommandOutput &output) const;
 
 private:
-    struct Alone
+    struct NotRead
     {
         QString path;
         QString reason;
@@ -27,5 +27,5 @@ private:
     QString m_cage;
     QString m_problem;
     bool m_isWhole = false; // nothing of the cage is missing
-    QList<Alone> m_alone;
+    QList<NotRead> m_notRead;
 };

@@ -199,12 +199,13 @@ void ImportAttempts::save() const
         qCWarning(xpLog).noquote() << error->message;
 }
 
-QList<Case> ImportAttempts::leftAlone(const QString &path)
+QList<Case> ImportAttempts::notRead(const QString &path)
 {
     QList<Case> cases = casesIn(path);
     cases.removeIf([](const Case &one) {
         struct stat facts = {};
-        return !one.isLeftAlone() || ::lstat(one.path.constData(), &facts) != 0 ||
+        return (one.breaks == 0 && !one.isLeftAlone()) ||
+               ::lstat(one.path.constData(), &facts) != 0 ||
                static_cast<qint64>(facts.st_ino) != one.inode || facts.st_size != one.size ||
                qint64{facts.st_mtim.tv_sec} * 1'000'000'000 + facts.st_mtim.tv_nsec != one.modified;
     });

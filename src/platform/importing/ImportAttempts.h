@@ -16,7 +16,7 @@
 // Two files: PATH, a property list of what broke, replaced as a whole, rarely; and PATH.trying,
 // the document at work, written over for each, without waiting for the disk. What cannot be read
 // there counts as nothing; what cannot be written is kept in memory.
-// Threads: one; leftAlone() any, in any process.
+// Threads: one; notRead() any, in any process.
 class ImportAttempts
 {
 public:
@@ -48,8 +48,9 @@ public:
     void succeeded(const ImportDocument &document);
     void gaveUp(); // stopped from outside: says nothing of the document
 
-    // What is left alone according to the file, less what has changed or gone since.
-    static QList<Case> leftAlone(const QString &path);
+    // What is left alone according to the file, or took too long and is tried once more at the next
+    // start; less what has changed or gone since.
+    static QList<Case> notRead(const QString &path);
 
 private:
     Case &caseFor(const ImportDocument &document);
