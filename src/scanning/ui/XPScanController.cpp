@@ -454,6 +454,8 @@ void XPScanController::saveProfile()
         Profile profile = Profile::ofSettings();
         if (int unit = 0; m_device.scannerFromString(m_scannerPopup->currentText(), &unit))
             profile.unit = unit;
+        // Only the shell asks for the number of pages.
+        profile.pages = Profile::named(name).value_or(profile).pages;
         if (const auto error = profile.save(name))
             return XPPrompts::current().alert(qtTrId("KPScanProfileNotSaved"), error->reason());
         m_profiles->setCurrentIndex(m_profiles->findText(name));

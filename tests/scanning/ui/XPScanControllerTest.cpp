@@ -260,7 +260,11 @@ TEST(ScanController, AProfileKeepsThePartOfTheScanner)
     const int flatbed = rowOf(XPImageCaptureCoreDevice::Flatbed);
     ASSERT_TRUE(feeder >= 0 && flatbed >= 0) << qPrintable(scanners->itemText(0));
     choose(scanners, feeder);
+    XPScanProfile ofShell;
+    ofShell.pages = 2;
+    ASSERT_FALSE(ofShell.save(QStringLiteral("Pile")));
     scene.saveProfile(QStringLiteral("Pile"));
+    EXPECT_EQ(XPScanProfile::named(QStringLiteral("Pile")).value_or(XPScanProfile()).pages, 2);
     choose(scanners, flatbed);
     ASSERT_EQ(profiles->findText(QStringLiteral("Pile")), 0);
     choose(profiles, 0);
