@@ -127,12 +127,13 @@ QString KPIndexMonitor::activity() const
     QString waiting = qtTrId("KPIndexContents", static_cast<int>(m_status.contentsWaiting))
                           .arg(locale.toString(m_status.contentsWaiting));
     const auto left = m_progress.left();
-    if (!left)
+    const qint64 minutes = left ? (left->count() + 30) / 60 : 0;
+    if (minutes == 0)
         return waiting;
-    const int minutes = static_cast<int>(std::min<qint64>(left->count() / 60 + 1, 100'000));
+    const double rate = *m_progress.filesPerSecond();
     return waiting + u' ' +
-           qtTrId("KPIndexContentsRate", minutes)
-               .arg(locale.toString(*m_progress.filesPerSecond(), 'f', 0));
+           qtTrId("KPIndexContentsRate", static_cast<int>(std::min<qint64>(minutes, 100'000)))
+               .arg(locale.toString(rate, 'f', rate < 10 ? 1 : 0));
 }
 
 bool KPIndexMonitor::isIndexed(const QString &folder) const

@@ -128,6 +128,8 @@ void XPTagEditorController::build()
 QString XPTagEditorController::windowTitleForFileCount(qsizetype count,
                                                        const QString &withFirstFileNamed)
 {
+    if (count == 0)
+        return qtTrId("KPTags");
     if (count == 1)
         return qtTrId("XPTagHUDWindowTemplate").arg(XPPath::printable(withFirstFileNamed));
     return qtTrId("XPTagHUDMultipleDocsWindowTemplate").arg(QLocale().toString(count));
@@ -197,7 +199,9 @@ static QString noteOn(const KPCommonTags &files)
     if (!files.unreadable.isEmpty())
         return qtTrId("KPTagsLeftOut", static_cast<int>(files.unreadable.size()))
             .arg(KPEditSummary::reason(files.unreadable.first()));
-    if (files.paths.size() < 2)
+    if (files.paths.isEmpty())
+        return qtTrId("KPNothingSelected");
+    if (files.paths.size() == 1)
         return {};
     return setting("KPImportOnlyUpdateCommonTags") ? qtTrId("KPCommonTagsOnly")
                                                    : qtTrId("KPAllTagsReplaced");
@@ -228,7 +232,9 @@ void XPTagEditorController::showFiles(const KPCommonTags &files)
 
 void XPTagEditorController::showRating()
 {
-    m_rating->setText(ratingString(m_newRating ? m_newRating : m_files.rating));
+    m_rating->setText(m_files.paths.isEmpty()
+                          ? QString()
+                          : ratingString(m_newRating ? m_newRating : m_files.rating));
 }
 
 void XPTagEditorController::showSome()

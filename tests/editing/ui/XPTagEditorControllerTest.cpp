@@ -198,4 +198,5 @@ TEST(TagEditorTexts, SayHowManyAndHowRated)
     EXPECT_TRUE(XPTagEditorController::windowTitleForFileCount(1, QStringLiteral("a\u202Eb"))
                     .contains(u"a"));
     EXPECT_TRUE(XPTagEditorController::windowTitleForFileCount(1200, {}).contains(u"1,200"));
+    EXPECT_FALSE(XPTagEditorController::windowTitleForFileCount(0, {}).contains(u'0'));
 }
