@@ -39,8 +39,9 @@ static QDialog *makeDialog(QWidget *window, QLineEdit *field)
     constexpr int width = 440;
     field->setMinimumWidth(width);
     auto *buttons = new QDialogButtonBox;
-    buttons->addButton(qtTrId("KPCancel"), QDialogButtonBox::RejectRole);
     QPushButton *go = buttons->addButton(qtTrId("KPCaptureButton"), QDialogButtonBox::AcceptRole);
+    // Last: Tab would pass over it otherwise.
+    buttons->addButton(qtTrId("KPCancel"), QDialogButtonBox::RejectRole);
     const auto check = [field, go] {
         go->setEnabled(XPURLToPDF::addressFrom(field->text()).has_value());
     };

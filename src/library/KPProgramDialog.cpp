@@ -28,8 +28,9 @@ KPProgramDialog::KPProgramDialog(const QList<XPApplications::Application> &progr
         auto *row = new QListWidgetItem(QIcon::fromTheme(each.iconName), each.name, m_list);
         row->setData(entryRole, each.desktopEntry);
     }
-    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
+    auto *buttons = new QDialogButtonBox;
     m_open = buttons->addButton(qtTrId("KPProgramOpen"), QDialogButtonBox::AcceptRole);
+    buttons->addButton(QDialogButtonBox::Cancel); // last: Tab would pass over it otherwise
     auto *column = new QVBoxLayout(this);
     column->addWidget(m_filter);
     column->addWidget(m_list, 1);

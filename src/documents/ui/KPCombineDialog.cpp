@@ -47,8 +47,9 @@ KPCombineDialog::KPCombineDialog(const QList<KPDoc *> &docs, qsizetype leftOut, 
     auto *middle = new QHBoxLayout;
     middle->addWidget(m_list, 1);
     middle->addWidget(makeButtons());
-    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
+    auto *buttons = new QDialogButtonBox;
     m_combine = buttons->addButton(qtTrId("KPCombineButton"), QDialogButtonBox::AcceptRole);
+    buttons->addButton(QDialogButtonBox::Cancel); // last: Tab would pass over it otherwise
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     auto *column = new QVBoxLayout(this);

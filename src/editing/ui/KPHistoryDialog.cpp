@@ -27,9 +27,11 @@ KPHistoryDialog::KPHistoryDialog(QUndoStack &history, KPEditWorker &worker, QWid
     m_note->setWordWrap(true);
     m_note->setForegroundRole(QPalette::PlaceholderText);
     m_note->setFont(KPLook::font(KPLook::Type::Facts));
-    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close);
-    buttons->button(QDialogButtonBox::Close)->setText(qtTrId("KPClose"));
+    m_go->setAutoDefault(false);
+    auto *buttons = new QDialogButtonBox;
     buttons->addButton(m_go, QDialogButtonBox::ActionRole);
+    // Last: Tab would pass over it otherwise.
+    buttons->addButton(QDialogButtonBox::Close)->setText(qtTrId("KPClose"));
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(16, 16, 16, 12);
     column->setSpacing(8);

@@ -41,9 +41,11 @@ KPWaitingTagsDialog::KPWaitingTagsDialog(QWidget *window)
     m_note->setFont(KPLook::font(KPLook::Type::Facts));
     m_forget->setObjectName(QStringLiteral("forget"));
     m_forget->setText(qtTrId("KPWaitingTagsForget"));
-    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close);
-    buttons->button(QDialogButtonBox::Close)->setText(qtTrId("KPClose"));
+    m_forget->setAutoDefault(false);
+    auto *buttons = new QDialogButtonBox;
     buttons->addButton(m_forget, QDialogButtonBox::ActionRole);
+    // Last: Tab would pass over it otherwise.
+    buttons->addButton(QDialogButtonBox::Close)->setText(qtTrId("KPClose"));
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(16, 16, 16, 12);
     column->setSpacing(8);

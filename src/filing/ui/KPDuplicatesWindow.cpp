@@ -57,8 +57,10 @@ void KPDuplicatesWindow::build()
     m_tree->setTextElideMode(Qt::ElideMiddle);
     m_tree->setAccessibleName(qtTrId("KPDuplicatesTitle"));
     auto *buttons = new QDialogButtonBox;
-    buttons->addButton(qtTrId("KPDone"), QDialogButtonBox::RejectRole);
     m_show = buttons->addButton(qtTrId("KPDuplicatesShow"), QDialogButtonBox::ActionRole);
+    // Last: Tab would pass over it otherwise.
+    buttons->addButton(qtTrId("KPDone"), QDialogButtonBox::RejectRole);
+    m_show->setAutoDefault(false);
     m_show->setEnabled(false);
     connect(m_show, &QPushButton::clicked, this, &KPDuplicatesWindow::showInLibrary);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);

@@ -10,6 +10,7 @@
 #include "XPFactorySettings.h"
 #include "XPPath.h"
 
+#include <QApplication>
 #include <QFile>
 #include <QLineEdit>
 #include <QListWidget>
@@ -72,6 +73,14 @@ TEST_F(DocumentsUi, CombinesInTheOrderThatIsChosen)
     EXPECT_EQ(names().size(), 2);
     dialog.findChild<QLineEdit *>()->setText(QStringLiteral(" a/b.PDF "));
     EXPECT_EQ(dialog.name(), u"a:b");
+
+    QStringList stops;
+    while (stops.size() < 12 && stops.count(qtTrId("KPCombineButton")) < 2) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        const auto *stop = qobject_cast<QPushButton *>(QApplication::focusWidget());
+        stops.append(stop ? stop->text() : QString());
+    }
+    EXPECT_TRUE(stops.contains(QStringLiteral("Cancel"))) << stops.join(u'|').toStdString();
 }
 
 TEST_F(DocumentsUi, ListsAreTablesWhateverTheNames)
