@@ -4,7 +4,10 @@
 #include "XPError.h"
 #include "XPLog.h"
 
+#include <QContextMenuEvent>
+#include <QKeyEvent>
 #include <QSocketNotifier>
+#include <QWidget>
 #include <array>
 #include <cerrno>
 #include <csignal>
@@ -60,5 +63,26 @@ bool KPApplication::event(QEvent *event)
         event->ignore();
     else
         exit(0);
+    return true;
+}
+
+static bool asksForMenu(const QEvent &event)
+{
+    if (event.type() != QEvent::KeyPress)
+        return false;
+    const auto &key = static_cast<const QKeyEvent &>(event);
+    return key.key() == Qt::Key_F10 && key.modifiers() == Qt::ShiftModifier;
+}
+
+// Keyboards without a menu key have no other way to a menu; the toolkit knows that key alone.
+bool KPApplication::notify(QObject *receiver, QEvent *event)
+{
+    QWidget *widget = focusWidget();
+    if (!widget || receiver != widget || !asksForMenu(*event))
+        return QApplication::notify(receiver, event);
+    const QPoint at = widget->inputMethodQuery(Qt::ImCursorRectangle).toRect().center();
+    QContextMenuEvent menu(QContextMenuEvent::Keyboard, at, widget->mapToGlobal(at));
+    sendEvent(widget, &menu);
+    event->accept();
     return true;
 }

@@ -20,6 +20,7 @@ public:
 
 protected:
     bool event(QEvent *event) override;
+    bool notify(QObject *receiver, QEvent *event) override;
 
 private:
     std::function<bool()> m_shouldTerminate;
