@@ -3,23 +3,30 @@
 #include "KPLook.h"
 
 #include <QDesktopServices>
+#include <QFontMetrics>
 #include <QGridLayout>
 #include <QLabel>
 #include <QUrl>
 
 static constexpr int narrowestName = 84;
-static constexpr int widestName = 120; // longer ones wrap
+static constexpr int narrowestValue = 120; // longer words break
+static constexpr int widestName = 120;     // longer ones wrap
 
 QString KPFactsView::breakable(const QString &text)
 {
-    static constexpr int longestWord = 20;
     static constexpr QChar maybeBreak(0x200B);
+    const QFontMetrics metrics(KPLook::font(KPLook::Type::Facts));
     QString result;
-    int run = 0;
+    int run = 0; // of the word so far
     for (const QChar c : text) {
+        const int width = metrics.horizontalAdvance(c);
+        if (run + width > narrowestValue && !c.isLowSurrogate()) {
+            result.append(maybeBreak);
+            run = 0;
+        }
         result.append(c);
-        run = c.isSpace() || c == u'/' ? 0 : run + 1;
-        if (c == u'/' || (run >= longestWord && !c.isHighSurrogate()))
+        run = c.isSpace() || c == u'/' ? 0 : run + width;
+        if (c == u'/')
             result.append(maybeBreak);
     }
     return result;
