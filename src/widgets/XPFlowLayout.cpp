@@ -6,6 +6,7 @@
 XPFlowLayout::XPFlowLayout(QWidget *parent, int spacing) : QLayout(parent)
 {
     setSpacing(spacing);
+    setContentsMargins(0, 0, 0, 0);
 }
 
 XPFlowLayout::~XPFlowLayout()
