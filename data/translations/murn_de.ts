@@ -3573,7 +3573,7 @@ Was ist geschehen, und was hatten Sie erwartet?
         <translation>Es wurden %3 Dokumente gewählt; höchstens %4 können auf einmal verschoben oder kopiert werden. Nichts wurde geändert.</translation>
     </message>
     <message id="KPToolBar">
-        <translation>Werkzeugleiste</translation>
+        <translation>Symbolleiste</translation>
     </message>
     <message id="KPToolTipWithKey">
         <translation>%1 (%2)</translation>

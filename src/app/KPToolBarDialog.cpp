@@ -16,6 +16,7 @@ namespace {
 QListWidget *makeList(const QString &name)
 {
     auto *list = new QListWidget;
+    list->setIconSize({16, 16});
     list->setAccessibleName(name);
     list->setDragEnabled(true);
     list->setAcceptDrops(true);

@@ -41,6 +41,7 @@ KPListEditor::KPListEditor(const QString &name, const QString &hint, Hooks hooks
     m_list->setAccessibleName(name);
     m_list->setSelectionMode(QAbstractItemView::ExtendedSelection);
     m_list->setUniformItemSizes(true);
+    m_list->setIconSize({16, 16});
     m_list->setTextElideMode(Qt::ElideMiddle);
     m_list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     auto *column = new QVBoxLayout(this);
