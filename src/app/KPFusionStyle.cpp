@@ -13,6 +13,7 @@ static constexpr float fieldOutline = 0.3F;
 static constexpr float outlineDisabled = 0.25F;
 static constexpr double indicatorCorner = 2;
 static constexpr double fieldCorner = 4;
+static constexpr int fieldInset = 3; // of the text, beyond the style's own
 static constexpr double buttonCorner = 6;
 
 KPFusionStyle::KPFusionStyle() : QProxyStyle(QStringLiteral("fusion"))
@@ -151,4 +152,14 @@ void KPFusionStyle::drawControl(ControlElement element, const QStyleOption *opti
         painter->fillRect(
             QRect(option->rect.left(), option->rect.bottom(), option->rect.width(), 1),
             option->palette.color(QPalette::Window));
+}
+
+QRect KPFusionStyle::subElementRect(SubElement element, const QStyleOption *option,
+                                    const QWidget *widget) const
+{
+    const QRect rect = QProxyStyle::subElementRect(element, option, widget);
+    const auto *frame = qstyleoption_cast<const QStyleOptionFrame *>(option);
+    if (element == SE_LineEditContents && frame && frame->lineWidth > 0)
+        return rect.adjusted(fieldInset, 0, -fieldInset, 0);
+    return rect;
 }
