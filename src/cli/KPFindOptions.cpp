@@ -3,8 +3,11 @@
 #include "KPFileTypeRegistry.h"
 #include "XPFolders.h"
 #include "XPPath.h"
+#include "XPPatience.h"
 
 #include <QLocale>
+
+static constexpr std::chrono::seconds patience{5}; // with the volume of a folder
 
 // --- Values of single options
 
@@ -169,6 +172,12 @@ std::optional<XPError> KPFindOptions::parseTypes()
     return {};
 }
 
+static XPResult<QString> realFolder(const QString &given)
+{
+    const auto real = xpWithPatience(patience, [given] { return XPFolders::realFolder(given); });
+    return real ? *real : XPError::fromErrno(ETIMEDOUT, XPPath::absolute(given));
+}
+
 std::optional<XPError> KPFindOptions::parseFolders()
 {
     for (const char *option : {"--in", "--list-folder", "--not-in"}) {
@@ -176,7 +185,7 @@ std::optional<XPError> KPFindOptions::parseFolders()
         for (const QString &given : m_line.values(option)) {
             if (given.isEmpty())
                 return kpUsageError(QStringLiteral("%1 needs a folder").arg(QLatin1String(option)));
-            const auto real = XPFolders::realFolder(given);
+            const auto real = realFolder(given);
             if (!real)
                 m_missing.append(real.error());
             if (!real && isToLookIn)

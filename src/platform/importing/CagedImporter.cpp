@@ -69,7 +69,7 @@ XPResult<IndexImporter::Content> CagedImporter::import(const QByteArray &path, c
 {
     if (const auto known = hello(); !known)
         return known.error();
-    const auto document = ImportDocument::open(path, type);
+    const auto document = ImportDocument::open(path, type, stop);
     if (!document)
         return document.error();
     for (;;) {

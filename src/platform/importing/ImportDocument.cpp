@@ -1,10 +1,16 @@
 #include "ImportDocument.h"
 
 #include "KPContentTypes.h"
+#include "XPMutex.h"
 #include "XPPath.h"
+#include "XPPatience.h"
+#include "XPVolumes.h"
 
+#include <QHash>
+#include <atomic>
 #include <cerrno>
 #include <fcntl.h>
+#include <memory>
 #include <sys/stat.h>
 
 static XPFileDescriptor openedForReading(const QByteArray &path)
@@ -16,7 +22,7 @@ static XPFileDescriptor openedForReading(const QByteArray &path)
     return file;
 }
 
-XPResult<ImportDocument> ImportDocument::open(const QByteArray &path, const QString &type)
+static XPResult<ImportDocument> opened(const QByteArray &path, const QString &type)
 {
     ImportDocument document;
     document.descriptor = openedForReading(path);
@@ -33,6 +39,46 @@ XPResult<ImportDocument> ImportDocument::open(const QByteArray &path, const QStr
     document.path = path;
     document.type = type;
     return document;
+}
+
+using HasEnded = std::shared_ptr<std::atomic<bool>>;
+
+// The last open that was given up, by the mount point of its volume.
+struct GivenUp
+{
+    XPMutex mutex;
+    QHash<QString, HasEnded> opens XP_GUARDED_BY(mutex);
+};
+
+static GivenUp &givenUp()
+{
+    static auto &state = *new GivenUp; // for the process: what hangs outlives everything
+    return state;
+}
+
+static bool hangs(const QString &mountPoint)
+{
+    const XPLocker locker(givenUp().mutex);
+    const auto open = givenUp().opens.constFind(mountPoint);
+    return open != givenUp().opens.cend() && !**open;
+}
+
+XPResult<ImportDocument> ImportDocument::open(const QByteArray &path, const QString &type,
+                                              const std::stop_token &stop,
+                                              std::chrono::milliseconds patience)
+{
+    const auto notAnswering = XPError::fromErrno(ETIMEDOUT, XPPath::decode(path));
+    const QString mountPoint = XPVolumes::volumeOf(XPPath::decode(path)).mountPoint;
+    if (hangs(mountPoint))
+        return notAnswering;
+    const auto hasEnded = std::make_shared<std::atomic<bool>>(false);
+    auto document = xpWithPatience(
+        patience, [=] { return opened(path, type); }, stop, hasEnded);
+    if (document)
+        return *std::move(document);
+    const XPLocker locker(givenUp().mutex);
+    givenUp().opens.insert(mountPoint, hasEnded);
+    return notAnswering;
 }
 
 ImportJob ImportDocument::job() const
