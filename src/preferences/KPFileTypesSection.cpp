@@ -164,7 +164,7 @@ QWidget *KPFileTypesSection::makeTypes()
     auto *column = new QVBoxLayout(part);
     column->setContentsMargins(0, 0, 0, 0);
     column->addWidget(heading(QT_TRID_NOOP("KPKindsTypes")));
-    column->addWidget(m_types);
+    column->addWidget(m_types, 1);
     column->addLayout(entry);
     column->addLayout(line);
     return part;

@@ -123,7 +123,9 @@ void KPPreferencesWindow::addPages()
         auto *item = new QListWidgetItem(KPDocIcons::symbol(QString::fromLatin1(info.symbol)),
                                          title, m_list);
         item->setData(Qt::UserRole, static_cast<int>(info.page));
-        item->setSizeHint({0, KPLook::controlHeight});
+        const QFontMetrics letters = m_list->fontMetrics();
+        item->setSizeHint({letters.horizontalAdvance(title) + 16 + listMargin,
+                           std::max(KPLook::controlHeight, letters.height() + 8)});
     }
 }
 
