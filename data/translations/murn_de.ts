@@ -2193,7 +2193,7 @@ Absturzberichte erlauben?</translation>
         <translation>Letzte Suchen</translation>
     </message>
     <message id="KPPrefForgetTagGroups">
-        <translation>Letzte Taggruppen</translation>
+        <translation>Letzte Schlagwortgruppen</translation>
     </message>
     <message id="KPPrefForgetTags">
         <translation>Zuletzt eingegebene Schlagwörter</translation>
