@@ -1,5 +1,6 @@
 #include "IndexTextReader.h"
 
+#include "IndexStore.h"
 #include "IndexTextTokenizer.h"
 #include "XPFileInfo.h"
 #include "XPPath.h"
@@ -42,6 +43,7 @@ bool IndexTextReader::fail()
 XPResult<std::unique_ptr<IndexTextReader>> IndexTextReader::open(const QString &path)
 {
     const QByteArray bytes = XPPath::encode(path);
+    const XPLocker lock(IndexStore::names());
     const auto info = XPFileInfo::readAt(AT_FDCWD, bytes.constData());
     if (!info)
         return info.error();
@@ -55,6 +57,11 @@ XPResult<std::unique_ptr<IndexTextReader>> IndexTextReader::open(const QString &
         return reader->failure();
     }
     sqlite3_busy_timeout(reader->m_db, 5000);
+    // The log belongs to the writer: a reader of a file that was set aside, where it is the last
+    // one, would put the next file's log into that and delete it.
+    sqlite3_db_config(reader->m_db, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+    // Opens the log. What fails here fails again when something is asked.
+    (void)sqlite3_exec(reader->m_db, "SELECT 1 FROM sqlite_schema", nullptr, nullptr, nullptr);
     reader->m_begin = reader->prepare("BEGIN");
     reader->m_commit = reader->prepare("COMMIT");
     reader->m_version = reader->prepare("PRAGMA data_version");

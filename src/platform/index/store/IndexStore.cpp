@@ -199,21 +199,34 @@ IndexStore::~IndexStore()
         ::close(m_bell);
 }
 
-void IndexStore::setAside(const QString &path)
+XPMutex &IndexStore::names()
 {
-    const auto moved = XPAtomicFile::setAside(path);
-    qCWarning(xpLog).noquote() << "The index could not be used and is built anew; the old one is"
-                               << (moved ? XPPath::printable(*moved) : QStringLiteral("gone"));
-    // These belong to the file that was set aside and would damage the new one.
-    remove(path);
+    static XPMutex mutex;
+    return mutex;
 }
 
-void IndexStore::remove(const QString &path)
+static void removeFiles(const QString &path)
 {
     for (const char *tail : {"", "-wal", "-shm"})
         ::unlink(XPPath::encode(path + QLatin1String(tail)).constData());
     std::error_code ignored;
     fs::remove_all(segmentFolder(path), ignored);
+}
+
+void IndexStore::setAside(const QString &path)
+{
+    const XPLocker lock(names());
+    const auto moved = XPAtomicFile::setAside(path);
+    qCWarning(xpLog).noquote() << "The index could not be used and is built anew; the old one is"
+                               << (moved ? XPPath::printable(*moved) : QStringLiteral("gone"));
+    // These belong to the file that was set aside and would damage the new one.
+    removeFiles(path);
+}
+
+void IndexStore::remove(const QString &path)
+{
+    const XPLocker lock(names());
+    removeFiles(path);
 }
 
 // --- Values

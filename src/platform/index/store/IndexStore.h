@@ -1,6 +1,7 @@
 #pragma once
 
 #include "IndexCatalog.h"
+#include "XPMutex.h"
 
 #include <QString>
 #include <functional>
@@ -33,6 +34,11 @@ public:
     static void setAside(const QString &path);
     // Deletes the store's files. Nobody may have it open for writing.
     static void remove(const QString &path);
+    // Held by these two, and by who opens a connection until it has read once: only then does
+    // SQLite open the log, by its name, and one that comes upon the log of the next file of that
+    // name cuts it short below its writer. (In another process the writer's lock keeps it from
+    // that.)
+    static XPMutex &names();
     ~IndexStore();
     IndexStore(const IndexStore &) = delete;
     IndexStore &operator=(const IndexStore &) = delete;

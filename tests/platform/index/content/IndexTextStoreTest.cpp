@@ -292,3 +292,27 @@ TEST(IndexTextStore, AnswersWhileTextsAreReplaced)
     second.join();
     EXPECT_EQ(found(*store, "odd").size(), size_t{count});
 }
+
+// A connection that is being opened meanwhile must not take the new file's log for that of the old
+// file: SQLite cuts it short below the writer then, which ends the process.
+TEST(IndexTextStore, BeginsAnewWhileConnectionsAreOpened)
+{
+    const TestFolder folder;
+    const QString path = folder.path() + QStringLiteral("/text");
+    const auto store = storeAt(path);
+    std::jthread asking([&path](const std::stop_token &stop) {
+        while (!stop.stop_requested()) {
+            const auto reader = IndexTextReader::open(path);
+            if (reader && (*reader)->begin())
+                (*reader)->end();
+        }
+    });
+    for (IndexItem item = 1; item <= 100; ++item) {
+        ASSERT_FALSE(store->startOver());
+        ASSERT_FALSE(store->put({text(item, "one")}));
+        ASSERT_EQ(found(*store, "one"), Items{item});
+    }
+    asking.request_stop();
+    asking.join();
+    EXPECT_EQ(found(*storeAt(path), "one"), Items{100}); // all of it is in the files
+}
