@@ -3,6 +3,7 @@
 #include "KPLook.h"
 
 #include <QAbstractScrollArea>
+#include <QMainWindow>
 #include <QPainter>
 #include <QStyleOption>
 #include <QTreeView>
@@ -96,6 +97,23 @@ static void drawFocus(const QStyleOptionFocusRect &option, QPainter *painter, co
         drawRounded(painter, option.rect, QPen(accent, 1.5), Qt::NoBrush, fieldCorner);
 }
 
+static void drawLineBelow(const QStyleOption &option, QPainter *painter, const QColor &colour)
+{
+    const QRect &rect = option.rect;
+    painter->fillRect(QRect(rect.left(), rect.bottom(), rect.width(), 1), colour);
+}
+
+static void drawToolBarSeparator(const QStyleOption &option, QPainter *painter)
+{
+    static constexpr int ends = 4;
+    QRect line = option.rect;
+    if (option.state & QStyle::State_Horizontal)
+        line = QRect(line.center().x(), line.top() + ends, 1, line.height() - 2 * ends);
+    else
+        line = QRect(line.left() + ends, line.center().y(), line.width() - 2 * ends, 1);
+    painter->fillRect(line, KPLook::line(option.palette));
+}
+
 void KPFusionStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *option,
                                   QPainter *painter, const QWidget *widget) const
 {
@@ -107,6 +125,10 @@ void KPFusionStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *
     }
     if (element == PE_PanelButtonTool && option->state & State_AutoRaise) {
         drawFlatButton(*option, painter);
+        return;
+    }
+    if (element == PE_IndicatorToolBarSeparator) {
+        drawToolBarSeparator(*option, painter);
         return;
     }
     if (element == PE_PanelItemViewItem && item) {
@@ -144,14 +166,20 @@ void KPFusionStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *
 void KPFusionStyle::drawControl(ControlElement element, const QStyleOption *option,
                                 QPainter *painter, const QWidget *widget) const
 {
+    if (element == CE_ToolBar) {
+        if (widget && qobject_cast<QMainWindow *>(widget->parentWidget()))
+            drawLineBelow(*option, painter, KPLook::line(option->palette));
+        return;
+    }
     QProxyStyle::drawControl(element, option, painter, widget);
     // The line below a menu bar, which has gaps at some scales.
     const bool isMenuBar = element == CE_MenuBarEmptyArea ||
                            (element == CE_MenuBarItem && !(option->state & State_Sunken));
-    if (isMenuBar)
-        painter->fillRect(
-            QRect(option->rect.left(), option->rect.bottom(), option->rect.width(), 1),
-            option->palette.color(QPalette::Window));
+    if (isMenuBar) {
+        const QRect &rect = option->rect; // its pen reaches half a point above the last one
+        painter->fillRect(QRect(rect.left(), rect.bottom() - 1, rect.width(), 2),
+                          option->palette.color(QPalette::Window));
+    }
 }
 
 QRect KPFusionStyle::subElementRect(SubElement element, const QStyleOption *option,

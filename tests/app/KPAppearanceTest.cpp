@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMenuBar>
 #include <QSet>
 #include <QTest>
 #include <gtest/gtest.h>
@@ -104,7 +105,7 @@ TEST(Appearance, LeavesNoRoleInTheOtherKindsColours)
 }
 
 // On a dark window too, and where a point is several pixels.
-TEST(Appearance, OutlinesFieldsAndFillsSelectedItemsEvenly)
+TEST(Appearance, OutlinesFieldsAndLeavesNoSeams)
 {
     using Scheme = KPCommandLine::ColourScheme;
     const QPalette before = QApplication::palette();
@@ -116,6 +117,9 @@ TEST(Appearance, OutlinesFieldsAndFillsSelectedItemsEvenly)
         list.addItem(new QListWidgetItem(QApplication::windowIcon(), QStringLiteral("x")));
         list.item(0)->setSizeHint({0, 32});
         list.setCurrentRow(0);
+        QMenuBar menus;
+        menus.addMenu(QStringLiteral("File"));
+        menus.addMenu(QStringLiteral("Edit"));
         for (const double scale : {1.0, 1.5, 2.0}) {
             const auto picture = [&](QWidget &widget) {
                 widget.resize(120, 40);
@@ -130,11 +134,16 @@ TEST(Appearance, OutlinesFieldsAndFillsSelectedItemsEvenly)
             const QColor inside = frame.pixelColor(frame.width() / 2, middle);
             EXPECT_GT(std::abs(edge.lightnessF() - inside.lightnessF()), 0.1F) << scale;
 
-            const QImage row = picture(list);
-            QSet<QRgb> colours;
-            for (int x = row.width() / 4; x < row.width() * 3 / 4; ++x)
-                colours.insert(row.pixel(x, int(4 * scale)));
-            EXPECT_EQ(colours.size(), 1) << scale;
+            const auto coloursOf = [](const QImage &image, int y) {
+                QSet<QRgb> colours;
+                for (int x = image.width() / 4; x < image.width() * 3 / 4; ++x)
+                    colours.insert(image.pixel(x, y));
+                return colours.size();
+            };
+            EXPECT_EQ(coloursOf(picture(list), int(4 * scale)), 1) << scale;
+            const QImage bar = picture(menus);
+            for (int y = bar.height() - int(2 * scale); y < bar.height(); ++y)
+                EXPECT_EQ(coloursOf(bar, y), 1) << scale;
         }
     }
     QApplication::setPalette(before);
