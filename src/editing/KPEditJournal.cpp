@@ -18,6 +18,7 @@ static constexpr qsizetype remembered = 100;
 
 static const QString editEnding = QStringLiteral(".edit");
 static const QString undoneEnding = QStringLiteral(".undone");
+static const QString renameKey = QStringLiteral("rename");
 
 static QString folder()
 {
@@ -59,7 +60,8 @@ static bool writeAll(int descriptor, const QByteArray &bytes)
     return true;
 }
 
-std::unique_ptr<KPEditJournal> KPEditJournal::begin(const QString &text)
+std::unique_ptr<KPEditJournal> KPEditJournal::begin(const QString &text,
+                                                    const std::optional<KPTagRename> &rename)
 {
     static std::atomic<int> number = 0;
     if (const auto error = XPFolders::create(folder())) {
@@ -80,7 +82,10 @@ std::unique_ptr<KPEditJournal> KPEditJournal::begin(const QString &text)
         return nullptr;
     }
     std::unique_ptr<KPEditJournal> journal(new KPEditJournal(file, descriptor));
-    if (!writeAll(descriptor, line({{QStringLiteral("edit"), text}})))
+    QJsonObject about{{QStringLiteral("edit"), text}};
+    if (rename)
+        about.insert(renameKey, rename->toJson());
+    if (!writeAll(descriptor, line(about)))
         logProblem(file, xpErrnoString(errno));
     return journal;
 }
@@ -157,7 +162,7 @@ static std::optional<KPFileChange> changeFrom(const QByteArray &bytes)
     return change.isEmpty() ? std::nullopt : std::optional(change);
 }
 
-XPResult<std::vector<KPFileChange>> KPEditJournal::changes(const QString &file)
+XPResult<KPEditJournal::Contents> KPEditJournal::contents(const QString &file)
 {
     const auto bytes = XPAtomicFile::read(file);
     if (!bytes)
@@ -165,15 +170,19 @@ XPResult<std::vector<KPFileChange>> KPEditJournal::changes(const QString &file)
     return parse(*bytes);
 }
 
-std::vector<KPFileChange> KPEditJournal::parse(const QByteArray &bytes)
+KPEditJournal::Contents KPEditJournal::parse(const QByteArray &bytes)
 {
-    std::vector<KPFileChange> changes;
+    Contents contents;
     const QByteArrayList lines = bytes.split('\n');
+    const QJsonObject about = QJsonDocument::fromJson(lines.constFirst()).object();
+    const auto rename = KPTagRename::fromJson(about.value(renameKey).toObject());
+    if (!rename.from.isEmpty())
+        contents.rename = rename;
     for (qsizetype number = 1; number + 1 < lines.size(); ++number) {
         if (auto change = changeFrom(lines[number]))
-            changes.push_back(std::move(*change));
+            contents.changes.push_back(std::move(*change));
     }
-    return changes;
+    return contents;
 }
 
 QString KPEditJournal::mark(const QString &file, bool undone)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "KPFileEdit.h"
+#include "KPTagRename.h"
 
 #include <QDateTime>
 #include <memory>
@@ -23,8 +24,15 @@ public:
         QString text; // what undo says it takes back
     };
 
+    struct Contents
+    {
+        std::vector<KPFileChange> changes;
+        std::optional<KPTagRename> rename; // that the edit was, of a tag in the whole library
+    };
+
     // Begins the file of an edit; null (and a line in the log) where none can be made.
-    static std::unique_ptr<KPEditJournal> begin(const QString &text);
+    static std::unique_ptr<KPEditJournal> begin(const QString &text,
+                                                const std::optional<KPTagRename> &rename = {});
     ~KPEditJournal();
     KPEditJournal(const KPEditJournal &) = delete;
     KPEditJournal &operator=(const KPEditJournal &) = delete;
@@ -36,8 +44,8 @@ public:
     static QString mark(const QString &file, bool undone);
     static void remove(const QString &file);
     // What stands there. A line that was cut off ends it.
-    static XPResult<std::vector<KPFileChange>> changes(const QString &file);
-    static std::vector<KPFileChange> parse(const QByteArray &bytes); // the whole of a file
+    static XPResult<Contents> contents(const QString &file);
+    static Contents parse(const QByteArray &bytes); // the whole of a file
     // Those that can be undone, the oldest first. Forgets the older and the undone ones.
     static QList<Saved> saved();
 

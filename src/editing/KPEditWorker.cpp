@@ -130,7 +130,7 @@ KPEditReport KPEditWorker::runEdit(const Job &job)
     job.record->rename = job.edit.rename;
     std::unique_ptr<KPEditJournal> journal;
     if (!job.text.isEmpty())
-        journal = KPEditJournal::begin(job.text);
+        journal = KPEditJournal::begin(job.text, job.edit.rename);
     if (journal)
         job.record->journal = journal->file();
     const auto intend = [&](const KPFileChange &change) {
@@ -177,13 +177,14 @@ KPEditReport KPEditWorker::repeat(const Job &job)
     KPEditRecord &record = *job.record;
     const bool undoes = job.kind == Job::Kind::Undo;
     if (!record.isLoaded) {
-        auto changes = KPEditJournal::changes(record.journal);
-        if (!changes) {
+        auto contents = KPEditJournal::contents(record.journal);
+        if (!contents) {
             report.total = 1;
-            report.failures.append(changes.error());
+            report.failures.append(contents.error());
             return report;
         }
-        record.changes = *std::move(changes);
+        record.changes = std::move(contents->changes);
+        record.rename = contents->rename;
         record.isLoaded = true;
     }
     report.total = static_cast<qsizetype>(record.changes.size());

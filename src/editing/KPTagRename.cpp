@@ -2,10 +2,33 @@
 
 #include "KarvexTagKey.h"
 
+#include <QJsonArray>
 #include <QSet>
 #include <algorithm>
 
 const QString KPTagRename::renamedNotification = QStringLiteral("KPNotificationTagRenamed");
+
+static const QString fromKey = QStringLiteral("from");
+static const QString toKey = QStringLiteral("to");
+static const QString branchKey = QStringLiteral("withBranch");
+static const QString alsoKey = QStringLiteral("alsoFrom");
+
+QJsonObject KPTagRename::toJson() const
+{
+    return {{fromKey, from},
+            {toKey, to},
+            {branchKey, withBranch},
+            {alsoKey, QJsonArray::fromStringList(alsoFrom)}};
+}
+
+KPTagRename KPTagRename::fromJson(const QJsonObject &object)
+{
+    KPTagRename rename{object.value(fromKey).toString(), object.value(toKey).toString(),
+                       object.value(branchKey).toBool(true),
+                       object.value(alsoKey).toVariant().toStringList()};
+    rename.alsoFrom.removeAll(QString());
+    return rename;
+}
 
 QString KPTagRename::meant(const QString &tag) const
 {

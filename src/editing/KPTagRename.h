@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QJsonObject>
 #include <QStringList>
 
 // Another name for a tag, or none: what it makes of the tags of one file. A tag with "/" in it is
@@ -19,6 +20,11 @@ struct KPTagRename
     bool concerns(const QString &tag) const { return !meant(tag).isEmpty(); }
     QStringList allFrom() const { return QStringList{from} + alsoFrom; }
     bool operator==(const KPTagRename &) const = default;
+
+    // As it stands in the lists of waiting changes and the journals of edits. What is not given
+    // there is empty, `withBranch` true.
+    QJsonObject toJson() const;
+    static KPTagRename fromJson(const QJsonObject &object);
 
 private:
     QString meant(const QString &tag) const; // as which of the old names; empty: as none

@@ -12,10 +12,6 @@
 
 using KPWaitingTagChanges::Change;
 
-static const QString fromKey = QStringLiteral("from");
-static const QString toKey = QStringLiteral("to");
-static const QString branchKey = QStringLiteral("withBranch");
-static const QString alsoKey = QStringLiteral("alsoFrom");
 static const QString timeKey = QStringLiteral("asked");
 static const QString pathsKey = QStringLiteral("files");
 
@@ -48,10 +44,7 @@ XPResult<QList<Change>> KPWaitingTagChanges::parse(const QByteArray &bytes)
     for (const auto value : document.array()) {
         const QJsonObject object = value.toObject();
         Change change;
-        change.rename = {object.value(fromKey).toString(), object.value(toKey).toString(),
-                         object.value(branchKey).toBool(true),
-                         object.value(alsoKey).toVariant().toStringList()};
-        change.rename.alsoFrom.removeAll(QString());
+        change.rename = KPTagRename::fromJson(object);
         change.time = QDateTime::fromString(object.value(timeKey).toString(), Qt::ISODate);
         for (const auto file : object.value(pathsKey).toArray())
             change.paths.append(file.toString());
@@ -65,13 +58,12 @@ XPResult<QList<Change>> KPWaitingTagChanges::parse(const QByteArray &bytes)
 QByteArray KPWaitingTagChanges::bytesOf(const QList<Change> &changes)
 {
     QJsonArray array;
-    for (const Change &change : changes)
-        array.append(QJsonObject{{fromKey, change.rename.from},
-                                 {toKey, change.rename.to},
-                                 {branchKey, change.rename.withBranch},
-                                 {alsoKey, QJsonArray::fromStringList(change.rename.alsoFrom)},
-                                 {timeKey, change.time.toString(Qt::ISODate)},
-                                 {pathsKey, QJsonArray::fromStringList(change.paths)}});
+    for (const Change &change : changes) {
+        QJsonObject object = change.rename.toJson();
+        object.insert(timeKey, change.time.toString(Qt::ISODate));
+        object.insert(pathsKey, QJsonArray::fromStringList(change.paths));
+        array.append(object);
+    }
     return QJsonDocument(array).toJson();
 }
 

@@ -54,7 +54,7 @@ TEST_F(WaitingTagChanges, AreTakenBackWithTheChangeAndMadeAgainWithIt)
     KPEditWorker worker;
     const auto record = std::make_shared<KPEditRecord>();
     const auto isDone = [&] { return QTest::qWaitFor([&] { return !worker.isBusy(); }, 20'000); };
-    worker.edit({{file}, {}, {}, rename}, record);
+    worker.edit({{file}, {}, {}, rename}, record, QStringLiteral("renamed"));
     ASSERT_TRUE(isDone());
     EXPECT_EQ(waiting(), QStringList{away} + others);
     worker.undo(record);
@@ -65,6 +65,14 @@ TEST_F(WaitingTagChanges, AreTakenBackWithTheChangeAndMadeAgainWithIt)
     ASSERT_TRUE(isDone());
     EXPECT_EQ(waiting(), others + QStringList{away});
     EXPECT_EQ(Karvex::getUserTags(file).valueOr({}), QStringList{rename.to});
+    // As the next start has it.
+    const auto saved = std::make_shared<KPEditRecord>();
+    saved->journal = record->journal;
+    saved->isLoaded = false;
+    worker.undo(saved);
+    ASSERT_TRUE(isDone());
+    EXPECT_EQ(waiting(), others);
+    EXPECT_EQ(Karvex::getUserTags(file).valueOr({}), QStringList{rename.from});
 }
 
 TEST_F(WaitingTagChanges, DamagedAreAnErrorAndSetAside)
@@ -93,12 +101,14 @@ TEST(EditJournal, KeepsWhatWasToldUpToATornLine)
     }
     const QByteArray whole = XPAtomicFile::read(file).valueOr({});
     ASSERT_FALSE(XPAtomicFile::write(file, whole + R"({"path":"/c","rati)"));
-    const auto changes = KPEditJournal::changes(file);
-    ASSERT_TRUE(changes);
-    ASSERT_EQ(changes->size(), 2U);
-    EXPECT_EQ(changes->at(0).path, odd);
-    EXPECT_EQ(changes->at(0).tags->after, QStringList{QStringLiteral("a\nb")});
-    EXPECT_EQ(changes->at(1).rating->after, 3.5);
+    const auto contents = KPEditJournal::contents(file);
+    ASSERT_TRUE(contents);
+    EXPECT_FALSE(contents->rename);
+    const auto &changes = contents->changes;
+    ASSERT_EQ(changes.size(), 2U);
+    EXPECT_EQ(changes.at(0).path, odd);
+    EXPECT_EQ(changes.at(0).tags->after, QStringList{QStringLiteral("a\nb")});
+    EXPECT_EQ(changes.at(1).rating->after, 3.5);
     ASSERT_EQ(KPEditJournal::saved().size(), 1);
     EXPECT_EQ(KPEditJournal::saved().first().text, text);
     const QString undone = KPEditJournal::mark(file, true);
