@@ -6,10 +6,16 @@ source. So sources are included into one, a batch, and checked together. A batch
 where two of them use a name each for itself, and what is found in one may come from another: a
 source that anything is found in is put into a smaller batch, in the end alone, and only then is
 the finding told. Exits with 1 when there are findings.
+
+Sources in which nothing was found are left out the next time, for as long as neither they nor what
+they include, their flags, the checks and clang-tidy change. What they include the build knows,
+which must be up to date; BUILD/tidy/passed keeps this and can be deleted.
 """
 
 import argparse
 import concurrent.futures
+import functools
+import hashlib
 import json
 import os
 import re
@@ -33,6 +39,68 @@ def flags_of(command):
         elif word.startswith(("-I", "-D", "-W", "-std=")) and word != "-Werror":
             flags.append((word,))
     return flags
+
+
+def object_of(command):
+    words = shlex.split(command)
+    return words[words.index("-o") + 1]
+
+
+@functools.lru_cache(maxsize=None)
+def state_of(path):
+    """Of a header of the system its time, of all else the bytes."""
+    try:
+        if path.startswith("/usr/"):
+            facts = os.stat(path)
+            return f"{facts.st_size} {facts.st_mtime_ns}"
+        with open(path, "rb") as file:
+            return hashlib.sha256(file.read()).hexdigest()
+    except OSError:
+        return "none"
+
+
+class Passed:
+    """What nothing was found in, by a hash of all that clang-tidy sees of it."""
+
+    def __init__(self, build, objects, commands):
+        self.commands = commands
+        self.objects = objects
+        self.includes = {}
+        deps = subprocess.run(["ninja", "-C", build, "-t", "deps"], check=True,
+                              stdout=subprocess.PIPE, text=True).stdout
+        for block in deps.split("\n\n"):
+            lines = block.strip().split("\n")
+            name, _, state = lines[0].partition(": #deps")
+            if "VALID" in state:
+                self.includes[name] = [os.path.join(build, line.strip()) for line in lines[1:]]
+        version = subprocess.run(["clang-tidy", "--version"], check=True,
+                                 stdout=subprocess.PIPE, text=True).stdout
+        root = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+        self.common = version + state_of(os.path.join(root, ".clang-tidy")) + state_of(__file__)
+        self.path = os.path.join(build, "tidy", "passed")
+        self.keys = set()
+        if os.path.exists(self.path):
+            with open(self.path, encoding="utf-8") as file:
+                self.keys = set(file.read().split())
+
+    def key(self, source):
+        """None: the build does not know what it includes."""
+        includes = self.includes.get(self.objects[source])
+        if includes is None:
+            return None
+        text = self.common + repr(self.commands[source])
+        text += "".join(f"\n{path} {state_of(path)}" for path in [source, *includes]
+                        if not path.endswith(".gch"))
+        return hashlib.sha256(text.encode()).hexdigest()
+
+    def __contains__(self, source):
+        return self.key(source) in self.keys
+
+    def add(self, sources):
+        new = {key for key in map(self.key, sources) if key} - self.keys
+        self.keys |= new
+        with open(self.path, "a", encoding="utf-8") as file:
+            file.writelines(f"{key}\n" for key in new)
 
 
 class Batches:
@@ -86,9 +154,12 @@ def main():
     parser.add_argument("files", nargs="+")
     given = parser.parse_args()
     with open(os.path.join(given.build, "compile_commands.json"), encoding="utf-8") as file:
-        commands = {entry["file"]: flags_of(entry["command"]) for entry in json.load(file)}
-    wanted = [name for name in given.files if name in commands]
+        entries = json.load(file)
+    commands = {entry["file"]: flags_of(entry["command"]) for entry in entries}
     batches = Batches(given.build, commands)
+    passed = Passed(os.path.abspath(given.build),
+                    {entry["file"]: object_of(entry["command"]) for entry in entries}, commands)
+    wanted = [name for name in given.files if name in commands and name not in passed]
     faults = 0
     with concurrent.futures.ThreadPoolExecutor(given.jobs) as pool:
         def cut(sources, size):
@@ -108,6 +179,7 @@ def main():
                 sources = waiting.pop(future)
                 suspects, text = future.result()
                 if not suspects:
+                    passed.add(sources)
                     continue
                 if len(sources) == 1:
                     faults += 1
