@@ -103,10 +103,19 @@ void XPDropZoneController::makeWindow()
     });
 }
 
+// Those that lie beside the one where the program was started: an X display may have screens that
+// do not, each of which begins at (0, 0).
+static QList<QScreen *> sharedScreens()
+{
+    const QScreen *own = QGuiApplication::primaryScreen();
+    const QList<QScreen *> beside = own ? own->virtualSiblings() : QList<QScreen *>();
+    return beside.isEmpty() ? QGuiApplication::screens() : beside;
+}
+
 XPDropZoneGeometry XPDropZoneController::geometry() const
 {
     QList<XPDropZoneGeometry::Screen> screens;
-    for (const QScreen *screen : QGuiApplication::screens())
+    for (const QScreen *screen : sharedScreens())
         screens.append({screen->geometry(), screen->availableGeometry()});
     return {screens, {setting(leftKey), setting(overlapKey), m_y}};
 }
@@ -149,7 +158,7 @@ void XPDropZoneController::reposition()
 
 bool XPDropZoneController::isWanted() const
 {
-    const QList<QScreen *> screens = QGuiApplication::screens();
+    const QList<QScreen *> screens = sharedScreens();
     return setting(showKey) && !screens.isEmpty() &&
            (!isPanel() || !XPFrontWindow::isFullScreen(*screens[geometry().screen()]));
 }
