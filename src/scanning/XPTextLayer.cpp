@@ -53,6 +53,22 @@ static QStringList usualLanguages()
     return names.isEmpty() ? installed.mid(0, 1) : names;
 }
 
+// Whether it came to its end. With one thread, which is more than twice as fast: those of tesseract
+// wait for each other most of the time.
+static bool recognise(QProcess &process, const QStringList &arguments)
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("OMP_THREAD_LIMIT"), QStringLiteral("1"));
+    process.setProcessEnvironment(environment);
+    process.setStandardErrorFile(QProcess::nullDevice());
+    process.start(program(), arguments);
+    if (process.waitForFinished(mostMillisecondsAPage))
+        return true;
+    process.kill();
+    process.waitForFinished();
+    return false;
+}
+
 int XPTextLayer::turnsToUpright(const QImage &image)
 {
     constexpr int enoughPixels = 1754; // of the longer side: a page at 150 dots an inch
@@ -66,14 +82,9 @@ int XPTextLayer::turnsToUpright(const QImage &image)
     if (!isAvailable() || !smaller.save(path, "PNG", 80))
         return 0;
     QProcess process;
-    process.setStandardErrorFile(QProcess::nullDevice());
-    process.start(program(), {path, QStringLiteral("-"), QStringLiteral("--psm"),
-                              QStringLiteral("0"), QStringLiteral("--dpi"), QStringLiteral("150")});
-    if (!process.waitForFinished(mostMillisecondsAPage)) {
-        process.kill();
-        process.waitForFinished();
+    if (!recognise(process, {path, QStringLiteral("-"), QStringLiteral("--psm"),
+                             QStringLiteral("0"), QStringLiteral("--dpi"), QStringLiteral("150")}))
         return 0;
-    }
     int degrees = 0;
     double confidence = 0;
     for (const QByteArray &line : process.readAllStandardOutput().split('\n')) {
@@ -100,16 +111,11 @@ static QString textOf(const QImage &picture, const QStringList &languages, const
                         : usualDpi;
     QProcess process;
     process.setStandardOutputFile(QProcess::nullDevice());
-    process.setStandardErrorFile(QProcess::nullDevice());
-    process.start(program(),
-                  {stem + QStringLiteral(".png"), stem, QStringLiteral("-l"), languages.join(u'+'),
-                   QStringLiteral("--dpi"), QString::number(dpi), QStringLiteral("-c"),
-                   QStringLiteral("textonly_pdf=1"), QStringLiteral("pdf")});
-    if (!process.waitForFinished(mostMillisecondsAPage)) {
-        process.kill();
-        process.waitForFinished();
+    if (!recognise(process,
+                   {stem + QStringLiteral(".png"), stem, QStringLiteral("-l"), languages.join(u'+'),
+                    QStringLiteral("--dpi"), QString::number(dpi), QStringLiteral("-c"),
+                    QStringLiteral("textonly_pdf=1"), QStringLiteral("pdf")}))
         return {};
-    }
     QFile::remove(stem + QStringLiteral(".png"));
     const bool worked = process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
     return worked ? stem + QStringLiteral(".pdf") : QString();
