@@ -5,7 +5,6 @@
 #include "KPIndexFilter.h"
 #include "KPSearcher.h"
 #include "MDQuery.h"
-#include "MetadataIndex.h"
 #include "XPApplicationBus.h"
 #include "XPFileUrls.h"
 #include "XPFolders.h"
@@ -31,7 +30,7 @@ QStringList KPLibraryAnswers::search(const QString &text, qsizetype most) const
         KPSearchState::searchStateWithNativeDictionary({})->searchStateWithNewSearchString(
             text, false, false, true);
     const KPIndexFilter filter(KPSearcher::shownOf(state));
-    const auto query = MDQuery::create(m_index.source(), filter.text());
+    const auto query = MDQuery::create(m_index, filter.text());
     if (!query)
         return {};
     (*query)->setMaxCount(std::clamp<qsizetype>(most, 1, mostResults));
@@ -62,7 +61,7 @@ std::optional<KPLibraryAnswers::Document> KPLibraryAnswers::document(const QStri
         return {};
     QStringList tags;
     {
-        const IndexLook look(m_index.source());
+        const IndexLook look(m_index);
         const auto row = look.atPath(bytes);
         if (!row)
             return {};

@@ -5,8 +5,6 @@
 #include <QStringList>
 #include <optional>
 
-class MetadataIndex;
-
 // What other programs of the desktop may ask of the library: documents by words, what is known of
 // one, and to see it in the window. Only the index is read, never a file, so that no volume keeps
 // anybody waiting; nothing is written.
@@ -15,7 +13,7 @@ class MetadataIndex;
 class KPLibraryAnswers
 {
 public:
-    explicit KPLibraryAnswers(MetadataIndex &index) : m_index(index) {}
+    explicit KPLibraryAnswers(IndexSource &index) : m_index(index) {}
 
     static constexpr qsizetype mostResults = 200;
     static constexpr qsizetype longestText = 1000; // UTF-16 units
@@ -40,5 +38,5 @@ public:
     static void searchInWindow(const QString &text);
 
 private:
-    MetadataIndex &m_index;
+    IndexSource &m_index;
 };

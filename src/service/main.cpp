@@ -62,7 +62,7 @@ int main(int argc, char **argv)
     if (!stays)
         timer.start(idle);
 
-    KPLibraryAnswers answers(*index);
+    KPLibraryAnswers answers(index->source());
     KPLibraryObject library(answers);
     KPLibraryObject shell(answers);
     KPLibraryObject runner(answers);
