@@ -58,7 +58,7 @@ int XPImportedFacts::apply(const XPArchivedFile &file, int open)
     const mode_t program = S_ISDIR(status.st_mode) ? 0 : 0111;
     const mode_t taken = others & static_cast<mode_t>(~file.rights);
     const mode_t rights = status.st_mode & 0777 & static_cast<mode_t>(~(taken | program));
-    if (::fchmod(open, rights) != 0 && errno != EPERM && errno != ENOTSUP)
+    if (::fchmod(open, rights) != 0 && errno != EPERM && errno != ENOTSUP && errno != ENOSYS)
         return errno;
     constexpr qint64 second = 1'000'000'000;
     const qint64 fraction = (file.modified % second + second) % second;

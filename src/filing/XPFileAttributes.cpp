@@ -130,7 +130,7 @@ int XPFileAttributes::copyStatus(int from, int to, const struct stat &status, bo
         ::fchown(to, static_cast<uid_t>(-1), status.st_gid) != 0)
         bits &= static_cast<mode_t>(~(S_ISUID | S_ISGID));
     // File systems of other systems have no permission bits.
-    if (::fchmod(to, bits) != 0 && errno != EPERM && errno != ENOTSUP)
+    if (::fchmod(to, bits) != 0 && errno != EPERM && errno != ENOTSUP && errno != ENOSYS)
         return errno;
     if (const int error = copyAccessLists(from, to, mayBeLost))
         return error;

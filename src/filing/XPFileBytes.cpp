@@ -6,6 +6,7 @@
 #include <linux/fs.h>
 #include <memory>
 #include <sys/ioctl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 // Bytes between two questions whether to go on, and those that pass through our memory at once.
@@ -118,6 +119,10 @@ int XPFileBytes::copy(int from, int to, qint64 size, const Progress &progress)
             return error;
         at = std::max(hole, data);
     }
+    // A hole at the end. Some drivers of disks for cameras refuse to set the length that is there.
+    struct stat written = {};
+    if (::fstat(to, &written) == 0 && written.st_size == size)
+        return 0;
     return ::ftruncate(to, size) == 0 ? 0 : errno;
 }
 
