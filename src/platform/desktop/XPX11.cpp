@@ -19,9 +19,25 @@ xcb_connection_t *XPX11::connection()
     return x11 == nullptr ? nullptr : x11->connection();
 }
 
+// The screen that "DISPLAY" names, on which the windows are.
+static int screenNumber()
+{
+    char *host = nullptr;
+    int display = 0;
+    int screen = 0;
+    if (xcb_parse_display(nullptr, &host, &display, &screen) == 0)
+        return 0;
+    std::free(host);
+    return screen;
+}
+
 uint32_t XPX11::root()
 {
-    return xcb_setup_roots_iterator(xcb_get_setup(connection())).data->root;
+    static const int wanted = screenNumber();
+    xcb_screen_iterator_t screens = xcb_setup_roots_iterator(xcb_get_setup(connection()));
+    for (int i = 0; i < wanted && screens.rem > 1; ++i)
+        xcb_screen_next(&screens);
+    return screens.data->root;
 }
 
 uint32_t XPX11::atom(const char *name)
