@@ -76,8 +76,12 @@ void KPCommandOutput::note(const QString &message)
 void KPCommandOutput::fail(const QString &path, const char *what, const XPError &error)
 {
     const bool isSystems = error.domain == XPError::posixDomain;
-    const QString where = isSystems ? QString() : QLatin1String(what) + QStringLiteral(": ");
-    fail(path, where + error.reason());
+    const QString where = QLatin1String(what) + QStringLiteral(": ");
+    // The system's own words do not say what it is that is not supported.
+    if (isSystems && error.kind == XPError::Kind::Unsupported)
+        fail(path, where + QStringLiteral("its disk keeps no attributes"));
+    else
+        fail(path, isSystems ? error.reason() : where + error.reason());
 }
 
 int KPCommandOutput::exitStatus()
