@@ -522,7 +522,7 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
         <translation>Kopieren</translation>
     </message>
     <message id="KPCopyToOpenText">
-        <translation>Diese Dokumente liegen, wo andere Programme ihre eigenen Dateien halten, und können dort nicht Teil Ihrer Bibliothek sein.</translation>
+        <translation>Diese Dokumente liegen, wo sie nicht Teil Ihrer Bibliothek sein können: unter Dateien anderer Programme oder auf einem Datenträger, der keine Tags hält oder nicht beschreibbar ist.</translation>
     </message>
     <message id="KPCopyToOpenTitle">
         <translation>In den verwalteten Ordner kopieren?</translation>

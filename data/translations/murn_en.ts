@@ -524,7 +524,7 @@ Free software under the GNU General Public License, version 3 or later.</transla
         <translation>Copy</translation>
     </message>
     <message id="KPCopyToOpenText">
-        <translation>These documents lie where other programs keep their own files, so that they cannot stay there as part of your library.</translation>
+        <translation>These documents lie where they cannot be part of your library: among files of other programs, or on a disk that keeps no tags or takes no changes.</translation>
     </message>
     <message id="KPCopyToOpenTitle">
         <translation>Copy into the managed folder?</translation>

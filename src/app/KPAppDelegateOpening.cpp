@@ -27,6 +27,7 @@
 #include <QMimeData>
 #include <QTimer>
 #include <QWindow>
+#include <unistd.h>
 
 using namespace std::chrono_literals;
 
@@ -85,8 +86,15 @@ struct Opened
 {
     bool areFolders = false; // plain ones, all of them
     QStringList staying;     // can be marked where they lie
-    QStringList toBeCopied;  // lie where other programs keep their own files
+    QStringList toBeCopied;  // lie among files of other programs, or where no mark can be kept
 };
+
+// Whether the file's disk keeps marks and takes this one.
+bool mayBeMarked(const QString &path)
+{
+    const auto mark = XPFiledDocuments::storedMark(path);
+    return mark && (mark->value_or(false) || ::access(XPPath::encode(path).constData(), W_OK) == 0);
+}
 
 Opened lookAt(const QStringList &paths)
 {
@@ -97,8 +105,8 @@ Opened lookAt(const QStringList &paths)
         if (doc == nullptr || !exists(path))
             continue;
         opened.areFolders &= doc->isDirectory();
-        (XPFiledDocuments::pathOKForManaged(path) ? opened.staying : opened.toBeCopied)
-            .append(path);
+        const bool stays = XPFiledDocuments::pathOKForManaged(path) && mayBeMarked(path);
+        (stays ? opened.staying : opened.toBeCopied).append(path);
     }
     return opened;
 }

@@ -1,5 +1,7 @@
 #include "XPActivation.h"
 
+#include "XPX11.h"
+
 #include <QGuiApplication>
 #include <QWindow>
 #include <array>
@@ -45,8 +47,7 @@ class X11Messages
 {
 public:
     explicit X11Messages(xcb_connection_t *connection)
-        : m_connection(connection),
-          m_root(xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root)
+        : m_connection(connection), m_root(XPX11::root())
     {
     }
 

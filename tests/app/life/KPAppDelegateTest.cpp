@@ -18,6 +18,19 @@ namespace {
 
 constexpr int patience = 60'000;
 
+// Says no to every question.
+struct Refusing : public XPPrompts
+{
+    explicit Refusing(QStringList *list) : m_titles(list) {}
+    void ask(const Question &question, std::function<void(int)> answer) override
+    {
+        m_titles->append(question.title);
+        answer(question.cancelButton);
+    }
+    void alert(const QString &title, const QString &) override { m_titles->append(title); }
+    QStringList *m_titles;
+};
+
 // The application, without its event loop, as a start and an end have it. One for the process: the
 // end is final.
 class AppDelegate : public testing::Test
@@ -75,6 +88,14 @@ TEST_F(AppDelegate, ShowsWhatComesAndEndsInOrder)
     EXPECT_EQ(shown()->searchString(), QStringLiteral("some text"));
     EXPECT_TRUE(shown()->searchTags().isEmpty());
     EXPECT_FALSE(m_delegate->handleOpenUrl(QStringLiteral("murn://search/%00")));
+
+    // No disk that keeps marks: what would have to be copied is asked about first.
+    QStringList asked;
+    XPPrompts::install(std::make_unique<Refusing>(&asked));
+    EXPECT_TRUE(m_delegate->openFiles({QStringLiteral("/proc/version")}));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !asked.isEmpty(); }, patience));
+    EXPECT_EQ(asked, QStringList{qtTrId("KPCopyToOpenTitle")});
+    EXPECT_EQ(shown()->searchString(), QStringLiteral("some text")) << "and left where it is";
 
     // A folder is looked into, and nothing in it marked.
     m_delegate->openUrls({QString::fromLatin1(XPFileUrls::encoded(m_folder.path()))}, {});
