@@ -183,8 +183,9 @@ KPEditReport KPEditWorker::repeat(const Job &job)
             report.failures.append(contents.error());
             return report;
         }
-        record.changes = std::move(contents->changes);
-        record.rename = contents->rename;
+        KPEditJournal::Contents loaded = *std::move(contents);
+        record.changes = std::move(loaded.changes);
+        record.rename = std::move(loaded.rename);
         record.isLoaded = true;
     }
     report.total = static_cast<qsizetype>(record.changes.size());
