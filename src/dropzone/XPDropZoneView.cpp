@@ -17,7 +17,8 @@ using Kind = XPDropZoneChoices::Kind;
 static constexpr int radius = 12;
 static constexpr int iconSize = 20;
 
-XPDropZoneView::XPDropZoneView(QWidget *parent) : QWidget(parent), m_choices({}, {}, {}, sizeHint())
+XPDropZoneView::XPDropZoneView(QWidget *parent)
+    : QWidget(parent), m_choices({}, {}, {}, XPDropZoneView::sizeHint())
 {
     setAcceptDrops(true);
     setAccessibleName(qtTrId("KPDropZone"));
