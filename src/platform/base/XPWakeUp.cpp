@@ -19,6 +19,7 @@ void XPWakeUp::wake()
 bool XPWakeUp::event(QEvent *event)
 {
     if (event->type() == QEvent::User) {
+        (void)m_woken.load(); // meets wake(), after which all that its thread made is seen here
         if (m_delay.count() > 0)
             startTimer(m_delay);
         else
