@@ -25,7 +25,7 @@ static IndexCorpus::Bodies bodiesFor(qint64 files)
 static QString corpus(const benchmark::State &state)
 {
     const auto files = static_cast<quint32>(state.range(0));
-    const QString path = IndexCorpus::onDisk(files, bodiesFor(files));
+    QString path = IndexCorpus::onDisk(files, bodiesFor(files));
     if (IndexBaselines::walk(XPPath::encode(path), Calls::FactsAndAttributes) < files)
         std::abort();
     return path;
@@ -109,7 +109,7 @@ static QString savedStore(const benchmark::State &state)
     static std::map<qint64, StoreFolder> stores;
     const auto files = state.range(0);
     const bool made = stores.count(files) > 0;
-    const QString path = stores[files].store();
+    QString path = stores[files].store();
     if (!made)
         keep(path, {corpus(state)})->sync(false);
     return path;

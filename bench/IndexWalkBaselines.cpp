@@ -28,7 +28,7 @@ struct Pool
 
 static void lookAt(int folder, const char *name, bool attributes)
 {
-    struct statx facts;
+    struct statx facts = {};
     ::statx(folder, name, AT_SYMLINK_NOFOLLOW | AT_STATX_DONT_SYNC, STATX_BASIC_STATS | STATX_BTIME,
             &facts);
     if (!attributes)

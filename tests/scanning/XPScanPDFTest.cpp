@@ -228,10 +228,10 @@ TEST(ScanPDF, TextIsReadHoweverThePageLies)
             ASSERT_FALSE(xpWritePDF(pdf, path));
         }
         const QImage seen = stored.transformed(QTransform().rotate(rotate));
-        ASSERT_EQ(
-            XPTextLayer::recognise(path, [&](int) { return seen; }, {{}, {QStringLiteral("eng")}})
-                .valueOr({}),
-            QList<int>{0});
+        ASSERT_EQ(XPTextLayer::recognise(path, [&](int) { return QImage(seen); },
+                                         {{}, {QStringLiteral("eng")}})
+                      .valueOr({}),
+                  QList<int>{0});
         const auto place = placeOfLighthouse(path);
         ASSERT_TRUE(place);
         QSizeF size = xpPageSizeInPoints(stored.size());
