@@ -165,10 +165,11 @@ TEST_F(TagEditor, IsWalkedThroughInTheOrderInSight)
             seen->append(push ? push->text() : stop->accessibleName());
         } while (QApplication::focusWidget() != entry() && seen->size() < 20);
     }
-    const QStringList order{QStringLiteral("mine"),    QStringLiteral("other"),
-                            qtTrId("KPTagEditorDone"), qtTrId("KPCancel"),
-                            qtTrId("KPRating"),        qtTrId("KPChipTag").arg(QStringLiteral("Work")),
-                            qtTrId("KPTags")};
+    const QStringList order{
+        QStringLiteral("mine"),    QStringLiteral("other"),
+        qtTrId("KPTagEditorDone"), qtTrId("KPCancel"),
+        qtTrId("KPRating"),        qtTrId("KPChipTag").arg(QStringLiteral("Work")),
+        qtTrId("KPTags")};
     std::reverse(back.begin(), back.end() - 1);
     EXPECT_EQ(forward.join(u'|').toStdString(), order.join(u'|').toStdString());
     EXPECT_EQ(back.join(u'|').toStdString(), order.join(u'|').toStdString());
