@@ -16,6 +16,7 @@ TEST(MainThread, CallsInTheOrderOfEachThread)
     const auto told = std::make_shared<int>(0);
     QEventLoop loop;
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int thread = 0; thread < seen->size(); ++thread)
         threads.emplace_back([seen, told, thread, &loop, last = each * seen->size()] {
             for (int i = 0; i < each; ++i)
