@@ -7,6 +7,7 @@
 #include "KPOpenedUrl.h"
 #include "KPSearchFolders.h"
 #include "KPSearcher.h"
+#include "KPSidePanels.h"
 #include "KPSpotlightItem.h"
 #include "KPWebCapture.h"
 #include "XPApplicationBus.h"
@@ -153,6 +154,7 @@ void KPAppDelegate::markAndShow(const QStringList &paths, const QString &display
             return;
         showFileList(managed, displayName);
         selectLater(managed, true);
+        m_controller->sides().setLastImport(managed);
     });
 }
 

@@ -87,6 +87,7 @@ public:
     // --- The window
 
     KPWindowPanels &panels() { return *m_panels; }
+    KPSidePanels &sides() { return *m_sides; }
     KPCommands &commands() { return *m_commands; }
     // False: pages of a scan are not filed. The user is asked, and his answer ends the program.
     bool mayQuit();

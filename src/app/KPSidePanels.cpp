@@ -110,3 +110,9 @@ void KPSidePanels::modifiersChanged(Qt::KeyboardModifiers modifiers)
 {
     m_trail->modifiersChanged(modifiers);
 }
+
+void KPSidePanels::setLastImport(const QStringList &paths)
+{
+    m_sourceList->setLastImport(
+        KPSearchState::blankSearchState()->searchStateWithNewFileList(paths));
+}

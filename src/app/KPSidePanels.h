@@ -31,6 +31,8 @@ public:
 
     QList<KPCommand> commands();
     void writeOutState() const;
+    // What the row of the last import shows.
+    void setLastImport(const QStringList &paths);
     // Crumbs offer other things while a key is held.
     void modifiersChanged(Qt::KeyboardModifiers modifiers);
 
