@@ -33,7 +33,7 @@ public:
         if (at < 0)
             return {};
         if (kind == QAccessible::Name)
-            return XPPath::printable(m_view->drawnItems()[at].itemDisplayName(false));
+            return XPPath::printable(XPCloudView::itemDisplayName(m_view->drawnItems()[at], false));
         return kind == QAccessible::Description ? m_view->describe(at) : QString();
     }
     void setText(QAccessible::Text, const QString &) override {}
@@ -54,8 +54,8 @@ public:
             return state;
         state.selectable = true;
         state.focusable = true;
-        state.selected = m_view->drawnItems()[at].clickRemoves;
-        state.focused = m_view->focusedItem() == at;
+        state.selected = XPCloudView::itemIsSelected(m_view->drawnItems()[at]);
+        state.focused = m_view->hasFocus() && m_view->focusedItem() == at;
         state.invisible = !m_view->isVisible();
         return state;
     }
@@ -98,7 +98,7 @@ public:
     {
         if (at < 0 || at >= childCount())
             return nullptr;
-        const QString key = view()->drawnItems()[at].keyName;
+        const QString key = XPCloudView::itemKeyName(view()->drawnItems()[at]);
         if (const auto known = m_words.constFind(key); known != m_words.constEnd())
             return QAccessible::accessibleInterface(*known);
         auto *word = new Word(view(), key);
@@ -120,7 +120,7 @@ public:
     }
     QAccessibleInterface *focusChild() const override
     {
-        return child(static_cast<int>(view()->focusedItem()));
+        return view()->hasFocus() ? child(static_cast<int>(view()->focusedItem())) : nullptr;
     }
     void forget()
     {
