@@ -16,8 +16,6 @@ struct KPTagRename
     bool isDeletion() const { return to.isEmpty(); }
     // The renamed one in the place of the old; where the new one is there already, they merge.
     QStringList applied(const QStringList &tags) const;
-    // Whether this tag is meant.
-    bool concerns(const QString &tag) const { return !meant(tag).isEmpty(); }
     QStringList allFrom() const { return QStringList{from} + alsoFrom; }
     bool operator==(const KPTagRename &) const = default;
 
