@@ -20,6 +20,7 @@
 #include "KPQuickLook.h"
 #include "KPSearchFolders.h"
 #include "KPSearcher.h"
+#include "KPSidePanels.h"
 #include "KPStatusItem.h"
 #include "KPTagBackup.h"
 #include "KPUntaggedBadge.h"
@@ -130,10 +131,16 @@ void KPAppDelegate::installServices()
                 if (m_controller)
                     m_controller->importDropped(data, {.folder = folder, .copies = copies});
             });
+    connect(services.get(), &KPAppServices::imported, this, [this](const QStringList &paths) {
+        if (m_controller)
+            m_controller->sides().setLastImport(paths);
+    });
     connect(services.get(), &KPAppServices::pathMoved, this,
             [this](const QString &oldPath, const QString &newPath) {
-                if (m_controller)
-                    m_controller->searcher().pathChanged(oldPath, newPath);
+                if (!m_controller)
+                    return;
+                m_controller->searcher().pathChanged(oldPath, newPath);
+                m_controller->sides().pathChanged(oldPath, newPath);
             });
     KPDocServices::install(std::move(services));
     KPDocServices::current().runFileWork([] { (void)XPMoveRecovery::run(); }, [] {});

@@ -2,12 +2,12 @@
 #include "KPAppDelegate.h"
 #include "KPController.h"
 #include "KPDocCache.h"
+#include "KPDocServices.h"
 #include "KPFilingCommands.h"
 #include "KPLocationItem.h"
 #include "KPOpenedUrl.h"
 #include "KPSearchFolders.h"
 #include "KPSearcher.h"
-#include "KPSidePanels.h"
 #include "KPSpotlightItem.h"
 #include "KPWebCapture.h"
 #include "XPApplicationBus.h"
@@ -154,7 +154,7 @@ void KPAppDelegate::markAndShow(const QStringList &paths, const QString &display
             return;
         showFileList(managed, displayName);
         selectLater(managed, true);
-        m_controller->sides().setLastImport(managed);
+        KPDocServices::current().documentsImported(managed);
     });
 }
 

@@ -51,6 +51,12 @@ void KPAppServices::importDropped(const QMimeData &data, const QString &folder, 
     Q_EMIT importAsked(&data, folder, copies);
 }
 
+void KPAppServices::documentsImported(const QStringList &paths)
+{
+    if (!paths.isEmpty())
+        Q_EMIT imported(paths);
+}
+
 void KPAppServices::runFileWork(std::function<void()> work, std::function<void()> done)
 {
     m_worker.run(std::move(work), std::move(done));

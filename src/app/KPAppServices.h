@@ -22,12 +22,14 @@ public:
     void pathChanged(const QString &oldPath, const QString &newPath) override;
     void openInfoWindow(const QStringList &paths) override;
     void importDropped(const QMimeData &data, const QString &folder, bool copies) override;
+    void documentsImported(const QStringList &paths) override;
     void runFileWork(std::function<void()> work, std::function<void()> done) override;
 
 Q_SIGNALS:
     void revealAsked(const QStringList &paths);
     void infoAsked(const QStringList &paths);
     void importAsked(const QMimeData *data, const QString &folder, bool copies);
+    void imported(const QStringList &paths);
     void pathMoved(const QString &oldPath, const QString &newPath); // of a record
 
 private:

@@ -1,5 +1,6 @@
 #include "KPFilingUpkeep.h"
 
+#include "KPDocServices.h"
 #include "UserDefaults.h"
 #include "XPArrivals.h"
 #include "XPFilePromise.h"
@@ -16,6 +17,12 @@ static void logProblems(const XPFileReport &report)
 {
     for (const XPFileStep &step : report.problems())
         qCWarning(xpLog).noquote() << XPPath::printable(step.from) << step.problem->reason();
+}
+
+static void arrived(const XPFileReport &report)
+{
+    logProblems(report);
+    KPDocServices::current().documentsImported(report.paths);
 }
 
 KPFilingUpkeep::KPFilingUpkeep(QObject *parent) : QObject(parent)
@@ -46,7 +53,7 @@ void KPFilingUpkeep::watchInbox()
                 if (qGuiApp->applicationState() == Qt::ApplicationActive)
                     XPFilingWork::run(
                         [] { return XPFiledDocuments::movePendingFilesToFiledDocuments(); },
-                        &logProblems);
+                        &arrived);
             });
         });
 }
@@ -58,13 +65,15 @@ void KPFilingUpkeep::becomeActive()
     XPFilingWork::run(
         [] {
             XPFileReport report = XPFiledDocuments::movePendingFilesToFiledDocuments();
-            report.steps += XPFiledDocuments::moveDocsAtRootOfFiledDocumentsToToday().steps;
+            const XPFileReport atRoot = XPFiledDocuments::moveDocsAtRootOfFiledDocumentsToToday();
+            report.steps += atRoot.steps;
+            report.paths += atRoot.paths;
             for (const int days : {0, -1})
                 XPFilePromise::takeLeftBehind(XPFiledDocuments::filedDocumentsPathForDate(
                     QDateTime::currentDateTime().addDays(days)));
             return report;
         },
-        &logProblems);
+        &arrived);
 }
 
 void KPFilingUpkeep::checkFormatAndOfferChange()

@@ -13,7 +13,9 @@
 #include "KPSourceList.h"
 #include "XPPrompts.h"
 
+#include <QHash>
 #include <QMenu>
+#include <utility>
 
 using Place = KPWindowPanels::Place;
 using Menu = KPCommandMenu;
@@ -26,6 +28,8 @@ KPSidePanels::KPSidePanels(KPController &window, IndexSource &source, QUndoStack
                                                               *m_bookmarks, history, &window))
 {
     connect(m_bookmarkCommands.get(), &KPBookmarkCommands::failed, this, &KPSidePanels::tellFailed);
+    m_followMoved.setSingleShot(true);
+    connect(&m_followMoved, &QTimer::timeout, this, &KPSidePanels::followMoved);
     makeBars();
     makePanels();
 }
@@ -113,6 +117,34 @@ void KPSidePanels::modifiersChanged(Qt::KeyboardModifiers modifiers)
 
 void KPSidePanels::setLastImport(const QStringList &paths)
 {
+    m_lastImport = paths;
     m_sourceList->setLastImport(
         KPSearchState::blankSearchState()->searchStateWithNewFileList(paths));
+}
+
+void KPSidePanels::pathChanged(const QString &oldPath, const QString &newPath)
+{
+    if (m_lastImport.isEmpty())
+        return;
+    m_moved.append({oldPath, newPath});
+    m_followMoved.start();
+}
+
+void KPSidePanels::followMoved()
+{
+    QHash<QString, qsizetype> places;
+    for (qsizetype at = 0; at < m_lastImport.size(); ++at)
+        places.insert(m_lastImport[at], at);
+    QStringList paths = m_lastImport;
+    for (const auto &[from, to] : std::exchange(m_moved, {})) {
+        const auto place = places.constFind(from);
+        if (place == places.cend())
+            continue;
+        const qsizetype at = *place;
+        places.erase(place);
+        places.insert(to, at);
+        paths[at] = to;
+    }
+    if (paths != m_lastImport)
+        setLastImport(paths);
 }

@@ -3,6 +3,8 @@
 #include "KPCommandTable.h"
 
 #include <QObject>
+#include <QStringList>
+#include <QTimer>
 #include <memory>
 
 class IndexSource;
@@ -33,6 +35,8 @@ public:
     void writeOutState() const;
     // What the row of the last import shows.
     void setLastImport(const QStringList &paths);
+    // It follows documents that are moved; a batch of them at once.
+    void pathChanged(const QString &oldPath, const QString &newPath);
     // Crumbs offer other things while a key is held.
     void modifiersChanged(Qt::KeyboardModifiers modifiers);
 
@@ -42,6 +46,7 @@ Q_SIGNALS:
 private:
     void makeBars();
     void makePanels();
+    void followMoved();
     void showBookmarkMenu(const QStringList &identifiers, const QPoint &globalPosition);
     void tellFailed(const QString &what, const XPError &error);
 
@@ -53,4 +58,7 @@ private:
     KPCrumbTrail *m_trail = nullptr;
     KPSourceList *m_sourceList = nullptr;
     KPCloudController *m_cloud = nullptr;
+    QStringList m_lastImport;
+    QList<std::pair<QString, QString>> m_moved; // since it was shown: from and to
+    QTimer m_followMoved;
 };

@@ -110,11 +110,13 @@ void KPWebCapture::captured(const XPURLToPDF::Page &page)
     XPFilingWork::run([page] { return XPWebPages::file(page.pdf, page.title, page.url); },
                       [](const XPResult<QString> &path) {
                           xpGuiThread.assertHere();
-                          if (path)
-                              KPDocServices::current().revealInLibrary({*path});
-                          else
+                          if (!path) {
                               XPPrompts::current().alert(qtTrId("KPCaptureFailed"),
                                                          path.error().reason());
+                              return;
+                          }
+                          KPDocServices::current().documentsImported({*path});
+                          KPDocServices::current().revealInLibrary({*path});
                       });
 }
 

@@ -51,6 +51,10 @@ void KPDocServices::importDropped(const QMimeData &, const QString &, bool)
 {
 }
 
+void KPDocServices::documentsImported(const QStringList &)
+{
+}
+
 void KPDocServices::runFileWork(std::function<void()> work, std::function<void()> done)
 {
     work();

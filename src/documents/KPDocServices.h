@@ -43,6 +43,8 @@ public:
     // Makes documents of what another program drops on a row that stands for a folder; an empty
     // one: today's. Files are moved there, or copied.
     virtual void importDropped(const QMimeData &data, const QString &folder, bool copies);
+    // They came into the library just now: opened, pasted, dropped, scanned, captured or filed.
+    virtual void documentsImported(const QStringList &paths);
     // Runs `work` where file calls may wait (never under a lock, in the order given), then `done`
     // on the main thread.
     virtual void runFileWork(std::function<void()> work, std::function<void()> done);

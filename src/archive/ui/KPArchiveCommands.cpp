@@ -2,6 +2,7 @@
 
 #include "KPArchiveWork.h"
 #include "KPDoc.h"
+#include "KPDocServices.h"
 #include "KPDocumentTargets.h"
 #include "XPFolders.h"
 #include "XPPath.h"
@@ -136,6 +137,7 @@ static void bring(const QString &archive, const QString &folder) XP_REQUIRES(xpG
 {
     KPArchiveWork::read(archive, folder, false, [](const Import &import) {
         xpGuiThread.assertHere();
+        KPDocServices::current().documentsImported(import.added);
         if (import.summary.error)
             tellError(import);
         else

@@ -130,6 +130,8 @@ void KPArchiveWork::read(const QString &archive, const QString &folder, bool dry
             return !task->isStopAsked;
         };
         options.told = [&import](const XPDocumentImport::Step &step) {
+            if (step.action == Action::Added || step.action == Action::Replaced)
+                import.added.append(step.path);
             if (import.lines.size() == mostLines)
                 return;
             if (const QString line = lineOf(step); !line.isEmpty())

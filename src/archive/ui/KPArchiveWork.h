@@ -15,6 +15,7 @@ struct Import
 {
     XPDocumentImport::Summary summary;
     QStringList lines; // of the documents that change, or failed; the first of them
+    QStringList added; // the paths of those that are new
 };
 
 // Writes an archive under that name or, where it is taken, a free one, and tells what came of it.

@@ -1,6 +1,7 @@
 #include "KPFilingCommands.h"
 
 #include "KPDoc.h"
+#include "KPDocServices.h"
 #include "KPDocumentTargets.h"
 #include "KPFileDeedsCommand.h"
 #include "KPRenaming.h"
@@ -64,6 +65,12 @@ void KPFilingCommands::done(const XPFileReport &report, const char *undoText)
         m_targets.filesMovedOrDeleted();
 }
 
+void KPFilingCommands::filed(const XPFileReport &report, const char *undoText)
+{
+    done(report, undoText);
+    KPDocServices::current().documentsImported(report.paths);
+}
+
 // --- The library
 
 void KPFilingCommands::addSelectedToLibrary(bool optionKey)
@@ -72,7 +79,7 @@ void KPFilingCommands::addSelectedToLibrary(bool optionKey)
         paths(), optionKey, [self = QPointer(this)](const std::optional<XPFileReport> &report) {
             xpGuiThread.assertHere();
             if (self && report)
-                self->done(*report, QT_TRID_NOOP("KPUndoFiling"));
+                self->filed(*report, QT_TRID_NOOP("KPUndoFiling"));
         });
 }
 
@@ -82,7 +89,7 @@ void KPFilingCommands::putInFiledDocuments()
         paths(), [self = QPointer(this)](const XPFileReport &report) {
             xpGuiThread.assertHere();
             if (self)
-                self->done(report, QT_TRID_NOOP("KPUndoFiling"));
+                self->filed(report, QT_TRID_NOOP("KPUndoFiling"));
         });
 }
 
@@ -93,7 +100,7 @@ void KPFilingCommands::moveSelectedToFiledDocumentsFolder()
         [self = QPointer(this)](const XPFileReport &report) {
             xpGuiThread.assertHere();
             if (self)
-                self->done(report, QT_TRID_NOOP("KPUndoFiling"));
+                self->filed(report, QT_TRID_NOOP("KPUndoFiling"));
         },
         true);
 }
@@ -103,7 +110,7 @@ void KPFilingCommands::manageSelected()
     XPFiledDocuments::setToManagedUI(paths(), [self = QPointer(this)](const XPFileReport &report) {
         xpGuiThread.assertHere();
         if (self)
-            self->done(report, QT_TRID_NOOP("KPUndoManage"));
+            self->filed(report, QT_TRID_NOOP("KPUndoManage"));
     });
 }
 

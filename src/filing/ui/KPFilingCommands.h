@@ -84,6 +84,8 @@ private:
     void moveCopy(const QStringList &paths, const QString &folder, bool doCopy)
         XP_REQUIRES(xpGuiThread);
     void done(const XPFileReport &report, const char *undoText) XP_REQUIRES(xpGuiThread);
+    // The same for what is in the library now.
+    void filed(const XPFileReport &report, const char *undoText) XP_REQUIRES(xpGuiThread);
     void remember(const QList<XPFileDeeds::Chain> &deeds, const char *undoText)
         XP_REQUIRES(xpGuiThread);
     void deleteNow(const QList<KPDoc *> &docs) XP_REQUIRES(xpGuiThread);

@@ -178,6 +178,7 @@ void KPFilingCommands::imported(const QStringList &paths, const KPImport &how)
 {
     if (paths.isEmpty())
         return;
+    KPDocServices::current().documentsImported(paths);
     KPBatchEdit *edits = KPBatchEdit::current();
     if (how.tags.isEmpty() || edits == nullptr) {
         tell(paths, how);

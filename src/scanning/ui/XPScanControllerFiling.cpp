@@ -2,6 +2,7 @@
 #include "XPScanController.h"
 
 #include "KPDocEdits.h"
+#include "KPDocServices.h"
 #include "Karvex.h"
 #include "XPMainThread.h"
 #include "XPPageLoader.h"
@@ -133,6 +134,7 @@ void XPScanController::finished(const XPResult<QString> &path)
         return;
     }
     XPScanDocument::removePlaceholderPDF(m_pages.folder());
+    KPDocServices::current().documentsImported({*path});
     if (m_hooks.filed)
         m_hooks.filed(*path);
     if (m_filing < m_pages.numberOfPages()) { // the next of the pile, with the same tags

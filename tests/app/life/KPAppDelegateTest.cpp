@@ -1,9 +1,11 @@
 #include "KPAppDelegate.h"
 
 #include "KPController.h"
+#include "KPDocServices.h"
 #include "KPLaunchSettings.h"
 #include "KPSearchFolders.h"
 #include "KPSearcher.h"
+#include "KPSourceList.h"
 #include "TestHome.h"
 #include "UserDefaults.h"
 #include "XPFileUrls.h"
@@ -55,6 +57,20 @@ protected:
                                patience);
     }
 
+    // The search behind the row of the last import.
+    QStringList lastImport() const
+    {
+        const auto *list = m_delegate->controller()->findChild<KPSourceList *>();
+        const QAbstractItemModel &rows = *list->model();
+        for (int row = 0; row < rows.rowCount(rows.index(0, 0)); ++row) {
+            const auto item = static_cast<const KPSourceListModel &>(rows).itemAt(
+                rows.index(row, 0, rows.index(0, 0)));
+            if (item->persistantID() == QStringLiteral("KPLibraryLastImportItem"))
+                return item->isSelectable() ? item->searchState()->fileListSearch() : QStringList();
+        }
+        return {QStringLiteral("no such row")};
+    }
+
     const TestFolder m_folder;
     std::unique_ptr<KPAppDelegate> m_delegate;
 };
@@ -80,6 +96,16 @@ TEST_F(AppDelegate, ShowsWhatComesAndEndsInOrder)
     EXPECT_FALSE(m_delegate->handleOpenUrl(QStringLiteral("file:///no/such/file")));
     EXPECT_TRUE(m_delegate->handleOpenUrl(QString::fromLatin1(XPFileUrls::encoded(late))));
     ASSERT_TRUE(showsFiles({late}));
+
+    // The row of the last import shows them, wherever they are moved.
+    EXPECT_TRUE(QTest::qWaitFor([&] { return lastImport() == QStringList{late}; }, patience));
+    const QString moved = m_folder.path(QStringLiteral("moved"));
+    KPDocServices::current().pathChanged(late, early + u'2');
+    KPDocServices::current().pathChanged(early + u'2', moved);
+    KPDocServices::current().pathChanged(late, m_folder.path(QStringLiteral("another")));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return lastImport() == QStringList{moved}; }, patience));
+    KPDocServices::current().documentsImported({});
+    EXPECT_EQ(lastImport(), QStringList{moved}) << "nothing came in";
 
     EXPECT_TRUE(m_delegate->handleOpenUrl(QStringLiteral("murn://tags/a/b")));
     EXPECT_EQ(shown()->searchTags(), (QStringList{QStringLiteral("a"), QStringLiteral("b")}));

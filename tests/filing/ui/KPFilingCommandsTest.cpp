@@ -3,6 +3,7 @@
 #include "FiledFolder.h"
 #include "KPDoc.h"
 #include "KPDocCache.h"
+#include "KPDocServices.h"
 #include "KPDocumentTargets.h"
 #include "XPProgress.h"
 #include "XPRecentDestinations.h"
@@ -28,6 +29,12 @@ public:
     KPDoc::Docs docs;
     QWidget *parent = nullptr;
     int told = 0;
+};
+
+struct Services : public KPDocServices
+{
+    void documentsImported(const QStringList &paths) override { imported = paths; }
+    static inline QStringList imported; // the last time
 };
 
 constexpr int confirmed = 0;
@@ -377,4 +384,32 @@ TEST_F(FilingCommands, AFileThatVanishedIsSaidAndNothingElse)
     }
     EXPECT_TRUE(done.isEmpty());
     EXPECT_FALSE(history.canUndo());
+}
+
+TEST_F(FilingCommands, TellsWhatCameIntoTheLibrary)
+{
+    KPDocServices::install(std::make_unique<Services>());
+    const auto told = [] { return std::exchange(Services::imported, {}); };
+    QMimeData text;
+    text.setText(QStringLiteral("a text that is long enough"));
+    EXPECT_TRUE(commands.import(&text, {}));
+    ASSERT_EQ(told().size(), 1);
+
+    const QStringList files = select(2);
+    QMimeData dropped;
+    dropped.setUrls({QUrl::fromLocalFile(files.first())});
+    m_folder.file(QStringLiteral("to/there"));
+    EXPECT_TRUE(commands.import(
+        &dropped, {.folder = m_folder.path(QStringLiteral("to")), .isDrop = true, .copies = true}));
+    EXPECT_EQ(told(), QStringList{to("0.pdf")});
+
+    run("KPManage");
+    EXPECT_EQ(told(), files);
+    run("KPDuplicate");
+    EXPECT_EQ(told(), QStringList()) << "of what is there already";
+    run("KPPutInFiledDocuments");
+    const QStringList filed = told();
+    ASSERT_EQ(filed.size(), 2);
+    EXPECT_TRUE(XPFiledDocuments::pathIsInFiledDocuments(filed.first()));
+    KPDocServices::install(nullptr);
 }
