@@ -13,6 +13,7 @@
 #include "KPFilingCommands.h"
 #include "KPFilingUpkeep.h"
 #include "KPIndexSession.h"
+#include "KPLastImport.h"
 #include "KPLaunchSettings.h"
 #include "KPPreferencesWindow.h"
 #include "KPProgress.h"
@@ -133,14 +134,14 @@ void KPAppDelegate::installServices()
             });
     connect(services.get(), &KPAppServices::imported, this, [this](const QStringList &paths) {
         if (m_controller)
-            m_controller->sides().setLastImport(paths);
+            m_controller->sides().lastImport().setPaths(paths);
     });
     connect(services.get(), &KPAppServices::pathMoved, this,
             [this](const QString &oldPath, const QString &newPath) {
                 if (!m_controller)
                     return;
                 m_controller->searcher().pathChanged(oldPath, newPath);
-                m_controller->sides().pathChanged(oldPath, newPath);
+                m_controller->sides().lastImport().pathChanged(oldPath, newPath);
             });
     KPDocServices::install(std::move(services));
     KPDocServices::current().runFileWork([] { (void)XPMoveRecovery::run(); }, [] {});

@@ -8,14 +8,13 @@
 #include "KPController.h"
 #include "KPCrumbTrail.h"
 #include "KPFolderFollower.h"
+#include "KPLastImport.h"
 #include "KPLocationsPanel.h"
 #include "KPRowCounts.h"
 #include "KPSourceList.h"
 #include "XPPrompts.h"
 
-#include <QHash>
 #include <QMenu>
-#include <utility>
 
 using Place = KPWindowPanels::Place;
 using Menu = KPCommandMenu;
@@ -23,13 +22,12 @@ using Menu = KPCommandMenu;
 KPSidePanels::KPSidePanels(KPController &window, IndexSource &source, QUndoStack &history)
     : m_window(window), m_bookmarks(std::make_unique<KPBookmarks>()),
       m_follower(std::make_unique<KPFolderFollower>(window.crumbController(), *m_bookmarks)),
+      m_lastImport(std::make_unique<KPLastImport>(window.crumbController())),
       m_counts(std::make_unique<KPRowCounts>(source)),
       m_bookmarkCommands(std::make_unique<KPBookmarkCommands>(window.crumbController(),
                                                               *m_bookmarks, history, &window))
 {
     connect(m_bookmarkCommands.get(), &KPBookmarkCommands::failed, this, &KPSidePanels::tellFailed);
-    m_followMoved.setSingleShot(true);
-    connect(&m_followMoved, &QTimer::timeout, this, &KPSidePanels::followMoved);
     makeBars();
     makePanels();
 }
@@ -53,6 +51,8 @@ void KPSidePanels::makePanels()
             [this](const XPError &error) { tellFailed(qtTrId("KPBookmarksNotChanged"), error); });
     connect(m_sourceList, &KPSourceList::bookmarkMenuRequested, this,
             &KPSidePanels::showBookmarkMenu);
+    connect(m_lastImport.get(), &KPLastImport::changed, m_sourceList,
+            [this] { m_sourceList->setLastImport(m_lastImport->searchState()); });
     panels.addPanel(Place::SourceList, m_sourceList);
 
     m_cloud = new KPCloudController(m_window);
@@ -113,38 +113,4 @@ void KPSidePanels::writeOutState() const
 void KPSidePanels::modifiersChanged(Qt::KeyboardModifiers modifiers)
 {
     m_trail->modifiersChanged(modifiers);
-}
-
-void KPSidePanels::setLastImport(const QStringList &paths)
-{
-    m_lastImport = paths;
-    m_sourceList->setLastImport(
-        KPSearchState::blankSearchState()->searchStateWithNewFileList(paths));
-}
-
-void KPSidePanels::pathChanged(const QString &oldPath, const QString &newPath)
-{
-    if (m_lastImport.isEmpty())
-        return;
-    m_moved.append({oldPath, newPath});
-    m_followMoved.start();
-}
-
-void KPSidePanels::followMoved()
-{
-    QHash<QString, qsizetype> places;
-    for (qsizetype at = 0; at < m_lastImport.size(); ++at)
-        places.insert(m_lastImport[at], at);
-    QStringList paths = m_lastImport;
-    for (const auto &[from, to] : std::exchange(m_moved, {})) {
-        const auto place = places.constFind(from);
-        if (place == places.cend())
-            continue;
-        const qsizetype at = *place;
-        places.erase(place);
-        places.insert(to, at);
-        paths[at] = to;
-    }
-    if (paths != m_lastImport)
-        setLastImport(paths);
 }

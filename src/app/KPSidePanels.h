@@ -3,8 +3,6 @@
 #include "KPCommandTable.h"
 
 #include <QObject>
-#include <QStringList>
-#include <QTimer>
 #include <memory>
 
 class IndexSource;
@@ -14,6 +12,7 @@ class KPCloudController;
 class KPController;
 class KPCrumbTrail;
 class KPFolderFollower;
+class KPLastImport;
 class KPRowCounts;
 class KPSourceList;
 class QUndoStack;
@@ -33,10 +32,7 @@ public:
 
     QList<KPCommand> commands();
     void writeOutState() const;
-    // What the row of the last import shows.
-    void setLastImport(const QStringList &paths);
-    // It follows documents that are moved; a batch of them at once.
-    void pathChanged(const QString &oldPath, const QString &newPath);
+    KPLastImport &lastImport() { return *m_lastImport; }
     // Crumbs offer other things while a key is held.
     void modifiersChanged(Qt::KeyboardModifiers modifiers);
 
@@ -46,19 +42,16 @@ Q_SIGNALS:
 private:
     void makeBars();
     void makePanels();
-    void followMoved();
     void showBookmarkMenu(const QStringList &identifiers, const QPoint &globalPosition);
     void tellFailed(const QString &what, const XPError &error);
 
     KPController &m_window;
     std::unique_ptr<KPBookmarks> m_bookmarks;
     std::unique_ptr<KPFolderFollower> m_follower;
+    std::unique_ptr<KPLastImport> m_lastImport;
     std::unique_ptr<KPRowCounts> m_counts;
     std::unique_ptr<KPBookmarkCommands> m_bookmarkCommands;
     KPCrumbTrail *m_trail = nullptr;
     KPSourceList *m_sourceList = nullptr;
     KPCloudController *m_cloud = nullptr;
-    QStringList m_lastImport;
-    QList<std::pair<QString, QString>> m_moved; // since it was shown: from and to
-    QTimer m_followMoved;
 };
