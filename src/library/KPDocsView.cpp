@@ -8,6 +8,7 @@
 #include "KPNameField.h"
 #include "KPQuickLook.h"
 #include "UserDefaults.h"
+#include "XPAccessibleItems.h"
 
 #include <QEvent>
 #include <QFocusEvent>
@@ -42,7 +43,7 @@ KPDocsView::KPDocsView(KPArrangedDocs &docs, KPQuickLook &pictures, KPDocsKeys &
         m_asking.start();
     });
     connect(&docs, &KPArrangedDocs::currentChanged, this,
-            [this](int row) { KPDocsViewAccessible::tellCurrent(*this, row); });
+            [this](int row) { XPAccessible::tellFocused(*this, row); });
     connect(&docs, &KPArrangedDocs::selectionChanged, this,
             [this] { KPDocsViewAccessible::tellSelection(*this); });
     connect(m_nameField, &KPNameField::renamed, this, &KPDocsView::renameRequested);
@@ -184,7 +185,7 @@ void KPDocsView::focusInEvent(QFocusEvent *event)
                        event->reason() == Qt::BacktabFocusReason ||
                        event->reason() == Qt::ShortcutFocusReason;
     viewport()->update();
-    KPDocsViewAccessible::tellCurrent(*this, m_docs.selection().current());
+    XPAccessible::tellFocused(*this, m_docs.selection().current());
 }
 
 void KPDocsView::focusOutEvent(QFocusEvent *event)

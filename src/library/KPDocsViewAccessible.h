@@ -8,7 +8,6 @@ class KPDocsView;
 namespace KPDocsViewAccessible {
 
 void install(); // once is enough; more do nothing
-void tellCurrent(KPDocsView &view, int row);
 void tellSelection(KPDocsView &view);
 // Rows are others: whoever looked at them looks again.
 void tellArranged(KPDocsView &view);

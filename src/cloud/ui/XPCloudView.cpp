@@ -1,5 +1,6 @@
 #include "XPCloudView.h"
 
+#include "XPAccessibleItems.h"
 #include "XPCloudViewAccessible.h"
 #include "XPFileUrls.h"
 #include "XPPath.h"
@@ -153,7 +154,7 @@ void XPCloudView::focusItem(qsizetype item)
     m_focused = item;
     m_focusedKey = drawnItems()[item].keyName;
     m_delegate->cloudViewShowStatus(describe(item));
-    XPCloudViewAccessible::tellFocused(*this, static_cast<int>(item));
+    XPAccessible::tellFocused(*this, static_cast<int>(item));
     update();
 }
 

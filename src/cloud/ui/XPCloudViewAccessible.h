@@ -7,7 +7,6 @@ class XPCloudView;
 namespace XPCloudViewAccessible {
 
 void install(); // once is enough; more do nothing
-void tellFocused(XPCloudView &view, int item);
 // Whoever looked at the words looks again.
 void tellItems(XPCloudView &view);
 
