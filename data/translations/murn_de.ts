@@ -761,6 +761,9 @@ Absturzberichte erlauben?</translation>
     <message id="KPDocumentUnsupported">
         <translation>Dokumente dieser Art können nicht gelesen werden.</translation>
     </message>
+    <message id="KPDocumentWithoutPage">
+        <translation>Von Seite %1 gibt es kein Bild.</translation>
+    </message>
     <message id="KPDocumentWithoutPages">
         <translation>Das Dokument hat keine Seiten.</translation>
     </message>
@@ -1432,6 +1435,9 @@ Absturzberichte erlauben?</translation>
             <numerusform>%n Dokument ist schon da.</numerusform>
             <numerusform>%n Dokumente sind schon da.</numerusform>
         </translation>
+    </message>
+    <message id="KPImportStopped">
+        <translation>Der Import wurde angehalten</translation>
     </message>
     <message id="KPImportTitle">
         <translation>Dokumente importieren</translation>

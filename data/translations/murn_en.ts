@@ -763,6 +763,9 @@ Allow crash reporting?</translation>
     <message id="KPDocumentUnsupported">
         <translation>Documents of this kind cannot be read.</translation>
     </message>
+    <message id="KPDocumentWithoutPage">
+        <translation>There is no picture of page %1.</translation>
+    </message>
     <message id="KPDocumentWithoutPages">
         <translation>The document has no pages.</translation>
     </message>
@@ -1434,6 +1437,9 @@ Allow crash reporting?</translation>
             <numerusform>%n document is there already.</numerusform>
             <numerusform>%n documents are there already.</numerusform>
         </translation>
+    </message>
+    <message id="KPImportStopped">
+        <translation>The import was stopped</translation>
     </message>
     <message id="KPImportTitle">
         <translation>Import Documents</translation>

@@ -141,8 +141,9 @@ static void bring(const QString &archive, const QString &folder) XP_REQUIRES(xpG
         if (import.summary.error)
             tellError(import);
         else
-            KPArchiveWork::tell(qtTrId("KPImportDone"), textOf(import, false),
-                                import.summary.count(XPDocumentImport::Action::Failed) > 0);
+            KPArchiveWork::tell(
+                import.summary.stopped ? qtTrId("KPImportStopped") : qtTrId("KPImportDone"),
+                textOf(import, false), import.summary.count(XPDocumentImport::Action::Failed) > 0);
     });
 }
 
