@@ -61,6 +61,7 @@ public:
     {
         setAccessibleName(qtTrId("KPWelcomeTitle"));
         setFrameShape(NoFrame);
+        setFocusPolicy(Qt::NoFocus); // what is in it has the focus
         setWidgetResizable(true);
         setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
         setWidget(page);

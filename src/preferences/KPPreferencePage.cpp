@@ -20,6 +20,7 @@ KPPreferencePage::KPPreferencePage(const QString &title, QWidget *parent)
     : QScrollArea(parent), m_title(title)
 {
     setFrameShape(NoFrame);
+    setFocusPolicy(Qt::NoFocus); // what is in it has the focus
     setWidgetResizable(true);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setAccessibleName(title);

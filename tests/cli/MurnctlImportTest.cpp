@@ -96,7 +96,7 @@ TEST(MurnctlThumbnail, DrawsPagesOfWords)
               XPAtomicFile::read(folder.path(QStringLiteral("b.png"))).valueOr({}));
 
     EXPECT_EQ(run({"thumbnail", "a.md", "-o", "c.png", "--page", "2"}).err,
-              "murnctl: a.md: Documents of this kind cannot be read.\n");
+              "murnctl: a.md: There is no picture of page 2.\n");
     EXPECT_EQ(pngSize(folder.path(QStringLiteral("c.png"))), std::pair(0, 0));
     EXPECT_EQ(run({"thumbnail", "empty.txt", "-o", "c.png"}).err, ""); // an empty page
     EXPECT_EQ(pngSize(folder.path(QStringLiteral("c.png"))), std::pair(362, 512));

@@ -107,6 +107,10 @@ QString KPBookmarkCommands::saveCurrent(const KPBookmarkPlace &place)
     if (!canSave())
         return {};
     const auto made = KPBookmark::search(KPCrumbs::sentenceOf(state), *state);
+    for (const KPBookmarks::Named &each : m_bookmarks.all()) {
+        if (each.bookmark->title == made.title && each.bookmark->state == made.state)
+            return each.bookmark->identifier; // the key was pressed twice
+    }
     insert(qtTrId("KPBookmarkAdd"), {made}, place);
     return m_bookmarks.find(made.identifier) ? made.identifier : QString();
 }

@@ -96,6 +96,9 @@ XPResult<QImage> ImportedDocument::picture(int page, int pixels)
     const auto reply = *std::move(drawn);
     if (!reply.failure)
         return reply.image;
+    if (*reply.failure == DocumentFailure::Unsupported && page > 1)
+        return XPError::make(XPError::Kind::NotFound, qtTrId("KPDocumentWithoutPage").arg(page),
+                             m_path);
     return failureOf(*reply.failure, reply.reason, m_path);
 }
 

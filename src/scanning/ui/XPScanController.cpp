@@ -153,6 +153,7 @@ QWidget *XPScanController::buildSettings()
     auto *scroll = new QScrollArea(this); // with large letters it is higher than a screen
     scroll->setAccessibleName(qtTrId("KPScanSettings"));
     scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setFocusPolicy(Qt::NoFocus); // what is in it has the focus
     scroll->setWidgetResizable(true);
     scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     auto *side = new QWidget;

@@ -146,8 +146,11 @@ TEST_F(BookmarkViews, SaveOnlyASearchThatSaysSomething)
     EXPECT_FALSE(m_commands.canSave());
     EXPECT_EQ(m_commands.saveCurrent(), QString());
     m_navigator.crumbs->applyState(tagged("x")->searchStateByAddingExcludeTag(words("y")));
-    m_commands.saveCurrent();
+    const QString saved = m_commands.saveCurrent();
+    const qsizetype count = m_bookmarks.root().children.size();
     EXPECT_EQ(m_bookmarks.root().children.last().title, words("tagged x, without y"));
+    EXPECT_EQ(m_commands.saveCurrent(), saved);
+    EXPECT_EQ(m_bookmarks.root().children.size(), count) << "pressed twice";
 }
 
 TEST_F(BookmarkViews, OfTheBarRunAndMoveIntoAMenuWhenItIsNarrow)
