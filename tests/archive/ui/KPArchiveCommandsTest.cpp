@@ -1,33 +1,15 @@
 #include "KPArchiveCommands.h"
 
+#include "CommandScene.h"
 #include "FiledFolder.h"
-#include "KPDoc.h"
 #include "KPDocCache.h"
 #include "KPDocServices.h"
-#include "KPDocumentTargets.h"
-#include "XPProgress.h"
 
-#include <QFileDialog>
-#include <QLineEdit>
 #include <QTest>
-#include <QWidget>
-#include <algorithm>
 #include <sys/time.h>
 #include <unistd.h>
 
 namespace {
-
-class Targets : public KPDocumentTargets
-{
-public:
-    QList<KPDoc *> documents() const override { return docs; }
-    qsizetype documentCount() const override { return docs.size(); }
-    QWidget *window() const override { return parent; }
-    void filesMovedOrDeleted() override {}
-
-    KPDoc::Docs docs;
-    QWidget *parent = nullptr;
-};
 
 // File work waits where `waits` says so, as on a slow volume.
 struct Services : public KPDocServices
@@ -57,21 +39,6 @@ struct Services : public KPDocServices
     bool waits = false;
 };
 
-// Stops the piece of work with this number, from 1, as soon as it is begun.
-struct Progress : public XPProgress
-{
-    void begin(const Task &task) override
-    {
-        ++shown;
-        task->isStopAsked = ++begun == stopped;
-    }
-    void end(const Task & /*task*/) override { --shown; }
-
-    int begun = 0;
-    int shown = 0;
-    int stopped = 0;
-};
-
 constexpr int imports = 0;
 constexpr int cancels = 1;
 
@@ -87,9 +54,7 @@ protected:
         auto ours = std::make_unique<Services>();
         services = ours.get();
         KPDocServices::install(std::move(ours));
-        auto shown = std::make_unique<Progress>();
-        progress = shown.get();
-        XPProgress::install(std::move(shown));
+        progress = TestProgress::install();
         QDir().mkpath(m_to);
         targets.parent = &window;
     }
@@ -112,24 +77,8 @@ protected:
         }
         return paths;
     }
-    QFileDialog *dialog() const
-    {
-        const auto dialogs = window.findChildren<QFileDialog *>();
-        const auto shown = std::find_if(dialogs.begin(), dialogs.end(),
-                                        [](const QFileDialog *each) { return each->isVisible(); });
-        return shown == dialogs.end() ? nullptr : *shown;
-    }
-    // Types a path into the dialog that is open.
-    void choose(const QString &path)
-    {
-        QFileDialog *open = dialog();
-        ASSERT_TRUE(open);
-        auto *name = open->findChild<QLineEdit *>();
-        ASSERT_TRUE(name);
-        name->setText(path);
-        QTest::keyClick(name, Qt::Key_Return);
-        ASSERT_TRUE(dialog() != open) << path.toStdString();
-    }
+    QFileDialog *dialog() const { return openDialog<QFileDialog>(window); }
+    void choose(const QString &path) { chooseFile(window, path); }
     void write(const QStringList &names)
     {
         xpGuiThread.assertHere();
@@ -162,12 +111,12 @@ protected:
     const QString m_archive = m_folder.path(QStringLiteral("out.murnarchive"));
     const QString m_to = m_folder.path(QStringLiteral("to"));
     QWidget window;
-    Targets targets;
+    TestTargets targets;
     QStringList results;
     KPArchiveCommands commands{targets, [this] { return results; }};
     std::shared_ptr<ScriptedPrompts::Said> said;
     Services *services = nullptr;
-    Progress *progress = nullptr;
+    TestProgress *progress = nullptr;
 };
 
 } // namespace
@@ -366,16 +315,12 @@ TEST_F(ArchiveCommands, WorkOutlivesTheWindowAndWaitsForItsTurn)
     select(named("a.txt", "b.txt"));
     {
         QWidget closed;
-        Targets ours;
+        TestTargets ours;
         ours.docs = targets.docs;
         ours.parent = &closed;
         KPArchiveCommands first(ours, [] { return QStringList(); });
         first.exportSelectedAction();
-        auto *open = closed.findChild<QFileDialog *>();
-        ASSERT_TRUE(open);
-        auto *name = open->findChild<QLineEdit *>();
-        name->setText(m_archive);
-        QTest::keyClick(name, Qt::Key_Return);
+        chooseFile(closed, m_archive);
     }
     commands.exportSelectedAction();
     choose(m_archive);

@@ -1,35 +1,18 @@
 #include "KPFilingCommands.h"
 
+#include "CommandScene.h"
 #include "FiledFolder.h"
-#include "KPDoc.h"
 #include "KPDocCache.h"
 #include "KPDocServices.h"
-#include "KPDocumentTargets.h"
-#include "XPProgress.h"
 #include "XPRecentDestinations.h"
 
-#include <QFileDialog>
 #include <QMimeData>
 #include <QSet>
 #include <QTest>
 #include <QUndoStack>
-#include <QWidget>
 #include <algorithm>
 
 namespace {
-
-class Targets : public KPDocumentTargets
-{
-public:
-    QList<KPDoc *> documents() const override { return docs; }
-    qsizetype documentCount() const override { return docs.size(); }
-    QWidget *window() const override { return parent; }
-    void filesMovedOrDeleted() override { ++told; }
-
-    KPDoc::Docs docs;
-    QWidget *parent = nullptr;
-    int told = 0;
-};
 
 struct Services : public KPDocServices
 {
@@ -101,7 +84,7 @@ protected:
     }
 
     QWidget window;
-    Targets targets;
+    TestTargets targets;
     QUndoStack history;
     KPFilingCommands commands{targets, history};
     std::shared_ptr<ScriptedPrompts::Said> said;
