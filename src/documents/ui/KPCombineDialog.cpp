@@ -16,6 +16,7 @@
 #include <algorithm>
 
 static constexpr int pathRole = Qt::UserRole;
+static constexpr qsizetype longestName = 251; // bytes, before ".pdf"
 
 static QString stemOf(const QString &name)
 {
@@ -153,5 +154,9 @@ QString KPCombineDialog::name() const
     QString name = KPDoc::displayFileNameToFSName(m_name->text().trimmed());
     if (name.endsWith(u".pdf", Qt::CaseInsensitive))
         name.chop(4);
+    while (name.startsWith(u'.')) // the library shows no hidden files
+        name.remove(0, 1);
+    while (XPPath::encode(name).size() > longestName)
+        name.chop(name.back().isLowSurrogate() ? 2 : 1);
     return name;
 }

@@ -37,16 +37,23 @@ static XPResult<QList<int>> recognise(const QString &path, qsizetype number,
                                       const XPProgress::Task &task)
 {
     ImportedDocument document(path);
-    return XPTextLayer::recognise(
+    std::optional<XPError> failure; // of a page without text
+    auto done = XPTextLayer::recognise(
         path,
         [&](int page) {
-            return document.picture(page + 1, XPTextLayer::pixelsOfAPage).valueOr(QImage());
+            const auto picture = document.picture(page + 1, XPTextLayer::pixelsOfAPage);
+            failure = picture ? XPError::make(XPError::Kind::Io, qtTrId("KPNotRecognised"))
+                              : picture.error();
+            return picture.valueOr(QImage());
         },
         {},
         [&](int page, int pages) {
             task->done = number * stepsOfDocument + qint64{stepsOfDocument} * page / pages;
             return !task->isStopAsked;
         });
+    if (done && done->isEmpty() && failure)
+        return *failure; // else it would pass for one whose pages all have text
+    return done;
 }
 
 // The long work's thread. A document in whose middle it is stopped stays as it was.
@@ -104,6 +111,15 @@ static QString summary(const QList<Layers> &layers)
     return pages == 0 ? qtTrId("KPRecognisedNothing") : qtTrId("KPRecognised", pages);
 }
 
+// Of what failed or was stopped nobody knows whether it has text.
+static void report(const Outcome &outcome, const XPProgress::Task &task, const Said &said)
+    XP_REQUIRES(xpGuiThread)
+{
+    KPFailures::tell(QT_TRID_NOOP("KPCannotRecognise"), outcome.failures);
+    if (!outcome.done.isEmpty() || (outcome.failures.isEmpty() && !task->isStopAsked))
+        said(summary(outcome.done));
+}
+
 namespace {
 
 // Text that was laid over. What somebody else changed since is left alone, and said.
@@ -137,11 +153,10 @@ public:
         const auto task = makeTask(QT_TRID_NOOP("KPRecognising"), docs.size());
         m_work.run(
             task, [docs, task] { return recogniseAll(docs, task); },
-            [layers = m_layers, said = m_said](const Outcome &outcome) {
+            [layers = m_layers, task, said = m_said](const Outcome &outcome) {
                 xpGuiThread.assertHere();
                 *layers = outcome.done;
-                KPFailures::tell(QT_TRID_NOOP("KPCannotRecognise"), outcome.failures);
-                said(summary(outcome.done));
+                report(outcome, task, said);
             });
     }
 
@@ -168,10 +183,9 @@ void KPTextRecognising::start(const QList<KPDoc *> &docs, KPLongWork &work, QUnd
     const auto task = makeTask(QT_TRID_NOOP("KPRecognising"), pdfs.size());
     work.run(
         task, [pdfs, task] { return recogniseAll(pdfs, task); },
-        [history = QPointer(&history), &work, said](const Outcome &outcome) {
+        [history = QPointer(&history), &work, task, said](const Outcome &outcome) {
             xpGuiThread.assertHere();
-            KPFailures::tell(QT_TRID_NOOP("KPCannotRecognise"), outcome.failures);
-            said(summary(outcome.done));
+            report(outcome, task, said);
             if (history && !outcome.done.isEmpty())
                 history->push(new RecogniseCommand(outcome.done, work, said));
         });
