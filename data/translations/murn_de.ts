@@ -2180,6 +2180,9 @@ Absturzberichte erlauben?</translation>
     <message id="KPPrefFilingAsk">
         <translation>Jedes Mal fragen, ob sie abgelegt werden</translation>
     </message>
+    <message id="KPPrefFolderNotMade">
+        <translation>Der Ordner wurde nicht angelegt</translation>
+    </message>
     <message id="KPPrefFolders">
         <translation>Wo Murn sucht</translation>
     </message>
@@ -2257,6 +2260,21 @@ Absturzberichte erlauben?</translation>
     </message>
     <message id="KPPrefLastBackup">
         <translation>Letzte Sicherung: %1</translation>
+    </message>
+    <message id="KPPrefLogin">
+        <translation>Bei der Anmeldung</translation>
+    </message>
+    <message id="KPPrefLoginAbsent">
+        <translation>Dafür muss Murn als Paket installiert sein und die Sitzung von systemd geführt werden.</translation>
+    </message>
+    <message id="KPPrefLoginFailed">
+        <translation>Der Dienst ließ sich nicht umschalten.</translation>
+    </message>
+    <message id="KPPrefLoginHint">
+        <translation>Was bei geschlossenem Fenster hinzukommt, sich ändert oder den Ort wechselt, wird beim Öffnen sofort gefunden, und die Suche der Arbeitsumgebung antwortet schneller.</translation>
+    </message>
+    <message id="KPPrefLoginKeep">
+        <translation>Den Index ab der Anmeldung führen</translation>
     </message>
     <message id="KPPrefMakeFolder">
         <translation>„%1“ anlegen</translation>

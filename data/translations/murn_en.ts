@@ -2182,6 +2182,9 @@ Allow crash reporting?</translation>
     <message id="KPPrefFilingAsk">
         <translation>Ask each time whether to file them</translation>
     </message>
+    <message id="KPPrefFolderNotMade">
+        <translation>The folder was not made</translation>
+    </message>
     <message id="KPPrefFolders">
         <translation>Where Murn looks</translation>
     </message>
@@ -2259,6 +2262,21 @@ Allow crash reporting?</translation>
     </message>
     <message id="KPPrefLastBackup">
         <translation>Last backup: %1</translation>
+    </message>
+    <message id="KPPrefLogin">
+        <translation>At Login</translation>
+    </message>
+    <message id="KPPrefLoginAbsent">
+        <translation>This needs Murn's package to be installed, and a session that systemd runs.</translation>
+    </message>
+    <message id="KPPrefLoginFailed">
+        <translation>The service could not be switched.</translation>
+    </message>
+    <message id="KPPrefLoginHint">
+        <translation>What comes, changes or moves while the window is closed is found at once when it opens, and the desktop's own search answers sooner.</translation>
+    </message>
+    <message id="KPPrefLoginKeep">
+        <translation>Keep the index from login on</translation>
     </message>
     <message id="KPPrefMakeFolder">
         <translation>Make “%1”</translation>

@@ -9,6 +9,7 @@
 #include "XPFiledDocuments.h"
 #include "XPFolders.h"
 #include "XPPath.h"
+#include "XPPrompts.h"
 
 #include <QFileDialog>
 #include <QLabel>
@@ -81,12 +82,23 @@ KPManagedFolderSection::KPManagedFolderSection(KPIndexMonitor *index, QWidget *p
     column->addLayout(line);
     connect(other, &QPushButton::clicked, this, &KPManagedFolderSection::choose);
     connect(m_make, &QPushButton::clicked, this, [this] {
-        change([] {
-            const QString usual = XPFolders::documents() + u'/' + usualName;
-            if (!XPFolders::create(usual))
-                XPFiledDocuments::setFiledDocumentsPreferredPath(usual);
-            XPFiledDocuments::createFiledDocumentsFolder();
-        });
+        const QString usual = XPFolders::documents() + u'/' + usualName;
+        auto error = std::make_shared<std::optional<XPError>>();
+        change(
+            [usual, error] {
+                *error = XPFolders::create(usual);
+                if (!*error)
+                    XPFiledDocuments::setFiledDocumentsPreferredPath(usual);
+                XPFiledDocuments::createFiledDocumentsFolder();
+            },
+            [usual, error] {
+                xpGuiThread.assertHere();
+                if (*error)
+                    XPPrompts::current().alert(
+                        qtTrId("KPPrefFolderNotMade"),
+                        XPPath::printable(XPFolders::abbreviateWithTilde(usual)) +
+                            QStringLiteral(": ") + (*error)->reason());
+            });
     });
     connect(m_reset, &QPushButton::clicked, this, [this] {
         UserDefaults::standard().remove(XPFiledDocuments::preferredPathKey);

@@ -66,11 +66,14 @@ void KPHealedSection::showEvent(QShowEvent *event)
 void KPHealedSection::look()
 {
     xpGuiThread.assertHere();
-    auto cases = std::make_shared<QList<KPHealing>>();
-    KPDocServices::current().runFileWork([cases] { *cases = KPHealingLog::read().valueOr({}); },
+    using Cases = XPResult<QList<KPHealing>>;
+    auto cases = std::make_shared<Cases>(QList<KPHealing>());
+    KPDocServices::current().runFileWork([cases] { *cases = KPHealingLog::read(); },
                                          [cases, self = QPointer(this)] {
                                              if (self)
-                                                 self->show(*cases);
+                                                 self->show(cases->valueOr({}));
+                                             if (self && !*cases) // nobody knows of none
+                                                 self->m_text->setText(cases->error().reason());
                                          });
 }
 

@@ -7,6 +7,7 @@
 #include "KPForgetting.h"
 #include "KPIndexMonitor.h"
 #include "KPIndexSection.h"
+#include "KPLoginSection.h"
 #include "KPLook.h"
 #include "KPPreferencePage.h"
 #include "KPSettingRow.h"
@@ -167,6 +168,7 @@ void KPPreferencesWindow::addBackup(KPPreferencePage *page)
 
 void KPPreferencesWindow::addIndexTools(KPPreferencePage *page)
 {
+    page->add(qtTrId("KPPrefLogin"), new KPLoginSection);
     auto *part = new QWidget;
     auto *line = new QHBoxLayout(part);
     line->setContentsMargins(0, 0, 0, 0);

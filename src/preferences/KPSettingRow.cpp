@@ -8,7 +8,6 @@
 #include <QBoxLayout>
 #include <QLabel>
 
-static constexpr int boxIndent = 24; // the words beside a check box
 static constexpr int resetSize = 24;
 
 static UserDefaults &defaults()
@@ -102,7 +101,7 @@ void KPSettingRow::addHint(QBoxLayout *column)
     hint->setWordWrap(true);
     hint->setFont(KPLook::font(KPLook::Type::Facts));
     hint->setForegroundRole(QPalette::PlaceholderText);
-    hint->setIndent(m_setting.kind == XPSetting::Kind::Bool ? boxIndent : 0);
+    hint->setIndent(m_setting.kind == XPSetting::Kind::Bool ? KPLook::boxIndent : 0);
     column->addWidget(hint);
 }
 

@@ -40,4 +40,7 @@ constexpr int crumbBarHeight = 36;
 constexpr int bookmarkBarHeight = 32;
 constexpr int statusHeight = 28;
 
+// Of what stands below the words beside a check box.
+inline constexpr int boxIndent = 24;
+
 } // namespace KPLook
