@@ -68,7 +68,7 @@ void KPSearchFolders::addSearchFolderAction(const QString &path,
         const auto error = addSearchFolder(path);
         if (error)
             XPPrompts::current().alert(
-                qtTrId("KPSearchFolderNotAdded").arg(XPPath::printable(path)), error->message);
+                qtTrId("KPSearchFolderNotAdded").arg(XPPath::printable(path)), error->reason());
         done(!error);
     };
     if (!XPVolumes::volumeOf(XPPath::absolute(path)).network || !pathOKToAddToSearchFolders(path)) {
