@@ -32,7 +32,8 @@ KPSearcher::TagSets KPCloudContents::filterOutUnwantedTags(const KPSearcher::Tag
     const QSet<KPTagName *> never(wishes.never.begin(), wishes.never.end());
     KPSearcher::TagSets wanted;
     for (const KPSearcher::TagSet &set : tags) {
-        if (never.contains(set.tag) || !set.tag->passesSearch(filter))
+        // One that is typed is shown, so that its menu can bring it back.
+        if ((filter.isEmpty() && never.contains(set.tag)) || !set.tag->passesSearch(filter))
             continue;
         if (tagType == fileTypes && !unknown.isEmpty() &&
             set.tag->displayName().startsWith(unknown))

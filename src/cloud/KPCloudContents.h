@@ -17,7 +17,7 @@ public:
     {
         QString filterString;
         KPTagName::Tags always; // shown though no document of the results has them
-        KPTagName::Tags never;
+        KPTagName::Tags never;  // unless the filter asks for them
     };
 
     // The searcher's tags of that kind, the most frequent first; none of any other kind.

@@ -8,8 +8,12 @@
 #include "XPFileUrls.h"
 
 #include <QAccessible>
+#include <QClipboard>
+#include <QContextMenuEvent>
 #include <QDropEvent>
+#include <QGuiApplication>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMimeData>
 #include <QTest>
 #include <gtest/gtest.h>
@@ -67,6 +71,34 @@ protected:
                 return view->pointToItemRect(item).center().toPoint();
         }
         return {-1, -1};
+    }
+    // Opened on the word; the one before is gone.
+    QMenu *menuOf(const QString &name) const
+    {
+        XPTextCloudView *view = m_cloud->userTags().view();
+        qDeleteAll(view->findChildren<QMenu *>(QString(), Qt::FindDirectChildrenOnly));
+        const QPoint at = placeOf(name);
+        QContextMenuEvent event(QContextMenuEvent::Mouse, at, view->mapToGlobal(at));
+        QCoreApplication::sendEvent(view, &event);
+        return view->findChild<QMenu *>(QString(), Qt::FindDirectChildrenOnly);
+    }
+    static QAction *actionNamed(const QMenu *menu, const QString &text)
+    {
+        for (QAction *action : menu->actions()) {
+            if (action->menu() && actionNamed(action->menu(), text))
+                return actionNamed(action->menu(), text);
+            if (action->text() == text)
+                return action;
+        }
+        return nullptr;
+    }
+    void choose(const QString &name, const QString &text) const
+    {
+        const QMenu *menu = menuOf(name);
+        ASSERT_TRUE(menu) << name.toStdString();
+        QAction *action = actionNamed(menu, text);
+        ASSERT_TRUE(action) << text.toStdString();
+        action->trigger();
     }
     void click(const QString &name, Qt::KeyboardModifiers modifiers = {}) const
     {
@@ -136,6 +168,55 @@ TEST_F(CloudController, IsReadAndClickedByAssistivePrograms)
     EXPECT_TRUE(shows({invoice, u'[' + paid + u']'}));
     ASSERT_EQ(list->childCount(), 2);
     EXPECT_TRUE(list->child(1)->state().selected);
+}
+
+TEST_F(CloudController, TheMenuOfAWordNarrowsAndWidensTheSearch)
+{
+    ASSERT_TRUE(shows({invoice, like, paid, photo}));
+    EXPECT_FALSE(actionNamed(menuOf(invoice), qtTrId("KPCloudClear"))) << "it is no part of it";
+    choose(invoice, qtTrId("KPCloudShowWith"));
+    EXPECT_TRUE(shows({u'[' + invoice + u']', paid}));
+    choose(invoice, qtTrId("KPCloudClear"));
+    EXPECT_TRUE(shows({invoice, like, paid, photo}));
+    choose(paid, qtTrId("KPCloudShowWithout"));
+    EXPECT_TRUE(shows({invoice, like, photo}));
+    choose(photo, qtTrId("KPCloudCopyName"));
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), photo);
+}
+
+TEST_F(CloudController, TheMenuOfABranchLeadsUpAndDown)
+{
+    const QString parent = QStringLiteral("R&D");
+    const QString child = QStringLiteral("R&D/2024");
+    tagged("d.txt", {child});
+    tagged("e.txt", {parent});
+    m_folder.catchUp();
+    ASSERT_TRUE(shows({invoice, like, paid, photo, parent, child}));
+    choose(parent, QStringLiteral("Only with “R&&D/2024”"));
+    EXPECT_TRUE(shows({u'[' + child + u']'}));
+    choose(child, qtTrId("KPCloudClear"));
+    ASSERT_TRUE(shows({invoice, like, paid, photo, parent, child}));
+    choose(child, QStringLiteral("Only with “R&&D”"));
+    EXPECT_TRUE(shows({u'[' + parent + u']', child})) << "with those below it";
+}
+
+TEST_F(CloudController, AWordIsShownAlwaysOrNeverButNotBoth)
+{
+    const QString always = qtTrId("KPCloudAlwaysShow");
+    const QString never = qtTrId("KPCloudNeverShow");
+    ASSERT_TRUE(shows({invoice, like, paid, photo}));
+    choose(paid, always);
+    EXPECT_TRUE(actionNamed(menuOf(paid), always)->isChecked());
+    choose(paid, never);
+    EXPECT_TRUE(shows({invoice, like, photo}));
+    // Typed, it can be found, and be shown again.
+    m_cloud->setFilterString(paid);
+    ASSERT_TRUE(shows({paid}));
+    EXPECT_FALSE(actionNamed(menuOf(paid), always)->isChecked());
+    EXPECT_TRUE(actionNamed(menuOf(paid), never)->isChecked());
+    choose(paid, never);
+    m_cloud->setFilterString({});
+    EXPECT_TRUE(shows({invoice, like, paid, photo}));
 }
 
 TEST_F(CloudController, TagsDocumentsThatAreDroppedOnAWord)

@@ -2,6 +2,7 @@
 
 #include "CloudNavigator.h"
 #include "IndexedFolder.h"
+#include "KPDocServices.h"
 #include "KPTagTreeModel.h"
 #include "Karvex.h"
 #include "UserDefaults.h"
@@ -15,6 +16,23 @@
 
 namespace {
 
+// The library is read when the test says so, as where it is large.
+struct SlowServices : KPDocServices
+{
+    void runFileWork(std::function<void()> work, std::function<void()> done) override
+    {
+        waiting.append({std::move(work), std::move(done)});
+    }
+    void finish()
+    {
+        for (const auto &[work, done] : std::exchange(waiting, {})) {
+            work();
+            done();
+        }
+    }
+    QList<std::pair<std::function<void()>, std::function<void()>>> waiting;
+};
+
 class TagsWindow : public testing::Test
 {
 protected:
@@ -27,7 +45,11 @@ protected:
         KPDocMetaData::useIndex(m_folder.index());
         m_window = std::make_unique<KPTagsWindow>(*m_navigator, nullptr);
     }
-    void TearDown() override XP_REQUIRES(xpGuiThread) { KPDoc::stopMetaDataSearching(); }
+    void TearDown() override XP_REQUIRES(xpGuiThread)
+    {
+        KPDocServices::install(nullptr);
+        KPDoc::stopMetaDataSearching();
+    }
     void tagged(const char *name, const QStringList &tags)
     {
         EXPECT_FALSE(Karvex::setUserTags(tags, m_folder.file(QLatin1String(name))));
@@ -95,4 +117,45 @@ TEST_F(TagsWindow, ShowsThoseOfTheResultsAlone)
                             QStringLiteral(" 2024 1")};
     EXPECT_TRUE(QTest::qWaitFor([&] { return rows() == found; }, 20'000))
         << rows().join(u'|').toStdString();
+}
+
+TEST_F(TagsWindow, WhatIsReadTooLateIsNotShown)
+{
+    auto ours = std::make_unique<SlowServices>();
+    SlowServices &services = *ours;
+    KPDocServices::install(std::move(ours));
+    m_window->open();
+    EXPECT_EQ(rows(), QStringList());
+    m_navigator->setSearchStateAndUpdateUI(
+        m_folder.state()->searchStateWithNewTags({QStringLiteral("paid")}), false, {}, {});
+    const QStringList found{QStringLiteral("paid 1"), QStringLiteral("Tax "),
+                            QStringLiteral(" 2024 1")};
+    auto *available = m_window->findChild<QCheckBox *>();
+    QTest::mouseClick(available, Qt::LeftButton, {}, QPoint(8, 8));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return rows() == found; }, 20'000))
+        << rows().join(u'|').toStdString();
+    services.finish(); // of the whole library, which nobody wants any more
+    EXPECT_EQ(rows(), found);
+    // Closed and gone before it is read.
+    QTest::mouseClick(available, Qt::LeftButton, {}, QPoint(8, 8));
+    EXPECT_EQ(services.waiting.size(), 1);
+    m_window.reset();
+    services.finish();
+}
+
+TEST_F(TagsWindow, ATagIsChosenWithKeysAndTheTreeKeepsItsPlace)
+{
+    m_window->open();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return rows().size() == 3; }, 20'000));
+    QTest::keyClick(filter(), Qt::Key_Down);
+    QTest::keyClick(view(), Qt::Key_Down);
+    QTest::keyClick(view(), Qt::Key_Down);
+    EXPECT_EQ(view()->currentIndex().data(KPTagTreeModel::tagRole).toString().toLower(),
+              u"tax/2024");
+    QTest::keyClick(view(), Qt::Key_Return);
+    EXPECT_EQ(searched().value(0).toLower(), u"tax/2024");
+    filter()->setText(QStringLiteral("tax"));
+    EXPECT_EQ(view()->currentIndex().data().toString(), u"2024") << "it is still there";
+    QTest::keyClick(view(), Qt::Key_Escape);
+    EXPECT_FALSE(m_window->isVisible());
 }
