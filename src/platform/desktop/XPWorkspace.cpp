@@ -4,6 +4,7 @@
 #include "XPFileUrls.h"
 #include "XPPath.h"
 #include "XPPrompts.h"
+#include "XPRecentFiles.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -15,8 +16,10 @@
 
 std::optional<XPError> XPWorkspace::open(const QString &path)
 {
-    if (QDesktopServices::openUrl(XPFileUrls::url(path)))
+    if (QDesktopServices::openUrl(XPFileUrls::url(path))) {
+        XPRecentFiles::note({path});
         return {};
+    }
     return XPError::make(XPError::Kind::Unsupported, qtTrId("KPNoProgramToOpen"), path);
 }
 
@@ -35,8 +38,10 @@ std::optional<XPError> XPWorkspace::openWith(const QStringList &paths, const QSt
     const bool isLaunched =
         g_app_info_launch_uris(G_APP_INFO(program.get()), urls, nullptr, &error) != FALSE;
     g_list_free_full(urls, g_free);
-    if (isLaunched)
+    if (isLaunched) {
+        XPRecentFiles::note(paths);
         return {};
+    }
     const std::unique_ptr<GError, decltype(&g_error_free)> owned(error, &g_error_free);
     return XPError::make(XPError::Kind::Io, QString::fromUtf8(error->message), paths.value(0));
 }

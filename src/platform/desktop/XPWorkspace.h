@@ -4,7 +4,8 @@
 
 #include <QStringList>
 
-// What the desktop does with the user's files: opening and showing them.
+// What the desktop does with the user's files: opening and showing them. What was opened stands in
+// its list of recently used files (XPRecentFiles).
 // Threads: the main thread. Nothing here waits for another program, unless it says so.
 namespace XPWorkspace {
 
