@@ -2045,6 +2045,9 @@ Absturzberichte erlauben?</translation>
     <message id="KPPrefBackupHourlyHint">
         <translation>In einer eigenen Datei, neben denen an den Dokumenten.</translation>
     </message>
+    <message id="KPPrefBackupUnreadable">
+        <translation>Die Sicherung ist nicht lesbar: %1</translation>
+    </message>
     <message id="KPPrefBadge">
         <translation>Anzahl der Dokumente ohne Schlagwörter am Programmsymbol zeigen</translation>
     </message>

@@ -2047,6 +2047,9 @@ Allow crash reporting?</translation>
     <message id="KPPrefBackupHourlyHint">
         <translation>In a file of their own, beside those on the documents.</translation>
     </message>
+    <message id="KPPrefBackupUnreadable">
+        <translation>The backup cannot be read: %1</translation>
+    </message>
     <message id="KPPrefBadge">
         <translation>Show the number of untagged documents at the program’s icon</translation>
     </message>

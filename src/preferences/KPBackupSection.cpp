@@ -4,6 +4,7 @@
 #include "KarvexSync.h"
 #include "UserDefaults.h"
 #include "XPMainThread.h"
+#include "XPPath.h"
 
 #include <QDateTime>
 #include <QLabel>
@@ -55,10 +56,17 @@ void KPBackupSection::look()
         const auto bytes = KarvexBackupFile::readBytes(path);
         const auto records = bytes ? KarvexBackupFile::decode(*bytes, path)
                                    : XPResult<KarvexBackupFile::Records>(bytes.error());
-        const qint64 count = records ? records->size() : 0;
-        xpOnMainThread([self, count] {
+        // One that cannot be read is not none.
+        const bool isThere = records || records.error().kind != XPError::Kind::NotFound;
+        const qint64 count = records ? records->size() : isThere ? -1 : 0;
+        const QString unreadable =
+            records || !isThere
+                ? QString()
+                : qtTrId("KPPrefBackupUnreadable").arg(XPPath::printable(records.error().reason()));
+        xpOnMainThread([self, count, unreadable] {
             if (self) {
                 self->m_records = count;
+                self->m_unreadable = unreadable;
                 self->refresh();
             }
         });
@@ -80,7 +88,7 @@ void KPBackupSection::refresh()
         const auto time = QDateTime::fromSecsSinceEpoch(static_cast<qint64>(last));
         lines.append(qtTrId("KPPrefLastBackup").arg(locale.toString(time, QLocale::ShortFormat)));
     }
-    for (const QString &more : {m_activity, m_problem}) {
+    for (const QString &more : {m_unreadable, m_activity, m_problem}) {
         if (!more.isEmpty())
             lines.append(more);
     }

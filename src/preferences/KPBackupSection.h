@@ -33,7 +33,8 @@ private:
     QPushButton *m_backUp;
     QString m_activity;
     QString m_problem;
-    qint64 m_records = -1; // not known yet
+    qint64 m_records = -1; // not known
+    QString m_unreadable;  // why
     XPObservation m_done;
     XPObservation m_time;
 };

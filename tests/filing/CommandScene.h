@@ -38,6 +38,7 @@ struct TestProgress : public XPProgress
     }
     void begin(const Task &task) override
     {
+        last = task;
         ++shown;
         task->isStopAsked = ++begun == stopped;
     }
@@ -46,6 +47,7 @@ struct TestProgress : public XPProgress
     int begun = 0;
     int shown = 0;
     int stopped = 0;
+    Task last;
 };
 
 // The dialog of that kind that is open over a window; null: none.

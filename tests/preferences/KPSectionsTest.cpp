@@ -13,8 +13,10 @@
 #include "KPSearchFolderSetting.h"
 #include "KPSearchFolders.h"
 #include "Karvex.h"
+#include "KarvexBackupFile.h"
 #include "KarvexPrefs.h"
 #include "MetadataIndex.h"
+#include "XPAtomicFile.h"
 #include "XPExtendedAttributes.h"
 #include "XPRecentDestinations.h"
 
@@ -42,6 +44,7 @@ protected:
         xpGuiThread.assertHere();
         XPPrompts::install(nullptr);
         forgetSettings();
+        UserDefaults::standard().remove(XPFiledDocuments::askKey);
     }
 
     static void forgetSettings()
@@ -237,6 +240,35 @@ TEST_F(Sections, WhatIsForgottenIsGone)
         EXPECT_EQ(left(), --kept) << memory.text << ": this one alone";
     }
     EXPECT_EQ(kept, 0);
+}
+
+TEST_F(Sections, ABackupThatCannotBeReadIsNotNone)
+{
+    const QString path = KarvexBackupFile::defaultPath();
+    ASSERT_FALSE(XPFolders::create(XPPath::folder(path)));
+    const auto says = [&](const QString &expected) {
+        KPBackupSection section;
+        section.show();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return text(section).startsWith(expected); }))
+            << text(section).toStdString();
+        EXPECT_TRUE(button(section, qtTrId("KPPrefBackUpNow"))->isEnabled());
+    };
+    (void)QFile::remove(path);
+    says(qtTrId("KPPrefNoBackup"));
+    KarvexBackupFile::Records records;
+    for (const QString &name : {QStringLiteral("/a"), QStringLiteral("/b")})
+        records.insert(name, {name, {QStringLiteral("tax")}, 0, PropertyValue::Date{1000}, {}});
+    const QByteArray bytes = *KarvexBackupFile::encode(records);
+    ASSERT_FALSE(XPAtomicFile::write(path, bytes));
+    says(QStringLiteral("The backup holds 2 documents."));
+    ASSERT_FALSE(XPAtomicFile::write(path, bytes.left(bytes.size() / 2)));
+    says(QStringLiteral("The backup cannot be read: "));
+    ASSERT_TRUE(QFile::remove(path));
+
+    KPBackupSection section;
+    section.showState(QStringLiteral("at work"), QStringLiteral("no room"));
+    EXPECT_FALSE(button(section, qtTrId("KPPrefBackUpNow"))->isEnabled()) << "not twice at once";
+    EXPECT_TRUE(text(section).endsWith(u"at work\nno room"));
 }
 
 // --- Files that lost their tags

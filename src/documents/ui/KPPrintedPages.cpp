@@ -5,6 +5,7 @@
 #include "XPPath.h"
 
 #include <QAbstractTextDocumentLayout>
+#include <QFile>
 #include <QFontDatabase>
 #include <QPainter>
 #include <QPrinter>
@@ -178,7 +179,8 @@ static void drawText(Paper &paper, QPrinter *printer, const QString &title, cons
     }
 }
 
-bool KPPrintedPages::paint(QPrinter *printer, bool isPreview, const XPProgress::Task &task) const
+bool KPPrintedPages::drawSheets(QPrinter *printer, bool isPreview,
+                                const XPProgress::Task &task) const
 {
     Paper paper(printer, isPreview);
     for (const Sheet &sheet : m_sheets) {
@@ -198,4 +200,14 @@ bool KPPrintedPages::paint(QPrinter *printer, bool isPreview, const XPProgress::
         ++task->done;
     }
     return paper.isTaking();
+}
+
+bool KPPrintedPages::paint(QPrinter *printer, bool isPreview, const XPProgress::Task &task) const
+{
+    const bool isTaken = drawSheets(printer, isPreview, task);
+    // A file with a part of the pages would pass for the whole: nothing gives it up.
+    const QString file = printer->outputFileName();
+    if (isTaken && task->isStopAsked && task->done < count() && !file.isEmpty())
+        QFile::remove(file);
+    return isTaken;
 }

@@ -50,6 +50,7 @@ private:
 
     void add(const QString &path, const XPProgress::Task &task);
     bool addPicture(const QImage &image);
+    bool drawSheets(QPrinter *printer, bool isPreview, const XPProgress::Task &task) const;
 
     QTemporaryDir m_folder;
     QList<Sheet> m_sheets;

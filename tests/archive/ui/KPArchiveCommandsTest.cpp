@@ -188,6 +188,7 @@ TEST_F(ArchiveCommands, ManyChangesAreCountedAndTheFirstAreNamed)
 
 TEST_F(ArchiveCommands, WhatIsStoppedIsNotSaidToBeDone)
 {
+    xpGuiThread.assertHere();
     write(named("a.txt", "b.txt"));
     progress->begun = 0;
     progress->stopped = 1;

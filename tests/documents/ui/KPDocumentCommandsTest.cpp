@@ -18,6 +18,7 @@
 #include <QPushButton>
 #include <QUndoStack>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
 
 namespace {
@@ -50,6 +51,24 @@ protected:
         XPProgress::install(nullptr);
         XPPrompts::install(nullptr);
     }
+
+    // In the place of the program that recognises text.
+    class PathWith
+    {
+    public:
+        PathWith(const DocumentCommands &scene, const QByteArray &script)
+        {
+            const QString program = scene.file("bin/tesseract", "#!/bin/sh\n" + script + '\n');
+            EXPECT_EQ(::chmod(XPPath::encode(program).constData(), 0755), 0);
+            qputenv("PATH", XPPath::encode(XPPath::folder(program)) + ':' + m_path);
+        }
+        ~PathWith() { qputenv("PATH", m_path); }
+        PathWith(const PathWith &) = delete;
+        PathWith &operator=(const PathWith &) = delete;
+
+    private:
+        const QByteArray m_path = qgetenv("PATH");
+    };
 
     QString pdf(const char *name, const QList<int> &widths, bool isEncrypted = false) const
     {
@@ -225,21 +244,29 @@ TEST_F(DocumentCommands, ACombinedDocumentGetsANameThatTheLibraryCanShow)
     }
 }
 
-// The window is closed: what was begun ends at once, and leaves all of a document or nothing.
+// The window is closed: what waits is not begun, and what is at work ends without a word.
 TEST_F(DocumentCommands, WorkEndsWithTheWindow)
 {
-    select({pdf("in/a.pdf", {11, 12}), pdf("in/b.pdf", {21})});
-    for (int i = 0; i < 3; ++i) {
-        run("KPCombine");
-        acceptCombining();
-    }
+    const QString gate = m_folder.path(QStringLiteral("gate"));
+    const PathWith program(*this,
+                           "while [ ! -e '" + XPPath::encode(gate) + "' ]; do sleep 0.01; done");
+    const QString plain = pdf("in/a.pdf", {11, 12});
+    select({plain, pdf("in/b.pdf", {21})});
     run("KPRecogniseText");
+    const XPProgress::Task task = progress->last;
+    run("KPCombine");
+    acceptCombining();
     run("KPPrint");
+    std::thread opening([&] {
+        while (!task->isStopAsked)
+            std::this_thread::yield();
+        QFile(gate).open(QIODevice::WriteOnly);
+    });
     commands.reset();
+    opening.join();
     QCoreApplication::sendPostedEvents();
-    for (const QString &name : filedToday())
-        EXPECT_EQ(widthsOf(today(qPrintable(name))), (QList<int>{11, 12, 21}));
-    EXPECT_LE(filedToday().size(), 1) << "only the one at work can still be made";
+    EXPECT_EQ(filedToday(), QStringList());
+    EXPECT_EQ(widthsOf(plain), (QList<int>{11, 12}));
     EXPECT_EQ(history.count(), 0);
     EXPECT_TRUE(said->alerts.isEmpty());
     EXPECT_TRUE(messages.isEmpty());
@@ -385,10 +412,7 @@ TEST_F(DocumentCommands, WhatWasNotRecognisedIsNotSaidToHaveText)
     EXPECT_TRUE(messages.isEmpty()) << messages.join(u'|').toStdString();
 
     // The program fails on each page, as where it has no language.
-    const QString program = file("bin/tesseract", "#!/bin/sh\nexit 1\n");
-    ASSERT_EQ(::chmod(XPPath::encode(program).constData(), 0755), 0);
-    const QByteArray path = qgetenv("PATH");
-    qputenv("PATH", XPPath::encode(XPPath::folder(program)) + ':' + path);
+    const PathWith program(*this, "exit 1");
     runAndWait("KPRecogniseText");
     EXPECT_EQ(said->alerts.size(), 1);
     EXPECT_TRUE(messages.isEmpty()) << messages.join(u'|').toStdString();
@@ -397,7 +421,6 @@ TEST_F(DocumentCommands, WhatWasNotRecognisedIsNotSaidToHaveText)
     said->alerts.clear();
     qputenv("PATH", XPPath::encode(m_folder.path(QStringLiteral("in"))));
     runAndWait("KPRecogniseText");
-    qputenv("PATH", path);
     ASSERT_EQ(said->alerts.size(), 1);
     EXPECT_TRUE(said->alerts[0].startsWith(u"No text was recognised\n"));
     EXPECT_EQ(history.count(), 0);
@@ -440,4 +463,39 @@ TEST_F(DocumentCommands, PrintingShowsThePagesAndGoesOnOnlyWhenToldTo)
     EXPECT_EQ(said->alerts.size(), 1);
     QTest::keyClick(preview(), Qt::Key_Escape);
     EXPECT_FALSE(preview());
+}
+
+TEST_F(DocumentCommands, OnlyThePagesThatAreChosenArePrinted)
+{
+    const QString words = file("in/words.txt", "The contract\n");
+    select({words, pdf("in/a.pdf", {100, 200, 300}), words});
+    runAndWait("KPPrint");
+    auto *preview = openDialog<QPrintPreviewDialog>(window);
+    ASSERT_TRUE(preview);
+    int printed = 0;
+    const auto print = [&](const std::function<void(QPrinter &)> &prepare) {
+        const QString to = m_folder.path(QStringLiteral("%1.pdf").arg(++printed));
+        QPrinter paper;
+        paper.setOutputFormat(QPrinter::PdfFormat);
+        paper.setOutputFileName(to);
+        prepare(paper);
+        Q_EMIT preview->paintRequested(&paper);
+        return to;
+    };
+    EXPECT_EQ(widthsOf(print([](QPrinter &) {})).size(), 5);
+    EXPECT_EQ(widthsOf(print([](QPrinter &paper) {
+                  paper.setPrintRange(QPrinter::PageRange);
+                  paper.setFromTo(2, 4);
+              })).size(),
+              3);
+    EXPECT_EQ(widthsOf(print([](QPrinter &paper) {
+                  paper.setPrintRange(QPrinter::PageRange);
+                  paper.setPageRanges(QPageRanges::fromString(QStringLiteral("1,3-4")));
+              })).size(),
+              3);
+    progress->stopped = progress->begun + 1;
+    const QString stopped = print([](QPrinter &) {});
+    EXPECT_FALSE(exists(stopped)) << "no part passes for the whole";
+    EXPECT_TRUE(said->alerts.isEmpty()) << "who stopped it knows";
+    preview->close();
 }

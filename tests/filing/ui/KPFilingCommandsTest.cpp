@@ -371,6 +371,7 @@ TEST_F(FilingCommands, AFileThatVanishedIsSaidAndNothingElse)
 
 TEST_F(FilingCommands, TellsWhatCameIntoTheLibrary)
 {
+    xpGuiThread.assertHere();
     KPDocServices::install(std::make_unique<Services>());
     const auto told = [] { return std::exchange(Services::imported, {}); };
     QMimeData text;
