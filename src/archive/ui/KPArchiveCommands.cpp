@@ -118,13 +118,6 @@ void KPArchiveCommands::chooseFolder(const QString &archive)
     dialog->open();
 }
 
-static void tellError(const Import &import) XP_REQUIRES(xpGuiThread)
-{
-    XPPrompts::current().alert(qtTrId("KPImportFailed"),
-                               XPPath::printable(import.summary.error->path) +
-                                   QStringLiteral(": ") + import.summary.error->reason());
-}
-
 static QString textOf(const Import &import, bool dryRun)
 {
     QStringList lines = KPArchiveWork::sentences(import.summary, dryRun);
@@ -133,13 +126,26 @@ static QString textOf(const Import &import, bool dryRun)
     return (lines + import.lines).join(u'\n');
 }
 
+// A drive may go in the middle: what was brought by then is there.
+static void tellError(const Import &import, bool dryRun) XP_REQUIRES(xpGuiThread)
+{
+    const QString done = dryRun ? QString() : textOf(import, false);
+    const QString reason = XPPath::printable(import.summary.error->path) + QStringLiteral(": ") +
+                           import.summary.error->reason();
+    if (done.isEmpty())
+        XPPrompts::current().alert(qtTrId("KPImportFailed"), reason);
+    else
+        XPPrompts::current().alert(qtTrId("KPImportStopped"),
+                                   reason + QStringLiteral("\n\n") + done);
+}
+
 static void bring(const QString &archive, const QString &folder) XP_REQUIRES(xpGuiThread)
 {
     KPArchiveWork::read(archive, folder, false, [](const Import &import) {
         xpGuiThread.assertHere();
         KPDocServices::current().documentsImported(import.added);
         if (import.summary.error)
-            tellError(import);
+            tellError(import, false);
         else
             KPArchiveWork::tell(
                 import.summary.stopped ? qtTrId("KPImportStopped") : qtTrId("KPImportDone"),
@@ -153,7 +159,7 @@ void KPArchiveCommands::preview(const QString &archive, const QString &folder)
     KPArchiveWork::read(archive, folder, true, [archive, folder](const Import &import) {
         xpGuiThread.assertHere();
         if (import.summary.error) {
-            tellError(import);
+            tellError(import, true);
             return;
         }
         if (import.summary.stopped)

@@ -4,6 +4,7 @@
 #include "FiledFolder.h"
 #include "KPDocCache.h"
 #include "KPDocServices.h"
+#include "TestFaults.h"
 
 #include <QTest>
 #include <sys/time.h>
@@ -240,6 +241,50 @@ TEST_F(ArchiveCommands, AnArchiveThatIsDamagedAfterTheQuestionIsSaid)
     ASSERT_EQ(said->alerts.size(), 1);
     EXPECT_TRUE(said->alerts[0].startsWith(u"The archive was not imported\n"));
     EXPECT_EQ(entries(), QStringList());
+}
+
+// The drive goes while documents are brought.
+TEST_F(ArchiveCommands, WhatWasBroughtBeforeAnErrorIsSaid)
+{
+    const QString archive = m_folder.path(QStringLiteral("drive/out.murnarchive"));
+    QStringList paths;
+    for (int i = 0; i < 4; ++i) {
+        paths.append(m_folder.file(QStringLiteral("in/%1").arg(i), QByteArray(1 << 20, 'x')));
+        targets.docs.append(KPDocCache::docAtPath(paths.last()));
+    }
+    QDir().mkpath(XPPath::folder(archive));
+    xpGuiThread.assertHere();
+    commands.exportSelectedAction();
+    choose(archive);
+    services->waits = true;
+    bool isPartSeen = false;
+    for (int at = 0;; ++at) {
+        SCOPED_TRACE(at);
+        QDir(m_to).removeRecursively();
+        QDir().mkpath(m_to);
+        said->answers = {imports};
+        said->alerts.clear();
+        services->imported.clear();
+        commands.importAction();
+        choose(archive);
+        choose(m_to);
+        services->runWaiting();
+        if (!TestFaults::run(
+                {.folders = {XPPath::encode(XPPath::folder(archive))}, .at = at, .error = EIO},
+                [this] { services->runWaiting(); }))
+            break;
+        const auto there = static_cast<int>(entries().size());
+        EXPECT_EQ(services->imported.value(0).size(), there) << "and the library is told";
+        if (said->alerts.isEmpty())
+            continue; // a call whose failure does no harm
+        isPartSeen = isPartSeen || there > 0;
+        EXPECT_TRUE(
+            said->alerts[0].startsWith(qtTrId(there ? "KPImportStopped" : "KPImportFailed")))
+            << said->alerts[0].toStdString();
+        EXPECT_TRUE(said->alerts[0].contains(u"out.murnarchive: "));
+        EXPECT_EQ(said->alerts[0].contains(qtTrId("KPImportAdded", there)), there > 0);
+    }
+    EXPECT_TRUE(isPartSeen);
 }
 
 TEST_F(ArchiveCommands, ADocumentThatIsMissingIsNamedAndTheOthersAreExported)
