@@ -5,6 +5,7 @@
 #include "IndexCorpus.h"
 #include "IndexImporters.h"
 #include "IndexSettings.h"
+#include "PlainTexts.h"
 #include "XPPath.h"
 #include "XPTranslations.h"
 
@@ -42,8 +43,10 @@ int main(int count, char **arguments)
 {
     if (count > 2 && std::strcmp(arguments[1], "--make-corpus") == 0)
         return makeCorpus(count - 2, arguments + 2);
-    // Contents are read as in the program: by importers in their cage.
-    IndexImporters::install([](bool idle) {
+    // Contents are read as in the program, by importers in their cage, where nothing else is said.
+    IndexImporters::install([](bool idle) -> std::unique_ptr<IndexImporter> {
+        if (XPBench::PlainTexts::isOn())
+            return XPBench::PlainTexts::importer();
         return std::make_unique<CagedImporter>(
             ImportWorker::Setup{.program = MURN_IMPORTER, .idle = idle}, QString());
     });

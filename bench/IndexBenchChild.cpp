@@ -4,6 +4,7 @@
 #include "IndexBenchKeeper.h"
 #include "KPFileType.h"
 #include "Karvex.h"
+#include "PlainTexts.h"
 #include "XPPath.h"
 
 #include <QCoreApplication>
@@ -176,6 +177,7 @@ static int keepAndTell(const QString &root, bool contents)
     // The tables of file types are there with or without an index.
     (void)KPFileType::preferredUTIForExtension(QStringLiteral("pdf"));
     const StoreFolder folder;
+    const PlainTexts plain;
     Footprint cost;
     const double before = memory("VmRSS:");
     const auto keeper = keep(folder.store(), {root});

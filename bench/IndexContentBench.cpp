@@ -5,6 +5,7 @@
 #include "IndexLatency.h"
 #include "MDQuery.h"
 #include "MurnBench.h"
+#include "PlainTexts.h"
 #include "XPText.h"
 
 #include <QDirIterator>
@@ -42,6 +43,7 @@ static QString question(size_t i)
 static void content(benchmark::State &state)
 {
     static const XPBench::StoreFolder folder;
+    const XPBench::PlainTexts plain;
     const auto keeper = XPBench::keep(folder.store(), {corpus()});
     keeper->sync(true); // imports once; the next time all is there
     qsizetype found = 0;
