@@ -23,10 +23,7 @@ static int run(const KPCommandLine &line, KPCommandOutput &output)
         const QString path = XPPath::absolute(word);
         ImportedDocument document(path);
         const auto done = XPTextLayer::recognise(
-            path,
-            [&](int page) {
-                return document.picture(page + 1, XPTextLayer::pixelsOfAPage).valueOr(QImage());
-            },
+            path, [&](int page) { return document.picture(page + 1, XPTextLayer::pixelsOfAPage); },
             options,
             [&](int page, int pages) {
                 if (progress.isDue())

@@ -182,7 +182,7 @@ static void addLayer(QPDF &pdf, QPDFPageObjectHelper &page, QPDF &text, int turn
 }
 
 static XPResult<QList<int>> layOver(QPDF &pdf, const QString &pdfPath, const QString &folder,
-                                    const std::function<QImage(int)> &picture,
+                                    const XPTextLayer::Picture &picture,
                                     const XPTextLayer::Options &options,
                                     const std::function<bool(int, int)> &progress)
 {
@@ -193,6 +193,7 @@ static XPResult<QList<int>> layOver(QPDF &pdf, const QString &pdfPath, const QSt
     const int count = static_cast<int>(pages.size());
     std::list<QPDF> texts; // what was copied from them is read when the document is written
     QList<int> done;
+    std::optional<XPError> failure;
     for (int number = 0; number < count; ++number) {
         if (progress && !progress(number, count))
             return XPError::make(XPError::Kind::Cancelled, QStringLiteral("cancelled"));
@@ -202,21 +203,27 @@ static XPResult<QList<int>> layOver(QPDF &pdf, const QString &pdfPath, const QSt
             continue;
         if (options.mode == Mode::Redo && !isOurs && hasText(page))
             continue;
-        const QImage image = picture(number);
-        if (image.isNull())
+        const XPResult<QImage> image = picture(number);
+        if (!image) {
+            failure = image.error();
             continue;
-        const int turns = XPTextLayer::turnsToUpright(image);
+        }
+        const int turns = XPTextLayer::turnsToUpright(*image);
         const QString made =
-            textOf(turns ? image.transformed(QTransform().rotate(90.0 * turns)) : image, languages,
-                   folder, number);
-        if (made.isEmpty())
+            textOf(turns ? image->transformed(QTransform().rotate(90.0 * turns)) : *image,
+                   languages, folder, number);
+        if (made.isEmpty()) {
+            failure = XPError::make(XPError::Kind::Io, qtTrId("KPNotRecognised"), pdfPath);
             continue;
+        }
         if (isOurs)
             removeLayer(page);
         texts.emplace_back().processFile(XPPath::encode(made).constData());
         addLayer(pdf, page, texts.back(), turns);
         done.append(number);
     }
+    if (done.isEmpty() && failure) // else it would pass for one whose pages all have text
+        return *failure;
     if (done.isEmpty())
         return done;
     if (auto error = xpWritePDF(pdf, pdfPath))
@@ -240,8 +247,7 @@ static Result onDocument(const QString &pdfPath, Work work)
     }
 }
 
-XPResult<QList<int>> XPTextLayer::recognise(const QString &pdfPath,
-                                            const std::function<QImage(int)> &picture,
+XPResult<QList<int>> XPTextLayer::recognise(const QString &pdfPath, const Picture &picture,
                                             const Options &options,
                                             const std::function<bool(int, int)> &progress)
 {

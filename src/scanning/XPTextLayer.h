@@ -27,6 +27,9 @@ struct Options
 // What a picture of a page should have on its longer side: A4 (ISO 216) at 300 dots an inch.
 constexpr int pixelsOfAPage = 3508;
 
+// A page, from 0, as people see it.
+using Picture = std::function<XPResult<QImage>(int page)>;
+
 bool isAvailable();
 // What is installed, "eng", "deu", …; empty where the program is not.
 QStringList languages();
@@ -36,12 +39,11 @@ QStringList languages();
 int turnsToUpright(const QImage &image);
 
 // Lays text over pages of the document, which is replaced as a whole once all is done and keeps
-// its tags and marks. `picture` gives a page, from 0, as people see it; a null picture leaves it
-// out. Answers the pages that got a layer. `progress` is told of each page and says whether to go
-// on (Kind::Cancelled). Unsupported where the program is missing; an encrypted document is
-// NotPermitted.
-XPResult<QList<int>> recognise(const QString &pdfPath,
-                               const std::function<QImage(int page)> &picture,
+// its tags and marks. Answers the pages that got a layer: those that have text, and those that
+// failed, got none; where that is all of them and one failed, its error. `progress` is told of each
+// page and says whether to go on (Kind::Cancelled). Unsupported where the program is missing; an
+// encrypted document is NotPermitted.
+XPResult<QList<int>> recognise(const QString &pdfPath, const Picture &picture,
                                const Options &options,
                                const std::function<bool(int page, int pages)> &progress = {});
 

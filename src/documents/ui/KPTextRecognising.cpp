@@ -37,23 +37,12 @@ static XPResult<QList<int>> recognise(const QString &path, qsizetype number,
                                       const XPProgress::Task &task)
 {
     ImportedDocument document(path);
-    std::optional<XPError> failure; // of a page without text
-    auto done = XPTextLayer::recognise(
-        path,
-        [&](int page) {
-            const auto picture = document.picture(page + 1, XPTextLayer::pixelsOfAPage);
-            failure = picture ? XPError::make(XPError::Kind::Io, qtTrId("KPNotRecognised"))
-                              : picture.error();
-            return picture.valueOr(QImage());
-        },
-        {},
+    return XPTextLayer::recognise(
+        path, [&](int page) { return document.picture(page + 1, XPTextLayer::pixelsOfAPage); }, {},
         [&](int page, int pages) {
             task->done = number * stepsOfDocument + qint64{stepsOfDocument} * page / pages;
             return !task->isStopAsked;
         });
-    if (done && done->isEmpty() && failure)
-        return *failure; // else it would pass for one whose pages all have text
-    return done;
 }
 
 // The long work's thread. A document in whose middle it is stopped stays as it was.
