@@ -83,12 +83,12 @@ std::optional<XPError> IndexTextStore::openWriter()
         return failure();
     // Words of the user's documents stand in here.
     ::chmod(bytes.constData(), 0600);
-    sqlite3_busy_timeout(m_writer, 5000);
+    IndexStore::setJournal(m_writer);
     if (!registerIndexTokenizers(m_writer))
         return failure();
     // Freed pages are not overwritten: nothing in a cache of the user's own files is secret from
     // whoever may read those.
-    if (auto error = run("PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL;"
+    if (auto error = run("PRAGMA synchronous=NORMAL;"
                          "PRAGMA secure_delete=OFF; PRAGMA journal_size_limit=16777216;"))
         return error;
     qint64 found = -1;
@@ -96,6 +96,8 @@ std::optional<XPError> IndexTextStore::openWriter()
         IndexStatement version(m_writer, "PRAGMA user_version");
         if (version.step())
             found = version.integer(0);
+        else if (version.failed())
+            return failure();
     }
     if (found != 0 && found != textSchema)
         return XPError::malformed(QStringLiteral("another version made the index of contents"));
@@ -134,6 +136,8 @@ std::optional<XPError> IndexTextStore::loadDocuments()
         if (count == 0)
             m_documents.clear(m_tableFirst);
     }
+    if (generations.failed())
+        return failure();
     const bool read = (*reader)->begin() && (*reader)->readDocuments(m_documents);
     (*reader)->end();
     if (count == 0 || !read)

@@ -17,6 +17,8 @@
 
 namespace fs = std::filesystem;
 
+static constexpr int mostWaiting = 5000; // milliseconds, for what another process holds
+
 // --- Statements
 
 IndexStatement::IndexStatement(sqlite3 *db, const char *sql)
@@ -116,6 +118,29 @@ std::optional<XPError> IndexStore::run(const char *sql) const
     return {};
 }
 
+void IndexStore::setJournal(sqlite3 *&db)
+{
+    const auto works = [&db](const char *sql) {
+        return sqlite3_exec(db, sql, nullptr, nullptr, nullptr) == SQLITE_OK;
+    };
+    sqlite3_busy_timeout(db, mostWaiting);
+    if (works("PRAGMA journal_mode=WAL; SELECT 1 FROM sqlite_schema") ||
+        (sqlite3_errcode(db) & 0xFF) != SQLITE_IOERR)
+        return;
+    const QByteArray path = sqlite3_db_filename(db, "main");
+    const auto openAgain = [&] {
+        sqlite3_close_v2(db);
+        sqlite3_open_v2(path.constData(), &db, SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_READWRITE,
+                        nullptr);
+        sqlite3_busy_timeout(db, mostWaiting);
+    };
+    // Alone with the file from its first look on it needs no shared memory, so that a log of before
+    // can be taken in.
+    openAgain();
+    works("PRAGMA locking_mode=EXCLUSIVE; PRAGMA journal_mode=TRUNCATE");
+    openAgain();
+}
+
 XPResult<std::unique_ptr<IndexStore>> IndexStore::open(const QString &path, Mode mode)
 {
     const QByteArray bytes = XPPath::encode(path);
@@ -139,15 +164,15 @@ XPResult<std::unique_ptr<IndexStore>> IndexStore::open(const QString &path, Mode
 
 std::optional<XPError> IndexStore::setUp(Mode mode)
 {
-    sqlite3_busy_timeout(m_db, 5000);
+    sqlite3_busy_timeout(m_db, mostWaiting);
     struct stat rung = {};
     if (::stat(XPPath::encode(bellPath(m_path)).constData(), &rung) == 0)
         m_lastWritten = rung.st_mtim.tv_sec * qint64{1'000'000'000} + rung.st_mtim.tv_nsec;
     if (mode == Mode::Write) {
         // File names and words of the user's documents stand in here.
         ::chmod(XPPath::encode(m_path).constData(), 0600);
-        if (auto error = run("PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL;"
-                             "PRAGMA journal_size_limit=67108864;"))
+        setJournal(m_db);
+        if (auto error = run("PRAGMA synchronous=NORMAL; PRAGMA journal_size_limit=67108864;"))
             return error;
         if (auto error = run(
                 "CREATE TABLE IF NOT EXISTS meta(key TEXT PRIMARY KEY, value BLOB) WITHOUT ROWID;"

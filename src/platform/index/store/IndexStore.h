@@ -39,6 +39,10 @@ public:
     // name cuts it short below its writer. (In another process the writer's lock keeps it from
     // that.)
     static XPMutex &names();
+    // Has a writer's connection keep a log, beside which others read. Where the disk maps no memory
+    // that processes share, as some of networks do, it keeps a journal instead, for which they
+    // wait; the connection is another one then. What fails fails again when something is asked.
+    static void setJournal(sqlite3 *&db);
     ~IndexStore();
     IndexStore(const IndexStore &) = delete;
     IndexStore &operator=(const IndexStore &) = delete;
