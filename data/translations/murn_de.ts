@@ -143,11 +143,17 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     <message id="KPBookmarkFiles">
         <translation>Gesicherte Suchen (*.plist)</translation>
     </message>
+    <message id="KPBookmarkGone">
+        <translation>die gesicherte Suche ist nicht mehr da</translation>
+    </message>
     <message id="KPBookmarkImport">
         <translation>Importieren …</translation>
     </message>
     <message id="KPBookmarkImportFile">
         <translation>Gesicherte Suchen importieren …</translation>
+    </message>
+    <message id="KPBookmarkIntoItself">
+        <translation>ein Ordner kann nicht in sich selbst verschoben werden</translation>
     </message>
     <message id="KPBookmarkLooksFor">
         <translation>Sucht nach</translation>
@@ -178,6 +184,12 @@ Freie Software unter der GNU General Public License, Version 3 oder neuer.</tran
     </message>
     <message id="KPBookmarksEmpty">
         <translation>Noch ist nichts gesichert. „Suche sichern“ merkt sich die gezeigte Suche.</translation>
+    </message>
+    <message id="KPBookmarksNewer">
+        <translation>die gesicherten Suchen wurden von einer neueren Version geschrieben</translation>
+    </message>
+    <message id="KPBookmarksNoList">
+        <translation>keine Liste gesicherter Suchen</translation>
     </message>
     <message id="KPBookmarksNotChanged">
         <translation>Die Lesezeichen konnten nicht geändert werden</translation>
@@ -1277,8 +1289,17 @@ Absturzberichte erlauben?</translation>
     <message id="KPHealedFile">
         <translation>Datei</translation>
     </message>
+    <message id="KPHealedHasTags">
+        <translation>die Datei hat wieder Schlagwörter</translation>
+    </message>
+    <message id="KPHealedLeft">
+        <translation>seither geändert und so gelassen: %1</translation>
+    </message>
     <message id="KPHealedList">
         <translation>Dateien, die ihre Schlagwörter verloren haben</translation>
+    </message>
+    <message id="KPHealedNoLog">
+        <translation>keine Liste von Dateien, die ihre Schlagwörter verloren haben</translation>
     </message>
     <message id="KPHealedNone">
         <translation>Bisher hat keine Datei ihre Schlagwörter durch ein Programm verloren.</translation>
@@ -1814,8 +1835,20 @@ Absturzberichte erlauben?</translation>
     <message id="KPNameHint">
         <translation>Doppelklick zum Umbenennen</translation>
     </message>
+    <message id="KPNameIsDots">
+        <translation>„%1“ ist kein Name für eine Datei</translation>
+    </message>
     <message id="KPNameIsTaken">
         <translation>eine andere Datei heißt jetzt so</translation>
+    </message>
+    <message id="KPNameMissing">
+        <translation>eine Datei braucht einen Namen</translation>
+    </message>
+    <message id="KPNameNotEncodable">
+        <translation>der Name enthält Zeichen, die ein Dateiname nicht enthalten kann</translation>
+    </message>
+    <message id="KPNameTooLong">
+        <translation>der Name ist länger als 255 Bytes</translation>
     </message>
     <message id="KPNextDocument">
         <translation>Nächstes Dokument</translation>
@@ -3053,6 +3086,9 @@ Was ist geschehen, und was hatten Sie erwartet?
     <message id="KPScanNoProfile">
         <translation>Keines</translation>
     </message>
+    <message id="KPScanNoSpace">
+        <translation>für die Seiten ist kein Platz</translation>
+    </message>
     <message id="KPScanNotWritten">
         <translation>Das Dokument konnte nicht geschrieben werden.</translation>
     </message>
@@ -3884,6 +3920,9 @@ Was ist geschehen, und was hatten Sie erwartet?
     <message id="KPWaitingTagsHint">
         <translation>Diese Dokumente liegen auf Datenträgern, die nicht da sind. Sie werden geändert, sobald die Datenträger zurück sind.</translation>
     </message>
+    <message id="KPWaitingTagsNoList">
+        <translation>keine Liste wartender Änderungen von Schlagwörtern</translation>
+    </message>
     <message id="KPWaitingTagsNone">
         <translation>Keine Änderung von Schlagwörtern wartet auf einen Datenträger.</translation>
     </message>
@@ -3977,11 +4016,65 @@ Was ist geschehen, und was hatten Sie erwartet?
     <message id="KarvexAuthenticationPrompt">
         <translation>Um an manchen Dateien Metadaten wie Schlagwörter zu setzen, ist eine Legitimation nötig.</translation>
     </message>
+    <message id="KarvexBackupBusy">
+        <translation>ein anderes Programm ändert die Sicherung gerade</translation>
+    </message>
+    <message id="KarvexBackupFailed">
+        <translation>die Sicherung scheiterte: %1</translation>
+    </message>
+    <message id="KarvexBackupPartial">
+        <translation>nur %1 Dateien mit Schlagwörtern wurden gesichert</translation>
+    </message>
+    <message id="KarvexNotABackup">
+        <translation>keine Sicherung von Schlagwörtern und Bewertungen</translation>
+    </message>
+    <message id="KarvexTagsNotBackedUp">
+        <translation>die Schlagwörter konnten nicht gesichert werden: %1</translation>
+    </message>
     <message id="Recent Files">
         <translation>Zuletzt abgelegt</translation>
     </message>
+    <message id="XPAmongForeignFiles">
+        <translation>liegt unter Dateien anderer Programme</translation>
+    </message>
+    <message id="XPArchiveBadContents">
+        <translation>das Archiv ist beschädigt: Eine Datei hat einen anderen Inhalt als angegeben</translation>
+    </message>
+    <message id="XPArchiveBadFile">
+        <translation>das Archiv ist beschädigt: Pfad oder Angaben einer Datei sind nicht brauchbar</translation>
+    </message>
+    <message id="XPArchiveBadRecord">
+        <translation>das Archiv ist beschädigt: Ein Eintrag steht am falschen Platz</translation>
+    </message>
+    <message id="XPArchiveCutShort">
+        <translation>das Archiv ist unvollständig</translation>
+    </message>
+    <message id="XPArchiveDamaged">
+        <translation>das Archiv ist beschädigt</translation>
+    </message>
+    <message id="XPArchiveGoesOn">
+        <translation>das Archiv ist beschädigt: Hinter seinem Ende steht noch etwas</translation>
+    </message>
+    <message id="XPArchiveMiscounts">
+        <translation>das Archiv ist beschädigt: Es enthält nicht so viele Dokumente, wie es angibt</translation>
+    </message>
+    <message id="XPArchiveNewer">
+        <translation>das Archiv wurde von einer neueren Version geschrieben (%1)</translation>
+    </message>
+    <message id="XPArchiveTooLarge">
+        <translation>das Archiv enthält an einer Stelle mehr als erlaubt</translation>
+    </message>
     <message id="XPAuthorizeMoveComment">
         <translation>Zum Bewegen einiger Dateien ist eine Freigabe nötig</translation>
+    </message>
+    <message id="XPBrowserEnded">
+        <translation>der Browser wurde beendet: %1</translation>
+    </message>
+    <message id="XPBrowserSays">
+        <translation>der Browser meldet: %1</translation>
+    </message>
+    <message id="XPBrowserTooMuch">
+        <translation>der Browser meldet mehr, als gefragt war</translation>
     </message>
     <message id="XPBytes" numerus="yes">
         <translation>
@@ -3991,6 +4084,12 @@ Was ist geschehen, und was hatten Sie erwartet?
     </message>
     <message id="XPCancel">
         <translation>Abbrechen</translation>
+    </message>
+    <message id="XPChangedWhileCopied">
+        <translation>die Datei wurde beim Kopieren geändert</translation>
+    </message>
+    <message id="XPChangedWhileRead">
+        <translation>wurde beim Lesen geändert</translation>
     </message>
     <message id="XPChooseDirectoryButton">
         <translation>Auswählen</translation>
@@ -4009,6 +4108,9 @@ Was ist geschehen, und was hatten Sie erwartet?
     </message>
     <message id="XPConvertTitle">
         <translation>Bisher abgelegte Dokumente in Monatsordner verschieben?</translation>
+    </message>
+    <message id="XPCopyDiffers">
+        <translation>die Kopie stimmt nicht mit der Datei überein</translation>
     </message>
     <message id="XPCopyingItems">
         <translation>%1 Objekte werden kopiert</translation>
@@ -4058,6 +4160,9 @@ Was ist geschehen, und was hatten Sie erwartet?
     <message id="XPFilingItems">
         <translation>%1 Objekte werden abgelegt</translation>
     </message>
+    <message id="XPHiddenOrTooLong">
+        <translation>ist versteckt, oder der Pfad ist zu lang</translation>
+    </message>
     <message id="XPImportCommentCopy">
         <translation>Beim Vormerken bleibt alles, wo es ist. Beim Ablegen kommt zudem eine Kopie in den heutigen Ordner der abgelegten Dokumente, da dieser auf einem anderen Datenträger liegt.</translation>
     </message>
@@ -4094,11 +4199,17 @@ Was ist geschehen, und was hatten Sie erwartet?
     <message id="XPLosesTagsTitle">
         <translation>In „%1“ gehen Schlagwörter und Bewertungen verloren</translation>
     </message>
+    <message id="XPMarkNotKept">
+        <translation>die Kennzeichnung blieb nicht erhalten</translation>
+    </message>
     <message id="XPMarkingItems">
         <translation>%1 Objekte werden hinzugefügt</translation>
     </message>
     <message id="XPMovingItems">
         <translation>%1 Objekte werden verschoben</translation>
+    </message>
+    <message id="XPNestedTooDeeply">
+        <translation>ist zu tief verschachtelt</translation>
     </message>
     <message id="XPNewerIsThere">
         <translation> Im Zielordner liegt bereits eine NEUERE Datei dieses Namens.</translation>
@@ -4106,14 +4217,38 @@ Was ist geschehen, und was hatten Sie erwartet?
     <message id="XPNoTrashComment">
         <translation>Für die Datei oder den Ordner wurde kein passender Papierkorb gefunden.</translation>
     </message>
+    <message id="XPNoTrashOnVolume">
+        <translation>kein Papierkorb auf diesem Datenträger</translation>
+    </message>
     <message id="XPNoTrashTitle">
         <translation>Nichts geändert</translation>
+    </message>
+    <message id="XPNoWayToAuthorise">
+        <translation>es gibt keinen Weg, nach den Rechten eines Verwalters zu fragen</translation>
+    </message>
+    <message id="XPNotADocument">
+        <translation>ist kein Dokument</translation>
+    </message>
+    <message id="XPNotAFile">
+        <translation>ist keine Datei</translation>
+    </message>
+    <message id="XPNotARegularFile">
+        <translation>keine gewöhnliche Datei</translation>
     </message>
     <message id="XPNotAllImportedComment">
         <translation>%1 von %2 Dokumenten wurden importiert. Das liegt oft an fehlenden Rechten oder schreibgeschützten Dateien</translation>
     </message>
     <message id="XPNotAllImportedTitle">
         <translation>Nicht alle Dokumente importiert</translation>
+    </message>
+    <message id="XPNotAnArchive">
+        <translation>kein Archiv von Dokumenten</translation>
+    </message>
+    <message id="XPNotAuthorised">
+        <translation>ohne die Rechte eines Verwalters</translation>
+    </message>
+    <message id="XPNotBesideArchive">
+        <translation>liegt nicht mehr neben dem Archiv</translation>
     </message>
     <message id="XPNotCopiedTitle">
         <translation>Nicht kopiert: %1</translation>
@@ -4130,14 +4265,62 @@ Was ist geschehen, und was hatten Sie erwartet?
     <message id="XPNotRated">
         <translation>nicht bewertet</translation>
     </message>
+    <message id="XPNotReadForArchive">
+        <translation>konnte beim Anlegen des Archivs nicht gelesen werden</translation>
+    </message>
+    <message id="XPOfferGone">
+        <translation>das andere Programm bietet es nicht mehr an</translation>
+    </message>
+    <message id="XPOfferNoConnection">
+        <translation>keine zweite Verbindung zum X-Server</translation>
+    </message>
+    <message id="XPOfferSilent">
+        <translation>das andere Programm antwortet nicht</translation>
+    </message>
+    <message id="XPOfferTooLarge">
+        <translation>mehr als 512 MiB sind kein Dokument</translation>
+    </message>
     <message id="XPOlderIsThere">
         <translation> Im Zielordner liegt bereits eine ältere Datei dieses Namens.</translation>
+    </message>
+    <message id="XPOwnFilesStay">
+        <translation>Dateien dieses Programms werden nicht verschoben</translation>
+    </message>
+    <message id="XPPDFNotReadable">
+        <translation>das PDF kann nicht gelesen werden</translation>
+    </message>
+    <message id="XPPageNoDocument">
+        <translation>aus der Seite wurde kein Dokument</translation>
+    </message>
+    <message id="XPPageNotReached">
+        <translation>die Seite ist nicht erreichbar oder keine Webseite (%1)</translation>
+    </message>
+    <message id="XPPageRefused">
+        <translation>der Server antwortet mit %1</translation>
+    </message>
+    <message id="XPPageTooLarge">
+        <translation>die Seite ist zu groß</translation>
+    </message>
+    <message id="XPPageTooSlow">
+        <translation>die Seite kam nicht rechtzeitig</translation>
+    </message>
+    <message id="XPPictureNotReadable">
+        <translation>das Bild kann nicht gelesen werden</translation>
     </message>
     <message id="XPProgressSettingTags">
         <translation>Schlagwörter und Bewertungen werden geändert …</translation>
     </message>
     <message id="XPProgressSettingTagsStop">
         <translation>Anhalten</translation>
+    </message>
+    <message id="XPPromiseNoFile">
+        <translation>was das andere Programm angelegt hat, ist keine Datei</translation>
+    </message>
+    <message id="XPPromiseNotWritten">
+        <translation>das andere Programm hat die Datei nicht geschrieben</translation>
+    </message>
+    <message id="XPPromiseRefused">
+        <translation>das andere Programm gibt die Datei nicht heraus</translation>
     </message>
     <message id="XPRated">
         <translation>bewertet mit %1/5</translation>
@@ -4153,6 +4336,9 @@ Was ist geschehen, und was hatten Sie erwartet?
     </message>
     <message id="XPReplace">
         <translation>Ersetzen</translation>
+    </message>
+    <message id="XPReplacesItself">
+        <translation>eine Datei kann nicht sich selbst ersetzen</translation>
     </message>
     <message id="XPSameIsThere">
         <translation> Im Zielordner liegt bereits eine Datei mit diesem Namen und Datum.</translation>
@@ -4172,11 +4358,32 @@ Was ist geschehen, und was hatten Sie erwartet?
     <message id="XPStopIsSafe">
         <translation>Anhalten beendet den Vorgang an einer sicheren Stelle.</translation>
     </message>
+    <message id="XPStyledTextNeedsFonts">
+        <translation>formatierter Text braucht Schriften</translation>
+    </message>
+    <message id="XPStyledTextNotWritten">
+        <translation>der formatierte Text kann nicht geschrieben werden</translation>
+    </message>
+    <message id="XPStyledTextTooDeep">
+        <translation>der formatierte Text ist zu tief verschachtelt</translation>
+    </message>
+    <message id="XPStyledTextTooLong">
+        <translation>der formatierte Text ist zu lang</translation>
+    </message>
     <message id="XPTagHUDMultipleDocsWindowTemplate">
         <translation>Schlagwörter von %1 Dokumenten</translation>
     </message>
     <message id="XPTagHUDWindowTemplate">
         <translation>Schlagwörter von „%1“</translation>
+    </message>
+    <message id="XPTooManyAttributes">
+        <translation>hat zu viele Attribute</translation>
+    </message>
+    <message id="XPWriterRefuses">
+        <translation>das Hilfsprogramm für Attribute lehnt das ab</translation>
+    </message>
+    <message id="XPWriterSilent">
+        <translation>das Hilfsprogramm für Attribute antwortet nicht</translation>
     </message>
     <message id="not ">
         <translation>nicht </translation>

@@ -145,11 +145,17 @@ Free software under the GNU General Public License, version 3 or later.</transla
     <message id="KPBookmarkFiles">
         <translation>Saved searches (*.plist)</translation>
     </message>
+    <message id="KPBookmarkGone">
+        <translation>the saved search is not there any more</translation>
+    </message>
     <message id="KPBookmarkImport">
         <translation>Import…</translation>
     </message>
     <message id="KPBookmarkImportFile">
         <translation>Import Saved Searches…</translation>
+    </message>
+    <message id="KPBookmarkIntoItself">
+        <translation>a folder cannot be moved into itself</translation>
     </message>
     <message id="KPBookmarkLooksFor">
         <translation>Looks for</translation>
@@ -180,6 +186,12 @@ Free software under the GNU General Public License, version 3 or later.</transla
     </message>
     <message id="KPBookmarksEmpty">
         <translation>Nothing is saved yet. “Save Search” keeps the search that is shown.</translation>
+    </message>
+    <message id="KPBookmarksNewer">
+        <translation>the saved searches were stored by a newer program</translation>
+    </message>
+    <message id="KPBookmarksNoList">
+        <translation>no list of saved searches</translation>
     </message>
     <message id="KPBookmarksNotChanged">
         <translation>The bookmarks could not be changed</translation>
@@ -1279,8 +1291,17 @@ Allow crash reporting?</translation>
     <message id="KPHealedFile">
         <translation>File</translation>
     </message>
+    <message id="KPHealedHasTags">
+        <translation>it has tags again</translation>
+    </message>
+    <message id="KPHealedLeft">
+        <translation>changed since, and left: %1</translation>
+    </message>
     <message id="KPHealedList">
         <translation>Files that lost their tags</translation>
+    </message>
+    <message id="KPHealedNoLog">
+        <translation>not a log of healed files</translation>
     </message>
     <message id="KPHealedNone">
         <translation>So far no file lost its tags to a program.</translation>
@@ -1816,8 +1837,20 @@ Allow crash reporting?</translation>
     <message id="KPNameHint">
         <translation>Double-click to rename</translation>
     </message>
+    <message id="KPNameIsDots">
+        <translation>“%1” is no name for a file</translation>
+    </message>
     <message id="KPNameIsTaken">
         <translation>another file has this name now</translation>
+    </message>
+    <message id="KPNameMissing">
+        <translation>a file needs a name</translation>
+    </message>
+    <message id="KPNameNotEncodable">
+        <translation>the name holds characters that a file name cannot hold</translation>
+    </message>
+    <message id="KPNameTooLong">
+        <translation>the name is longer than 255 bytes</translation>
     </message>
     <message id="KPNextDocument">
         <translation>Next document</translation>
@@ -3055,6 +3088,9 @@ What happened, and what did you expect?
     <message id="KPScanNoProfile">
         <translation>None</translation>
     </message>
+    <message id="KPScanNoSpace">
+        <translation>no room for the pages</translation>
+    </message>
     <message id="KPScanNotWritten">
         <translation>The document could not be written.</translation>
     </message>
@@ -3886,6 +3922,9 @@ What happened, and what did you expect?
     <message id="KPWaitingTagsHint">
         <translation>These documents are on volumes that are not there. They are changed when the volumes are back.</translation>
     </message>
+    <message id="KPWaitingTagsNoList">
+        <translation>not a list of waiting changes of tags</translation>
+    </message>
     <message id="KPWaitingTagsNone">
         <translation>No change of tags waits for a volume.</translation>
     </message>
@@ -3979,11 +4018,65 @@ What happened, and what did you expect?
     <message id="KarvexAuthenticationPrompt">
         <translation>You need to authorize to set metadata like tags on some files.</translation>
     </message>
+    <message id="KarvexBackupBusy">
+        <translation>the backup is being changed by another program</translation>
+    </message>
+    <message id="KarvexBackupFailed">
+        <translation>the backup failed: %1</translation>
+    </message>
+    <message id="KarvexBackupPartial">
+        <translation>only %1 files with tags were backed up</translation>
+    </message>
+    <message id="KarvexNotABackup">
+        <translation>not a backup of tags and ratings</translation>
+    </message>
+    <message id="KarvexTagsNotBackedUp">
+        <translation>the tags could not be backed up: %1</translation>
+    </message>
     <message id="Recent Files">
         <translation>Recent Files</translation>
     </message>
+    <message id="XPAmongForeignFiles">
+        <translation>lies among files of other programs</translation>
+    </message>
+    <message id="XPArchiveBadContents">
+        <translation>the archive is damaged: a file of it has other contents than it says</translation>
+    </message>
+    <message id="XPArchiveBadFile">
+        <translation>the archive is damaged: a file of it has no usable path or facts</translation>
+    </message>
+    <message id="XPArchiveBadRecord">
+        <translation>the archive is damaged: a record of it is out of place</translation>
+    </message>
+    <message id="XPArchiveCutShort">
+        <translation>the archive is cut short</translation>
+    </message>
+    <message id="XPArchiveDamaged">
+        <translation>the archive is damaged</translation>
+    </message>
+    <message id="XPArchiveGoesOn">
+        <translation>the archive is damaged: something follows its end</translation>
+    </message>
+    <message id="XPArchiveMiscounts">
+        <translation>the archive is damaged: it does not hold as many documents as it says</translation>
+    </message>
+    <message id="XPArchiveNewer">
+        <translation>the archive was written by a newer version (%1)</translation>
+    </message>
+    <message id="XPArchiveTooLarge">
+        <translation>the archive holds more at one place than it may</translation>
+    </message>
     <message id="XPAuthorizeMoveComment">
         <translation>We require authorization to move some files</translation>
+    </message>
+    <message id="XPBrowserEnded">
+        <translation>the browser ended: %1</translation>
+    </message>
+    <message id="XPBrowserSays">
+        <translation>the browser says: %1</translation>
+    </message>
+    <message id="XPBrowserTooMuch">
+        <translation>the browser says more than anybody asked for</translation>
     </message>
     <message id="XPBytes" numerus="yes">
         <translation>
@@ -3993,6 +4086,12 @@ What happened, and what did you expect?
     </message>
     <message id="XPCancel">
         <translation>Cancel</translation>
+    </message>
+    <message id="XPChangedWhileCopied">
+        <translation>the file changed while it was copied</translation>
+    </message>
+    <message id="XPChangedWhileRead">
+        <translation>changed while it was read</translation>
     </message>
     <message id="XPChooseDirectoryButton">
         <translation>Choose</translation>
@@ -4011,6 +4110,9 @@ What happened, and what did you expect?
     </message>
     <message id="XPConvertTitle">
         <translation>Move the documents filed so far to folders of months?</translation>
+    </message>
+    <message id="XPCopyDiffers">
+        <translation>the copy is not like the file</translation>
     </message>
     <message id="XPCopyingItems">
         <translation>Copying %1 items</translation>
@@ -4060,6 +4162,9 @@ What happened, and what did you expect?
     <message id="XPFilingItems">
         <translation>Filing %1 items</translation>
     </message>
+    <message id="XPHiddenOrTooLong">
+        <translation>is hidden, or its path is too long</translation>
+    </message>
     <message id="XPImportCommentCopy">
         <translation>Marking leaves everything where it is. Filing also puts a copy into today’s folder of Filed Documents, as that is on another volume.</translation>
     </message>
@@ -4096,11 +4201,17 @@ What happened, and what did you expect?
     <message id="XPLosesTagsTitle">
         <translation>Tags and ratings cannot be kept in “%1”</translation>
     </message>
+    <message id="XPMarkNotKept">
+        <translation>the mark was not kept</translation>
+    </message>
     <message id="XPMarkingItems">
         <translation>Adding %1 items</translation>
     </message>
     <message id="XPMovingItems">
         <translation>Moving %1 items</translation>
+    </message>
+    <message id="XPNestedTooDeeply">
+        <translation>is nested too deeply</translation>
     </message>
     <message id="XPNewerIsThere">
         <translation> A NEWER file of the same name is already at the destination folder.</translation>
@@ -4108,14 +4219,38 @@ What happened, and what did you expect?
     <message id="XPNoTrashComment">
         <translation>A suitable trash for the file or folder could not be found.</translation>
     </message>
+    <message id="XPNoTrashOnVolume">
+        <translation>no trash on this volume</translation>
+    </message>
     <message id="XPNoTrashTitle">
         <translation>No action taken</translation>
+    </message>
+    <message id="XPNoWayToAuthorise">
+        <translation>no way to ask for administrator's rights</translation>
+    </message>
+    <message id="XPNotADocument">
+        <translation>is no document</translation>
+    </message>
+    <message id="XPNotAFile">
+        <translation>is no file</translation>
+    </message>
+    <message id="XPNotARegularFile">
+        <translation>not a regular file</translation>
     </message>
     <message id="XPNotAllImportedComment">
         <translation>%1 of %2 documents were imported. This is often due to permission or read only file problems</translation>
     </message>
     <message id="XPNotAllImportedTitle">
         <translation>Not all documents imported</translation>
+    </message>
+    <message id="XPNotAnArchive">
+        <translation>no archive of documents</translation>
+    </message>
+    <message id="XPNotAuthorised">
+        <translation>no administrator's rights</translation>
+    </message>
+    <message id="XPNotBesideArchive">
+        <translation>is not beside the archive any more</translation>
     </message>
     <message id="XPNotCopiedTitle">
         <translation>Not copied: %1</translation>
@@ -4132,14 +4267,62 @@ What happened, and what did you expect?
     <message id="XPNotRated">
         <translation>not rated</translation>
     </message>
+    <message id="XPNotReadForArchive">
+        <translation>could not be read when the archive was made</translation>
+    </message>
+    <message id="XPOfferGone">
+        <translation>the other program does not offer it any more</translation>
+    </message>
+    <message id="XPOfferNoConnection">
+        <translation>no second connection to X</translation>
+    </message>
+    <message id="XPOfferSilent">
+        <translation>the other program does not answer</translation>
+    </message>
+    <message id="XPOfferTooLarge">
+        <translation>more than 512 MiB is no document</translation>
+    </message>
     <message id="XPOlderIsThere">
         <translation> An older file of the same name is already at the destination folder.</translation>
+    </message>
+    <message id="XPOwnFilesStay">
+        <translation>files of this program are not moved</translation>
+    </message>
+    <message id="XPPDFNotReadable">
+        <translation>the PDF cannot be read</translation>
+    </message>
+    <message id="XPPageNoDocument">
+        <translation>the page became no document</translation>
+    </message>
+    <message id="XPPageNotReached">
+        <translation>the page cannot be reached, or is none (%1)</translation>
+    </message>
+    <message id="XPPageRefused">
+        <translation>the server answers %1</translation>
+    </message>
+    <message id="XPPageTooLarge">
+        <translation>the page is too large</translation>
+    </message>
+    <message id="XPPageTooSlow">
+        <translation>the page did not come in time</translation>
+    </message>
+    <message id="XPPictureNotReadable">
+        <translation>the picture cannot be read</translation>
     </message>
     <message id="XPProgressSettingTags">
         <translation>Changing tags and ratings…</translation>
     </message>
     <message id="XPProgressSettingTagsStop">
         <translation>Stop</translation>
+    </message>
+    <message id="XPPromiseNoFile">
+        <translation>what the other program made is no file</translation>
+    </message>
+    <message id="XPPromiseNotWritten">
+        <translation>the other program has not written the file</translation>
+    </message>
+    <message id="XPPromiseRefused">
+        <translation>the other program does not hand the file over</translation>
     </message>
     <message id="XPRated">
         <translation>rated %1/5</translation>
@@ -4155,6 +4338,9 @@ What happened, and what did you expect?
     </message>
     <message id="XPReplace">
         <translation>Replace</translation>
+    </message>
+    <message id="XPReplacesItself">
+        <translation>a file cannot replace itself</translation>
     </message>
     <message id="XPSameIsThere">
         <translation> A file of the same name and date is already at the destination folder.</translation>
@@ -4174,11 +4360,32 @@ What happened, and what did you expect?
     <message id="XPStopIsSafe">
         <translation>Pressing stop will stop the operation at a safe point.</translation>
     </message>
+    <message id="XPStyledTextNeedsFonts">
+        <translation>styled text needs fonts</translation>
+    </message>
+    <message id="XPStyledTextNotWritten">
+        <translation>the styled text cannot be written</translation>
+    </message>
+    <message id="XPStyledTextTooDeep">
+        <translation>the styled text is nested too deep</translation>
+    </message>
+    <message id="XPStyledTextTooLong">
+        <translation>the styled text is too long</translation>
+    </message>
     <message id="XPTagHUDMultipleDocsWindowTemplate">
         <translation>Tags of %1 documents</translation>
     </message>
     <message id="XPTagHUDWindowTemplate">
         <translation>Tags of “%1”</translation>
+    </message>
+    <message id="XPTooManyAttributes">
+        <translation>has too many attributes</translation>
+    </message>
+    <message id="XPWriterRefuses">
+        <translation>the attribute writer refuses this</translation>
+    </message>
+    <message id="XPWriterSilent">
+        <translation>the attribute writer gave no answer</translation>
     </message>
     <message id="not ">
         <translation>not </translation>

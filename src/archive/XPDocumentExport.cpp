@@ -8,6 +8,7 @@
 #include "XPPath.h"
 #include "XPUnnamedFile.h"
 
+#include <QCoreApplication>
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -54,8 +55,7 @@ Error Export::add(const QString &path)
 {
     const QString relative = path.mid(m_folder.size());
     if (!XPArchivedFile::isSafe(relative, true))
-        return XPError::make(Kind::InvalidArgument,
-                             QStringLiteral("is hidden, or its path is too long"), path);
+        return XPError::make(Kind::InvalidArgument, qtTrId("XPHiddenOrTooLong"), path);
     return IsPackage(path) ? addPackage(path, relative) : addFile(path, relative, false);
 }
 
@@ -98,7 +98,7 @@ Error Export::addFile(const QString &absolute, const QString &path, bool isPart)
     Error error = addContents(absolute, file->size);
     const auto after = XPFileInfo::read(absolute);
     if (!error && (!after || !isSameFile(*before, *after)))
-        error = XPError::make(Kind::Io, QStringLiteral("changed while it was read"), absolute);
+        error = XPError::make(Kind::Io, qtTrId("XPChangedWhileRead"), absolute);
     write(m_writer.end(error.has_value()));
     return error;
 }
@@ -117,7 +117,7 @@ Error Export::addPackage(const QString &absolute, const QString &path)
 Error Export::addParts(const QString &folder, const QString &path, int depth)
 {
     if (depth > deepestPart)
-        return XPError::make(Kind::TooLarge, QStringLiteral("is nested too deeply"), folder);
+        return XPError::make(Kind::TooLarge, qtTrId("XPNestedTooDeeply"), folder);
     QStringList names;
     const int problem = XPFolderNames::forEach(AT_FDCWD, XPPath::encode(folder).constData(),
                                                [&names](QByteArrayView name) {

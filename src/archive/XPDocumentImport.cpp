@@ -4,6 +4,7 @@
 #include "XPImportRun.h"
 #include "XPPath.h"
 
+#include <QCoreApplication>
 #include <cerrno>
 #include <fcntl.h>
 #include <limits>
@@ -32,7 +33,7 @@ struct Archive
         if (!file.isOpen() || ::fstat(file.get(), &status) != 0)
             return XPError::fromErrno(errno, path);
         if (!S_ISREG(status.st_mode))
-            return XPError::make(Kind::InvalidArgument, QStringLiteral("is no file"), path);
+            return XPError::make(Kind::InvalidArgument, qtTrId("XPNotAFile"), path);
         return {};
     }
     bool hasChanged() const
@@ -180,9 +181,8 @@ static Error import(const Archive &archive, const QString &folder, const Options
         run.take(event);
         return true;
     };
-    Error error = archive.hasChanged()
-                      ? XPError::make(Kind::Io, QStringLiteral("changed while it was read"))
-                      : readAll(archive, summary, take);
+    Error error = archive.hasChanged() ? XPError::make(Kind::Io, qtTrId("XPChangedWhileRead"))
+                                       : readAll(archive, summary, take);
     run.finish();
     return error;
 }

@@ -8,6 +8,7 @@
 #include "XPPath.h"
 #include "XPRename.h"
 
+#include <QCoreApplication>
 #include <QRandomGenerator>
 #include <cerrno>
 #include <cstring>
@@ -163,12 +164,10 @@ void XPImportRun::end(bool isDropped)
     Document document = std::exchange(m_document, std::nullopt).value();
     ++m_count;
     if (isDropped && !document.problem)
-        document.problem =
-            XPError::make(Kind::NotFound,
-                          m_summary.isBeside ? QStringLiteral("is not beside the archive any more")
-                                             : QStringLiteral("could not be read when the archive "
-                                                              "was made"),
-                          document.path);
+        document.problem = XPError::make(Kind::NotFound,
+                                         m_summary.isBeside ? qtTrId("XPNotBesideArchive")
+                                                            : qtTrId("XPNotReadForArchive"),
+                                         document.path);
     if (document.problem)
         tell({document.path, Action::Failed, {}, {}, document.problem});
     else if (document.there && document.isSame)
@@ -255,9 +254,7 @@ void XPImportRun::endPackage(bool isDropped)
     Step step{
         document.path, Action::Added, {}, XPImportedFacts::record(document.file), document.problem};
     if (isDropped && !step.problem)
-        step.problem = XPError::make(Kind::NotFound,
-                                     QStringLiteral("could not be read when the archive was made"),
-                                     document.path);
+        step.problem = XPError::make(Kind::NotFound, qtTrId("XPNotReadForArchive"), document.path);
     if (document.there && !step.problem) {
         step = merge(document);
         step.action = step.action == Action::Same ? Action::Kept : step.action;

@@ -9,6 +9,7 @@
 #include "XPRename.h"
 #include "XPText.h"
 
+#include <QCoreApplication>
 #include <cerrno>
 #include <cstdio>
 
@@ -53,14 +54,14 @@ static std::optional<XPError> refusal(const QString &name, const QString &path)
         return XPError::make(XPError::Kind::InvalidArgument, message, path);
     };
     if (name.trimmed().isEmpty())
-        return refused(QStringLiteral("a file needs a name"));
+        return refused(qtTrId("KPNameMissing"));
     if (name == u"." || name == u"..")
-        return refused(QStringLiteral("\"%1\" is no name for a file").arg(name));
+        return refused(qtTrId("KPNameIsDots").arg(name));
     const QByteArray bytes = XPPath::encode(name);
     if (bytes.isEmpty())
-        return refused(QStringLiteral("the name holds characters that a file name cannot hold"));
+        return refused(qtTrId("KPNameNotEncodable"));
     if (bytes.size() > longestName)
-        return refused(QStringLiteral("the name is longer than 255 bytes"));
+        return refused(qtTrId("KPNameTooLong"));
     return {};
 }
 

@@ -5,6 +5,7 @@
 #include "XPFileInfo.h"
 #include "XPFolders.h"
 
+#include <QCoreApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -22,7 +23,7 @@ QString KPWaitingTagChanges::path()
 
 static XPError notUnderstood()
 {
-    return XPError::malformed(QStringLiteral("not a list of waiting changes of tags"));
+    return XPError::malformed(qtTrId("KPWaitingTagsNoList"));
 }
 
 XPResult<QList<Change>> KPWaitingTagChanges::read()

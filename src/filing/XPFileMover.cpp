@@ -10,6 +10,7 @@
 #include "XPRename.h"
 #include "XPTrash.h"
 
+#include <QCoreApplication>
 #include <cerrno>
 
 using Kind = XPError::Kind;
@@ -143,8 +144,7 @@ static XPResult<XPFileMover::Replaced> replace(Note note, const Options &options
         return XPError::fromErrno(error, note.source);
     const auto old = XPFileInfo::read(note.target);
     if (old && old->device == stamp.device && old->inode == stamp.inode)
-        return XPError::make(Kind::InvalidArgument, QStringLiteral("a file cannot replace itself"),
-                             note.source);
+        return XPError::make(Kind::InvalidArgument, qtTrId("XPReplacesItself"), note.source);
     setSource(note, stamp);
     const QString aside = asideOf(note.target);
     note.targetAside = XPPath::encode(XPPath::fileName(aside));

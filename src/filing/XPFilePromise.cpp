@@ -11,6 +11,7 @@
 #include "XPPath.h"
 #include "XPRename.h"
 
+#include <QCoreApplication>
 #include <QRandomGenerator>
 #include <array>
 #include <cerrno>
@@ -105,8 +106,7 @@ XPFilePromise::ask(XPDataOffer &sender, const QByteArray &said, const QString &f
         if (auto error = writeFile(promise.staged(), *bytes))
             return *error;
     } else if (*answer == Answer::Refuses) {
-        return XPError::make(XPError::Kind::NotFound,
-                             QStringLiteral("the other program does not hand the file over"));
+        return XPError::make(XPError::Kind::NotFound, qtTrId("XPPromiseRefused"));
     }
     return std::optional<XPFilePromise>(std::move(promise));
 }
@@ -162,8 +162,7 @@ std::optional<XPError> XPFilePromise::wait(const std::function<bool()> &isStoppe
         if (isThere && now - quietSince >= settled)
             return {};
         if (!isThere && now >= latest)
-            return XPError::make(XPError::Kind::NotFound,
-                                 QStringLiteral("the other program has not written the file"),
+            return XPError::make(XPError::Kind::NotFound, qtTrId("XPPromiseNotWritten"),
                                  m_folder + u'/' + m_name);
         if (isStopped())
             return XPError::make(XPError::Kind::Cancelled, QStringLiteral("stopped"));
@@ -183,7 +182,7 @@ XPResult<QString> XPFilePromise::take()
     if (!info)
         return info.error();
     if (!info->isRegular() && !info->isDirectory()) // a link may lead anywhere
-        return XPError::malformed(QStringLiteral("what the other program made is no file"));
+        return XPError::malformed(qtTrId("XPPromiseNoFile"));
     if (info->isRegular()) {
         const XPFileDescriptor file(
             ::open(XPPath::encode(staged()).constData(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC));

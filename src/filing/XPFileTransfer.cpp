@@ -5,6 +5,7 @@
 #include "XPLog.h"
 #include "XPPath.h"
 
+#include <QCoreApplication>
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -135,11 +136,9 @@ XPError XPFileTransfer::failure(int error) const
 {
     using Kind = XPError::Kind;
     if (m_hasChanged)
-        return XPError::make(Kind::Io, QStringLiteral("the file changed while it was copied"),
-                             m_from.path());
+        return XPError::make(Kind::Io, qtTrId("XPChangedWhileCopied"), m_from.path());
     if (error == EILSEQ)
-        return XPError::make(Kind::Io, QStringLiteral("the copy is not like the file"),
-                             m_from.path());
+        return XPError::make(Kind::Io, qtTrId("XPCopyDiffers"), m_from.path());
     if (error == ECANCELED)
         return XPError::make(Kind::Cancelled, QStringLiteral("stopped"), m_from.path());
     return XPError::fromErrno(error, m_from.path());

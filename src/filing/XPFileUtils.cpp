@@ -11,6 +11,7 @@
 #include "XPPath.h"
 #include "XPRename.h"
 
+#include <QCoreApplication>
 #include <fcntl.h>
 
 QString XPFileUtils::findUnusedPath(const QString &path)
@@ -53,8 +54,7 @@ XPFileUtils::moveItemOnSameFileSystemCheckingForSpecialExclusions(const QString 
                                                                   const QString &toPath)
 {
     if (isGuarded(path))
-        return XPError::make(XPError::Kind::NotPermitted,
-                             QStringLiteral("files of this program are not moved"), path);
+        return XPError::make(XPError::Kind::NotPermitted, qtTrId("XPOwnFilesStay"), path);
     return moveItemOnSameFileSystem(path, toPath);
 }
 

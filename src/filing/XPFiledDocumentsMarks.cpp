@@ -10,6 +10,7 @@
 #include "XPPath.h"
 #include "XPVolumes.h"
 
+#include <QCoreApplication>
 #include <algorithm>
 #include <atomic>
 #include <fcntl.h>
@@ -65,7 +66,7 @@ std::optional<XPError> XPFiledDocuments::setManaged(bool managed, const QString 
             KPDoc::countRemovedFromLibrary();
         return {};
     }
-    return XPError::make(XPError::Kind::Io, QStringLiteral("the mark was not kept"), path);
+    return XPError::make(XPError::Kind::Io, qtTrId("XPMarkNotKept"), path);
 }
 
 static std::optional<XPError> writeMark(const PropertyValue &mark, const QString &path)

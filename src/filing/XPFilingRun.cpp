@@ -9,6 +9,7 @@
 #include "XPPath.h"
 #include "XPVolumeFacts.h"
 
+#include <QCoreApplication>
 #include <cerrno>
 
 // A name that somebody else takes between the look and the move is looked for again.
@@ -97,8 +98,8 @@ XPFileStep XPFilingRun::markInPlace(const QString &path, Marks marks) const
     if (!info)
         step.problem = info.error();
     else if (managed && !XPFiledDocuments::pathOKForManaged(path))
-        step.problem = XPError::make(XPError::Kind::NotPermitted,
-                                     QStringLiteral("lies among files of other programs"), path);
+        step.problem =
+            XPError::make(XPError::Kind::NotPermitted, qtTrId("XPAmongForeignFiles"), path);
     const auto stored = XPFiledDocuments::storedMark(path);
     if (!step.problem && marks == Marks::ManagedIfNoStateFound) {
         if (!stored)

@@ -85,11 +85,6 @@ static QString titleFor(const XPPasteboard &pb, const QString &text)
     return XPPasteboardSupport::titleOf(pb.urlName().isEmpty() ? text : pb.urlName());
 }
 
-static Paths missing(const char *what)
-{
-    return XPError::malformed(QStringLiteral("the %1 cannot be read").arg(QLatin1String(what)));
-}
-
 XPResult<std::optional<XPFilePromise>> XPPasteboardSupport::importFilePromise(XPDataOffer &sender,
                                                                               const QString &folder)
 {
@@ -132,7 +127,7 @@ Paths XPPasteboardSupport::importImage(const XPPasteboard &pb, const QString &fo
             continue;
         const QByteArray png = asPng(pb.data(kind), kind == Kind::Png);
         if (png.isEmpty())
-            return missing("picture");
+            return XPError::malformed(qtTrId("XPPictureNotReadable"));
         const QString name = cleanupDocTitle(pb.urlName());
         const bool hasName = !name.trimmed().isEmpty();
         return write(folder, hasName ? name : qtTrId("KPImageTitle"), QStringLiteral("png"), png);
@@ -204,7 +199,7 @@ Paths XPPasteboardSupport::importPDF(const XPPasteboard &pb, const QString &fold
     if (bytes.isEmpty())
         return QStringList();
     if (!isPdf(bytes))
-        return missing("PDF");
+        return XPError::malformed(qtTrId("XPPDFNotReadable"));
     const QString name = cleanupDocTitle(pb.urlName());
     return write(folder, name.trimmed().isEmpty() ? qtTrId("KPImportedPDFTitle") : name,
                  QStringLiteral("pdf"), bytes);

@@ -131,12 +131,12 @@ XPResult<XPStyledText::Document> XPStyledText::fromHtml(const QByteArray &html)
 {
     using Kind = XPError::Kind;
     if (qobject_cast<QGuiApplication *>(QCoreApplication::instance()) == nullptr)
-        return XPError::make(Kind::Unsupported, QStringLiteral("styled text needs fonts"));
+        return XPError::make(Kind::Unsupported, qtTrId("XPStyledTextNeedsFonts"));
     if (html.size() > longest)
-        return XPError::make(Kind::TooLarge, QStringLiteral("the styled text is too long"));
+        return XPError::make(Kind::TooLarge, qtTrId("XPStyledTextTooLong"));
     const QString text = decoded(html);
     if (isNestedTooDeep(text))
-        return XPError::malformed(QStringLiteral("the styled text is nested too deep"));
+        return XPError::malformed(qtTrId("XPStyledTextTooDeep"));
     PictureDocument document;
     document.setUndoRedoEnabled(false);
     document.setHtml(text);
@@ -146,6 +146,6 @@ XPResult<XPStyledText::Document> XPStyledText::fromHtml(const QByteArray &html)
     QBuffer buffer(&made.openDocument);
     QTextDocumentWriter writer(&buffer, "ODF");
     if (!writer.write(&document))
-        return XPError::make(Kind::Io, QStringLiteral("the styled text cannot be written"));
+        return XPError::make(Kind::Io, qtTrId("XPStyledTextNotWritten"));
     return made;
 }

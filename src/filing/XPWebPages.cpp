@@ -3,6 +3,7 @@
 #include "Karvex.h"
 #include "XPPasteboardSupport.h"
 
+#include <QCoreApplication>
 #include <QUrl>
 
 XPResult<QString> XPWebPages::file(const QByteArray &pdf, const QString &title,
@@ -16,7 +17,7 @@ XPResult<QString> XPWebPages::file(const QByteArray &pdf, const QString &title,
     if (!paths)
         return paths.error();
     if (paths->isEmpty())
-        return XPError::malformed(QStringLiteral("the page became no document"));
+        return XPError::malformed(qtTrId("XPPageNoDocument"));
     const QString path = paths->first();
     if (auto error = Karvex::setNSArrayMetaData(QStringList{address}, Karvex::bookmarksKey, path))
         return *error;

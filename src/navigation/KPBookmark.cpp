@@ -3,6 +3,7 @@
 #include "XPPath.h"
 #include "XPPropertyList.h"
 
+#include <QCoreApplication>
 #include <QSet>
 #include <QUuid>
 
@@ -130,7 +131,7 @@ XPResult<KPBookmarkFile::Contents> KPBookmarkFile::parse(QByteArrayView bytes)
     PropertyValue::Dictionary others = value->dictionary();
     const PropertyValue list = others.take(listKey);
     if (!list.isArray())
-        return XPError::malformed(QStringLiteral("no list of saved searches"));
+        return XPError::malformed(qtTrId("KPBookmarksNoList"));
     const qint64 written = others.take(versionKey).integerValue();
     auto root = KPBookmark::read(PropertyValue::Dictionary{{childrenKey, list}});
     Contents contents{std::move(*root), written > version};

@@ -6,6 +6,7 @@
 #include "XPLog.h"
 #include "XPPath.h"
 
+#include <QCoreApplication>
 #include <algorithm>
 
 using MaybeError = std::optional<XPError>;
@@ -36,9 +37,7 @@ XPResult<KPBookmark> KPBookmarks::readFile()
         return KPBookmark{{}, {}, true, {}, {}};
     const auto contents = KPBookmarkFile::parse(*bytes);
     if (contents && contents->isNewer)
-        m_problem = XPError::make(
-            XPError::Kind::Unsupported,
-            QStringLiteral("the saved searches were stored by a newer program"), m_file);
+        m_problem = XPError::make(XPError::Kind::Unsupported, qtTrId("KPBookmarksNewer"), m_file);
     if (contents)
         return contents->root;
     const auto aside = XPAtomicFile::setAside(m_file);
@@ -153,8 +152,7 @@ std::optional<KPBookmarks::Place> KPBookmarks::placeOf(const QString &identifier
 
 static XPError isGone()
 {
-    return XPError::make(XPError::Kind::NotFound,
-                         QStringLiteral("the saved search is not there any more"));
+    return XPError::make(XPError::Kind::NotFound, qtTrId("KPBookmarkGone"));
 }
 
 // The list that a place is in; null: there is none.
@@ -235,7 +233,7 @@ MaybeError KPBookmarks::move(const QStringList &identifiers, const Place &place)
                 return isGone();
             if (root.find(identifier)->find(target.folder))
                 return XPError::make(XPError::Kind::InvalidArgument,
-                                     QStringLiteral("a folder cannot be moved into itself"));
+                                     qtTrId("KPBookmarkIntoItself"));
             if (from->folder == target.folder && from->index < target.index)
                 --target.index; // what follows moves up
             moved.append(*taken(root, identifier));

@@ -6,6 +6,7 @@
 #include "XPQpdf.h"
 
 #include <QBuffer>
+#include <QCoreApplication>
 #include <QFile>
 #include <QImageReader>
 #include <QTemporaryFile>
@@ -227,7 +228,7 @@ static int assemble(QPDF &pdf, const std::shared_ptr<Spool> &spool, const QStrin
             continue;
         QPDFObjectHandle stream = pictureObject(pdf, picture);
         if (!spool->add(stream, picture.data))
-            throw XPError::make(XPError::Kind::NoSpace, QStringLiteral("no room for the pages"));
+            throw XPError::make(XPError::Kind::NoSpace, qtTrId("KPScanNoSpace"));
         stream.replaceStreamData(
             std::static_pointer_cast<QPDFObjectHandle::StreamDataProvider>(spool),
             picture.isJpeg ? QPDFObjectHandle::newName("/DCTDecode") : QPDFObjectHandle::newNull(),
@@ -249,7 +250,7 @@ XPResult<int> ImageArrayToPDFDocument(const QStringList &pages, bool blackAndWhi
     try {
         const auto spool = std::make_shared<Spool>();
         if (!spool->open())
-            return XPError::make(XPError::Kind::NoSpace, QStringLiteral("no room for the pages"));
+            return XPError::make(XPError::Kind::NoSpace, qtTrId("KPScanNoSpace"));
         QPDF pdf;
         pdf.emptyPDF();
         const int count = assemble(pdf, spool, pages, quality, progress);

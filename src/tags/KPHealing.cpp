@@ -5,6 +5,7 @@
 #include "XPExtendedAttributes.h"
 #include "XPFileInfo.h"
 
+#include <QCoreApplication>
 #include <QSet>
 #include <cerrno>
 
@@ -57,7 +58,7 @@ std::optional<XPError> KPHealing::heal()
     if (!isBare)
         return isBare.error();
     if (!*isBare)
-        return XPError::make(XPError::Kind::NotFound, QStringLiteral("it has tags again"), path);
+        return XPError::make(XPError::Kind::NotFound, qtTrId("KPHealedHasTags"), path);
     QStringList written;
     for (auto attribute = attributes.begin(); attribute != attributes.end(); ++attribute) {
         const QString name = Karvex::spotlightKey(attribute.key());
@@ -103,7 +104,6 @@ std::optional<XPError> KPHealing::undo()
     }
     if (changed.isEmpty())
         return {};
-    return XPError::make(
-        XPError::Kind::InvalidArgument,
-        QStringLiteral("changed since, and left: ") + changed.join(QStringLiteral(", ")), path);
+    return XPError::make(XPError::Kind::InvalidArgument,
+                         qtTrId("KPHealedLeft").arg(changed.join(QStringLiteral(", "))), path);
 }

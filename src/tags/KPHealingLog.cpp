@@ -7,6 +7,7 @@
 #include "XPPath.h"
 #include "XPPropertyList.h"
 
+#include <QCoreApplication>
 #include <array>
 
 using Dictionary = PropertyValue::Dictionary;
@@ -91,7 +92,7 @@ XPResult<QList<KPHealing>> KPHealingLog::read()
             cases.append(*healing);
     }
     if (!list->isArray() || cases.size() != list->array().size())
-        return XPError::malformed(QStringLiteral("not a log of healed files"));
+        return XPError::malformed(qtTrId("KPHealedNoLog"));
     return cases;
 }
 

@@ -8,6 +8,7 @@
 #include "XPFolders.h"
 #include "XPPath.h"
 
+#include <QCoreApplication>
 #include <cmath>
 
 using Records = KarvexBackupFile::Records;
@@ -261,8 +262,7 @@ static void write(const QStringList &locations, const PresentFiles &present,
     int attempts = 1;
     while (!run.attempt()) {
         if (++attempts > mostAttempts) {
-            result->problems.append(
-                QStringLiteral("the backup is being changed by another program"));
+            result->problems.append(qtTrId("KarvexBackupBusy"));
             break;
         }
     }
@@ -285,8 +285,9 @@ std::optional<XPError> KarvexBackup::keep(const QList<KarvexBackupRecord> &recor
     write({KarvexBackupFile::defaultPath()}, present, &result);
     if (result.worked)
         return {};
-    return XPError::make(result.failure, QStringLiteral("the tags could not be backed up: ") +
-                                             result.problems.join(QStringLiteral("; ")));
+    return XPError::make(
+        result.failure,
+        qtTrId("KarvexTagsNotBackedUp").arg(result.problems.join(QStringLiteral("; "))));
 }
 
 KarvexBackup::Result KarvexBackup::writeSingleFile(IndexSource &source,
@@ -307,14 +308,14 @@ KarvexBackup::Result KarvexBackup::writeSingleFile(IndexSource &source,
         return result;
     }
     if (query->resultCount() >= mostResults)
-        result.problems.append(
-            QStringLiteral("only %1 files with tags were backed up").arg(mostResults));
+        result.problems.append(qtTrId("KarvexBackupPartial").arg(mostResults));
     result.itemCount = static_cast<qsizetype>(present->size());
     write(locations, *present, &result);
-    result.status = result.worked ? QStringLiteral("%1 backups done, file written to %2")
-                                        .arg(result.itemCount)
-                                        .arg(XPFolders::abbreviateWithTilde(locations.first()))
-                                  : QStringLiteral("the backup failed: ") +
-                                        result.problems.join(QStringLiteral("; "));
+    result.status =
+        result.worked
+            ? QStringLiteral("%1 backups done, file written to %2")
+                  .arg(result.itemCount)
+                  .arg(XPFolders::abbreviateWithTilde(locations.first()))
+            : qtTrId("KarvexBackupFailed").arg(result.problems.join(QStringLiteral("; ")));
     return result;
 }

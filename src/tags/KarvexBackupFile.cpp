@@ -6,6 +6,7 @@
 #include "XPPropertyList.h"
 #include "XPText.h"
 
+#include <QCoreApplication>
 #include <algorithm>
 #include <cmath>
 
@@ -56,7 +57,7 @@ bool KarvexBackupRecord::backupDictsTheSame(const KarvexBackupRecord &one,
 
 static XPError notABackup(const QString &path)
 {
-    XPError error = XPError::malformed(QStringLiteral("not a backup of tags and ratings"));
+    XPError error = XPError::malformed(qtTrId("KarvexNotABackup"));
     error.path = path;
     return error;
 }

@@ -8,6 +8,7 @@
 #include "XPFileInfo.h"
 #include "XPPath.h"
 #include "XPPropertyList.h"
+#include "XPTranslations.h"
 
 #include <QProcess>
 #include <QSaveFile>
@@ -208,6 +209,7 @@ TEST_F(Healer, AsksWhereTheFileMayBeAnother)
 
 TEST_F(Healer, IsUndoneButForWhatChangedSince)
 {
+    XPTranslations::install(QLocale::c());
     const QString path = treasured(QStringLiteral("a.txt"));
     keep();
     replace(path, "new");

@@ -8,6 +8,7 @@
 #include "XPFileInfo.h"
 #include "XPPath.h"
 #include "XPPropertyList.h"
+#include "XPTranslations.h"
 
 #include <sys/stat.h>
 
@@ -226,6 +227,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_F(Backup, LeavesAloneWhatItCannotReadOrWrite)
 {
+    XPTranslations::install(QLocale::c());
     tagged(QStringLiteral("a"), {QStringLiteral("t")});
     const QString folder = m_place.path(QStringLiteral("folder"));
     ASSERT_EQ(::mkdir(XPPath::encode(folder).constData(), 0755), 0);
@@ -256,7 +258,7 @@ TEST_F(Backup, KeepsTheOldOneOnAFullDisk)
         tagged(QString::number(i), {QString::number(i) + QString(1500, u'x')});
     const auto result = backUp({file});
     EXPECT_FALSE(result.worked);
-    EXPECT_TRUE(result.status.contains(QStringLiteral("No space"))) << result.status.toStdString();
+    EXPECT_TRUE(result.problems.value(0).contains(u"No space")) << result.status.toStdString();
     EXPECT_EQ(*XPAtomicFile::read(file), before);
 }
 

@@ -2,7 +2,7 @@
 
 - the ids of texts used under src/ and those of every data/translations/*.ts;
 - sentences written into the code below the shell's commands, which people could not read in their
-  language, and waits for a fixed time in tests;
+  language, failures told in such sentences, and waits for a fixed time in tests;
 - loops over a part of a value that nobody keeps;
 - with a build folder: each *Test.cpp, *Bench.cpp and *Fuzz.cpp on disk and those that its
   compilation database holds, for the kinds that this build has.
@@ -25,17 +25,36 @@ LITERAL = re.compile(r'"((?:[^"\\\n]|\\.)*)"')
 SENTENCE = re.compile(r"(?:^|[\s:;,(])[a-zA-Z']{2,}(?:,? [a-zA-Z'%0-9]+){2,}")
 NOT_FOR_PEOPLE = re.compile(r"XPError|malformed|fail\(|\bqC(?:Debug|Info|Warning|Critical)\(|xpLog|"
                             r"static_assert|Q_ASSERT|\b(?:SELECT|PRAGMA|INSERT|CREATE|DELETE|DROP)\b")
+# The beginning of a failure's text, which windows show as it is. What was cancelled is not told,
+# and a wrong argument is mostly this program's own fault.
+FAILURE = re.compile(r"(?:XPError::(?:make|malformed)|\bfail)\(\s*"
+                     r"(?!(?:XPError::)?Kind::(?:Cancelled|InvalidArgument)\b)")
+TEXT_BY_ID = re.compile(r'qtTrId\(\s*"[^"]*"')
+WORDS = re.compile(r"[A-Za-z]{2}")
+# Programs beside the window: what they say is translated where it is shown, by its kind.
+FAILURES_ELSEWHERE = ("src/platform/importing/", "src/platform/index/",
+                      "src/platform/desktop/writer/")
+FAILURES_KNOWN = {
+    "src/app/KPOpenedUrl.cpp": "the log",
+    "src/documents/KPDocPrefs.cpp": "the log",
+    "src/platform/base/UserDefaults.cpp": "the log",
+    "src/platform/base/XPAliasRecord.cpp": "what does not parse, and where",
+    "src/platform/base/XPPropertyListBinaryReader.cpp": "what does not parse, and where",
+    "src/platform/base/XPPropertyListBinaryWriter.cpp": "what cannot be written",
+    "src/platform/base/XPPropertyListXmlReader.cpp": "what does not parse, and where",
+    "src/platform/base/XPPropertyListXmlWriter.cpp": "what cannot be written",
+    "src/platform/desktop/XPRecentFiles.cpp": "the log",
+}
 # The programs of the shell speak English, and say it themselves.
 SPEAKS_ENGLISH = ("src/cli/", "src/service/", "src/importer/", "src/scanner/", "src/app/program/")
 # Literals that became an error's message in another statement, or texts fixed by a convention.
 SENTENCES_KNOWN = {
     "src/app/KPControllerCommands.cpp": "a report for those who make the program",
-    "src/documents/KPDocNames.cpp": "errors",
+    "src/documents/KPDocNames.cpp": "a title that stays on the file",
     "src/filing/XPMoveRecovery.cpp": "the log of what was put right",
     "src/platform/base/XPPropertyListBinaryReader.cpp": "errors",
     "src/platform/base/XPPropertyListXmlReader.cpp": "errors",
     "src/platform/base/XPSetting.cpp": "errors, and what the shell says of a setting",
-    "src/platform/capture/XPBrowserProcess.cpp": "errors",
     "src/platform/importing/CagedImporter.cpp": "errors and what the cage lacks",
     "src/platform/importing/ImportAttempts.cpp": "errors",
     "src/platform/importing/ImportProcess.cpp": "errors",
@@ -132,6 +151,26 @@ def check_sentences():
                         faults.append(f"{path}: \"{text}\" belongs into the translations")
 
 
+def arguments(code, start):
+    """What stands in the brackets of a call that are open at the place."""
+    depth = 1
+    for found in re.finditer(r'"(?:[^"\\\n]|\\.)*"|[()]', code[start:]):
+        depth += {"(": 1, ")": -1}.get(found[0], 0)
+        if depth == 0:
+            return code[start:start + found.start()]
+    return ""
+
+
+def check_failures():
+    for path, code in sources("src"):
+        if path.startswith(SPEAKS_ENGLISH + FAILURES_ELSEWHERE) or path in FAILURES_KNOWN:
+            continue
+        whole = TEXT_BY_ID.sub("", re.sub(r'"\s*\n\s*"', "", code))
+        for found in FAILURE.finditer(whole):
+            for text in filter(WORDS.search, LITERAL.findall(arguments(whole, found.end()))):
+                faults.append(f"{path}: the failure \"{text}\" belongs into the translations")
+
+
 def check_waits():
     for path, code in sources("tests"):
         if path not in SLEEPS_KNOWN and SLEEP.search(code):
@@ -157,6 +196,7 @@ def check_built(build):
 
 check_texts()
 check_sentences()
+check_failures()
 check_waits()
 check_loops()
 if len(sys.argv) > 1:

@@ -4,6 +4,7 @@
 #include "XPPath.h"
 #include "XPPropertyList.h"
 
+#include <QCoreApplication>
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -22,10 +23,9 @@ XPArchiveReader::XPArchiveReader(int file, const QString &folder)
 {
 }
 
-XPError XPArchiveReader::malformed(const char *what) const
+XPError XPArchiveReader::malformed(const QString &message) const
 {
-    return XPError::malformed(QStringLiteral("the archive is damaged: ") + QString::fromUtf8(what),
-                              m_gzip->offset());
+    return XPError::malformed(message, m_gzip->offset());
 }
 
 XPResult<XPArchiveReader> XPArchiveReader::open(int file, const QString &folder)
@@ -42,12 +42,12 @@ Error XPArchiveReader::readHeader()
     if (!header || header->value(formatKey).string() != formatName) {
         if (!header && header.error().kind == XPError::Kind::Io)
             return header.error();
-        return XPError::malformed(QStringLiteral("no archive of documents"), 0);
+        return XPError::malformed(qtTrId("XPNotAnArchive"), 0);
     }
     if (header->value(versionKey).integerValue() > version)
-        return XPError::make(XPError::Kind::Unsupported,
-                             QStringLiteral("the archive was written by a newer version (%1)")
-                                 .arg(header->value(versionKey).integerValue()));
+        return XPError::make(
+            XPError::Kind::Unsupported,
+            qtTrId("XPArchiveNewer").arg(header->value(versionKey).integerValue()));
     m_isBeside = header->value(besideKey).boolValue();
     return {};
 }
@@ -56,22 +56,19 @@ XPResult<Dictionary> XPArchiveReader::nextRecord()
 {
     while (m_next == m_records.size()) {
         const auto member = m_gzip->next();
-        if (!member && member.error().kind == XPError::Kind::Malformed)
-            return XPError::malformed(QStringLiteral("the archive is ") + member.error().message,
-                                      member.error().offset);
         if (!member)
             return member.error();
         if (!*member)
-            return malformed("it is cut short");
+            return malformed(qtTrId("XPArchiveCutShort"));
         const auto list = XPPropertyList::readBinary(**member, limits);
         if (!list || !list->isArray() || list->array().isEmpty())
-            return malformed("a part of it is no list of records");
+            return malformed(qtTrId("XPArchiveBadRecord"));
         m_records = list->array();
         m_next = 0;
     }
     const PropertyValue record = m_records[m_next++];
     return record.isDictionary() ? XPResult<Dictionary>(record.dictionary())
-                                 : XPResult<Dictionary>(malformed("a record of it is none"));
+                                 : XPResult<Dictionary>(malformed(qtTrId("XPArchiveBadRecord")));
 }
 
 XPResult<Event> XPArchiveReader::next()
@@ -98,12 +95,12 @@ Error XPArchiveReader::take(const Dictionary &record)
 {
     if (m_state == State::Contents || m_state == State::PartContents)
         return record.contains(pathKey) || record.contains(partKey) || record.contains(endKey)
-                   ? Error(malformed("the contents of a file do not go on"))
+                   ? Error(malformed(qtTrId("XPArchiveBadRecord")))
                    : contents(record);
     if (record.contains(endKey))
         return end(record);
     if (!record.contains(m_state == State::Parts ? partKey : pathKey))
-        return malformed("a record of it is out of place");
+        return malformed(qtTrId("XPArchiveBadRecord"));
     return begin(record, m_state == State::Parts);
 }
 
@@ -111,9 +108,9 @@ Error XPArchiveReader::begin(const Dictionary &record, bool isPart)
 {
     const auto file = XPArchivedFile::fromRecord(record, isPart);
     if (!file)
-        return malformed("a file of it has no usable path or facts");
+        return malformed(qtTrId("XPArchiveBadFile"));
     if (m_isBeside && file->kind != XPArchivedFile::Kind::File)
-        return malformed("a package in a list of files");
+        return malformed(qtTrId("XPArchiveBadRecord"));
     m_events.push_back({What::Begin, *file});
     if (file->kind == XPArchivedFile::Kind::Folder)
         return {};
@@ -143,15 +140,15 @@ Error XPArchiveReader::contents(const Dictionary &record)
     const bool isDropped = record.value(droppedKey).boolValue();
     const bool goesOn = record.value(moreKey).boolValue();
     if (m_left < 0 || (goesOn && bytes.isEmpty()))
-        return malformed("a file of it is longer than it says");
+        return malformed(qtTrId("XPArchiveBadContents"));
     if (!bytes.isEmpty())
         m_events.push_back({What::Contents, {}, bytes});
     if (goesOn)
         return {};
     if (!isDropped && m_left != 0)
-        return malformed("a file of it is shorter than it says");
+        return malformed(qtTrId("XPArchiveBadContents"));
     if (!isDropped && record.value(checksumKey).integerValue() != m_checksum)
-        return malformed("a file of it has another checksum than it says");
+        return malformed(qtTrId("XPArchiveBadContents"));
     m_events.push_back({What::End, {}, {}, isDropped});
     if (m_state == State::Contents && !isDropped)
         ++m_documents;
@@ -170,17 +167,17 @@ Error XPArchiveReader::end(const Dictionary &record)
         return {};
     }
     if (m_state != State::Documents || what != endOfArchive)
-        return malformed("a record of it is out of place");
+        return malformed(qtTrId("XPArchiveBadRecord"));
     return endArchive(record);
 }
 
 Error XPArchiveReader::endArchive(const Dictionary &record)
 {
     if (record.value(documentsKey).integerValue() != m_documents)
-        return malformed("it does not hold as many documents as it says");
+        return malformed(qtTrId("XPArchiveMiscounts"));
     const auto rest = m_gzip->next();
     if (m_next != m_records.size() || !rest || *rest)
-        return malformed("something follows its end");
+        return malformed(qtTrId("XPArchiveGoesOn"));
     m_state = State::Ended;
     m_events.push_back({What::EndArchive});
     return {};

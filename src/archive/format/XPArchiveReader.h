@@ -52,7 +52,7 @@ private:
     std::optional<XPError> endArchive(const PropertyValue::Dictionary &record);
     void beginBeside(Event &event);
     XPResult<Event> nextBeside();
-    XPError malformed(const char *what) const;
+    XPError malformed(const QString &message) const;
 
     QString m_folder;
     std::unique_ptr<XPGzipReader> m_gzip;

@@ -5,6 +5,8 @@
 #include "XPPath.h"
 #include "XPPropertyList.h"
 
+#include <QCoreApplication>
+
 using namespace XPArchiveKeys;
 using Dictionary = PropertyValue::Dictionary;
 
@@ -50,8 +52,7 @@ static std::optional<XPError> readAttributes(const QString &path, Dictionary &at
         bytes += *value ? (*value)->size() : 0;
     }
     if (attributes.size() > mostAttributes || bytes > mostAttributeBytes)
-        return XPError::make(XPError::Kind::TooLarge, QStringLiteral("has too many attributes"),
-                             path);
+        return XPError::make(XPError::Kind::TooLarge, qtTrId("XPTooManyAttributes"), path);
     return {};
 }
 
@@ -62,8 +63,7 @@ XPResult<XPArchivedFile> XPArchivedFile::read(const QString &absolute, const QSt
     if (!info)
         return info.error();
     if (kind == Kind::File ? !info->isRegular() : !info->isDirectory())
-        return XPError::make(XPError::Kind::InvalidArgument, QStringLiteral("is no document"),
-                             absolute);
+        return XPError::make(XPError::Kind::InvalidArgument, qtTrId("XPNotADocument"), absolute);
     XPArchivedFile file;
     file.path = path;
     file.kind = kind;

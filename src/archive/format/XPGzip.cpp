@@ -1,5 +1,6 @@
 #include "XPGzip.h"
 
+#include <QCoreApplication>
 #include <algorithm>
 #include <cerrno>
 #include <new>
@@ -96,9 +97,9 @@ int XPGzipReader::fill()
     return 0;
 }
 
-XPError XPGzipReader::malformed(const char *what) const
+XPError XPGzipReader::malformed(const QString &message) const
 {
-    return XPError::malformed(QString::fromLatin1(what), offset());
+    return XPError::malformed(message, offset());
 }
 
 XPResult<std::optional<QByteArray>> XPGzipReader::next()
@@ -114,7 +115,7 @@ XPResult<std::optional<QByteArray>> XPGzipReader::next()
         if (const int error = fill())
             return XPError::fromErrno(error);
         if (m_stream->avail_in == 0)
-            return malformed("cut short");
+            return malformed(qtTrId("XPArchiveCutShort"));
         if (size == member.size())
             member.resize(std::min(m_most + 1, std::max(bufferSize, size * 2)));
         m_stream->next_out = bytesOf(member) + size;
@@ -122,10 +123,9 @@ XPResult<std::optional<QByteArray>> XPGzipReader::next()
         state = ::inflate(m_stream.get(), Z_NO_FLUSH);
         size = member.size() - static_cast<qsizetype>(m_stream->avail_out);
         if (state != Z_OK && state != Z_STREAM_END && state != Z_BUF_ERROR)
-            return malformed("damaged");
+            return malformed(qtTrId("XPArchiveDamaged"));
         if (size > m_most)
-            return XPError::make(XPError::Kind::TooLarge,
-                                 QStringLiteral("holds more than it may at one place"));
+            return XPError::make(XPError::Kind::TooLarge, qtTrId("XPArchiveTooLarge"));
     }
     member.resize(size);
     return std::optional(member);

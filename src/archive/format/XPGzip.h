@@ -45,7 +45,7 @@ public:
 
 private:
     int fill(); // 0 or the errno
-    XPError malformed(const char *what) const;
+    XPError malformed(const QString &message) const;
 
     const int m_file;
     const qsizetype m_most;

@@ -5,6 +5,7 @@
 #include "XPPath.h"
 #include "XPRename.h"
 
+#include <QCoreApplication>
 #include <atomic>
 #include <cerrno>
 #include <climits>
@@ -28,7 +29,7 @@ static XPError systemError(const QString &path)
 
 static XPError notAFile(const QString &path)
 {
-    return XPError::make(Kind::InvalidArgument, QStringLiteral("not a regular file"), path);
+    return XPError::make(Kind::InvalidArgument, qtTrId("XPNotARegularFile"), path);
 }
 
 static XPResult<QByteArray> readAll(int file, qint64 limit, const QString &path)

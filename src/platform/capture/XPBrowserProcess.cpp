@@ -1,5 +1,6 @@
 #include "XPBrowserProcess.h"
 
+#include <QCoreApplication>
 #include <QJsonDocument>
 #include <QSocketNotifier>
 #include <QStandardPaths>
@@ -19,8 +20,9 @@ XPBrowserProcess::XPBrowserProcess()
 {
     connect(&m_process, &QProcess::finished, this, [this] {
         if (!m_isEnding)
-            Q_EMIT lost(QStringLiteral("the browser ended: ") +
-                        QString::fromLocal8Bit(m_process.readAllStandardError()).right(400));
+            Q_EMIT lost(
+                qtTrId("XPBrowserEnded")
+                    .arg(QString::fromLocal8Bit(m_process.readAllStandardError()).right(400)));
     });
 }
 
@@ -49,8 +51,7 @@ std::optional<QString> XPBrowserProcess::findProgram()
 
 QString XPBrowserProcess::whatToInstall()
 {
-    return QStringLiteral("no web browser that can print pages is installed; install the package "
-                          "\"chromium\"");
+    return qtTrId("KPCaptureNoBrowser");
 }
 
 // A number that the child does not give to something else before it has its own.
@@ -154,7 +155,7 @@ void XPBrowserProcess::read()
     m_unread.remove(0, begin);
     if (m_unread.size() > longestMessage) {
         m_notifier->setEnabled(false);
-        Q_EMIT lost(QStringLiteral("the browser says more than anybody asked for"));
+        Q_EMIT lost(qtTrId("XPBrowserTooMuch"));
     }
 }
 

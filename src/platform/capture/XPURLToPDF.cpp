@@ -2,6 +2,7 @@
 
 #include "UserDefaults.h"
 
+#include <QCoreApplication>
 #include <QJsonDocument>
 #include <QUrl>
 #include <algorithm>
@@ -47,7 +48,7 @@ XPURLToPDF::XPURLToPDF(const Options &options) : m_options(options)
     m_patience.setSingleShot(true);
     m_settling.setSingleShot(true);
     connect(&m_patience, &QTimer::timeout, this,
-            [this] { fail(Kind::Io, QStringLiteral("the page did not come in time")); });
+            [this] { fail(Kind::Io, qtTrId("XPPageTooSlow")); });
     connect(&m_settling, &QTimer::timeout, this, &XPURLToPDF::look);
 }
 
@@ -69,7 +70,7 @@ void XPURLToPDF::ask(const QString &method, const QJsonObject &parameters,
     m_browser->ask(method, parameters, m_session,
                    [this, next = std::move(next)](const QJsonObject &result, const QString &error) {
                        if (!error.isEmpty())
-                           fail(Kind::Io, QStringLiteral("the browser says: ") + error);
+                           fail(Kind::Io, qtTrId("XPBrowserSays").arg(error));
                        else if (!m_isEnded)
                            next(result);
                    });
@@ -130,8 +131,7 @@ void XPURLToPDF::navigate()
         [this](const QJsonObject &result) {
             const QString error = result[QStringLiteral("errorText")].toString();
             if (!error.isEmpty())
-                fail(Kind::NotFound,
-                     QStringLiteral("the page cannot be reached, or is none (%1)").arg(error));
+                fail(Kind::NotFound, qtTrId("XPPageNotReached").arg(error));
             m_loader = result[QStringLiteral("loaderId")].toString();
             if (m_loaded.contains(m_loader))
                 settle();
@@ -151,7 +151,7 @@ void XPURLToPDF::told(const QString &event, const QJsonObject &parameters)
         const bool isOfPage =
             parameters[QStringLiteral("requestId")] == parameters[QStringLiteral("loaderId")];
         if (isOfPage && status >= firstFailure)
-            fail(Kind::NotFound, QStringLiteral("the server answers %1").arg(status));
+            fail(Kind::NotFound, qtTrId("XPPageRefused").arg(status));
     } else if (event == u"Page.lifecycleEvent") {
         // The empty page that stood there first tells of itself too.
         const QString loader = parameters[QStringLiteral("loaderId")].toString();
@@ -226,7 +226,7 @@ void XPURLToPDF::readPdf(const QString &stream)
                               ? QByteArray::fromBase64(data)
                               : data;
             if (m_page.pdf.size() > largestPdf) {
-                fail(Kind::TooLarge, QStringLiteral("the page is too large"));
+                fail(Kind::TooLarge, qtTrId("XPPageTooLarge"));
             } else if (!result[QStringLiteral("eof")].toBool()) {
                 readPdf(stream);
             } else if (!std::exchange(m_isEnded, true)) {

@@ -8,6 +8,7 @@
 #include "XPPrograms.h"
 #include "writer/AttributeWriterProtocol.h"
 
+#include <QCoreApplication>
 #include <cerrno>
 #include <csignal>
 #include <cstring>
@@ -60,8 +61,7 @@ static QByteArray frame(const QByteArray &name, const QByteArray &path,
 
 static XPError refused(const QString &path)
 {
-    return XPError::make(Kind::InvalidArgument, QStringLiteral("the attribute writer refuses this"),
-                         path);
+    return XPError::make(Kind::InvalidArgument, qtTrId("XPWriterRefuses"), path);
 }
 
 XPAuthorisation::Programs XPAuthorisation::systemPrograms()
@@ -169,7 +169,7 @@ std::optional<XPError> XPAuthorisation::write(const QString &path, const QString
             stop(m_writer);
     }
     if (!status)
-        return XPError::make(Kind::Io, QStringLiteral("the attribute writer gave no answer"), path);
+        return XPError::make(Kind::Io, qtTrId("XPWriterSilent"), path);
     if (*status < 0)
         return refused(path);
     if (*status == 0 || (*status == ENODATA && !value))
@@ -184,8 +184,7 @@ std::optional<XPError> XPAuthorisation::mayAsk() const
                              QStringLiteral("administrator's rights were refused a moment ago"));
     if (m_programs.writer.isEmpty() || ::access(m_programs.writer.constData(), X_OK) != 0 ||
         ::access(m_programs.launcher.constData(), X_OK) != 0)
-        return XPError::make(Kind::Unsupported,
-                             QStringLiteral("no way to ask for administrator's rights"));
+        return XPError::make(Kind::Unsupported, qtTrId("XPNoWayToAuthorise"));
     return {};
 }
 
@@ -200,7 +199,7 @@ XPResult<XPAuthorisation::Writer> XPAuthorisation::ask(const QByteArrayList &wor
     if (WIFEXITED(status) && WEXITSTATUS(status) == dismissed)
         return XPError::make(Kind::Cancelled,
                              QStringLiteral("the user gave no administrator's rights"));
-    return XPError::make(Kind::NotPermitted, QStringLiteral("no administrator's rights"));
+    return XPError::make(Kind::NotPermitted, qtTrId("XPNotAuthorised"));
 }
 
 // What pkexec shows and logs is plain text, whatever bytes a name has.
@@ -252,7 +251,7 @@ std::optional<XPError> XPAuthorisation::runOnce(const QString &path, const XPFil
     const bool isAnswered = receiveAll(writer.socket, &status, sizeof status);
     stop(writer);
     if (!isAnswered)
-        return XPError::make(Kind::Io, QStringLiteral("the attribute writer gave no answer"), path);
+        return XPError::make(Kind::Io, qtTrId("XPWriterSilent"), path);
     if (status < 0)
         return refused(path);
     return status == 0 ? std::nullopt : std::optional(XPError::fromErrno(status, path));

@@ -103,8 +103,7 @@ XPError XPSelectionOffer::gone(XPError error)
 
 static XPError sourceIsGone()
 {
-    return XPError::make(XPError::Kind::NotFound,
-                         QStringLiteral("the other program does not offer it any more"));
+    return XPError::make(XPError::Kind::NotFound, qtTrId("XPOfferGone"));
 }
 
 uint32_t XPSelectionOffer::atom(const char *name)
@@ -127,7 +126,7 @@ std::optional<XPError> XPSelectionOffer::connect()
         return m_failure;
     m_connection = xcb_connect(nullptr, nullptr);
     if (xcb_connection_has_error(m_connection) != 0)
-        return gone(XPError::make(XPError::Kind::Io, QStringLiteral("no second connection to X")));
+        return gone(XPError::make(XPError::Kind::Io, qtTrId("XPOfferNoConnection")));
     const xcb_screen_t *screen = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data;
     const uint32_t wanted = XCB_EVENT_MASK_PROPERTY_CHANGE;
     m_window = xcb_generate_id(m_connection);
@@ -177,8 +176,7 @@ XPResult<XPSelectionOffer::Event> XPSelectionOffer::nextEvent()
         if ((waiting[1].revents & POLLIN) != 0)
             return gone(XPError::make(XPError::Kind::Cancelled, QStringLiteral("stopped")));
         if (ready == 0)
-            return gone(XPError::make(XPError::Kind::Io,
-                                      QStringLiteral("the other program does not answer")));
+            return gone(XPError::make(XPError::Kind::Io, qtTrId("XPOfferSilent")));
     }
 }
 
@@ -200,8 +198,7 @@ XPResult<XPSelectionOffer::Property> XPSelectionOffer::takeProperty(uint32_t win
         taken.bytes.append(static_cast<const char *>(xcb_get_property_value(reply.get())), length);
         m_bytesRead += length;
         if (taken.bytes.size() > mostBytes)
-            return XPError::make(XPError::Kind::TooLarge,
-                                 QStringLiteral("more than 512 MiB is no document"));
+            return XPError::make(XPError::Kind::TooLarge, qtTrId("XPOfferTooLarge"));
         if (reply->bytes_after == 0 || length == 0)
             return taken;
         at += static_cast<uint32_t>(length) / 4;
@@ -228,8 +225,7 @@ XPResult<XPSelectionOffer::Property> XPSelectionOffer::readPieces()
         whole.type = piece->type;
         whole.bytes += piece->bytes;
         if (whole.bytes.size() > mostBytes)
-            return gone(XPError::make(XPError::Kind::TooLarge,
-                                      QStringLiteral("more than 512 MiB is no document")));
+            return gone(XPError::make(XPError::Kind::TooLarge, qtTrId("XPOfferTooLarge")));
     }
 }
 

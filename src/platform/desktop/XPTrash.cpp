@@ -7,6 +7,7 @@
 #include "XPRename.h"
 #include "XPVolumes.h"
 
+#include <QCoreApplication>
 #include <QDateTime>
 #include <QRandomGenerator>
 #include <cerrno>
@@ -67,7 +68,7 @@ static XPResult<QString> volumeTrash(const QString &path)
     const QString own = top + QStringLiteral("/.Trash-") + user;
     if (makeTrash(own) == 0)
         return own;
-    return XPError::make(Kind::Unsupported, QStringLiteral("no trash on this volume"), path);
+    return XPError::make(Kind::Unsupported, qtTrId("XPNoTrashOnVolume"), path);
 }
 
 // The device of the folder, or of the nearest above it that is there.

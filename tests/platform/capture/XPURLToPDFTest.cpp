@@ -1,6 +1,7 @@
 #include "XPURLToPDF.h"
 
 #include "XPFileDescriptor.h"
+#include "XPTranslations.h"
 
 #include <QEventLoop>
 #include <QTimer>
@@ -131,6 +132,7 @@ TEST_F(Capture, MakesADocumentOfAPage)
 
 TEST_F(Capture, SaysWhyThereIsNone)
 {
+    XPTranslations::install(QLocale::c());
     EXPECT_FALSE(capture(server.address("none")));
     EXPECT_EQ(error->kind, XPError::Kind::NotFound) << error->message.toStdString();
     EXPECT_TRUE(error->message.contains(u"404"));
