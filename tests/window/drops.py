@@ -18,9 +18,9 @@ from walk import attributes_work
 HERE = os.path.dirname(os.path.abspath(__file__))
 
 
-def run(*command):
+def run(*command, seconds=DEADLINE):
     return subprocess.run(command, check=True, capture_output=True, text=True,
-                          timeout=DEADLINE).stdout
+                          timeout=seconds).stdout
 
 
 class Drops(Scene):
@@ -86,7 +86,9 @@ class Drops(Scene):
         self.clipboard = subprocess.Popen(["xclip", "-quiet", "-selection", "clipboard", "-t",
                                            kind, "-i", path], stderr=subprocess.DEVNULL)
         self.processes.append(self.clipboard)
-        until(lambda: kind in run("xclip", "-selection", "clipboard", "-o", "-t", "TARGETS"), kind)
+        # Who has the clipboard no longer may leave a question without an answer.
+        until(lambda: kind in run("xclip", "-selection", "clipboard", "-o", "-t", "TARGETS",
+                                  seconds=2), kind)
         self.pointer("mousemove", 600, 780, "click", 1)  # among the documents
 
     def drop_on_zone(self, down=110):

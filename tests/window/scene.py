@@ -40,7 +40,7 @@ def until(answer, what, deadline=DEADLINE):
             if value := answer():
                 return value
         # GLib's errors are RuntimeErrors: a widget that went away while it was read.
-        except (OSError, RuntimeError, LookupError, subprocess.CalledProcessError) as error:
+        except (OSError, RuntimeError, LookupError, subprocess.SubprocessError) as error:
             trouble = error
         time.sleep(0.03)
     if callable(what):

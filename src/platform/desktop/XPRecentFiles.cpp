@@ -19,7 +19,7 @@
 #include <utility>
 
 static constexpr qint64 largestList = 16 << 20;
-static constexpr std::chrono::milliseconds mostWaiting{2000}; // for the lock
+static constexpr std::chrono::seconds mostWaiting{10}; // for another program
 static constexpr int mostAttempts = 5;
 static const char *const program = "Murn";
 static const char *const command = "murn %u";
@@ -128,6 +128,9 @@ std::optional<XPError> XPRecentFiles::add(const QStringList &paths)
         return {};
     const QString list = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
                          QStringLiteral("/recently-used.xbel");
+    // Threads of this process take turns; the lock of processes is asked for now and then only.
+    static XPMutex mutex;
+    const XPLocker turn(mutex);
     QLockFile lock(list + QStringLiteral(".lock"));
     if (!lock.tryLock(mostWaiting))
         return XPError::make(XPError::Kind::Io, QStringLiteral("is locked"), list);

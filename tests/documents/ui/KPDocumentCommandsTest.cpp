@@ -474,7 +474,7 @@ TEST_F(DocumentCommands, OnlyThePagesThatAreChosenArePrinted)
     ASSERT_TRUE(preview);
     int printed = 0;
     const auto print = [&](const std::function<void(QPrinter &)> &prepare) {
-        const QString to = m_folder.path(QStringLiteral("%1.pdf").arg(++printed));
+        QString to = m_folder.path(QStringLiteral("%1.pdf").arg(++printed));
         QPrinter paper;
         paper.setOutputFormat(QPrinter::PdfFormat);
         paper.setOutputFileName(to);
