@@ -109,7 +109,6 @@ public:
     void showDocuments(const QStringList &paths);
     // In a window of its own for each, or one for all of many.
     void showInformation(const QStringList &paths);
-    void showHistory();
     // What another program drops somewhere, by the one road of KPFilingCommands.
     bool importDropped(const QMimeData *dropped, KPImport how);
     KPFilingCommands &filing() { return *m_filing; }
@@ -147,6 +146,7 @@ private:
     void restoreSettings();
     void setMinWindowSize();
     void modifiersChanged(Qt::KeyboardModifiers modifiers);
+    void showHistory();
 
     // Searching.
     void spotlightReplacementAction();

@@ -22,9 +22,6 @@ public:
 
     // The searcher's tags of that kind, the most frequent first; none of any other kind.
     static KPSearcher::TagSets sortedTags(const KPSearcher &searcher, int tagType);
-    // Without those that the filter, the user or the lack of a proper name keeps out.
-    static KPSearcher::TagSets filterOutUnwantedTags(const KPSearcher::TagSets &tags, int tagType,
-                                                     const Wishes &wishes);
 
     // The candidates among `sorted`; `state` says which are selected (it may be null).
     KPCloudContents(const KPSearcher::TagSets &sorted, int tagType, const Wishes &wishes,
@@ -37,6 +34,10 @@ public:
     void fill(XPCloudLayout &layout, double height) const;
 
 private:
+    // Without those that the filter, the user or the lack of a proper name keeps out.
+    static KPSearcher::TagSets filterOutUnwantedTags(const KPSearcher::TagSets &tags, int tagType,
+                                                     const Wishes &wishes);
+
     QList<XPCloudItem> m_candidates;
     QList<qsizetype> m_byName; // indexes into the candidates
 };

@@ -46,7 +46,6 @@ public:
     void putInFiledDocuments() XP_REQUIRES(xpGuiThread);
     void moveSelectedToFiledDocumentsFolder() XP_REQUIRES(xpGuiThread);
     void manageSelected() XP_REQUIRES(xpGuiThread);
-    void unmanageSelected() XP_REQUIRES(xpGuiThread);
 
     // Asks for the folder, beginning with the last one.
     void moveCopySelectedTo(bool doCopy) XP_REQUIRES(xpGuiThread);
@@ -64,9 +63,8 @@ public:
     bool import(const QMimeData *data, const KPImport &how) XP_REQUIRES(xpGuiThread);
     void import(const XPPasteboard &pb, const KPImport &how) XP_REQUIRES(xpGuiThread);
 
-    // To the trash: asked about as the setting "KPConfirmDelete" says, and when it is ten or more.
-    void deleteSelected() XP_REQUIRES(xpGuiThread);
-    // The same while the command key is held; else the documents only leave the library.
+    // While the command key is held to the trash, asked about as the setting "KPConfirmDelete" says
+    // and when it is ten or more; else the documents only leave the library.
     void removeOrDeleteSelected(bool commandKey) XP_REQUIRES(xpGuiThread);
 
     // Thrown away without a question where none is wanted; more are always asked about.
@@ -77,6 +75,8 @@ Q_SIGNALS:
 
 private:
     QStringList paths() const;
+    void unmanageSelected() XP_REQUIRES(xpGuiThread);
+    void deleteSelected() XP_REQUIRES(xpGuiThread);
     bool canMark(bool managed) const;
     bool canPutInFiledDocuments() const;
     QMenu *recentMenu(bool doCopy);
